@@ -1,0 +1,20 @@
+# The flags of every target of the project: link to olmkit_flags.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_C_STANDARD_REQUIRED ON)
+set(CMAKE_C_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release)
+endif()
+
+add_library(olmkit_flags INTERFACE)
+target_compile_options(olmkit_flags INTERFACE -Wall -Wextra -Werror)
+target_include_directories(olmkit_flags INTERFACE ${PROJECT_SOURCE_DIR})
+if(OLMKIT_SANITIZE)
+  target_compile_options(olmkit_flags INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(olmkit_flags INTERFACE -fsanitize=address,undefined)
+endif()

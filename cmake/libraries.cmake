@@ -1,0 +1,13 @@
+# Every library that the project uses, found once. docs/dependencies.md says what each is for.
+find_package(PkgConfig REQUIRED)
+find_package(CLI11 REQUIRED)
+find_package(EXPAT REQUIRED)
+find_package(OpenSSL REQUIRED)
+find_package(Threads REQUIRED)
+find_package(ZLIB REQUIRED)
+find_package(nlohmann_json REQUIRED)
+pkg_check_modules(LIBZIP REQUIRED IMPORTED_TARGET libzip)
+pkg_check_modules(UTF8PROC REQUIRED IMPORTED_TARGET libutf8proc)
+if(OLMKIT_BUILD_TESTS)
+  find_package(GTest REQUIRED)
+endif()

@@ -1,0 +1,26 @@
+# What every test finds in its environment.
+set(OLMKIT_TEST_ENVIRONMENT
+  "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0"
+  "OLMKIT_SOURCE_DIR=${PROJECT_SOURCE_DIR}"
+  "OLMKIT_BINARY_DIR=${PROJECT_BINARY_DIR}")
+
+# The one way in for a test program written with GoogleTest:
+#   olmkit_add_test(NAME SOURCES a.cpp b.cpp LIBRARIES target... LABELS unit)
+# ctest shows it as one test; run the program itself with --gtest_filter for a single case.
+function(olmkit_add_test name)
+  cmake_parse_arguments(TEST "" "" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+  add_executable(${name} ${TEST_SOURCES})
+  target_link_libraries(${name} PRIVATE olmkit_flags ${TEST_LIBRARIES} GTest::gmock GTest::gtest_main)
+  # Tests are compiled more often than they are run; and -O3 of g++ 12 warns of faults in
+  # std::string that it does not have.
+  target_compile_options(${name} PRIVATE -O1)
+  target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+  olmkit_add_test_command(${name} "${TEST_LABELS}" ${name})
+endfunction()
+
+# A test that is any command:
+#   olmkit_add_test_command(NAME LABELS COMMAND ARGUMENT...)
+function(olmkit_add_test_command name labels)
+  add_test(NAME ${name} COMMAND ${ARGN} WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
+  set_tests_properties(${name} PROPERTIES LABELS "${labels}" ENVIRONMENT "${OLMKIT_TEST_ENVIRONMENT}")
+endfunction()
