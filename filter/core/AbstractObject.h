@@ -1,0 +1,17 @@
+#ifndef OLMKIT_FILTER_CORE_ABSTRACTOBJECT_H
+#define OLMKIT_FILTER_CORE_ABSTRACTOBJECT_H
+
+namespace qor {
+
+// The root of the object library: what can be deleted without knowing what it is.
+class AbstractObject {
+public:
+    AbstractObject() = default;
+    AbstractObject(const AbstractObject&) = default;
+    AbstractObject& operator=(const AbstractObject&) = default;
+    virtual ~AbstractObject() = default;
+};
+
+} // namespace qor
+
+#endif

@@ -1,0 +1,96 @@
+#ifndef OLMKIT_FILTER_CORE_ARRAY_H
+#define OLMKIT_FILTER_CORE_ARRAY_H
+
+#include "filter/core/Exception.h"
+#include "filter/core/Object.h"
+
+#include <algorithm>
+#include <cstring>
+#include <type_traits>
+
+namespace qor {
+
+// A fixed number of plain values. What pointer elements point to is never looked at or deleted.
+// A broken bound throws an Exception of code errorIndex.
+template <class T> class Array : public Object {
+    static_assert(std::is_trivially_copyable_v<T>, "elements are copied bit for bit");
+
+public:
+    // Filled with zero. A length of 0 or less allocates nothing.
+    explicit Array(int length)
+        : elementCount(length), data(length > 0 ? new T[static_cast<size_t>(length)]() : nullptr) {}
+    Array(const Array&) = delete;
+    Array& operator=(const Array&) = delete;
+    ~Array() override {
+        if (!borrowed) {
+            delete[] data;
+        }
+    }
+
+    int length() const { return elementCount; }
+
+    T get(int index) const {
+        if (index < 0 || index >= elementCount) {
+            throwIndexError("Array.get(): requested index is out of range");
+        }
+        return data[index];
+    }
+
+    void set(int index, T value) {
+        if (index < 0 || index >= elementCount) {
+            throwIndexError("Array.set: requested index is out of range");
+        }
+        data[index] = value;
+    }
+
+    // Stores one value in every slot.
+    void fill(T value) {
+        if (elementCount < 1) {
+            throwIndexError("Array.fill: requested index is out of range");
+        }
+        std::fill_n(data, elementCount, value);
+    }
+
+    // Copies all of the source from index 0 on; what lies behind it stays.
+    void copyFromArray(const Array& source) {
+        if (source.elementCount > elementCount) {
+            throwIndexError(
+                "Array.copyFromArray: copy operation would exceed destination array length");
+        }
+        if (source.elementCount > 0) {
+            std::memmove(data, source.data, byteCount(source.elementCount));
+        }
+    }
+
+    // True for an array of the same type whose elements are equal one by one; pointers are equal
+    // when they point to the same object.
+    bool equals(const Object& other) const override {
+        if (&other == this) {
+            return true;
+        }
+        const auto* that = dynamic_cast<const Array*>(&other);
+        if (that == nullptr || that->elementCount != elementCount) {
+            return false;
+        }
+        return elementCount <= 0 || std::equal(data, data + elementCount, that->data);
+    }
+
+    // Moves `count` elements within the array. The caller answers for the bounds.
+    void moveElements(int to, int from, int count) {
+        if (count > 0) {
+            std::memmove(data + to, data + from, byteCount(count));
+        }
+    }
+
+private:
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): most elements are pointers
+    static size_t byteCount(int count) { return sizeof(T) * static_cast<size_t>(count); }
+
+    int elementCount;
+    T* data;               // null when there are no elements
+    bool borrowed = false; // set: the elements belong to somebody else
+};
+
+} // namespace qor
+
+#endif

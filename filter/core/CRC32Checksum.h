@@ -1,0 +1,23 @@
+#ifndef OLMKIT_FILTER_CORE_CRC32CHECKSUM_H
+#define OLMKIT_FILTER_CORE_CRC32CHECKSUM_H
+
+#include "filter/core/Checksum.h"
+
+#include <cstdint>
+
+namespace qor {
+
+// The CRC-32 with which messages number the names of their properties: reflected, polynomial
+// 0xEDB88320, started at 0 and not inverted at the end. ZIP's own sum differs in the last two.
+class CRC32Checksum : public Checksum {
+public:
+    void update(unsigned char byte) override;
+    String getValue() const override;
+
+private:
+    uint32_t remainder = 0;
+};
+
+} // namespace qor
+
+#endif

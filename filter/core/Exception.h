@@ -1,0 +1,30 @@
+#ifndef OLMKIT_FILTER_CORE_EXCEPTION_H
+#define OLMKIT_FILTER_CORE_EXCEPTION_H
+
+#include "filter/core/Throwable.h"
+
+namespace qor {
+
+// The code of an index that lies outside its container.
+inline constexpr unsigned int errorIndex = 137;
+
+// The one exception type of the module. Negative codes stand in `code` as they wrap: -15 is
+// 0xFFFFFFF1.
+class Exception : public Throwable {
+public:
+    // As Throwable's: all pointers may be null, only the message is copied.
+    Exception(unsigned int errorCode, const char* message, Throwable* cause, const char* file,
+              unsigned int line);
+    Exception(const Exception&) = default;
+    Exception& operator=(const Exception&) = default;
+    ~Exception() override;
+
+    unsigned int code;
+};
+
+// Throws an Exception of code errorIndex. Out of line, so that the checks stay small.
+[[noreturn]] void throwIndexError(const char* message);
+
+} // namespace qor
+
+#endif

@@ -1,0 +1,37 @@
+#ifndef OLMKIT_FILTER_CORE_THROWABLE_H
+#define OLMKIT_FILTER_CORE_THROWABLE_H
+
+#include <memory>
+#include <string>
+
+namespace qor {
+
+// What is thrown: a message, what led to it, and the place in the source.
+class Throwable {
+public:
+    // All may be null. The message is copied; neither the cause nor the file's name is, so both
+    // must outlive the object and its copies.
+    Throwable(const char* message, Throwable* cause, const char* file, unsigned int line);
+
+    // Copies share the message, so a copy can't fail.
+    Throwable(const Throwable&) = default;
+    Throwable& operator=(const Throwable&) = default;
+    virtual ~Throwable();
+
+    // Null when none was given. Lives as long as this object or a copy of it.
+    const char* message() const { return text ? text->c_str() : nullptr; }
+
+    Throwable* cause() const { return origin; }
+    const char* file() const { return sourceFile; }
+    unsigned int line() const { return sourceLine; }
+
+private:
+    std::shared_ptr<const std::string> text;
+    Throwable* origin;
+    const char* sourceFile;
+    unsigned int sourceLine;
+};
+
+} // namespace qor
+
+#endif
