@@ -1,0 +1,18 @@
+#ifndef OLMKIT_FILTER_XML_TAGTABLE_H
+#define OLMKIT_FILTER_XML_TAGTABLE_H
+
+#include <algorithm>
+#include <functional>
+#include <span>
+#include <string_view>
+
+#include "filter/xml/UTXML_STRVALPAIR.h"
+
+// True when the names stand in ascending byte order and none stands twice, as the reader takes
+// its tag maps. Meant for static_assert.
+constexpr bool inByteOrder(std::span<const UTXML_STRVALPAIR> rows) {
+    const auto name = [](const UTXML_STRVALPAIR& row) { return std::string_view(row.name); };
+    return std::ranges::adjacent_find(rows, std::ranges::greater_equal{}, name) == rows.end();
+}
+
+#endif

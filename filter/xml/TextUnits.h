@@ -1,0 +1,29 @@
+#ifndef OLMKIT_FILTER_XML_TEXTUNITS_H
+#define OLMKIT_FILTER_XML_TEXTUNITS_H
+
+#include <cstdint>
+
+#include "filter/core/WString.h"
+
+// The units ahead of the first 0 unit; 0 for null.
+inline int countUnits(const uint16_t* units) {
+    int count = 0;
+    if (units != nullptr) {
+        while (units[count] != 0) {
+            ++count;
+        }
+    }
+    return count;
+}
+
+// Replaces the text by `count` units, as far as the first 0 unit. Null, or a count of 0 or below,
+// empties it.
+inline void setUnits(qor::WString& text, const uint16_t* units, int count) {
+    if (units != nullptr && count > 0) {
+        text.assign(units, count);
+    } else {
+        text.setLength(0);
+    }
+}
+
+#endif
