@@ -1,0 +1,191 @@
+#include "filter/storage/OLMMsgWriter.h"
+
+#include "filter/core/Exception.h"
+#include "filter/storage/IOStorage.h"
+#include "filter/storage/OpenHandle.h"
+#include "filter/storage/PropertyType.h"
+#include "filter/storage/WriterErrors.h"
+
+namespace {
+
+constexpr unsigned int noRootStorage = 0xFFFFFFFF;
+constexpr unsigned int namedPropsFailed = 461;
+constexpr int16_t itemDone = 100;
+
+// Class id of every message: {00020D0B-0000-0000-C000-000000000046}.
+constexpr unsigned char messageClassId[16] = {0x0B, 0x0D, 0x02, 0x00, 0x00, 0x00, 0x00, 0x00,
+                                              0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46};
+
+} // namespace
+
+OLMMsgWriter::OLMMsgWriter(SODOSPECIALARC* request) : request(request) {}
+
+OLMMsgWriter::~OLMMsgWriter() {
+    const int count = properties.size();
+    for (int index = 0; index < count; ++index) {
+        delete properties.get(index);
+    }
+    if (rootStorage != nullptr) {
+        rootStorage->close(rootStorage);
+    }
+}
+
+unsigned int OLMMsgWriter::initilizeWriter(OLMXMLParser& parser) {
+    RootStorageSpec record = {};
+    record.output = request->output;
+    record.always1 = 1;
+    if (IOCreate(&rootStorage, IORootStorage, &record, IOStorageFlags) != 0) {
+        return noRootStorage;
+    }
+    IOSetInfo(rootStorage, IORootStorage, IOInfoClassId, messageClassId);
+    namedProps.initialize(rootStorage);
+
+    OLMXMLTag tag;
+    if (parser.nextTag(tag) == 0 || tag.id() == UTXML_UNKNOWN_TAG) {
+        throw qor::Exception(ErrUnknown, nullptr, nullptr, nullptr, 0);
+    }
+    rootTag = tag.id();
+    return 0;
+}
+
+int16_t OLMMsgWriter::writeNode(OLMXMLParser& parser) {
+    OLMXMLTag tag;
+    if (parser.nextTag(tag) == 0 || tag.id() == rootTag) {
+        return itemDone;
+    }
+    if (!tag.isClosing()) {
+        handleProp(tag, parser);
+    }
+    return static_cast<int16_t>(handledProps * 100 / expectedProps);
+}
+
+unsigned int OLMMsgWriter::finalizeNode(OLMXMLParser& /*parser*/) {
+    OpenHandle stream(createSubStreamFromWString(rootStorage, "__properties_version1.0"));
+    if (stream != nullptr) {
+        const int count = properties.size();
+        unsigned int result = writeMessageHeader(stream.get());
+        for (int index = 0; index < count && result == 0; ++index) {
+            result = writeProperty(stream.get(), *properties.get(index));
+        }
+        stream.reset();
+    }
+    return writeNamedProps(rootStorage) == 0 ? 0 : namedPropsFailed;
+}
+
+unsigned int OLMMsgWriter::writeMessageHeader(void* stream) {
+    const auto recipients = static_cast<uint32_t>(recipientCount);
+    const uint32_t header[] = {0, 0, recipients, 0, recipients, 0, 0, 0};
+    try {
+        for (const uint32_t number : header) {
+            writeDwordProp(static_cast<HostStream*>(stream), number);
+        }
+    } catch (const qor::Exception& failure) {
+        return failure.code;
+    }
+    return 0;
+}
+
+bool OLMMsgWriter::handleProp(OLMXMLTag& tag, OLMXMLParser& parser) {
+    const bool handled = handlePropSpecial(tag, parser) || handlePropGeneric(tag, parser);
+    if (handled) {
+        ++handledProps;
+    }
+    return handled;
+}
+
+bool OLMMsgWriter::handlePropGeneric(OLMXMLTag& tag, OLMXMLParser& parser) {
+    const uint32_t id = tag.id();
+    switch (propertyType(id)) {
+    case TypeString: {
+        OpenHandle stream(createSubStreamFromProp(rootStorage, id));
+        if (stream == nullptr) {
+            return false;
+        }
+        // The terminator counts, and is not written.
+        const uint64_t size = uint64_t{writeStringProp(stream.get(), parser)} + 2;
+        stream.reset();
+        addProperty(id, size);
+        return true;
+    }
+    case TypeTime:
+        addProperty(id, convertDateProp(parser));
+        return true;
+    case TypeInteger32: {
+        qor::WString text;
+        parser.content(text);
+        addProperty(id, static_cast<uint32_t>(text.toLong(0, nullptr, 10))); // no sign extension
+        return true;
+    }
+    default:
+        return false;
+    }
+}
+
+bool OLMMsgWriter::handlePropSpecial(OLMXMLTag& /*tag*/, OLMXMLParser& /*parser*/) {
+    return false;
+}
+
+unsigned int OLMMsgWriter::writeNamedProps(void* /*storage*/) {
+    namedProps.finalizeMappings();
+    return 0;
+}
+
+void OLMMsgWriter::addProperty(unsigned int tag, unsigned long long value) {
+    auto pair = std::make_unique<MsgPropPair>(MsgPropPair{tag, propertyFlags, value});
+    properties.add(pair.get());
+    static_cast<void>(pair.release()); // the list's holder deletes it
+}
+
+void OLMMsgWriter::createRequiredProps(const qor::WString& messageClass) {
+    createEmptyBinaryProp(0x10090102);
+
+    OpenHandle stream(createSubStreamFromProp(rootStorage, 0x001A001F));
+    if (stream != nullptr) {
+        addProperty(0x001A001F, uint64_t{writeStringProp(stream.get(), messageClass)} + 2);
+    }
+    stream.reset();
+    addProperty(0x0E1F000B, 0);
+    addProperty(0x0FF70003, 0);
+    addProperty(0x0FF40003, 2);
+    addProperty(0x340D0003, 0x40E79);
+    addProperty(0x3FDE0003, 1200); // code page: UTF-16LE
+}
+
+void OLMMsgWriter::createEmptyBinaryProp(unsigned int tag) {
+    const OpenHandle stream(createSubStreamFromProp(rootStorage, tag));
+    if (stream != nullptr) {
+        addProperty(tag, 0);
+    }
+}
+
+void OLMMsgWriter::createEmptyStringProp(unsigned int tag) {
+    const OpenHandle stream(createSubStreamFromProp(rootStorage, tag));
+    if (stream != nullptr) {
+        addProperty(tag, 2);
+    }
+}
+
+void OLMMsgWriter::handleCategories(OLMXMLParser& parser, unsigned int closingTag) {
+    const unsigned int keywords = namedProps.mapNamedProp("Keywords", TypeStringList);
+    const OpenHandle lengths(createSubStreamFromProp(rootStorage, keywords));
+    long index = 0;
+
+    OLMXMLTag tag;
+    bool more = true;
+    do {
+        more = parser.nextTag(tag) != 0;
+        const OLMXMLAttribute* name =
+            tag.isClosing() ? nullptr : tag.findAttribute("OPFCategoryCopyName");
+        if (name != nullptr) {
+            const unsigned int size = writeCategory(keywords, index, name->value);
+            ++index;
+            writeDwordProp(lengths.get(), size);
+        }
+    } while (more && tag.id() != closingTag);
+
+    addProperty(keywords, 4 * static_cast<uint64_t>(index));
+}
+
+unsigned int OLMMsgWriter::writeCategory(unsigned int tag, long index, const qor::WString& value) {
+    return writeListedString(rootStorage, tag, static_cast<unsigned int>(index), value);
+}
