@@ -1,0 +1,135 @@
+// Finding one item again and driving its writer.
+
+#include <memory>
+
+#include "filter/frame/OLMNodeFactory.h"
+#include "filter/frame/PROC.h"
+#include "filter/frame/SYSNative.h"
+#include "filter/xml/OLMXMLParser.h"
+
+namespace {
+
+constexpr int16_t progressDone = 100;
+
+struct Progress {
+    // True when the host cancels.
+    bool report(int16_t value) const { return callback != nullptr && callback(data, value) != 0; }
+
+    ProgressCallback callback; // may be null
+    void* data;
+};
+
+// What one request works with. The writer is not here: an exception leaves it behind.
+struct Extraction {
+    const PROC& proc;
+    SODOSPECIALARC& request;
+    OLMXMLTag& rootTag;
+    std::unique_ptr<OLMXMLParser> parser;
+
+    void openDocument(uint64_t entryIndex) {
+        parser = std::make_unique<OLMXMLParser>(proc.archive, entryIndex);
+        // Whether there is a root tag isn't asked: without one its id is 0.
+        parser->nextTag(rootTag);
+    }
+};
+
+int32_t findByIndex(Extraction& work) {
+    const auto index = static_cast<uint32_t>(work.request.itemIndex);
+    if (index >= static_cast<uint32_t>(work.proc.items->size())) {
+        return VwSpecialFailed;
+    }
+    const OLMNodeId* item = work.proc.items->get(work.request.itemIndex);
+    work.openDocument(item->entryIndex);
+    work.parser->setParserState(&item->state);
+    return VwSpecialDone;
+}
+
+// Passes `count` elements, whatever they are. A number past the last item ends ahead of the root's
+// closing tag, and that is no failure: the message will be empty.
+bool skipItems(OLMXMLParser& parser, uint32_t count) {
+    OLMXMLTag tag;
+    for (; count != 0; --count) {
+        tagUTXMLSaveData ahead{};
+        parser.getParserState(&ahead);
+        parser.nextTag(tag);
+        if (tag.isClosing()) {
+            parser.setParserState(&ahead);
+            return true;
+        }
+        if (parser.skipTag(tag) == 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+int32_t findByLocation(Extraction& work) {
+    const ItemLocator& locator = work.request.locator;
+    if (locator.itemNumber == 0) {
+        return VwSpecialNoItem;
+    }
+    work.openDocument(locator.entryIndex);
+    return skipItems(*work.parser, locator.itemNumber - 1) ? VwSpecialDone : VwSpecialNoItem;
+}
+
+int32_t findItem(Extraction& work) {
+    const bool isByLocation = (work.request.flags & SpecialByLocation) != 0;
+    return isByLocation ? findByLocation(work) : findByIndex(work);
+}
+
+// A value of 100 ends the item whole, also when the host cancels at it.
+void writeItem(Extraction& work, const Progress& progress) {
+    OLMNodeWriter* writer =
+        OLMNodeFactory::newOLMNodeWriter(work.rootTag.id(), work.proc.archive, &work.request);
+    if (writer == nullptr) {
+        return;
+    }
+    writer->initilizeWriter(*work.parser);
+
+    int16_t value = 0;
+    bool isCancelled = false;
+    while (value != progressDone && !isCancelled) {
+        value = writer->writeNode(*work.parser);
+        isCancelled = progress.report(value);
+    }
+    if (value == progressDone) {
+        writer->finalizeNode(*work.parser);
+    }
+    OLMNodeFactory::freeNodeWriter(&writer);
+}
+
+// Gives the result; no exception leaves it. The parser is gone when it returns.
+int32_t extractItem(const PROC& proc, SODOSPECIALARC& request, OLMXMLTag& rootTag,
+                    const Progress& progress) {
+    Extraction work{proc, request, rootTag, nullptr};
+    try {
+        const int32_t result = findItem(work);
+        if (result == VwSpecialDone) {
+            writeItem(work, progress);
+        }
+        return result;
+    } catch (...) {
+        return VwSpecialFailed;
+    }
+}
+
+} // namespace
+
+int32_t VwDoSpecial(uint64_t /*ignored0*/, uint64_t request, ProgressCallback callback,
+                    void* callbackData, uint16_t* status, uint64_t /*ignored1*/, PROC* proc) {
+    OLMXMLTag rootTag;
+    auto* record = static_cast<SODOSPECIALARC*>(SYSNativeLock(request));
+    if (record == nullptr) {
+        // The host is not meant to come back from here; one that does gets a failure.
+        proc->call<SoRtnBailId>(BailFailure);
+        *status = VwSpecialStatusFailed;
+        return VwSpecialFailed;
+    }
+    *status = 0;
+    const int32_t result = extractItem(*proc, *record, rootTag, {callback, callbackData});
+    if (result != VwSpecialDone) {
+        *status = VwSpecialStatusFailed;
+    }
+    SYSNativeUnlock(request);
+    return result;
+}

@@ -1,0 +1,28 @@
+#ifndef OLMKIT_FILTER_FRAME_OLMXMLDUMPER_H
+#define OLMKIT_FILTER_FRAME_OLMXMLDUMPER_H
+
+#include "filter/frame/OLMNodeWriter.h"
+#include "filter/frame/SODOSPECIALARC.h"
+#include "filter/xml/HostStream.h"
+
+// Copies a whole entry, for documents of a type that no writer knows. It never reports the item's
+// end: every writeNode() copies the entry once more, until the progress callback cancels.
+class OLMXmlDumper : public OLMNodeWriter {
+public:
+    // The request and its output are borrowed.
+    explicit OLMXmlDumper(SODOSPECIALARC* request);
+
+    unsigned int initilizeWriter(OLMXMLParser& parser) override;
+
+    // 0 when the entry was copied to its end, -15 when the output took fewer bytes than it got
+    // without telling a failure. A failure that it tells is passed over.
+    int16_t writeNode(OLMXMLParser& parser) override;
+
+    unsigned int finalizeNode(OLMXMLParser& parser) override;
+
+private:
+    SODOSPECIALARC* request; // not owned
+    HostStream* output;      // not owned
+};
+
+#endif
