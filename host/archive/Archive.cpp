@@ -1,0 +1,256 @@
+#include "host/archive/Archive.h"
+
+#include "host/archive/ArchiveFile.h"
+#include "host/archive/StoredEntry.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+namespace olmhost {
+
+namespace {
+
+// An entry's data begin here, once that is known: the host's own bytes of its row.
+constexpr std::size_t dataOffsetPlace = 2;
+
+// What a MemberOpenRequest's index becomes when its name fills the whole field.
+constexpr std::uint64_t indexUnderLongName = 0xFFFFFFFFFFFFFF00;
+
+// Reading, writing and seeking mean nothing to a directory.
+std::int32_t refuseRead(HostStream* /*handle*/, void* /*buffer*/, std::uint32_t /*size*/,
+                        std::uint32_t* bytesRead) noexcept {
+    *bytesRead = 0;
+    return Handle::statusFailed;
+}
+
+std::int32_t refuseWrite(HostStream* /*handle*/, const void* /*data*/, std::uint32_t /*size*/,
+                         std::uint32_t* bytesWritten) noexcept {
+    *bytesWritten = 0;
+    return Handle::statusFailed;
+}
+
+std::int32_t refuseSeek(HostStream* /*handle*/, std::int64_t /*offset*/,
+                        std::int32_t /*origin*/) noexcept {
+    return Handle::statusFailed;
+}
+
+void refuseReserved() noexcept {}
+
+} // namespace
+
+std::unique_ptr<Archive> Archive::open(ArchiveFile& owner, const std::string& path,
+                                       OpenFailure& failure) {
+    auto bytes = ArchiveBytes::open(path, failure);
+    if (bytes == nullptr) {
+        return nullptr;
+    }
+    std::unique_ptr<Archive> archive(new Archive(owner, std::move(bytes)));
+    archive->directory = ZipDirectory::open(*archive->bytes, failure);
+    if (archive->directory == nullptr || !archive->readDirectory(failure)) {
+        return nullptr;
+    }
+    if (archive->isLocked()) {
+        failure = {OpenFailureKind::Encrypted, "is encrypted: its documents need a password"};
+        return nullptr;
+    }
+    return archive;
+}
+
+Archive::Archive(ArchiveFile& owner, std::unique_ptr<ArchiveBytes> bytes)
+    : ArchiveDirectory{{closeRecord, refuseRead, refuseWrite, refuseSeek, refuseReserved,
+                        refuseReserved, openRecord},
+                       nullptr,
+                       0,
+                       nullptr},
+      owner(owner), bytes(std::move(bytes)), inflatedEntries(*this->bytes, owner) {}
+
+// Makes the rows and the names, both in one piece of the right size.
+bool Archive::readDirectory(OpenFailure& failure) {
+    const std::uint64_t count = directory->entryCount();
+    std::uint64_t poolSize = 0;
+    for (std::uint64_t index = 0; index < count; ++index) {
+        poolSize += std::strlen(directory->name(index)) + 1;
+    }
+    constexpr std::uint64_t mostRows = std::numeric_limits<NameIndex::Row>::max();
+    if (count > mostRows || poolSize > std::numeric_limits<std::uint32_t>::max()) {
+        failure = {OpenFailureKind::LimitReached, "has more entries than can be listed"};
+        return false;
+    }
+    rows.resize(count);
+    names.reset(new char[poolSize + 1]);
+    std::uint32_t offset = 0;
+    for (std::uint64_t index = 0; index < count; ++index) {
+        const char* name = directory->name(index);
+        const std::size_t length = std::strlen(name);
+        std::memcpy(names.get() + offset, name, length + 1);
+        rows[index].nameOffset = offset;
+        rows[index].nameLength = static_cast<std::uint16_t>(length);
+        offset += static_cast<std::uint32_t>(length) + 1;
+    }
+    entries = rows.data();
+    entryCount = count;
+    namePool = names.get();
+    return true;
+}
+
+// True when there are documents and none of them can be read without a password.
+bool Archive::isLocked() const {
+    bool hasDocuments = false;
+    for (std::uint64_t index = 0; index < entryCount; ++index) {
+        if (name(index).ends_with(".xml")) {
+            if (!directory->info(index).isEncrypted) {
+                return false;
+            }
+            hasDocuments = true;
+        }
+    }
+    return hasDocuments;
+}
+
+std::string_view Archive::name(std::uint64_t index) const {
+    if (index >= entryCount) {
+        return {};
+    }
+    return {names.get() + rows[index].nameOffset, rows[index].nameLength};
+}
+
+EntryStream* Archive::openMember(const MemberOpenRequest& request) {
+    const auto index = findRow(request);
+    return index ? openEntry(*index) : nullptr;
+}
+
+std::optional<std::uint64_t> Archive::findRow(const MemberOpenRequest& request) {
+    const std::string_view asked(request.name, strnlen(request.name, sizeof request.name));
+    std::string quoted = "\"";
+    quoted.append(asked).append("\"");
+    const auto index = static_cast<std::uint64_t>(request.entryIndex);
+    if (request.entryIndex != MEMBER_BY_NAME) {
+        if (index < entryCount) {
+            return index;
+        }
+        owner.addFault(FaultKind::CannotOpen, ArchiveFile::noEntry,
+                       index == indexUnderLongName && asked.size() == sizeof request.name
+                           ? "the name is too long to be asked for: " + quoted
+                           : "there is no entry " + std::to_string(index));
+        return std::nullopt;
+    }
+    if (!nameIndex) {
+        nameIndex.emplace(static_cast<NameIndex::Row>(entryCount),
+                          [this](NameIndex::Row row) { return name(row); });
+    }
+    const auto row = nameIndex->find(asked);
+    if (!row) {
+        owner.addFault(FaultKind::CannotOpen, ArchiveFile::noEntry,
+                       "there is no file named " + quoted);
+    }
+    return row;
+}
+
+EntryStream* Archive::openEntry(std::uint64_t index) {
+    EntryInfo info = directory->info(index);
+    if (!mayOpen(index, info) || !locate(index, info)) {
+        return nullptr;
+    }
+    std::shared_ptr<EntryData> data;
+    if (info.method == MethodDeflated && (info.size != 0 || info.compressedSize != 0)) {
+        data = inflatedEntries.open(index, info);
+    } else {
+        data = std::make_shared<StoredEntry>(*bytes, owner, index, info);
+    }
+    streams.push_back(std::make_unique<EntryStream>(*this, index, std::move(data)));
+    return streams.back().get();
+}
+
+// False, with a fault noted, when the entry is nothing to be read.
+bool Archive::mayOpen(std::uint64_t index, const EntryInfo& info) {
+    if (name(index).ends_with('/')) {
+        owner.addFault(FaultKind::CannotOpen, index, "it is a directory");
+    } else if (info.isEncrypted) {
+        owner.addFault(FaultKind::Encrypted, index, "it is encrypted");
+    } else if (info.method != MethodStored && info.method != MethodDeflated) {
+        owner.addFault(FaultKind::CannotOpen, index,
+                       "it is compressed by a method that is not read: compression method " +
+                           std::to_string(info.method));
+    } else {
+        return !exceedsLimit(index, info);
+    }
+    return false;
+}
+
+// True, with a fault noted, when the entry says of itself that it is larger than allowed. No entry
+// gives more bytes than it says.
+bool Archive::exceedsLimit(std::uint64_t index, const EntryInfo& info) {
+    const Limits& limits = owner.limits();
+    const std::string size = "it has " + std::to_string(info.size) + " bytes";
+    const std::uint64_t ratio = info.size / std::max<std::uint64_t>(info.compressedSize, 1);
+    if (info.size > limits.largestEntry) {
+        owner.addFault(FaultKind::LimitReached, index,
+                       size + ", more than the limit of " + std::to_string(limits.largestEntry));
+        return true;
+    }
+    if (info.size > limits.ratioFrom && ratio > limits.largestRatio) {
+        owner.addFault(FaultKind::LimitReached, index,
+                       size + " out of " + std::to_string(info.compressedSize) +
+                           ", more than the limit of " + std::to_string(limits.largestRatio) +
+                           " to 1");
+        return true;
+    }
+    return false;
+}
+
+// Fills in where the entry's data begin, and remembers it in the row.
+bool Archive::locate(std::uint64_t index, EntryInfo& info) {
+    if (info.compressedSize == 0) {
+        return true;
+    }
+    std::uint8_t* place = rows[index].host + dataOffsetPlace;
+    std::memcpy(&info.dataOffset, place, sizeof info.dataOffset);
+    if (info.dataOffset != 0) {
+        return true;
+    }
+    std::string reason;
+    info.dataOffset = directory->findData(index, reason);
+    if (info.dataOffset == 0) {
+        owner.addFault(FaultKind::Damaged, index, "its data can't be found: " + reason);
+        return false;
+    }
+    std::memcpy(place, &info.dataOffset, sizeof info.dataOffset);
+    return true;
+}
+
+void Archive::closeEntry(const EntryStream& entry) {
+    // The stream to be closed is nearly always the last one opened.
+    const auto place = std::find_if(streams.rbegin(), streams.rend(),
+                                    [&](const auto& stream) { return stream.get() == &entry; });
+    if (place != streams.rend()) {
+        streams.erase(std::next(place).base());
+    }
+}
+
+Archive& Archive::of(HostStream* record) {
+    // The record's first member stands at the record's own address.
+    return *static_cast<Archive*>(reinterpret_cast<ArchiveDirectory*>(record));
+}
+
+std::int32_t Archive::closeRecord(HostStream* record) noexcept {
+    of(record).owner.closeArchive();
+    return Handle::statusDone;
+}
+
+std::int32_t Archive::openRecord(HostStream** handle, std::uint32_t code, void* request,
+                                 std::uint32_t /*mode*/) noexcept {
+    const auto* member = static_cast<const MemberOpenRequest*>(request);
+    *handle = nullptr;
+    if (code != OpenMember || member == nullptr || member->archive == nullptr) {
+        return Handle::statusFailed;
+    }
+    try {
+        *handle = of(&member->archive->stream).openMember(*member);
+    } catch (...) {
+        return Handle::statusFailed;
+    }
+    return *handle != nullptr ? Handle::statusDone : Handle::statusFailed;
+}
+
+} // namespace olmhost

@@ -1,0 +1,82 @@
+#ifndef OLMKIT_HOST_ARCHIVE_ARCHIVE_H
+#define OLMKIT_HOST_ARCHIVE_ARCHIVE_H
+
+#include "filter/xml/ArchiveDirectory.h"
+#include "filter/xml/MemberOpenRequest.h"
+#include "host/archive/ArchiveBytes.h"
+#include "host/archive/EntryStream.h"
+#include "host/archive/InflatedEntries.h"
+#include "host/archive/NameIndex.h"
+#include "host/archive/OpenFailure.h"
+#include "host/archive/ZipDirectory.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace olmhost {
+
+class ArchiveFile;
+
+// An opened archive: the directory that the module reads, and behind it the way to the entries.
+//
+// The ArchiveFile owns it, and it owns the streams opened from it: its close ends them all. Held
+// for each row: 64 bytes, the name, and what libzip needs.
+class Archive final : public ArchiveDirectory {
+public:
+    // Null with `failure` filled. `owner` must outlive the archive.
+    static std::unique_ptr<Archive> open(ArchiveFile& owner, const std::string& path,
+                                         OpenFailure& failure);
+
+    Archive(const Archive&) = delete;
+    Archive& operator=(const Archive&) = delete;
+
+    ArchiveFile& file() { return owner; }
+
+    // The handle that the module gets for it.
+    HostStream* handle() { return &stream; }
+
+    // The name of row `index`, UTF-8, with a 0 byte behind it; empty when there is no such row.
+    std::string_view name(std::uint64_t index) const;
+
+    // Opens the entry that the request names. Null, with a fault noted, when it can't be opened.
+    EntryStream* openMember(const MemberOpenRequest& request);
+
+    // Destroys a stream that openMember() gave.
+    void closeEntry(const EntryStream& entry);
+
+    std::uint64_t inflatedBytes() const { return inflatedEntries.inflatedBytes(); }
+
+private:
+    Archive(ArchiveFile& owner, std::unique_ptr<ArchiveBytes> bytes);
+
+    // The operations of the record.
+    static Archive& of(HostStream* record);
+    static std::int32_t closeRecord(HostStream* record) noexcept;
+    static std::int32_t openRecord(HostStream** handle, std::uint32_t code, void* request,
+                                   std::uint32_t mode) noexcept;
+
+    bool readDirectory(OpenFailure& failure);
+    bool isLocked() const;
+    std::optional<std::uint64_t> findRow(const MemberOpenRequest& request);
+    bool mayOpen(std::uint64_t index, const EntryInfo& info);
+    bool exceedsLimit(std::uint64_t index, const EntryInfo& info);
+    bool locate(std::uint64_t index, EntryInfo& info);
+    EntryStream* openEntry(std::uint64_t index);
+
+    ArchiveFile& owner;
+    std::unique_ptr<ArchiveBytes> bytes;
+    std::unique_ptr<ZipDirectory> directory;
+    std::vector<ArchiveEntry> rows;
+    std::unique_ptr<char[]> names;
+    std::optional<NameIndex> nameIndex;
+    InflatedEntries inflatedEntries;
+    std::vector<std::unique_ptr<EntryStream>> streams;
+};
+
+} // namespace olmhost
+
+#endif

@@ -1,0 +1,133 @@
+#include "host/archive/ArchiveBytes.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace olmhost {
+
+namespace {
+
+constexpr std::size_t smallestLoad = std::size_t{8} << 10;
+constexpr std::size_t largestLoad = std::size_t{64} << 10;
+
+// A jump forward by no more than this, over a header, still counts as reading on.
+constexpr std::uint64_t shortJump = std::uint64_t{4} << 10;
+
+OpenFailure unreadable(int error) {
+    const std::string reason = error == ENOENT ? "does not exist" : "can't be read: ";
+    return {OpenFailureKind::Unreadable,
+            error == ENOENT ? reason : reason + std::generic_category().message(error)};
+}
+
+// What keeps the file from being an archive at all, judged without reading it.
+OpenFailure judge(const struct stat& state) {
+    if (S_ISDIR(state.st_mode)) {
+        return {OpenFailureKind::NotAnArchive, "is a directory"};
+    }
+    if (!S_ISREG(state.st_mode)) {
+        return {OpenFailureKind::NotAnArchive, "is a special file, no archive"};
+    }
+    if (state.st_size == 0) {
+        return {OpenFailureKind::NotAnArchive, "is empty"};
+    }
+    return {};
+}
+
+} // namespace
+
+std::unique_ptr<ArchiveBytes> ArchiveBytes::open(const std::string& path, OpenFailure& failure) {
+    struct stat state = {};
+    if (::stat(path.c_str(), &state) != 0) {
+        failure = unreadable(errno);
+        return nullptr;
+    }
+    failure = judge(state);
+    if (failure.kind != OpenFailureKind::None) {
+        return nullptr;
+    }
+    // Non-blocking, should a pipe have come into the file's place in the meantime.
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0 || ::fstat(descriptor, &state) != 0) {
+        failure = unreadable(errno);
+    } else {
+        failure = judge(state);
+    }
+    if (failure.kind != OpenFailureKind::None) {
+        if (descriptor >= 0) {
+            ::close(descriptor);
+        }
+        return nullptr;
+    }
+    return std::make_unique<ArchiveBytes>(descriptor, static_cast<std::uint64_t>(state.st_size));
+}
+
+ArchiveBytes::ArchiveBytes(int descriptor, std::uint64_t size)
+    : descriptor(descriptor), fileSize(size), window(new std::byte[largestLoad]),
+      loadSize(smallestLoad) {}
+
+ArchiveBytes::~ArchiveBytes() {
+    ::close(descriptor);
+}
+
+std::span<const std::byte> ArchiveBytes::at(std::uint64_t offset) {
+    const std::uint64_t windowEnd = windowOffset + windowLength;
+    if (offset < windowOffset || offset >= windowEnd) {
+        const bool readsOn = offset >= windowEnd && offset - windowEnd <= shortJump;
+        loadSize = readsOn ? std::min(loadSize * 2, largestLoad) : smallestLoad;
+        windowOffset = offset;
+        windowLength = readFile(offset, window.get(), loadSize);
+    }
+    const auto skipped = static_cast<std::size_t>(offset - windowOffset);
+    return {window.get() + skipped, windowLength - skipped};
+}
+
+std::size_t ArchiveBytes::read(std::uint64_t offset, void* buffer, std::size_t size) {
+    auto* target = static_cast<std::byte*>(buffer);
+    std::size_t done = 0;
+    while (done < size) {
+        const std::size_t left = size - done;
+        const bool inWindow = offset >= windowOffset && offset < windowOffset + windowLength;
+        if (!inWindow && left >= largestLoad) {
+            return done + readFile(offset, target + done, left);
+        }
+        const auto bytes = at(offset);
+        if (bytes.empty()) {
+            break;
+        }
+        const std::size_t count = std::min(left, bytes.size());
+        std::memcpy(target + done, bytes.data(), count);
+        done += count;
+        offset += count;
+    }
+    return done;
+}
+
+std::size_t ArchiveBytes::readFile(std::uint64_t offset, void* buffer, std::size_t size) {
+    lastError = 0;
+    std::size_t done = 0;
+    if (offset >= fileSize) {
+        return 0;
+    }
+    while (done < size) {
+        const ssize_t count = ::pread(descriptor, static_cast<std::byte*>(buffer) + done,
+                                      size - done, static_cast<off_t>(offset + done));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            lastError = errno;
+        }
+        if (count <= 0) {
+            break;
+        }
+        done += static_cast<std::size_t>(count);
+    }
+    return done;
+}
+
+} // namespace olmhost

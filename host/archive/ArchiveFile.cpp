@@ -1,0 +1,87 @@
+#include "host/archive/ArchiveFile.h"
+
+#include "filter/frame/ArchiveOpenRequest.h"
+#include "host/archive/Archive.h"
+
+#include <new>
+#include <utility>
+
+namespace olmhost {
+
+namespace {
+
+std::uint16_t flagsOf(OpenFailureKind kind) {
+    switch (kind) {
+    case OpenFailureKind::Damaged:
+        return ArchiveDamaged;
+    case OpenFailureKind::Encrypted:
+        return ArchiveEncrypted;
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
+ArchiveFile::ArchiveFile(std::string path, const Limits& limits)
+    : path(std::move(path)), bounds(limits) {
+    open = openRecord;
+}
+
+ArchiveFile::~ArchiveFile() = default;
+
+std::uint64_t ArchiveFile::entryCount() const {
+    return archive == nullptr ? 0 : archive->entryCount;
+}
+
+std::string_view ArchiveFile::entryName(std::uint64_t index) const {
+    return archive == nullptr ? std::string_view() : archive->name(index);
+}
+
+std::uint64_t ArchiveFile::inflatedBytes() const {
+    return archive == nullptr ? 0 : archive->inflatedBytes();
+}
+
+void ArchiveFile::addFault(FaultKind kind, std::uint64_t entryIndex, const std::string& text) {
+    const std::string& mark = entryIndex == noEntry ? text : std::string();
+    if (knownFaults.emplace(entryIndex, kind, mark).second) {
+        entryFaults.push_back({kind, entryIndex, text});
+    }
+}
+
+void ArchiveFile::closeArchive() {
+    archive.reset();
+}
+
+std::int32_t ArchiveFile::openRecord(HostStream** handle, std::uint32_t code, void* request,
+                                     std::uint32_t /*mode*/) noexcept {
+    if (code != OpenArchive || *handle == nullptr || request == nullptr) {
+        return statusFailed;
+    }
+    auto& file = static_cast<ArchiveFile&>(of(*handle));
+    try {
+        return file.openArchive(handle, request);
+    } catch (const std::bad_alloc&) {
+        file.openFailure = {OpenFailureKind::Unreadable, "needs more memory than there is"};
+    } catch (...) {
+        file.openFailure = {OpenFailureKind::Unreadable, "can't be read"};
+    }
+    return statusFailed;
+}
+
+std::int32_t ArchiveFile::openArchive(HostStream** handle, void* request) {
+    if (archive != nullptr) {
+        openFailure = {OpenFailureKind::Unreadable, "is open already"};
+        return statusFailed;
+    }
+    openFailure = {};
+    archive = Archive::open(*this, path, openFailure);
+    if (archive == nullptr) {
+        static_cast<ArchiveOpenRequest*>(request)->flags = flagsOf(openFailure.kind);
+        return statusFailed;
+    }
+    *handle = archive->handle();
+    return statusDone;
+}
+
+} // namespace olmhost

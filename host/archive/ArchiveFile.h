@@ -1,0 +1,82 @@
+#ifndef OLMKIT_HOST_ARCHIVE_ARCHIVEFILE_H
+#define OLMKIT_HOST_ARCHIVE_ARCHIVEFILE_H
+
+#include "host/archive/OpenFailure.h"
+#include "host/stream/EntryFault.h"
+#include "host/stream/Handle.h"
+#include "host/stream/Limits.h"
+
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <vector>
+
+namespace olmhost {
+
+class Archive;
+
+// The raw stream of an archive's file: the handle that the module is given to open.
+//
+// Its `open` with OpenArchive makes an Archive, puts it in the handle's place and keeps it until
+// the module closes it or the ArchiveFile ends, whichever is first. The file is not touched before
+// that. The module's `close` of the raw stream itself does nothing: whoever made it owns it.
+// Serves one thread; several ArchiveFiles on one path are independent of each other.
+class ArchiveFile final : public Handle {
+public:
+    // EntryFault::entryIndex of a fault that concerns no row: a name that no file has.
+    static constexpr std::uint64_t noEntry = std::numeric_limits<std::uint64_t>::max();
+
+    // `path` as the file system takes it.
+    explicit ArchiveFile(std::string path, const Limits& limits = {});
+    ~ArchiveFile() override;
+
+    // Why the last open failed; kind None when none did.
+    const OpenFailure& failure() const { return openFailure; }
+
+    // What was found wrong with entries: one per entry and kind, in the order of finding. Stays
+    // after the archive's close. For noEntry one per text, and the text holds the name.
+    const std::vector<EntryFault>& faults() const { return entryFaults; }
+
+    // True between a successful open and the archive's close.
+    bool isOpen() const { return archive != nullptr; }
+
+    // Rows of the directory; 0 while not open.
+    std::uint64_t entryCount() const;
+
+    // The name of row `index`, UTF-8. Lies in the archive, valid while it is open; empty when there
+    // is no such row.
+    std::string_view entryName(std::uint64_t index) const;
+
+    // Bytes that were inflated for this archive so far, repeated ones counted again; 0 while not
+    // open. Shows what seeking costs.
+    std::uint64_t inflatedBytes() const;
+
+    // Adds a fault unless the same kind was found on the same entry.
+    void addFault(FaultKind kind, std::uint64_t entryIndex, const std::string& text);
+
+    // Ends the open archive and every handle that was opened from it.
+    void closeArchive();
+
+    void end() override {}
+    const Limits& limits() const override { return bounds; }
+
+private:
+    static std::int32_t openRecord(HostStream** handle, std::uint32_t code, void* request,
+                                   std::uint32_t mode) noexcept;
+    std::int32_t openArchive(HostStream** handle, void* request);
+
+    std::string path;
+    Limits bounds;
+    OpenFailure openFailure;
+    std::vector<EntryFault> entryFaults;
+    std::set<std::tuple<std::uint64_t, FaultKind, std::string>> knownFaults; // text: noEntry only
+    std::unique_ptr<Archive> archive;
+};
+
+} // namespace olmhost
+
+#endif

@@ -1,0 +1,48 @@
+#include "host/archive/EntryData.h"
+
+#include <system_error>
+#include <zlib.h>
+
+namespace olmhost {
+
+namespace {
+
+constexpr const char* wrongChecksum = "its checksum is wrong";
+
+} // namespace
+
+void EntryData::assign(std::uint64_t newIndex, const EntryInfo& newInfo, std::uint64_t newEnd) {
+    index = newIndex;
+    info = newInfo;
+    dataEnd = newEnd;
+    checkedTo = 0;
+    checksum = 0;
+    if (info.size == 0 && info.crc != 0) {
+        report(FaultKind::Checksum, wrongChecksum);
+    }
+}
+
+void EntryData::check(std::uint64_t position, const void* data, std::size_t size) {
+    if (position > checkedTo || checkedTo - position >= size) {
+        return;
+    }
+    const auto known = static_cast<std::size_t>(checkedTo - position);
+    checksum = static_cast<std::uint32_t>(
+        crc32_z(checksum, static_cast<const Bytef*>(data) + known, size - known));
+    checkedTo += size - known;
+    if (checkedTo == info.size && checksum != info.crc) {
+        report(FaultKind::Checksum, wrongChecksum);
+    }
+}
+
+void EntryData::endEarly(std::uint64_t position) {
+    dataEnd = position;
+    std::string text = "its data end after " + std::to_string(position) + " of " +
+                       std::to_string(info.size) + " bytes";
+    if (bytes.error() != 0) {
+        text += ": " + std::generic_category().message(bytes.error());
+    }
+    report(FaultKind::Damaged, text);
+}
+
+} // namespace olmhost

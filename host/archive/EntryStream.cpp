@@ -1,0 +1,46 @@
+#include "host/archive/EntryStream.h"
+
+#include "host/archive/Archive.h"
+
+namespace olmhost {
+
+std::int32_t EntryStream::readBytes(void* buffer, std::uint32_t size, std::uint32_t& count) {
+    const std::size_t done = data->read(position, buffer, size);
+    position += done;
+    count = static_cast<std::uint32_t>(done);
+    return done == 0 && position >= data->end() ? statusEnd : statusDone;
+}
+
+std::int32_t EntryStream::seekTo(std::int64_t offset, std::int32_t origin) {
+    constexpr int fromStart = 0;
+    constexpr int fromHere = 1;
+    constexpr int fromEnd = 2;
+    std::int64_t base = 0;
+    if (origin == fromHere) {
+        base = static_cast<std::int64_t>(position);
+    } else if (origin == fromEnd) {
+        base = static_cast<std::int64_t>(data->end());
+    } else if (origin != fromStart) {
+        return statusFailed;
+    }
+    std::int64_t target = 0;
+    if (__builtin_add_overflow(base, offset, &target) || target < 0) {
+        return statusFailed;
+    }
+    position = static_cast<std::uint64_t>(target);
+    return statusDone;
+}
+
+void EntryStream::end() {
+    archive.closeEntry(*this);
+}
+
+void EntryStream::reportFault(FaultKind kind, const std::string& text) {
+    archive.file().addFault(kind, entryIndex, text);
+}
+
+const Limits& EntryStream::limits() const {
+    return archive.file().limits();
+}
+
+} // namespace olmhost

@@ -1,0 +1,25 @@
+#ifndef OLMKIT_HOST_ARCHIVE_OPENFAILURE_H
+#define OLMKIT_HOST_ARCHIVE_OPENFAILURE_H
+
+#include <string>
+
+namespace olmhost {
+
+// Why a file did not open as an archive.
+enum class OpenFailureKind {
+    None,
+    Unreadable,   // missing, not permitted, a read error: another try may help
+    NotAnArchive, // a directory, a special file, an empty file, anything that is no ZIP archive
+    Damaged,      // a ZIP archive that is cut off, or whose directory contradicts itself
+    Encrypted,    // every document in it needs a password
+    LimitReached, // its directory is larger than can be handed on
+};
+
+struct OpenFailure {
+    OpenFailureKind kind = OpenFailureKind::None;
+    std::string text; // for people, one line, without the file's path: "is empty"
+};
+
+} // namespace olmhost
+
+#endif
