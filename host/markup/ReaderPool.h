@@ -1,0 +1,29 @@
+#ifndef OLMKIT_HOST_MARKUP_READERPOOL_H
+#define OLMKIT_HOST_MARKUP_READERPOOL_H
+
+#include "host/markup/MarkupReader.h"
+
+#include <memory>
+#include <vector>
+
+namespace olmhost {
+
+// Closed readers of this thread, kept for the next documents: an archive has one for each mail,
+// and making a parser costs as much as parsing a short one.
+class ReaderPool {
+public:
+    // The calling thread's pool.
+    static ReaderPool& ofThread();
+
+    // A reader that is not open.
+    std::unique_ptr<MarkupReader> take();
+    // Keeps a closed reader, or frees it when enough are kept.
+    void give(std::unique_ptr<MarkupReader> reader);
+
+private:
+    std::vector<std::unique_ptr<MarkupReader>> kept;
+};
+
+} // namespace olmhost
+
+#endif

@@ -1,0 +1,46 @@
+#ifndef OLMKIT_HOST_MARKUP_TAGMAPS_H
+#define OLMKIT_HOST_MARKUP_TAGMAPS_H
+
+#include "filter/xml/UTXMLTagRecord.h"
+#include "filter/xml/UTXML_STRVALPAIR.h"
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace olmhost {
+
+// The tag maps of one reader, added up: element names and their numbers.
+class TagMaps {
+public:
+    // Forgets every map, and keeps the room.
+    void clear();
+
+    // Adds rows, whose names are borrowed until clear(). A name that stands already gets the new
+    // value. Adding the rows added last once more costs one comparison of them. False, with
+    // nothing added, when a row has no name.
+    bool add(std::span<const UTXML_STRVALPAIR> rows);
+
+    // The number of a name given with its nameHash(), or UTXML_UNKNOWN_TAG.
+    std::uint32_t find(std::string_view name, std::uint32_t hash) const;
+
+private:
+    struct Slot {
+        const char* name = nullptr; // null: free
+        std::uint32_t length = 0;
+        std::uint32_t hash = 0;
+        std::uint32_t id = 0;
+    };
+
+    void put(const Slot& added);
+    void makeRoom(std::size_t extra);
+
+    std::vector<Slot> slots; // open addressing; a power of two, at most half full
+    std::size_t used = 0;
+    std::vector<UTXML_STRVALPAIR> last; // the rows added last
+};
+
+} // namespace olmhost
+
+#endif
