@@ -1,0 +1,35 @@
+#ifndef OLMKIT_HOST_COMPOUND_STORAGEHANDLE_H
+#define OLMKIT_HOST_COMPOUND_STORAGEHANDLE_H
+
+#include "host/compound/CompoundHandle.h"
+#include "host/compound/CompoundWriter.h"
+
+#include <string_view>
+
+namespace olmhost {
+
+// A storage: the root or one inside it. Closing the root finishes the file.
+class StorageHandle : public CompoundHandle {
+public:
+    // `file` is borrowed, as `owner` is.
+    StorageHandle(CompoundOutput& owner, CompoundWriter& file, EntryReference reference)
+        : CompoundHandle(owner, reference), writer(file) {}
+
+    // As CompoundOutput has them, with this storage as the parent.
+    CompoundHandle* createStorage(std::u16string_view name);
+    CompoundHandle* createStream(std::u16string_view name);
+
+    // False unless this is the root of a file that is not finished.
+    bool setClassId(const ClassId& id);
+
+    void end() override;
+
+private:
+    bool isRoot() const { return entry.id == rootEntry; }
+
+    CompoundWriter& writer;
+};
+
+} // namespace olmhost
+
+#endif

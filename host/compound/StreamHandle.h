@@ -1,0 +1,40 @@
+#ifndef OLMKIT_HOST_COMPOUND_STREAMHANDLE_H
+#define OLMKIT_HOST_COMPOUND_STREAMHANDLE_H
+
+#include "host/compound/CompoundHandle.h"
+#include "host/compound/CompoundWriter.h"
+#include "host/compound/SectorChain.h"
+
+#include <memory>
+#include <vector>
+
+namespace olmhost {
+
+// A stream that is being written, from front to back. Its bytes are held while they are fewer than
+// miniStreamLimit; then they move out to sectors, and less than a sector is held from there on.
+class StreamHandle : public CompoundHandle {
+public:
+    // `file` is borrowed, as `owner` is.
+    StreamHandle(CompoundOutput& owner, CompoundWriter& file, EntryReference reference)
+        : CompoundHandle(owner, reference), writer(file) {}
+
+    // All of the bytes or none. Refused when the sink has failed, the file is finished, another
+    // stream has taken this one's name, or the stream would be longer than largestStream.
+    std::int32_t writeBytes(const void* data, std::uint32_t size, std::uint32_t& count) override;
+
+    void settle() noexcept override;
+
+private:
+    void append(ByteSpan bytes);
+    void store();
+
+    CompoundWriter& writer;
+    std::vector<std::byte> held;        // the whole of a short stream
+    std::unique_ptr<SectorChain> chain; // of a long one
+    std::uint64_t streamSize = 0;       // bytes
+    bool isStored = false;
+};
+
+} // namespace olmhost
+
+#endif
