@@ -1,0 +1,32 @@
+#ifndef OLMKIT_HOST_SESSION_EXTRACTION_H
+#define OLMKIT_HOST_SESSION_EXTRACTION_H
+
+#include <cstdint>
+#include <functional>
+
+namespace olmhost {
+
+enum class ExtractionEnd {
+    Whole,       // the message is written, to its last byte
+    Cancelled,   // the progress callback ended it
+    UnknownRoot, // the entry is no document of a known kind, so there is no message to write
+    SinkFailed,  // the sink took less than it was given
+    Refused,     // the module failed; `result` and `status` are all it tells
+};
+
+// How one extraction ended. Unless `end` is Whole, what the sink got is no message.
+struct Extraction {
+    ExtractionEnd end = ExtractionEnd::Refused;
+    std::int32_t result = 0;  // the module's: 0 done or cancelled, 15 no such place, 18 failed
+    std::uint16_t status = 0; // the module's: 0, or 2 beside a result that is not 0
+    // A stream of the message is longer than the format allows, and was cut there.
+    bool isCut = false;
+};
+
+// Told of every step with the module's progress value, on the caller's thread; 100 is the last.
+// Other values tell roughly how far it is, and may be negative or above 100. Non-zero cancels.
+using Progress = std::function<int(std::int32_t value)>;
+
+} // namespace olmhost
+
+#endif

@@ -1,0 +1,75 @@
+#include "host/session/Scan.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+#include "filter/frame/SoRoutines.h"
+
+namespace olmhost {
+
+void Scan::begin(const RowCallback& rowCallback) {
+    callback = &rowCallback;
+    pausing = false;
+}
+
+void Scan::rethrow() {
+    callback = nullptr;
+    if (thrown != nullptr) {
+        std::rethrow_exception(std::exchange(thrown, nullptr));
+    }
+}
+
+bool Scan::breakAt(std::uint16_t code) noexcept {
+    if (code == BreakRow) {
+        deliver();
+        return false;
+    }
+    if (code == BreakEntry) {
+        rows.clear();
+        ++entriesDone;
+        return pausing;
+    }
+    if (code == BreakArchive) {
+        finished = true;
+    }
+    return false;
+}
+
+void Scan::bail(std::uint32_t /*failure*/) noexcept {
+    if (callback == nullptr) {
+        // While an item is extracted there is one cause: its request could not be locked. The
+        // module would go on with a null pointer. A block that stands can always be locked here, so
+        // something has overwritten the process's memory.
+        std::fputs("olmhost: the module can't lock a block that stands\n", stderr);
+        std::abort();
+    }
+    rows.clear();
+    try {
+        // As a rule the reason is known already: whoever failed has just told it.
+        const auto& faults = file.faults();
+        if (faults.empty() || faults.back().entryIndex != entriesDone) {
+            file.addFault(FaultKind::CannotOpen, entriesDone, "can't be read as a document");
+        }
+    } catch (...) {
+        thrown = std::current_exception();
+        pausing = true;
+    }
+}
+
+void Scan::deliver() {
+    try {
+        Row& row = rows.finish();
+        row.index = items++;
+        row.entryName = file.entryName(row.entry);
+        if (thrown == nullptr && (*callback)(row) == RowAnswer::Pause) {
+            pausing = true;
+        }
+    } catch (...) {
+        thrown = std::current_exception();
+        pausing = true;
+    }
+    rows.clear();
+}
+
+} // namespace olmhost

@@ -1,0 +1,275 @@
+#include "host/session/Session.h"
+
+#include <limits>
+#include <optional>
+
+#include "host/archive/ArchiveFile.h"
+#include "host/compound/CompoundOutput.h"
+#include "host/memory/MemoryOwner.h"
+#include "host/session/Module.h"
+#include "host/session/RootPeek.h"
+#include "host/session/Scan.h"
+#include "host/session/ScanRoutines.h"
+
+namespace olmhost {
+
+namespace {
+
+constexpr std::int32_t progressDone = 100;
+
+OpenStatus statusOf(OpenFailureKind kind) {
+    switch (kind) {
+    case OpenFailureKind::NotAnArchive:
+        return OpenStatus::NotAnArchive;
+    case OpenFailureKind::Damaged:
+        return OpenStatus::Damaged;
+    case OpenFailureKind::Encrypted:
+        return OpenStatus::Encrypted;
+    case OpenFailureKind::LimitReached:
+        return OpenStatus::LimitReached;
+    case OpenFailureKind::None:
+    case OpenFailureKind::Unreadable:
+        break;
+    }
+    return OpenStatus::Unreadable;
+}
+
+// A request in a block of the host's memory, as the module wants it.
+class RequestBlock {
+public:
+    explicit RequestBlock(const SODOSPECIALARC& request) : block(SYSNativeAlloc(sizeof request)) {
+        void* place = block == 0 ? nullptr : SYSNativeLock(block);
+        if (place == nullptr) {
+            throw std::bad_alloc();
+        }
+        *static_cast<SODOSPECIALARC*>(place) = request;
+        SYSNativeUnlock(block);
+    }
+    RequestBlock(const RequestBlock&) = delete;
+    RequestBlock& operator=(const RequestBlock&) = delete;
+    ~RequestBlock() { SYSNativeFree(block); }
+
+    std::uint64_t handle() const { return block; }
+
+private:
+    std::uint64_t block;
+};
+
+// Watches one extraction: decides when it has to end, and knows afterwards what became of it.
+class Watch {
+public:
+    Watch(CompoundOutput& output, const Progress& progress) : output(output), progress(progress) {}
+
+    // The module's callback.
+    static std::int32_t tell(void* data, std::int32_t value) noexcept {
+        return static_cast<Watch*>(data)->answer(value);
+    }
+
+    // Throws what the progress callback threw.
+    void rethrow() const {
+        if (thrown != nullptr) {
+            std::rethrow_exception(thrown);
+        }
+    }
+
+    ExtractionEnd end(std::int32_t result) const {
+        if (output.failed()) {
+            return ExtractionEnd::SinkFailed;
+        }
+        if (result != VwSpecialDone) {
+            return ExtractionEnd::Refused;
+        }
+        if (hasNoWriter) {
+            return ExtractionEnd::UnknownRoot;
+        }
+        if (lastValue == progressDone) {
+            return output.isWhole() ? ExtractionEnd::Whole : ExtractionEnd::Refused;
+        }
+        return ExtractionEnd::Cancelled;
+    }
+
+private:
+    std::int32_t answer(std::int32_t value) noexcept {
+        lastValue = value;
+        if (output.openHandles() == 0) {
+            // Every writer of a message holds its storage open. What holds none copies the entry as
+            // it is, from its start again at every step, and never comes to an end.
+            hasNoWriter = true;
+            return 1;
+        }
+        try {
+            return progress ? progress(value) : 0;
+        } catch (...) {
+            thrown = std::current_exception();
+            return 1;
+        }
+    }
+
+    CompoundOutput& output;
+    const Progress& progress;
+    std::exception_ptr thrown;
+    std::optional<std::int32_t> lastValue;
+    bool hasNoWriter = false;
+};
+
+} // namespace
+
+// An archive that is being opened, is open, or has refused.
+class Session::Opened {
+public:
+    Opened(const std::string& path, const SessionOptions& options);
+    Opened(const Opened&) = delete;
+    Opened& operator=(const Opened&) = delete;
+    ~Opened();
+
+    OpenOutcome open();
+    void list(const RowCallback& callback);
+    bool isOlmArchive() const;
+    Extraction extract(SODOSPECIALARC request, ByteSink& sink, const Progress& progress);
+
+    ArchiveFile file;
+    Scan scan;
+
+private:
+    SessionOptions options;
+    std::string path;
+    MemoryOwner memory;
+    std::shared_ptr<const Module> module;
+    PROC* proc = nullptr;
+    std::uint64_t localWord = 0; // where VwLocalUp and VwLocalDown store
+    bool isArchiveOpen = false;
+};
+
+Session::Opened::Opened(const std::string& path, const SessionOptions& options)
+    : file(path, options.limits), scan(file), options(options), path(path) {}
+
+Session::Opened::~Opened() {
+    const MemoryOwner::Scope scope(memory);
+    if (isArchiveOpen) {
+        module->streamClose(0, proc);
+    }
+    if (proc != nullptr) {
+        module->localDown(0, &localWord);
+        module->freeProc(proc);
+    }
+    memory.assertNothingLeft();
+}
+
+OpenOutcome Session::Opened::open() {
+    const MemoryOwner::Scope scope(memory);
+    OpenOutcome outcome;
+    module = Module::load(options.modulePath, outcome.text);
+    if (module == nullptr) {
+        outcome.status = OpenStatus::NoModule;
+        return outcome;
+    }
+    proc = module->allocProc();
+    if (proc == nullptr) {
+        throw std::bad_alloc();
+    }
+    module->localUp(0, &localWord, proc);
+    installScanRoutines(*module, proc, scan);
+
+    const FileInformation information = {};
+    if (module->streamOpen(&file, 0, 0, &information, proc) != VwOpenDone) {
+        return {statusOf(file.failure().kind), file.failure().text};
+    }
+    isArchiveOpen = true;
+    module->streamSection(0, proc);
+    if (!scan.collector().isUsual()) {
+        return {OpenStatus::NoModule, "the module is unfit: it defines other columns"};
+    }
+    return outcome;
+}
+
+void Session::Opened::list(const RowCallback& callback) {
+    const MemoryOwner::Scope scope(memory);
+    scan.begin(callback);
+    module->streamRead(0, proc);
+    scan.rethrow();
+}
+
+bool Session::Opened::isOlmArchive() const {
+    return scan.itemCount() > 0 || hasKnownRoot(path, options.limits);
+}
+
+Extraction Session::Opened::extract(SODOSPECIALARC request, ByteSink& sink,
+                                    const Progress& progress) {
+    const MemoryOwner::Scope scope(memory);
+    // Ends after the call, and gives back whatever a failed writer has left open in it.
+    CompoundOutput output(sink);
+    request.output = &output;
+    const RequestBlock block(request);
+    Watch watch(output, progress);
+
+    Extraction extraction;
+    extraction.result =
+        module->doSpecial(0, block.handle(), &Watch::tell, &watch, &extraction.status, 0, proc);
+    watch.rethrow();
+    extraction.end = watch.end(extraction.result);
+    extraction.isCut = output.lostBytes();
+    return extraction;
+}
+
+Session::Session() = default;
+
+Session::~Session() = default;
+
+OpenOutcome Session::open(const std::string& path, const SessionOptions& options) {
+    opened.reset();
+    auto candidate = std::make_unique<Opened>(path, options);
+    OpenOutcome outcome = candidate->open();
+    if (outcome.status == OpenStatus::Done) {
+        opened = std::move(candidate);
+    }
+    return outcome;
+}
+
+const std::vector<Column>& Session::columns() const {
+    return opened->scan.collector().columns();
+}
+
+std::uint64_t Session::entryCount() const {
+    return opened->file.entryCount();
+}
+
+std::string_view Session::entryName(std::uint64_t entry) const {
+    return opened->file.entryName(entry);
+}
+
+bool Session::list(const RowCallback& callback) {
+    opened->list(callback);
+    return opened->scan.isFinished();
+}
+
+std::uint64_t Session::itemCount() const {
+    return opened->scan.itemCount();
+}
+
+bool Session::isOlmArchive() {
+    return opened->isOlmArchive();
+}
+
+Extraction Session::extract(std::uint64_t index, ByteSink& sink, const Progress& progress) {
+    if (index >= itemCount() || index > std::numeric_limits<std::int32_t>::max()) {
+        // What the module answers too; but its request has no room for every index.
+        return {ExtractionEnd::Refused, VwSpecialFailed, VwSpecialStatusFailed, false};
+    }
+    SODOSPECIALARC request = {};
+    request.itemIndex = static_cast<std::int32_t>(index);
+    return opened->extract(request, sink, progress);
+}
+
+Extraction Session::extractAt(std::uint32_t entry, std::uint32_t item, ByteSink& sink,
+                              const Progress& progress) {
+    SODOSPECIALARC request = {};
+    request.flags = SpecialByLocation;
+    request.locator = {sizeof request.locator, entry, item};
+    return opened->extract(request, sink, progress);
+}
+
+const std::vector<EntryFault>& Session::faults() const {
+    return opened->file.faults();
+}
+
+} // namespace olmhost
