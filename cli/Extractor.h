@@ -1,0 +1,79 @@
+#ifndef OLMKIT_CLI_EXTRACTOR_H
+#define OLMKIT_CLI_EXTRACTOR_H
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "cli/ExitCode.h"
+#include "cli/ExtractOptions.h"
+#include "cli/Manifest.h"
+#include "cli/MessageFile.h"
+#include "cli/MessagePaths.h"
+#include "cli/Messages.h"
+#include "cli/OutputDirectory.h"
+#include "cli/Selection.h"
+#include "host/session/Session.h"
+
+namespace olmkit {
+
+// One run of an extraction: walks the rows, and writes the wanted items of an entry as soon as the
+// entry is listed, so that no more than one entry's rows are ever held.
+class Extractor {
+public:
+    // All borrowed. `session` is open and not yet listed.
+    Extractor(const ExtractOptions& options, olmhost::Session& session, Messages& messages);
+
+    // The whole run, but for the faults of entries. Call it once.
+    ExitCode run();
+
+    std::uint64_t requestedCount() const { return requested; }
+    // Whether the run ended before all items were dealt with.
+    bool isStopped() const;
+    std::uint64_t writtenCount() const { return written; }
+
+private:
+    // What a row tells of a wanted item.
+    struct Wanted {
+        ManifestRow row; // what is known ahead of the extraction
+        std::string kind;
+        MessagePath path;
+    };
+
+    bool walk();
+    void note(const olmhost::Row& row);
+    bool openOutput();
+    void writeNoted();
+    void refuseIndexesLeft();
+    void writePlaces();
+    void write(Wanted& wanted);
+    void judge(ManifestRow& row, const olmhost::Extraction& extraction, std::size_t faultsBefore);
+    std::string refusalText(const ManifestRow& row, std::size_t faultsBefore) const;
+    void finishRow(const ManifestRow& row, const std::string& kind);
+    void outputFailed(const std::string& name, int errorNumber);
+    ExitCode exitCode() const;
+
+    const ExtractOptions& options;
+    olmhost::Session& session;
+    Messages& messages;
+    Selection selection;
+    MessagePaths paths;
+    std::vector<Wanted> noted; // of the entry at hand
+    std::map<ItemPlace, Wanted> notedPlaces;
+
+    OutputDirectory directory;
+    Manifest manifest;
+    MessageFile message;
+    bool isOutputOpen = false;
+    bool isOutputLost = false; // nothing more can be written
+    bool hasOutputFailed = false;
+    bool hasCutMessages = false;
+    bool isOlm = true;
+    std::uint64_t requested = 0; // items that were dealt with
+    std::uint64_t written = 0;
+};
+
+} // namespace olmkit
+
+#endif

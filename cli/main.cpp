@@ -1,0 +1,67 @@
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <new>
+#include <variant>
+
+#include "cli/CommandLine.h"
+#include "cli/ExitCode.h"
+#include "cli/ExtractCommand.h"
+#include "cli/ListCommand.h"
+#include "cli/Messages.h"
+#include "cli/Output.h"
+
+namespace {
+
+using olmkit::ExitCode;
+
+// Runs the command that the arguments name.
+struct Run {
+    olmkit::Output& output;
+    olmkit::Messages& messages;
+
+    ExitCode operator()(const olmkit::ListOptions& options) const {
+        // When nobody reads the rows any more, there is nothing left to do or to undo.
+        output.whenClosed([] { std::_Exit(static_cast<int>(ExitCode::Done)); });
+        return olmkit::runList(options, output, messages);
+    }
+    ExitCode operator()(const olmkit::ExtractOptions& options) const {
+        return olmkit::runExtract(options, output, messages);
+    }
+    ExitCode operator()(const olmkit::HelpText& help) const {
+        output.buffer() += help.text;
+        if (output.flush()) {
+            return ExitCode::Done;
+        }
+        messages.outputFailure("standard output", output.errorNumber());
+        return ExitCode::OutputFailed;
+    }
+    ExitCode operator()(const olmkit::UsageError& error) const {
+        messages.tell(error.text + "; see olmkit --help");
+        return ExitCode::Usage;
+    }
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // A write to a pipe that nobody reads, or beyond a limit, is an error and not the end.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+
+    try {
+        olmkit::Messages messages;
+        olmkit::Output output(STDOUT_FILENO);
+        return static_cast<int>(
+            std::visit(Run{output, messages}, olmkit::parseCommandLine(argc, argv)));
+    } catch (const std::bad_alloc&) {
+        std::fputs("olmkit: there is not enough memory; end other programs and try again\n",
+                   stderr);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "olmkit: %s\n", error.what());
+    }
+    return static_cast<int>(ExitCode::Unreadable);
+}
