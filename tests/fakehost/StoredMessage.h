@@ -1,0 +1,64 @@
+#ifndef OLMKIT_TESTS_FAKEHOST_STOREDMESSAGE_H
+#define OLMKIT_TESTS_FAKEHOST_STOREDMESSAGE_H
+
+#include "tests/fakehost/Bytes.h"
+
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace fakehost {
+
+// One entry of a property stream.
+struct PropertyEntry {
+    uint32_t tag = 0;
+    uint32_t flags = 0;
+    uint64_t value = 0;
+
+    bool operator==(const PropertyEntry&) const = default;
+    friend void PrintTo(const PropertyEntry& entry, std::ostream* out);
+};
+
+// What was written below one root storage. A value: it does not change with the store any more.
+class StoredMessage {
+public:
+    struct Node {
+        std::string path; // names joined by "/"; the root itself has no node
+        bool isStorage = false;
+        Bytes bytes;
+    };
+
+    // Paths of storages and streams in the order in which they were made; a name that was made
+    // again stands at its first place.
+    [[nodiscard]] std::vector<std::string> paths() const;
+    // The same of one storage: names alone, nothing of the storages below it.
+    [[nodiscard]] std::vector<std::string> names(const std::string& storage = "") const;
+    [[nodiscard]] bool has(const std::string& path) const;
+    // A stream's bytes. A missing one fails the test, with the paths that there are.
+    [[nodiscard]] Bytes stream(const std::string& path) const;
+    // The entries of a property stream behind a header of `headerSize` bytes (32 for the message,
+    // 8 for a sub-storage). A part of an entry at the end fails the test.
+    [[nodiscard]] std::vector<PropertyEntry>
+    entries(const std::string& path = "__properties_version1.0", size_t headerSize = 32) const;
+    // The entries of a recipient's or attachment's storage.
+    [[nodiscard]] std::vector<PropertyEntry> subEntries(const std::string& storage) const;
+
+    [[nodiscard]] const Bytes& classId() const { return rootClassId; } // empty when never set
+    [[nodiscard]] bool hasRoot() const { return rootMade; }            // a root storage was made
+    [[nodiscard]] bool isRootClosed() const { return rootClosed; } // by the module, not by the host
+
+    friend void PrintTo(const StoredMessage& message, std::ostream* out);
+
+private:
+    friend class MessageStore;
+
+    std::vector<Node> nodes;
+    Bytes rootClassId;
+    bool rootMade = false;
+    bool rootClosed = false;
+};
+
+} // namespace fakehost
+
+#endif

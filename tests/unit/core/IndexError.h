@@ -1,0 +1,19 @@
+#ifndef OLMKIT_TESTS_UNIT_CORE_INDEXERROR_H
+#define OLMKIT_TESTS_UNIT_CORE_INDEXERROR_H
+
+#include "filter/core/Exception.h"
+
+#include <string>
+
+// What a call threw: the message, with the code ahead of it when it isn't the code of a bound.
+template <class Call> std::string indexErrorOf(Call call) {
+    try {
+        call();
+    } catch (const qor::Exception& thrown) {
+        const std::string message = thrown.message() != nullptr ? thrown.message() : "(null)";
+        return thrown.code == 137 ? message : std::to_string(thrown.code) + ": " + message;
+    }
+    return "nothing thrown";
+}
+
+#endif

@@ -1,0 +1,84 @@
+#include "filter/frame/OLMNodeFactory.h"
+
+#include "filter/frame/OLMXmlDumper.h"
+#include "filter/listing/OLMCalFields.h"
+#include "filter/listing/OLMContactFields.h"
+#include "filter/listing/OLMContactGrpFields.h"
+#include "filter/listing/OLMEmailFields.h"
+#include "filter/listing/OLMNoteFields.h"
+#include "filter/listing/OLMTaskFields.h"
+#include "filter/writers/OLMMsgNoteWriter.h"
+#include "filter/xml/OLMXMLParser.h"
+#include "tests/fakehost/Scan.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using fakehost::FakeHost;
+using fakehost::note;
+using fakehost::Scan;
+using testing::WhenDynamicCastTo;
+
+class OLMNodeFactoryTest : public testing::Test {
+protected:
+    OLMNodeFactoryTest() : parser(host.entry("a.xml", note()).openArchive(), 0) {}
+
+    template <typename Node> void expectFields(unsigned int type) {
+        OLMNodeInt* node = OLMNodeFactory::newOLMFieldsNode(type, parser, scan.proc());
+        EXPECT_THAT(node, WhenDynamicCastTo<Node*>(testing::NotNull())) << type;
+        OLMNodeFactory::freeOLMNode(&node);
+        EXPECT_EQ(node, nullptr);
+    }
+
+    FakeHost host;
+    Scan scan{host};
+    OLMXMLParser parser;
+};
+
+TEST_F(OLMNodeFactoryTest, EachKindHasItsFields) {
+    expectFields<OLMCalFields>(0);
+    expectFields<OLMContactFields>(1);
+    expectFields<OLMEmailFields>(2);
+    expectFields<OLMNoteFields>(3);
+    expectFields<OLMTaskFields>(4);
+    expectFields<OLMContactGrpFields>(5);
+}
+
+TEST_F(OLMNodeFactoryTest, OtherKindsHaveNoFields) {
+    for (const unsigned int type : {6U, 7U, 0x10002U, 0x80000000U, 0xFFFFFFFFU}) {
+        EXPECT_EQ(OLMNodeFactory::newOLMFieldsNode(type, parser, scan.proc()), nullptr);
+    }
+}
+
+TEST_F(OLMNodeFactoryTest, OtherKindsAreDumped) {
+    SODOSPECIALARC request{};
+    for (const unsigned int type : {6U, 0x10003U, 0xFFFFFFFFU}) {
+        OLMNodeWriter* writer = OLMNodeFactory::newOLMNodeWriter(type, nullptr, &request);
+        EXPECT_THAT(writer, WhenDynamicCastTo<OLMXmlDumper*>(testing::NotNull()));
+        OLMNodeFactory::freeNodeWriter(&writer);
+        EXPECT_EQ(writer, nullptr);
+    }
+}
+
+TEST_F(OLMNodeFactoryTest, NotesHaveTheirWriter) {
+    SODOSPECIALARC request{};
+    OLMNodeWriter* writer = OLMNodeFactory::newOLMNodeWriter(3, nullptr, &request);
+
+    EXPECT_THAT(writer, WhenDynamicCastTo<OLMMsgNoteWriter*>(testing::NotNull()));
+
+    OLMNodeFactory::freeNodeWriter(&writer);
+}
+
+TEST_F(OLMNodeFactoryTest, NothingIsFreedWithoutHarm) {
+    OLMNodeInt* node = nullptr;
+    OLMNodeWriter* writer = nullptr;
+
+    OLMNodeFactory::freeOLMNode(&node);
+    OLMNodeFactory::freeNodeWriter(&writer);
+
+    EXPECT_EQ(node, nullptr);
+    EXPECT_EQ(writer, nullptr);
+}
+
+} // namespace
