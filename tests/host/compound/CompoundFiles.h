@@ -1,0 +1,119 @@
+#ifndef OLMKIT_TESTS_HOST_COMPOUND_COMPOUNDFILES_H
+#define OLMKIT_TESTS_HOST_COMPOUND_COMPOUNDFILES_H
+
+#include "filter/storage/IOStorage.h"
+#include "host/compound/CompoundOutput.h"
+#include "host/stream/ByteSink.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace olmhost::test {
+
+using Bytes = std::vector<std::byte>;
+
+// Gathers the output, and can refuse one call and count what comes behind it.
+class MemorySink : public ByteSink {
+public:
+    static constexpr int never = -1;
+
+    explicit MemorySink(int callThatFails = never) : failingCall(callThatFails) {}
+
+    bool append(std::span<const std::byte> bytes) override;
+    bool overwrite(std::uint64_t offset, std::span<const std::byte> bytes) override;
+
+    Bytes bytes;
+    int calls = 0;
+    int overwrites = 0;
+    std::size_t largestAppend = 0;
+
+private:
+    bool accepts();
+
+    int failingCall; // from 0
+};
+
+// Writes a file.
+class FileSink : public ByteSink {
+public:
+    explicit FileSink(const std::filesystem::path& path)
+        : file(path, std::ios::binary | std::ios::trunc) {}
+
+    bool append(std::span<const std::byte> bytes) override;
+    bool overwrite(std::uint64_t offset, std::span<const std::byte> bytes) override;
+    void close() { file.close(); }
+
+private:
+    std::ofstream file;
+};
+
+// Takes everything and keeps nothing.
+class NullSink : public ByteSink {
+public:
+    bool append(std::span<const std::byte> bytes) override;
+    bool overwrite(std::uint64_t offset, std::span<const std::byte> bytes) override;
+
+    std::uint64_t size = 0; // bytes
+};
+
+// The calls that the module makes. create... give null when IOCreate refuses.
+HostStream* createRoot(CompoundOutput& output);
+HostStream* createStorage(HostStream* parent, std::u16string_view name);
+HostStream* createStream(HostStream* parent, std::u16string_view name);
+bool write(HostStream* stream, std::span<const std::byte> bytes);
+void close(HostStream* handle);
+
+// Makes a stream of these bytes and closes it.
+void addStream(HostStream* parent, std::u16string_view name, std::span<const std::byte> bytes);
+
+// `size` bytes that look like no others: a fixed sequence for each seed.
+Bytes pattern(std::size_t size, std::uint32_t seed);
+
+// What is to be read from a stream.
+struct StreamFacts {
+    std::uint64_t size; // bytes
+    std::string sha256; // hexadecimal
+
+    bool operator==(const StreamFacts&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const StreamFacts& facts);
+
+StreamFacts factsOf(std::span<const std::byte> bytes);
+
+// What a program printed on its standard output, with what it ended.
+struct ProgramResult {
+    int exitCode;
+    std::string output;
+};
+
+// Runs a command line in the shell, its messages with its output when `withMessages`.
+ProgramResult runProgram(const std::string& command, bool withMessages = false);
+
+// The strict checker's verdict.
+ProgramResult checkFiles(const std::vector<std::filesystem::path>& paths);
+
+// What olefile finds: the streams by path ("storage/stream") ...
+using StreamMap = std::map<std::string, StreamFacts>;
+StreamMap readStreams(const std::filesystem::path& path);
+
+// ... and the storages by path ("storage/", the root "/"), with their class ids.
+std::map<std::string, std::string> readStorages(const std::filesystem::path& path);
+
+// A folder of the test that runs, empty at first.
+std::filesystem::path testFolder();
+
+void writeFile(const std::filesystem::path& path, std::span<const std::byte> bytes);
+std::string readFile(const std::filesystem::path& path);
+std::string asText(std::span<const std::byte> bytes);
+
+} // namespace olmhost::test
+
+#endif
