@@ -1,0 +1,101 @@
+"""Runs the program in a fresh folder, on archives that the test makes."""
+
+import os
+import shutil
+import struct
+import subprocess
+import tempfile
+import unittest
+import zipfile
+
+PROGRAM = os.path.join(os.environ["OLMKIT_BINARY_DIR"], "bin", "olmkit")
+REAL_ARCHIVE = os.path.join(os.environ["OLMKIT_SOURCE_DIR"], "..", "shared", "archives",
+                            "real-2018.olm")
+
+
+def note(title):
+    return f"<note><OPFNoteCopyTitle>{title}</OPFNoteCopyTitle></note>"
+
+
+def notes(*titles):
+    return "<notes>" + "".join(note(title) for title in titles) + "</notes>"
+
+
+class ProgramTest(unittest.TestCase):
+    """A test with a folder of its own, which is gone afterwards."""
+
+    def setUp(self):
+        self.folder = tempfile.mkdtemp(prefix="olmkit-test-")
+        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+        self.maxDiff = None
+
+    def path(self, *names):
+        return os.path.join(self.folder, *names)
+
+    def write(self, name, contents):
+        with open(self.path(name), "wb") as file:
+            file.write(contents)
+        return self.path(name)
+
+    def archive(self, *entries, name="mail.olm", method=zipfile.ZIP_DEFLATED):
+        """A ZIP of (name, text or bytes), in that order."""
+        path = self.path(name)
+        with zipfile.ZipFile(path, "w", method) as archive:
+            for entry, contents in entries:
+                archive.writestr(entry, contents)
+        return path
+
+    def bytes_of(self, path):
+        with open(path, "rb") as file:
+            return file.read()
+
+    def run_program(self, *arguments, **options):
+        """The finished process: returncode, stdout and stderr as text."""
+        options.setdefault("stdout", subprocess.PIPE)
+        done = subprocess.run([PROGRAM, *arguments], stderr=subprocess.PIPE, timeout=120,
+                              cwd=self.folder, **options)
+        done.stderr = done.stderr.decode("utf-8")
+        if done.stdout is not None:
+            done.stdout = done.stdout.decode("utf-8")
+        for line in done.stderr.splitlines():
+            self.assertTrue(line.startswith("olmkit: "), line)
+        return done
+
+    def files(self, name):
+        """What lies below a folder, files and links alike, as sorted paths with "/"."""
+        found = []
+        for folder, _, files in os.walk(self.path(name)):
+            for file in files:
+                found.append(os.path.relpath(os.path.join(folder, file), self.path(name)))
+        return sorted(found)
+
+
+def with_encryption_flag(contents):
+    """A ZIP whose rows say that they are encrypted, in both places of each."""
+    changed = bytearray(contents)
+    for signature, offset in ((b"PK\x03\x04", 6), (b"PK\x01\x02", 8)):
+        place = changed.find(signature)
+        while place >= 0:
+            flags, = struct.unpack_from("<H", changed, place + offset)
+            struct.pack_into("<H", changed, place + offset, flags | 1)
+            place = changed.find(signature, place + 4)
+    return bytes(changed)
+
+
+def wrong_archives(test):
+    """What is no readable archive: (what it is, its path, exit code, a word of the message)."""
+    good = test.archive(("Local/Notes.xml", notes("a" * 50, "b" * 50)), name="good.olm")
+    whole = test.bytes_of(good)
+    os.mkdir(test.path("folder.olm"))
+    return [
+        ("a text file", test.write("text.olm", b"Dear diary, nothing was zipped today.\n"), 4, "ZIP"),
+        ("an empty file", test.write("empty.olm", b""), 4, "empty"),
+        ("a truncated ZIP", test.write("cut.olm", whole[:len(whole) * 2 // 3]), 4, "again"),
+        ("a directory", test.path("folder.olm"), 4, "directory"),
+        ("a missing file", test.path("missing.olm"), 3, "exist"),
+        ("an encrypted ZIP", test.write("secret.olm", with_encryption_flag(whole)), 4, "password"),
+        ("a ZIP without documents", test.archive(("a.txt", "text"), name="other.zip"), 4,
+         "no OLM archive"),
+        ("a ZIP of other documents", test.archive(("a.xml", "<html/>"), name="html.zip"), 4,
+         "no OLM archive"),
+    ]
