@@ -1,0 +1,125 @@
+// Does what no lister or extractor can avoid, and nothing else, to measure the others by:
+//
+//   olmkit-floor list ARCHIVE              libzip and expat over every document, with empty
+//   handlers olmkit-floor extract ARCHIVE MANIFEST DIR
+//                                          the same, and as many files in DIR, of the sizes that a
+//                                          manifest of olmkit tells
+//
+// Prints how many documents, elements and bytes it has seen, and how many files it has written.
+
+#include <expat.h>
+#include <nlohmann/json.hpp>
+#include <zip.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+struct Counts {
+    std::uint64_t documents = 0;
+    std::uint64_t elements = 0;
+    std::uint64_t bytes = 0;
+    std::uint64_t files = 0;
+};
+
+constexpr int chunkSize = 64 * 1024;
+
+void openElement(void* counts, const XML_Char* /*name*/, const XML_Char** /*attributes*/) {
+    ++static_cast<Counts*>(counts)->elements;
+}
+
+void closeElement(void* /*counts*/, const XML_Char* /*name*/) {}
+
+void characters(void* /*counts*/, const XML_Char* /*text*/, int /*length*/) {}
+
+bool readDocument(zip_t* archive, zip_uint64_t index, XML_Parser parser, Counts& counts) {
+    zip_file_t* entry = zip_fopen_index(archive, index, 0);
+    if (entry == nullptr) {
+        return false;
+    }
+    XML_ParserReset(parser, nullptr);
+    XML_SetUserData(parser, &counts);
+    XML_SetElementHandler(parser, openElement, closeElement);
+    XML_SetCharacterDataHandler(parser, characters);
+    bool good = true;
+    for (zip_int64_t count = 1; good && count > 0;) {
+        void* buffer = XML_GetBuffer(parser, chunkSize);
+        count = zip_fread(entry, buffer, chunkSize);
+        good = count >= 0 &&
+               XML_ParseBuffer(parser, static_cast<int>(count), count == 0) != XML_STATUS_ERROR;
+        counts.bytes += good ? static_cast<std::uint64_t>(count) : 0;
+    }
+    zip_fclose(entry);
+    ++counts.documents;
+    return good;
+}
+
+bool readDocuments(const char* path, Counts& counts) {
+    zip_t* archive = zip_open(path, ZIP_RDONLY, nullptr);
+    if (archive == nullptr) {
+        return false;
+    }
+    XML_Parser parser = XML_ParserCreate(nullptr);
+    bool good = true;
+    const auto entryCount = static_cast<zip_uint64_t>(zip_get_num_entries(archive, 0));
+    for (zip_uint64_t index = 0; index < entryCount; ++index) {
+        if (std::string_view(zip_get_name(archive, index, 0)).ends_with(".xml")) {
+            good = readDocument(archive, index, parser, counts) && good;
+        }
+    }
+    XML_ParserFree(parser);
+    zip_discard(archive);
+    return good;
+}
+
+bool writeFiles(const char* manifestPath, const std::string& folder, Counts& counts) {
+    std::ifstream manifest(manifestPath);
+    std::vector<char> zeros;
+    for (std::string line; std::getline(manifest, line);) {
+        const auto object = nlohmann::json::parse(line);
+        if (object["path"].is_null()) {
+            continue;
+        }
+        zeros.resize(object["size"].get<std::size_t>());
+        const std::string path = folder + "/" + std::to_string(counts.files);
+        std::FILE* file = std::fopen(path.c_str(), "wb");
+        if (file == nullptr) {
+            return false;
+        }
+        const bool good = std::fwrite(zeros.data(), 1, zeros.size(), file) == zeros.size();
+        if (std::fclose(file) != 0 || !good) {
+            return false;
+        }
+        ++counts.files;
+    }
+    return true;
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments) {
+    const std::vector<std::string_view> words(arguments + 1, arguments + argumentCount);
+    const bool lists = words.size() == 2 && words[0] == "list";
+    const bool extracts = words.size() == 4 && words[0] == "extract";
+    if (!lists && !extracts) {
+        std::fputs("usage: olmkit-floor list ARCHIVE | extract ARCHIVE MANIFEST DIR\n", stderr);
+        return 2;
+    }
+    Counts counts;
+    if (!readDocuments(arguments[2], counts) ||
+        (extracts && !writeFiles(arguments[3], arguments[4], counts))) {
+        std::fputs("olmkit-floor: failed\n", stderr);
+        return 1;
+    }
+    std::printf("%llu documents, %llu elements, %llu bytes, %llu files\n",
+                static_cast<unsigned long long>(counts.documents),
+                static_cast<unsigned long long>(counts.elements),
+                static_cast<unsigned long long>(counts.bytes),
+                static_cast<unsigned long long>(counts.files));
+    return 0;
+}
