@@ -15,6 +15,6 @@ target_compile_options(olmkit_flags INTERFACE -Wall -Wextra -Werror)
 target_include_directories(olmkit_flags INTERFACE ${PROJECT_SOURCE_DIR})
 if(OLMKIT_SANITIZE)
   target_compile_options(olmkit_flags INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
   target_link_options(olmkit_flags INTERFACE -fsanitize=address,undefined)
 endif()

@@ -13,7 +13,7 @@ function(olmkit_add_test name)
   target_link_libraries(${name} PRIVATE olmkit_flags ${TEST_LIBRARIES} GTest::gmock GTest::gtest_main)
   # Tests are compiled more often than they are run; and -O3 of g++ 12 warns of faults in
   # std::string that it does not have.
-  target_compile_options(${name} PRIVATE -O1)
+  target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1>)
   target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
   olmkit_add_test_command(${name} "${TEST_LABELS}" ${name})
 endfunction()

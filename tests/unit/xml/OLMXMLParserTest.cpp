@@ -474,8 +474,8 @@ protected:
 
 TEST_F(OLMXMLParserContentTest, EmptyElementGives0AndKeepsTheEarlierText) {
     readTo(document("notes"));
-    for (const int16_t endStatus : {0, 1, -1}) {
-        host.setEndOfTextStatus(endStatus);
+    for (const int endStatus : {0, 1, -1}) {
+        host.setEndOfTextStatus(static_cast<int16_t>(endStatus));
         EXPECT_EQ(parser->content(text), 0);
         EXPECT_EQ(unitsOf(text), u"before");
     }
@@ -507,9 +507,9 @@ class OLMXMLParserLengthTest : public OLMXMLParserContentTest,
 
 TEST_P(OLMXMLParserLengthTest, TextArrivesWholeInChunksOf1024) {
     const auto length = static_cast<size_t>(GetParam());
-    for (const int16_t endStatus : {0, 1}) {
+    for (const int endStatus : {0, 1}) {
         FakeHost own;
-        own.setEndOfTextStatus(endStatus);
+        own.setEndOfTextStatus(static_cast<int16_t>(endStatus));
         own.entry("a.xml", document("notes").text(patternText(length)));
         OLMXMLParser reader(own.openArchive(), 0);
         reader.nextTag(tag);
