@@ -13,6 +13,8 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <exception>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -100,9 +102,8 @@ bool writeFiles(const char* manifestPath, const std::string& folder, Counts& cou
     return true;
 }
 
-} // namespace
-
-int main(int argumentCount, char** arguments) {
+// The exit status.
+int run(int argumentCount, char** arguments) {
     const std::vector<std::string_view> words(arguments + 1, arguments + argumentCount);
     const bool lists = words.size() == 2 && words[0] == "list";
     const bool extracts = words.size() == 4 && words[0] == "extract";
@@ -122,4 +123,17 @@ int main(int argumentCount, char** arguments) {
                 static_cast<unsigned long long>(counts.bytes),
                 static_cast<unsigned long long>(counts.files));
     return 0;
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments) {
+    // libzip turns every row's date into local time, and without TZ looks for the zone each time.
+    setenv("TZ", "UTC0", 1);
+    try {
+        return run(argumentCount, arguments);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "olmkit-floor: %s\n", error.what());
+        return 1;
+    }
 }

@@ -5,7 +5,6 @@
 #include "filter/core/Object.h"
 
 #include <algorithm>
-#include <cstring>
 #include <type_traits>
 
 namespace qor {
@@ -57,9 +56,7 @@ public:
             throwIndexError(
                 "Array.copyFromArray: copy operation would exceed destination array length");
         }
-        if (source.elementCount > 0) {
-            std::memmove(data, source.data, byteCount(source.elementCount));
-        }
+        std::copy_n(source.data, source.elementCount, data);
     }
 
     // True for an array of the same type whose elements are equal one by one; pointers are equal
@@ -77,15 +74,15 @@ public:
 
     // Moves `count` elements within the array. The caller answers for the bounds.
     void moveElements(int to, int from, int count) {
-        if (count > 0) {
-            std::memmove(data + to, data + from, byteCount(count));
+        T* const first = data + from;
+        if (to < from) {
+            std::copy_n(first, count, data + to);
+        } else {
+            std::copy_backward(first, first + count, data + to + count);
         }
     }
 
 private:
-    // NOLINTNEXTLINE(bugprone-sizeof-expression): most elements are pointers
-    static size_t byteCount(int count) { return sizeof(T) * static_cast<size_t>(count); }
-
     int elementCount;
     T* data;               // null when there are no elements
     bool borrowed = false; // set: the elements belong to somebody else

@@ -10,9 +10,8 @@ namespace olmhost::test {
 
 namespace {
 
-// Sectors of the good file, in the order in which they come about.
+// Sectors of the good file, in the order in which they come about; 0 to 8 are the long stream.
 constexpr std::size_t headerAt = 0;
-constexpr std::size_t longAt = 512;       // sectors 0 to 8: the long stream
 constexpr std::size_t miniTableAt = 5632; // sector 10, behind the mini stream
 constexpr std::size_t directoryAt = 6144; // sectors 11 and 12
 constexpr std::size_t tableAt = 7168;     // sector 13

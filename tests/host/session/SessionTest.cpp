@@ -122,6 +122,7 @@ std::vector<KeptRow> listAll(Session& session) {
 
 std::vector<std::u16string> namesOf(const std::vector<KeptRow>& rows) {
     std::vector<std::u16string> names;
+    names.reserve(rows.size());
     for (const KeptRow& row : rows) {
         names.push_back(row.texts[0].text);
     }
