@@ -200,27 +200,33 @@ void Extractor::judge(ManifestRow& row, const olmhost::Extraction& extraction,
         row.error = "the entry is no document of items, so there is no message to write";
         return;
     case olmhost::ExtractionEnd::Cancelled:
+    case olmhost::ExtractionEnd::NotBegun:
     case olmhost::ExtractionEnd::Refused:
     case olmhost::ExtractionEnd::Whole:
         break;
     }
-    row.error = refusalText(row, faultsBefore);
+    row.error = refusalText(row, extraction.end, faultsBefore);
 }
 
-std::string Extractor::refusalText(const ManifestRow& row, std::size_t faultsBefore) const {
-    std::string text = row.result == resultNoItem ? "there is no item at that place"
-                                                  : "the module refused the item";
-    text +=
-        " (result " + std::to_string(row.result) + ", status " + std::to_string(row.status) + ")";
+std::string Extractor::refusalText(const ManifestRow& row, olmhost::ExtractionEnd end,
+                                   std::size_t faultsBefore) const {
+    std::string faultText;
     const auto& faults = session.faults();
     // An entry that could not be listed was found wrong before.
     const std::size_t first = row.index.has_value() ? faultsBefore : 0;
     for (std::size_t place = first; place < faults.size(); ++place) {
         if (faults[place].entryIndex == row.entry) {
-            text += "; the entry: " + faults[place].text;
+            faultText += "; the entry: " + faults[place].text;
         }
     }
-    return text;
+    std::string text = "the module refused the item";
+    if (row.result == resultNoItem) {
+        text = "there is no item at that place";
+    } else if (end == olmhost::ExtractionEnd::NotBegun && faultText.empty()) {
+        text = "the module writes no messages of this kind yet";
+    }
+    return text + " (result " + std::to_string(row.result) + ", status " +
+           std::to_string(row.status) + ")" + faultText;
 }
 
 void Extractor::finishRow(const ManifestRow& result, const std::string& kind) {

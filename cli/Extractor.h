@@ -49,7 +49,8 @@ private:
     void writePlaces();
     void write(Wanted& wanted);
     void judge(ManifestRow& row, const olmhost::Extraction& extraction, std::size_t faultsBefore);
-    std::string refusalText(const ManifestRow& row, std::size_t faultsBefore) const;
+    std::string refusalText(const ManifestRow& row, olmhost::ExtractionEnd end,
+                            std::size_t faultsBefore) const;
     void finishRow(const ManifestRow& row, const std::string& kind);
     void outputFailed(const std::string& name, int errorNumber);
     ExitCode exitCode() const;

@@ -11,6 +11,8 @@ enum class ExtractionEnd {
     Cancelled,   // the progress callback ended it
     UnknownRoot, // the entry is no document of a known kind, so there is no message to write
     SinkFailed,  // the sink took less than it was given
+    NotBegun,    // the module failed before it made a storage: it has no writer for that kind of
+                 // item, or could not read the document, which faults() tells
     Refused,     // the module failed; `result` and `status` are all it tells
 };
 

@@ -77,7 +77,9 @@ public:
             return ExtractionEnd::SinkFailed;
         }
         if (result != VwSpecialDone) {
-            return ExtractionEnd::Refused;
+            // A failed writer leaves its storage open.
+            return result == VwSpecialFailed && output.openHandles() == 0 ? ExtractionEnd::NotBegun
+                                                                          : ExtractionEnd::Refused;
         }
         if (hasNoWriter) {
             return ExtractionEnd::UnknownRoot;

@@ -416,6 +416,8 @@ class ExtractTest(ProgramTest):
         self.assertEqual(len(done.stderr.splitlines()), len(failed))
         for row in failed:
             self.assertEqual((row["result"], row["status"]), (18, 2))
+            self.assertEqual(row["error"],
+                             "the module writes no messages of this kind yet (result 18, status 2)")
             self.assertIn(f"item {row['index']}, ", done.stderr)
         self.assertIn(f"{len(written)} of 28 messages", done.stdout)
 

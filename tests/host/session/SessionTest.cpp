@@ -379,7 +379,7 @@ TEST(SessionTest, ItemNumberZeroIsNoPlace) {
     EXPECT_EQ(extraction.status, 2);
 }
 
-TEST(SessionTest, EntryThatIsNotThereIsRefused) {
+TEST(SessionTest, EntryThatIsNotThereGivesNoMessageToBegin) {
     const MadeArchive archive{{"a.xml", notes({"1"})}};
     Session session;
     openDone(session, archive);
@@ -387,7 +387,7 @@ TEST(SessionTest, EntryThatIsNotThereIsRefused) {
     BufferSink sink;
     const Extraction extraction = session.extractAt(7, 1, sink);
 
-    EXPECT_EQ(extraction.end, ExtractionEnd::Refused);
+    EXPECT_EQ(extraction.end, ExtractionEnd::NotBegun);
     EXPECT_EQ(extraction.result, 18);
     EXPECT_EQ(extraction.status, 2);
 }
