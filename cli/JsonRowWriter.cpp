@@ -1,23 +1,24 @@
 #include "cli/JsonRowWriter.h"
 
 #include "cli/ItemRow.h"
-#include "cli/JsonLine.h"
+#include "cli/Text.h"
 
 namespace olmkit {
 
 void JsonRowWriter::write(std::string& out, const olmhost::Row& row) {
-    JsonLine line(out);
-    line.number("index", row.index);
-    line.number("entry", row.entry);
-    line.number("item", row.item);
-    line.text("entry_name", row.entryName);
-    line.text("kind", kindOf(row));
+    object["index"] = row.index;
+    object["entry"] = row.entry;
+    object["item"] = row.item;
+    object["entry_name"] = row.entryName;
+    object["kind"] = kindOf(row);
     for (const NamedColumn& named : namedColumns) {
-        line.text(named.key, shownText(row, named.column, scratch));
+        std::string text;
+        appendUtf8(text, shownText(row, named.column, scratch));
+        object[named.key] = std::move(text);
     }
-    line.number("special6", row.specials[0]);
-    line.number("special7", row.specials[1]);
-    line.end();
+    object["special6"] = row.specials[0];
+    object["special7"] = row.specials[1];
+    appendLine(out, object);
 }
 
 } // namespace olmkit

@@ -11,21 +11,12 @@ namespace olmkit {
 
 namespace {
 
-template <typename Number>
-void putOptional(JsonLine& line, const char* key, const std::optional<Number>& value) {
-    if (value.has_value()) {
-        line.number(key, *value);
-    } else {
-        line.null(key);
-    }
+template <typename Number> JsonObject orNull(const std::optional<Number>& value) {
+    return value.has_value() ? JsonObject(*value) : JsonObject();
 }
 
-void putOptional(JsonLine& line, const char* key, const std::string& value) {
-    if (value.empty()) {
-        line.null(key);
-    } else {
-        line.text(key, value);
-    }
+JsonObject orNull(const std::string& text) {
+    return text.empty() ? JsonObject() : JsonObject(text);
 }
 
 } // namespace
@@ -51,18 +42,18 @@ int Manifest::begin() {
 }
 
 int Manifest::add(const ManifestRow& row) {
-    JsonLine line(lines->buffer());
     const bool isWritten = !row.path.empty();
-    putOptional(line, "index", row.index);
-    putOptional(line, "entry", row.entry);
-    putOptional(line, "item", row.item);
-    putOptional(line, "path", row.path);
-    putOptional(line, "size", isWritten ? std::optional(row.size) : std::nullopt);
-    putOptional(line, "sha256", row.sha256);
-    line.signedNumber("result", row.result);
-    line.number("status", row.status);
-    putOptional(line, "error", row.error);
-    line.end();
+    JsonObject object;
+    object["index"] = orNull(row.index);
+    object["entry"] = orNull(row.entry);
+    object["item"] = orNull(row.item);
+    object["path"] = orNull(row.path);
+    object["size"] = isWritten ? JsonObject(row.size) : JsonObject();
+    object["sha256"] = orNull(row.sha256);
+    object["result"] = row.result;
+    object["status"] = row.status;
+    object["error"] = orNull(row.error);
+    appendLine(lines->buffer(), object);
     lines->endRecord();
     return lines->errorNumber();
 }
