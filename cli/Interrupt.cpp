@@ -90,6 +90,19 @@ Interrupt::Guard::~Guard() {
     guardedFiles[place].isSet = false;
 }
 
+Interrupt::Delay::Delay() {
+    sigset_t delayed = {};
+    sigemptyset(&delayed);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGALRM}) {
+        sigaddset(&delayed, signal);
+    }
+    sigprocmask(SIG_BLOCK, &delayed, &before);
+}
+
+Interrupt::Delay::~Delay() {
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+}
+
 void Interrupt::endAtOnce() {
     install(endAtOnceHandler);
 }

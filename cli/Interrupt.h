@@ -1,6 +1,7 @@
 #ifndef OLMKIT_CLI_INTERRUPT_H
 #define OLMKIT_CLI_INTERRUPT_H
 
+#include <csignal>
 #include <string>
 
 namespace olmkit {
@@ -26,6 +27,18 @@ public:
         int place;
     };
     static constexpr int guardCount = 4;
+
+    // While it stands, the signals wait: a file is made and put under guard in one step.
+    class Delay {
+    public:
+        Delay();
+        Delay(const Delay&) = delete;
+        Delay& operator=(const Delay&) = delete;
+        ~Delay();
+
+    private:
+        sigset_t before = {};
+    };
 
     static void endAtOnce();
     static void askToStop();

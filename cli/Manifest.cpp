@@ -31,12 +31,10 @@ Manifest::~Manifest() {
 }
 
 int Manifest::begin() {
-    const int error = directory.createTemporary(temporary, file);
+    const int error = directory.createTemporary(temporary, file, guard);
     if (error != 0) {
-        temporary.clear();
         return error;
     }
-    guard.emplace(directory.descriptor(), temporary);
     lines.emplace(file);
     return 0;
 }

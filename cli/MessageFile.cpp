@@ -127,12 +127,10 @@ bool MessageFile::isUsable() {
 
 bool MessageFile::flush() {
     if (file < 0) {
-        error = directory.createTemporary(temporary, file);
+        error = directory.createTemporary(temporary, file, guard);
         if (error != 0) {
-            temporary.clear();
             return false;
         }
-        guard.emplace(directory.descriptor(), temporary);
     }
     if (!writeAt(written, pending)) {
         return false;

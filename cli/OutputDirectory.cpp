@@ -65,14 +65,22 @@ int OutputDirectory::open(const std::string& path) {
     return errno == ENOENT && error ? error.value() : errno;
 }
 
-int OutputDirectory::createTemporary(std::string& name, int& file) {
+int OutputDirectory::createTemporary(std::string& name, int& file,
+                                     std::optional<Interrupt::Guard>& guard) {
+    const Interrupt::Delay delay;
     do {
         name =
             ".olmkit-" + std::to_string(getpid()) + "-" + std::to_string(++temporaries) + ".part";
         file = openat(root, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                       fileMode);
     } while (file < 0 && errno == EEXIST);
-    return file < 0 ? errno : 0;
+    if (file < 0) {
+        const int error = errno;
+        name.clear();
+        return error;
+    }
+    guard.emplace(root, name);
+    return 0;
 }
 
 int OutputDirectory::moveTo(const std::string& temporary, const MessagePath& path) {

@@ -1,9 +1,11 @@
 #ifndef OLMKIT_CLI_OUTPUTDIRECTORY_H
 #define OLMKIT_CLI_OUTPUTDIRECTORY_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "cli/Interrupt.h"
 #include "cli/MessagePaths.h"
 
 namespace olmkit {
@@ -22,12 +24,9 @@ public:
     // Opens the folder; makes it, and what is missing above it, when it is not there.
     int open(const std::string& path);
 
-    // The open folder, -1 before open().
-    int descriptor() const { return root; }
-
-    // Makes an empty file for reading and writing that nobody else uses. The caller closes it, and
-    // moves it in place or removes it.
-    int createTemporary(std::string& name, int& file);
+    // Makes an empty file for reading and writing that nobody else uses, and puts it under guard.
+    // The caller closes it, and moves it in place or removes it. After a failure `name` is empty.
+    int createTemporary(std::string& name, int& file, std::optional<Interrupt::Guard>& guard);
 
     // Gives the temporary file its final place, in one step; what stands there is replaced.
     int moveTo(const std::string& temporary, const MessagePath& path);
