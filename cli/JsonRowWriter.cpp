@@ -1,11 +1,13 @@
 #include "cli/JsonRowWriter.h"
 
 #include "cli/ItemRow.h"
+#include "cli/JsonLine.h"
 #include "cli/Text.h"
 
 namespace olmkit {
 
 void JsonRowWriter::write(std::string& out, const olmhost::Row& row) {
+    JsonObject object;
     object["index"] = row.index;
     object["entry"] = row.entry;
     object["item"] = row.item;

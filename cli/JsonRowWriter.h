@@ -3,7 +3,6 @@
 
 #include <string>
 
-#include "cli/JsonLine.h"
 #include "cli/RowWriter.h"
 
 namespace olmkit {
@@ -15,7 +14,6 @@ public:
     void write(std::string& out, const olmhost::Row& row) override;
 
 private:
-    JsonObject object; // of the last row; the next one sets the same members
     std::u16string scratch;
 };
 
