@@ -73,8 +73,12 @@ unsigned int OLMMsgWriter::finalizeNode(OLMXMLParser& /*parser*/) {
 }
 
 unsigned int OLMMsgWriter::writeMessageHeader(void* stream) {
+    return writeHeaderNumbers(stream, 0);
+}
+
+unsigned int OLMMsgWriter::writeHeaderNumbers(void* stream, uint32_t attachments) {
     const auto recipients = static_cast<uint32_t>(recipientCount);
-    const uint32_t header[] = {0, 0, recipients, 0, recipients, 0, 0, 0};
+    const uint32_t header[] = {0, 0, recipients, attachments, recipients, attachments, 0, 0};
     try {
         for (const uint32_t number : header) {
             writeDwordProp(static_cast<HostStream*>(stream), number);
@@ -138,12 +142,7 @@ void OLMMsgWriter::addProperty(unsigned int tag, unsigned long long value) {
 
 void OLMMsgWriter::createRequiredProps(const qor::WString& messageClass) {
     createEmptyBinaryProp(0x10090102);
-
-    OpenHandle stream(createSubStreamFromProp(rootStorage, 0x001A001F));
-    if (stream != nullptr) {
-        addProperty(0x001A001F, uint64_t{writeStringProp(stream.get(), messageClass)} + 2);
-    }
-    stream.reset();
+    createStringProp(0x001A001F, messageClass);
     addProperty(0x0E1F000B, 0);
     addProperty(0x0FF70003, 0);
     addProperty(0x0FF40003, 2);
@@ -162,6 +161,13 @@ void OLMMsgWriter::createEmptyStringProp(unsigned int tag) {
     const OpenHandle stream(createSubStreamFromProp(rootStorage, tag));
     if (stream != nullptr) {
         addProperty(tag, 2);
+    }
+}
+
+void OLMMsgWriter::createStringProp(unsigned int tag, const qor::WString& text) {
+    const OpenHandle stream(createSubStreamFromProp(rootStorage, tag));
+    if (stream != nullptr) {
+        addProperty(tag, uint64_t{writeStringProp(stream.get(), text)} + 2);
     }
 }
 

@@ -129,6 +129,13 @@ protected:
     void createEmptyBinaryProp(unsigned int tag);
     void createEmptyStringProp(unsigned int tag);
 
+    // Adds the text as the string property `tag`. Without the stream there is no entry.
+    void createStringProp(unsigned int tag, const qor::WString& text);
+
+    // Writes the 32 bytes of writeMessageHeader() with that number of attachments and gives what
+    // it gives.
+    unsigned int writeHeaderNumbers(void* stream, uint32_t attachments);
+
     // Turns a category list into the named property Keywords. `closingTag` is the list's own id,
     // which ends it. Throws qor::Exception ErrShortWrite.
     void handleCategories(OLMXMLParser& parser, unsigned int closingTag);

@@ -16,6 +16,15 @@ inline int countUnits(const uint16_t* units) {
     return count;
 }
 
+// The position of the last `unit` in the text, or -1.
+inline int lastPosition(const qor::WString& text, uint16_t unit) {
+    int position = text.length() - 1;
+    while (position >= 0 && text.value()[position] != unit) {
+        --position;
+    }
+    return position;
+}
+
 // Replaces the text by `count` units, as far as the first 0 unit. Null, or a count of 0 or below,
 // empties it.
 inline void setUnits(qor::WString& text, const uint16_t* units, int count) {

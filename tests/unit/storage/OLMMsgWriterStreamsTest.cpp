@@ -2,6 +2,7 @@
 
 #include "tests/fakehost/FakeHost.h"
 #include "tests/unit/storage/Thrown.h"
+#include "tests/unit/storage/Wide.h"
 
 #include <deque>
 #include <functional>
@@ -26,12 +27,6 @@ protected:
     FakeHost host;
     HostStream* root = host.newRoot();
 };
-
-qor::WString wide(std::u16string_view units) {
-    qor::WString text;
-    text.append(reinterpret_cast<const uint16_t*>(units.data()), static_cast<int>(units.size()));
-    return text;
-}
 
 // Texts of a multi-valued string, and the list of them that the writer takes.
 struct TextList {
