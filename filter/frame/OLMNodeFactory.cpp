@@ -8,6 +8,7 @@
 #include "filter/listing/OLMEmailFields.h"
 #include "filter/listing/OLMNoteFields.h"
 #include "filter/listing/OLMTaskFields.h"
+#include "filter/writers/OLMMsgMailWriter.h"
 #include "filter/writers/OLMMsgNoteWriter.h"
 #include "filter/xml/OLMRootTags.h"
 
@@ -41,14 +42,15 @@ void OLMNodeFactory::freeOLMNode(OLMNodeInt** node) {
     *node = nullptr;
 }
 
-OLMNodeWriter* OLMNodeFactory::newOLMNodeWriter(unsigned int type, void* /*archive*/,
+OLMNodeWriter* OLMNodeFactory::newOLMNodeWriter(unsigned int type, void* archive,
                                                 tagSODOSPECIALARC* request) {
     switch (type) {
+    case EmailItems:
+        return new OLMMsgMailWriter(request, archive);
     case NoteItems:
         return new OLMMsgNoteWriter(request);
     case AppointmentItems:
     case ContactItems:
-    case EmailItems:
     case TaskItems:
     case GroupItems:
         // Their writers are still to come. The request fails: it must not end as an empty message.

@@ -1,0 +1,127 @@
+// The people of OLMMsgMailWriter: the sender and the three groups of recipients.
+
+#include "filter/storage/OLMMsgRecipient.h"
+#include "filter/storage/OpenHandle.h"
+#include "filter/writers/OLMMsgMailTags.h"
+#include "filter/writers/OLMMsgMailWriter.h"
+#include "filter/xml/TextUnits.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+namespace {
+
+constexpr std::string_view addressAttribute = "OPFContactEmailAddressAddress";
+constexpr std::string_view nameAttribute = "OPFContactEmailAddressName";
+
+enum RecipientType : unsigned int {
+    RecipientTo = 1,
+    RecipientCc = 2,
+    RecipientBcc = 3,
+};
+
+struct RecipientGroup {
+    MailCode code;
+    RecipientType type;
+    unsigned int displayTag;
+};
+
+// clang-format off
+constexpr RecipientGroup recipientGroups[] = {
+    {MailTo,  RecipientTo,  0x0E04001F},
+    {MailCc,  RecipientCc,  0x0E03001F},
+    {MailBcc, RecipientBcc, 0x0E02001F},
+};
+// clang-format on
+
+// The attribute's text, or null when it is missing or empty.
+const qor::WString* textOf(const OLMXMLTag& tag, std::string_view attributeName) {
+    const OLMXMLAttribute* attribute = tag.findAttribute(attributeName);
+    return attribute == nullptr || attribute->value.length() == 0 ? nullptr : &attribute->value;
+}
+
+} // namespace
+
+bool OLMMsgMailWriter::writeFromAddr(OLMXMLTag& tag) {
+    if (const OLMXMLAttribute* address = tag.findAttribute(addressAttribute)) {
+        createStringProp(0x0065001F, address->value);
+    }
+    if (const OLMXMLAttribute* name = tag.findAttribute(nameAttribute)) {
+        createStringProp(0x0042001F, name->value);
+    }
+    return true;
+}
+
+bool OLMMsgMailWriter::processAddressGrp(const OLMXMLTag& groupTag, OLMXMLParser& parser) {
+    const unsigned int code = groupTag.id();
+    const auto* group =
+        std::ranges::find(recipientGroups, code, [](const auto& row) { return row.code; });
+    if (group == std::end(recipientGroups)) {
+        return false;
+    }
+
+    OLMXMLTag tag;
+    while (parser.nextTag(tag) != 0 && tag.id() != code) {
+        if (!tag.isClosing()) {
+            writeRecipientAddr(group->type, tag);
+        }
+    }
+    // The terminator is in what was written, and counts once more.
+    const uint64_t size = writeRecipientDisplay(group->displayTag, *displayListOf(group->type));
+    addProperty(group->displayTag, size + 2);
+    return true;
+}
+
+bool OLMMsgMailWriter::writeRecipientAddr(unsigned int recipientType, OLMXMLTag& tag) {
+    OLMMsgRecipient recipient(rootStorage, static_cast<unsigned int>(recipientCount));
+    recipient.addProperty(0x3000, recipientCount);
+    recipient.addProperty(0x0C15, static_cast<int>(recipientType));
+
+    const qor::WString* address = textOf(tag, addressAttribute);
+    if (address != nullptr) {
+        recipient.addProperty(0x3003, *address);
+    }
+    const qor::WString* name = textOf(tag, nameAttribute);
+    const qor::WString* shown = name != nullptr ? name : address;
+    if (shown != nullptr) {
+        recipient.addProperty(0x3001, *shown);
+        appendRecipientVal(recipientType, *shown);
+    }
+    ++recipientCount;
+    return true;
+}
+
+void OLMMsgMailWriter::appendRecipientVal(unsigned int recipientType, const qor::WString& value) {
+    qor::WString* list = displayListOf(recipientType);
+    if (list != nullptr) {
+        list->append(value.value(), value.length());
+        list->append("; ");
+    }
+}
+
+uint64_t OLMMsgMailWriter::writeRecipientDisplay(unsigned int tag, qor::WString& list) {
+    const OpenHandle stream(createSubStreamFromProp(rootStorage, tag));
+    if (stream == nullptr) {
+        return 0;
+    }
+    // A group that comes again goes on behind the cut, without a separator.
+    list.setLength(std::max(lastPosition(list, u';'), 0));
+    const uint64_t size = writeStringProp(stream.get(), list);
+    appendNulToStream(stream.get());
+    return size + 2;
+}
+
+// Null for a type that no group has.
+qor::WString* OLMMsgMailWriter::displayListOf(unsigned int recipientType) {
+    switch (recipientType) {
+    case RecipientTo:
+        return &toDisplayList;
+    case RecipientCc:
+        return &ccDisplayList;
+    case RecipientBcc:
+        return &bccDisplayList;
+    default:
+        return nullptr;
+    }
+}
