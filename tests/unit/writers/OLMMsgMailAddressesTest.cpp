@@ -1,0 +1,716 @@
+#include "filter/writers/OLMMsgMailWriter.h"
+
+#include "tests/fakehost/Matchers.h"
+#include "tests/unit/storage/Thrown.h"
+#include "tests/unit/storage/Wide.h"
+#include "tests/unit/writers/MailMessages.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace fakehost;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr const char* toGroup = "OPFMessageCopyToAddresses";
+constexpr const char* ccGroup = "OPFMessageCopyCCAddresses";
+constexpr const char* bccGroup = "OPFMessageCopyBCCAddresses";
+constexpr const char* fromGroup = "OPFMessageCopyFromAddresses";
+
+// A mail whose To group holds one person with that address and that name.
+ItemDocument mailTo(const Text& address, const Text& name) {
+    return mail()
+        .open(toGroup)
+        .element("emailAddress")
+        .attribute(addressAttribute, address)
+        .attribute(nameAttribute, name)
+        .close();
+}
+
+// A mail whose To group holds people of these names.
+ItemDocument mailToNames(std::initializer_list<const char*> names) {
+    ItemDocument item = mail();
+    item.open(toGroup);
+    for (const char* name : names) {
+        item.element("emailAddress").attribute(nameAttribute, name);
+    }
+    return item.close();
+}
+
+std::string stringStream(const std::string& storage, const char* tag) {
+    return storage + "/__substg1.0_" + tag;
+}
+
+class OLMMsgMailAddressesObjectTest : public MailWriterTest {};
+
+} // namespace
+
+// --- The sender.
+
+TEST(OLMMsgMailAddressesTest, SenderHasItsAddressAheadOfItsName) {
+    const StoredMessage message = writeItem(mail()
+                                                .open(fromGroup)
+                                                .element("emailAddress")
+                                                .attribute(nameAttribute, "Fay Low")
+                                                .attribute("OPFContactEmailAddressType", "0")
+                                                .attribute(addressAttribute, "f@x"));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0065001F, 8), entry(0x0042001F, 16)));
+    EXPECT_EQ(message.stream("__substg1.0_0065001F"), utf16(u"f@x"));
+    EXPECT_EQ(message.stream("__substg1.0_0042001F"), utf16(u"Fay Low"));
+    EXPECT_EQ(countStorages(message, "__recip"), 0u);
+}
+
+TEST(OLMMsgMailAddressesTest, SenderIsNeverFilledInFromTheOtherAttribute) {
+    const StoredMessage address =
+        writeItem(mail().open(fromGroup).element("a").attribute(addressAttribute, "f@x"));
+    EXPECT_THAT(ownEntries(address), ElementsAre(entry(0x0065001F, 8)));
+    EXPECT_FALSE(address.has("__substg1.0_0042001F"));
+
+    const StoredMessage name =
+        writeItem(mail().open(fromGroup).element("a").attribute(nameAttribute, "Fay"));
+    EXPECT_THAT(ownEntries(name), ElementsAre(entry(0x0042001F, 8)));
+    EXPECT_FALSE(name.has("__substg1.0_0065001F"));
+}
+
+TEST(OLMMsgMailAddressesTest, EmptyAttributesOfTheSenderAreEmptyStreamsOfSizeTwo) {
+    const StoredMessage message = writeItem(mail()
+                                                .open(fromGroup)
+                                                .element("emailAddress")
+                                                .attribute(addressAttribute, "")
+                                                .attribute(nameAttribute, ""));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0065001F, 2), entry(0x0042001F, 2)));
+    EXPECT_EQ(message.stream("__substg1.0_0065001F"), Bytes());
+    EXPECT_EQ(message.stream("__substg1.0_0042001F"), Bytes());
+}
+
+TEST(OLMMsgMailAddressesTest, SenderGroupWithoutATagHasNoProperty) {
+    const Outcome outcome = extractItem(mail().element(fromGroup));
+
+    EXPECT_THAT(ownEntries(outcome.message), IsEmpty());
+    EXPECT_THAT(outcome.progress, ElementsAre(4, 100)) << "the group counts";
+}
+
+TEST(OLMMsgMailAddressesTest, OnlyTheFirstTagOfTheSenderGroupCounts) {
+    const Outcome outcome = extractItem(mail()
+                                            .open(fromGroup)
+                                            .element("emailAddress")
+                                            .attribute(addressAttribute, "f@x")
+                                            .element("emailAddress")
+                                            .attribute(addressAttribute, "g@x")
+                                            .attribute(nameAttribute, "Gil"));
+
+    EXPECT_THAT(ownEntries(outcome.message), ElementsAre(entry(0x0065001F, 8)));
+    EXPECT_EQ(outcome.message.stream("__substg1.0_0065001F"), utf16(u"f@x"));
+    EXPECT_THAT(outcome.progress, ElementsAre(4, 4, 4, 4, 4, 100));
+}
+
+TEST(OLMMsgMailAddressesTest, SenderGroupThatTheDocumentBreaksIsNotCounted) {
+    const Outcome outcome = extractItem(mail().open(fromGroup).breakOff());
+
+    EXPECT_THAT(ownEntries(outcome.message), IsEmpty());
+    EXPECT_THAT(outcome.progress, ElementsAre(0, 100));
+}
+
+TEST(OLMMsgMailAddressesTest, AttributesOfTheGroupItselfAreNotTheSender) {
+    const StoredMessage message =
+        writeItem(mail().open(fromGroup).attribute(addressAttribute, "f@x").element("a"));
+
+    EXPECT_THAT(ownEntries(message), IsEmpty());
+}
+
+TEST_F(OLMMsgMailAddressesObjectTest, SenderStreamThatCannotBeMadeIsLeftOutAlone) {
+    ItemDocument item = mail();
+    for (int count = 0; count < 2; ++count) {
+        item.open(fromGroup)
+            .element("emailAddress")
+            .attribute(addressAttribute, "f@x")
+            .attribute(nameAttribute, "Fay")
+            .close();
+    }
+    begin(item);
+
+    host.failCall(CallKind::CreateStream, 0);
+    writer->writeNode(*parser);
+    EXPECT_THAT(added(), ElementsAre(entry(0x0042001F, 8)));
+    host.failCall(CallKind::CreateStream, 1);
+    run();
+    EXPECT_THAT(added(), ElementsAre(entry(0x0042001F, 8), entry(0x0065001F, 8)));
+    EXPECT_EQ(host.openHandles(), openBefore);
+}
+
+// --- One recipient.
+
+TEST(OLMMsgMailAddressesTest, RecipientHasItsFourPropertiesInOrder) {
+    const StoredMessage message = writeItem(mail()
+                                                .open(toGroup)
+                                                .element("emailAddress")
+                                                .attribute(nameAttribute, "Ann Low")
+                                                .attribute("OPFContactEmailAddressType", "0")
+                                                .attribute(addressAttribute, "a@x"));
+
+    const std::string storage = recipientStorage(0);
+    EXPECT_THAT(message.names(storage),
+                ElementsAre(propertyStream, "__substg1.0_3003001F", "__substg1.0_3001001F"));
+    EXPECT_EQ(message.stream(storage + "/" + propertyStream),
+              hex("00 00 00 00 00 00 00 00"
+                  "03 00 00 30  06 00 00 00  00 00 00 00 00 00 00 00"
+                  "03 00 15 0C  06 00 00 00  01 00 00 00 00 00 00 00"
+                  "1F 00 03 30  06 00 00 00  08 00 00 00 00 00 00 00"
+                  "1F 00 01 30  06 00 00 00  10 00 00 00 00 00 00 00"));
+    EXPECT_EQ(message.stream(stringStream(storage, "3003001F")), utf16(u"a@x"));
+    EXPECT_EQ(message.stream(stringStream(storage, "3001001F")), utf16(u"Ann Low"));
+    EXPECT_EQ(message.stream(propertyStream),
+              headerBytes(1, 0) + requiredEntries() +
+                  hex("1F 00 04 0E  06 00 00 00  12 00 00 00 00 00 00 00") + flagsEntry(0));
+}
+
+TEST(OLMMsgMailAddressesTest, AddressAloneIsTheNameToo) {
+    const StoredMessage message =
+        writeItem(mail().open(toGroup).element("a").attribute(addressAttribute, "a@x"));
+
+    const std::string storage = recipientStorage(0);
+    EXPECT_THAT(message.subEntries(storage),
+                ElementsAre(entry(0x30000003, 0), entry(0x0C150003, 1), entry(0x3003001F, 8),
+                            entry(0x3001001F, 8)));
+    EXPECT_EQ(message.stream(stringStream(storage, "3003001F")), utf16(u"a@x"));
+    EXPECT_EQ(message.stream(stringStream(storage, "3001001F")), utf16(u"a@x"));
+    EXPECT_EQ(message.stream("__substg1.0_0E04001F"), utf16(u"a@x") + hex("00 00"));
+}
+
+TEST(OLMMsgMailAddressesTest, EmptyNameFallsBackToTheAddress) {
+    const StoredMessage message = writeItem(mailTo("a@x", ""));
+
+    EXPECT_THAT(message.subEntries(recipientStorage(0)),
+                ElementsAre(entry(0x30000003, 0), entry(0x0C150003, 1), entry(0x3003001F, 8),
+                            entry(0x3001001F, 8)));
+    EXPECT_EQ(message.stream(stringStream(recipientStorage(0), "3001001F")), utf16(u"a@x"));
+    EXPECT_EQ(message.stream("__substg1.0_0E04001F"), utf16(u"a@x") + hex("00 00"));
+}
+
+TEST(OLMMsgMailAddressesTest, NameAloneGivesNoAddress) {
+    const StoredMessage message = writeItem(mailToNames({"Ann"}));
+
+    const std::string storage = recipientStorage(0);
+    EXPECT_THAT(message.subEntries(storage),
+                ElementsAre(entry(0x30000003, 0), entry(0x0C150003, 1), entry(0x3001001F, 8)));
+    EXPECT_FALSE(message.has(stringStream(storage, "3003001F")));
+    EXPECT_EQ(message.stream("__substg1.0_0E04001F"), utf16(u"Ann") + hex("00 00"));
+}
+
+TEST(OLMMsgMailAddressesTest, EmptyAddressCountsAsMissing) {
+    const StoredMessage message = writeItem(mailTo("", "Ann"));
+
+    EXPECT_THAT(message.subEntries(recipientStorage(0)),
+                ElementsAre(entry(0x30000003, 0), entry(0x0C150003, 1), entry(0x3001001F, 8)));
+    EXPECT_FALSE(message.has(stringStream(recipientStorage(0), "3003001F")));
+}
+
+TEST(OLMMsgMailAddressesTest, TagWithNeitherTakesANumberAndLeavesNoTraceInTheList) {
+    const StoredMessage message = writeItem(mail()
+                                                .open(toGroup)
+                                                .element("emailAddress")
+                                                .element("emailAddress")
+                                                .attribute(addressAttribute, "")
+                                                .attribute(nameAttribute, "")
+                                                .element("emailAddress")
+                                                .attribute(nameAttribute, "Ann"));
+
+    for (const uint32_t number : {0U, 1U}) {
+        EXPECT_THAT(message.subEntries(recipientStorage(number)),
+                    ElementsAre(entry(0x30000003, number), entry(0x0C150003, 1)));
+        EXPECT_THAT(message.names(recipientStorage(number)), ElementsAre(propertyStream));
+    }
+    EXPECT_THAT(message.subEntries(recipientStorage(2)),
+                ElementsAre(entry(0x30000003, 2), entry(0x0C150003, 1), entry(0x3001001F, 8)));
+    EXPECT_EQ(message.stream(propertyStream).part(0, 32), headerBytes(3, 0));
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0E04001F, 10)));
+    EXPECT_EQ(message.stream("__substg1.0_0E04001F"), utf16(u"Ann") + hex("00 00"));
+}
+
+TEST(OLMMsgMailAddressesTest, AttributeNamesOfAnotherCaseOrLengthAreNotMatched) {
+    const auto withNames = [](const char* group) {
+        return mail()
+            .open(group)
+            .element("emailAddress")
+            .attribute("opfContactEmailAddressAddress", "a@x")
+            .attribute("OPFContactEmailAddressAddress2", "a@x")
+            .attribute("OPFContactEmailAddressNam", "Ann")
+            .attribute("OPFCONTACTEMAILADDRESSNAME", "Ann");
+    };
+
+    EXPECT_THAT(writeItem(withNames(toGroup)).subEntries(recipientStorage(0)),
+                ElementsAre(entry(0x30000003, 0), entry(0x0C150003, 1)));
+    EXPECT_THAT(ownEntries(writeItem(withNames(fromGroup))), IsEmpty());
+}
+
+TEST(OLMMsgMailAddressesTest, FirstOfTwoAttributesOfANameCounts) {
+    const auto twice = [](const char* group) {
+        return mail()
+            .open(group)
+            .element("emailAddress")
+            .attribute(addressAttribute, "a@x")
+            .attribute(addressAttribute, "second@x")
+            .attribute(nameAttribute, "Ann")
+            .attribute(nameAttribute, "Second");
+    };
+
+    const StoredMessage recipient = writeItem(twice(toGroup));
+    EXPECT_EQ(recipient.stream(stringStream(recipientStorage(0), "3003001F")), utf16(u"a@x"));
+    EXPECT_EQ(recipient.stream(stringStream(recipientStorage(0), "3001001F")), utf16(u"Ann"));
+    EXPECT_THAT(ownEntries(writeItem(twice(fromGroup))),
+                ElementsAre(entry(0x0065001F, 8), entry(0x0042001F, 8)));
+}
+
+// An empty first match is still the match.
+TEST(OLMMsgMailAddressesTest, EmptyFirstAttributeHidesASecond) {
+    const StoredMessage message = writeItem(mail()
+                                                .open(toGroup)
+                                                .element("emailAddress")
+                                                .attribute(addressAttribute, "")
+                                                .attribute(addressAttribute, "second@x"));
+
+    EXPECT_THAT(message.subEntries(recipientStorage(0)),
+                ElementsAre(entry(0x30000003, 0), entry(0x0C150003, 1)));
+}
+
+// --- Groups.
+
+TEST(OLMMsgMailAddressesTest, TwoNamesStandWithOneSeparatorAndASizePastTheStream) {
+    const StoredMessage message = writeItem(mailToNames({"Ann", "Bob"}));
+
+    EXPECT_EQ(message.stream("__substg1.0_0E04001F"), utf16(u"Ann; Bob") + hex("00 00"));
+    EXPECT_EQ(message.stream("__substg1.0_0E04001F").size(), 18u);
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0E04001F, 20)));
+}
+
+namespace {
+
+struct GroupCase {
+    const char* name;
+    const char* element;
+    uint64_t type;
+    uint32_t displayTag;
+    const char* displayStream;
+};
+
+class OLMMsgMailAddressesGroupTest : public testing::TestWithParam<GroupCase> {};
+
+} // namespace
+
+TEST_P(OLMMsgMailAddressesGroupTest, GroupHasItsTypeAndItsDisplayList) {
+    const StoredMessage message = writeItem(mail()
+                                                .open(GetParam().element)
+                                                .element("emailAddress")
+                                                .attribute(addressAttribute, "a@x")
+                                                .attribute(nameAttribute, "Ann"));
+
+    EXPECT_THAT(message.subEntries(recipientStorage(0)),
+                ElementsAre(entry(0x30000003, 0), entry(0x0C150003, GetParam().type),
+                            entry(0x3003001F, 8), entry(0x3001001F, 8)));
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(GetParam().displayTag, 10)));
+    EXPECT_EQ(message.stream(GetParam().displayStream), utf16(u"Ann") + hex("00 00"));
+}
+
+TEST_P(OLMMsgMailAddressesGroupTest, GroupWithoutATagHasAListOfItsTerminator) {
+    for (const bool isSelfClosed : {true, false}) {
+        ItemDocument item = mail();
+        if (isSelfClosed) {
+            item.element(GetParam().element);
+        } else {
+            item.open(GetParam().element).text(" \n ").close();
+        }
+
+        const StoredMessage message = writeItem(item.element("OPFMessageCopyBody", "b"));
+
+        EXPECT_THAT(ownEntries(message),
+                    ElementsAre(entry(GetParam().displayTag, 4), entry(0x1000001F, 4)));
+        EXPECT_EQ(message.stream(GetParam().displayStream), hex("00 00"));
+        EXPECT_EQ(countStorages(message, "__recip"), 0u);
+    }
+}
+
+TEST_P(OLMMsgMailAddressesGroupTest, MissingGroupHasNoList) {
+    ItemDocument item = mail();
+    for (const char* group : {toGroup, ccGroup, bccGroup}) {
+        if (std::string(group) != GetParam().element) {
+            item.open(group).element("a").attribute(nameAttribute, "Ann").close();
+        }
+    }
+
+    const StoredMessage message = writeItem(item);
+
+    EXPECT_THAT(message, HasNoProperty(GetParam().displayTag));
+    EXPECT_FALSE(message.has(GetParam().displayStream));
+}
+
+TEST_P(OLMMsgMailAddressesGroupTest, GroupThatTheDocumentBreaksIsWrittenAsFarAsItCame) {
+    const StoredMessage message = writeItem(mail()
+                                                .open(GetParam().element)
+                                                .element("emailAddress")
+                                                .attribute(nameAttribute, "Ann")
+                                                .open("emailAddress")
+                                                .attribute(nameAttribute, "Bob")
+                                                .breakOff());
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(GetParam().displayTag, 20)));
+    EXPECT_EQ(message.stream(GetParam().displayStream), utf16(u"Ann; Bob") + hex("00 00"));
+    EXPECT_EQ(message.stream(propertyStream).part(0, 32), headerBytes(2, 0));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Groups, OLMMsgMailAddressesGroupTest,
+    testing::Values(GroupCase{"To", toGroup, 1, 0x0E04001F, "__substg1.0_0E04001F"},
+                    GroupCase{"Cc", ccGroup, 2, 0x0E03001F, "__substg1.0_0E03001F"},
+                    GroupCase{"Bcc", bccGroup, 3, 0x0E02001F, "__substg1.0_0E02001F"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(OLMMsgMailAddressesTest, NumbersRunOnAcrossTheGroupsInDocumentOrder) {
+    const StoredMessage message = writeItem(mail()
+                                                .open(ccGroup)
+                                                .element("a")
+                                                .attribute(nameAttribute, "Cy")
+                                                .close()
+                                                .open(bccGroup)
+                                                .element("a")
+                                                .attribute(nameAttribute, "Dee")
+                                                .element("a")
+                                                .attribute(nameAttribute, "Di")
+                                                .close()
+                                                .open(toGroup)
+                                                .element("a")
+                                                .attribute(nameAttribute, "Ann")
+                                                .close());
+
+    const uint64_t types[] = {2, 3, 3, 1};
+    for (uint32_t number = 0; number < 4; ++number) {
+        const auto entries = message.subEntries(recipientStorage(number));
+        ASSERT_GE(entries.size(), 2u);
+        EXPECT_EQ(entries[0], entry(0x30000003, number));
+        EXPECT_EQ(entries[1], entry(0x0C150003, types[number]));
+    }
+    EXPECT_EQ(message.stream(propertyStream).part(0, 32), headerBytes(4, 0));
+    EXPECT_THAT(ownEntries(message),
+                ElementsAre(entry(0x0E03001F, 8), entry(0x0E02001F, 18), entry(0x0E04001F, 10)));
+    EXPECT_EQ(message.stream("__substg1.0_0E02001F"), utf16(u"Dee; Di") + hex("00 00"));
+}
+
+TEST(OLMMsgMailAddressesTest, EveryOpeningTagOfAGroupIsAPersonWhateverItsNameAndDepth) {
+    const StoredMessage message = writeItem(mail()
+                                                .open(toGroup)
+                                                .open("OPFMessageCopySubject")
+                                                .attribute(nameAttribute, "Ann")
+                                                .text("no subject")
+                                                .element("stranger")
+                                                .attribute(nameAttribute, "Bob")
+                                                .close()
+                                                .element("OPFMessageCopyCCAddresses")
+                                                .attribute(nameAttribute, "Cy")
+                                                .close()
+                                                .element("OPFMessageCopyBody", "b"));
+
+    EXPECT_EQ(countStorages(message, "__recip"), 3u);
+    EXPECT_EQ(message.stream("__substg1.0_0E04001F"), utf16(u"Ann; Bob; Cy") + hex("00 00"));
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0E04001F, 28), entry(0x1000001F, 4)));
+}
+
+TEST(OLMMsgMailAddressesTest, GroupEndsAtATagOfItsOwnKind) {
+    const StoredMessage message = writeItem(mail()
+                                                .open(toGroup)
+                                                .element("a")
+                                                .attribute(nameAttribute, "Ann")
+                                                .open(toGroup)
+                                                .attribute(nameAttribute, "inner")
+                                                .element("a")
+                                                .attribute(nameAttribute, "behind"));
+
+    EXPECT_EQ(countStorages(message, "__recip"), 1u);
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0E04001F, 10)));
+}
+
+// The group's first end cuts the list's last separator for good.
+TEST(OLMMsgMailAddressesTest, SecondGroupOfAKindGoesOnWithTheListAsItWasCut) {
+    const StoredMessage message = writeItem(mail()
+                                                .open(toGroup)
+                                                .element("a")
+                                                .attribute(nameAttribute, "Ann")
+                                                .close()
+                                                .open(toGroup)
+                                                .element("a")
+                                                .attribute(nameAttribute, "Bob")
+                                                .element("a")
+                                                .attribute(nameAttribute, "Cy")
+                                                .close());
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0E04001F, 10), entry(0x0E04001F, 24)));
+    EXPECT_EQ(message.stream("__substg1.0_0E04001F"), utf16(u"AnnBob; Cy") + hex("00 00"));
+    EXPECT_EQ(message.stream(propertyStream).part(0, 32), headerBytes(3, 0));
+}
+
+TEST(OLMMsgMailAddressesTest, SecondGroupWithoutATagCutsTheListToNothing) {
+    const StoredMessage message = writeItem(
+        mail().open(toGroup).element("a").attribute(nameAttribute, "Ann").close().element(toGroup));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0E04001F, 10), entry(0x0E04001F, 4)));
+    EXPECT_EQ(message.stream("__substg1.0_0E04001F"), hex("00 00"));
+}
+
+TEST(OLMMsgMailAddressesTest, SemicolonOfANameStaysInTheList) {
+    const StoredMessage message = writeItem(mailToNames({"Low; Ann", "Bob;"}));
+
+    EXPECT_EQ(message.stream("__substg1.0_0E04001F"), utf16(u"Low; Ann; Bob;") + hex("00 00"));
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0E04001F, 2 * 14 + 4)));
+}
+
+// --- The operations by themselves.
+
+TEST_F(OLMMsgMailAddressesObjectTest, OtherTagsAreNoGroupsAndNothingIsRead) {
+    begin(mail().element("a").attribute(nameAttribute, "Ann"));
+    for (const uint32_t id : {0U, 1U, 5U, 8U, 0x0037001FU, UTXML_UNKNOWN_TAG + 0U}) {
+        SCOPED_TRACE(id);
+        OLMXMLTag tag;
+        tag.tagRecord.id = id;
+
+        EXPECT_FALSE(writer->processAddressGrp(tag, *parser));
+    }
+    EXPECT_THAT(host.calls(), IsEmpty());
+    EXPECT_THAT(added(), IsEmpty());
+}
+
+TEST_F(OLMMsgMailAddressesObjectTest, TextGoesToTheListOfItsType) {
+    begin(mail());
+    qor::WString text("a");
+    for (const unsigned int type : {1U, 2U, 2U, 3U, 0U, 4U}) {
+        writer->appendRecipientVal(type, text);
+    }
+
+    EXPECT_EQ(writer->toDisplayList, qor::WString("a; "));
+    EXPECT_EQ(writer->ccDisplayList, qor::WString("a; a; "));
+    EXPECT_EQ(writer->bccDisplayList, qor::WString("a; "));
+    EXPECT_THAT(host.calls(), IsEmpty());
+}
+
+namespace {
+
+struct ListCase {
+    const char* name;
+    const char16_t* list;
+    const char16_t* written;
+};
+
+class OLMMsgMailAddressesListTest : public MailWriterTest,
+                                    public testing::WithParamInterface<ListCase> {};
+
+} // namespace
+
+TEST_P(OLMMsgMailAddressesListTest, ListIsCutAtItsLastSemicolon) {
+    begin(mail());
+    qor::WString list = wide(GetParam().list);
+    const Bytes expected = utf16(GetParam().written);
+
+    EXPECT_EQ(writer->writeRecipientDisplay(0x0E04001F, list), expected.size() + 2);
+
+    EXPECT_EQ(message().stream("__substg1.0_0E04001F"), expected + hex("00 00"));
+    EXPECT_EQ(list, wide(GetParam().written));
+    EXPECT_THAT(added(), IsEmpty()) << "the entry is the group's";
+    EXPECT_EQ(host.openHandles(), openBefore);
+}
+
+INSTANTIATE_TEST_SUITE_P(Lists, OLMMsgMailAddressesListTest,
+                         testing::Values(ListCase{"Empty", u"", u""},
+                                         ListCase{"One", u"Ann; ", u"Ann"},
+                                         ListCase{"Two", u"Ann; Bob; ", u"Ann; Bob"},
+                                         ListCase{"NoSemicolon", u"Ann", u""},
+                                         ListCase{"InTheMiddle", u"Ann; Bob", u"Ann"},
+                                         ListCase{"Only", u";", u""}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST_F(OLMMsgMailAddressesObjectTest, ListWithoutAStreamGivesZeroAndIsNotCut) {
+    begin(mail());
+    qor::WString list("Ann; ");
+    host.failCall(CallKind::CreateStream, 0);
+
+    EXPECT_EQ(writer->writeRecipientDisplay(0x0E04001F, list), 0u);
+
+    EXPECT_EQ(list, qor::WString("Ann; "));
+    EXPECT_EQ(host.countOf(CallKind::Write), 0);
+}
+
+// --- What the host may do.
+
+TEST_F(OLMMsgMailAddressesObjectTest, ListWithoutAStreamHasAnEntryOfSizeTwo) {
+    begin(mailToNames({"Ann"}));
+    // The recipient's property stream and its name come first.
+    host.failCall(CallKind::CreateStream, 2);
+
+    run();
+
+    EXPECT_THAT(added(), ElementsAre(entry(0x0E04001F, 2)));
+    EXPECT_FALSE(message().has("__substg1.0_0E04001F"));
+    EXPECT_EQ(writer->recipientCount, 1);
+}
+
+TEST_F(OLMMsgMailAddressesObjectTest, TerminatorOfAListThatCannotBeWrittenThrowsAndCloses) {
+    begin(mailToNames({"Ann"}));
+    // Ahead of it: the recipient's header, its name and three entries of three writes, the list.
+    host.shortenWrite(1 + 1 + 9 + 1, 1, 0);
+
+    EXPECT_EQ(thrownCode([&] { writer->writeNode(*parser); }), shortWriteCode);
+    EXPECT_EQ(host.openHandles(), openBefore);
+    EXPECT_THAT(added(), IsEmpty());
+}
+
+TEST_F(OLMMsgMailAddressesObjectTest, RecipientStringWithoutAStreamIsLeftOutAlone) {
+    begin(mailTo("a@x", "Ann").open(toGroup).element("a").attribute(nameAttribute, "Bob"));
+    // Behind the property stream: the address.
+    host.failCall(CallKind::CreateStream, 1);
+
+    run();
+
+    EXPECT_THAT(message().subEntries(recipientStorage(0)),
+                ElementsAre(entry(0x30000003, 0), entry(0x0C150003, 1), entry(0x3001001F, 8)));
+    EXPECT_FALSE(message().has(stringStream(recipientStorage(0), "3003001F")));
+    EXPECT_EQ(writer->recipientCount, 2);
+}
+
+TEST_F(OLMMsgMailAddressesObjectTest, NameWithoutAStreamIsInTheListAllTheSame) {
+    begin(mailTo("a@x", "Ann"));
+    host.failCall(CallKind::CreateStream, 2);
+
+    run();
+
+    EXPECT_THAT(message().subEntries(recipientStorage(0)),
+                ElementsAre(entry(0x30000003, 0), entry(0x0C150003, 1), entry(0x3003001F, 8)));
+    EXPECT_EQ(message().stream("__substg1.0_0E04001F"), utf16(u"Ann") + hex("00 00"));
+}
+
+TEST_F(OLMMsgMailAddressesObjectTest, RecipientStorageThatCannotBeMadeThrowsTheHostsStatus) {
+    begin(mailToNames({"Ann"}));
+    host.failCall(CallKind::CreateStorage, 0, -42);
+
+    EXPECT_EQ(thrownCode([&] { writer->writeNode(*parser); }), static_cast<unsigned int>(-42));
+
+    EXPECT_EQ(writer->recipientCount, 0);
+    EXPECT_EQ(host.openHandles(), openBefore);
+}
+
+TEST(OLMMsgMailAddressesTest, RecipientStorageThatCannotBeMadeFailsTheRequest) {
+    // The storage of named properties comes first.
+    ItemRun run;
+    run.prepare = [](FakeHost& host) { host.failCall(CallKind::CreateStorage, 1, -42); };
+
+    const Outcome outcome = extractItem(mailToNames({"Ann"}), run);
+
+    EXPECT_EQ(outcome.result, VwSpecialFailed);
+    EXPECT_EQ(outcome.status, VwSpecialStatusFailed);
+    EXPECT_FALSE(outcome.message.has(propertyStream));
+    EXPECT_EQ(outcome.openHandles, 0);
+}
+
+TEST_F(OLMMsgMailAddressesObjectTest, RecipientIsClosedAheadOfTheNext) {
+    begin(mailToNames({"Ann", "Bob"}));
+    run();
+
+    const std::string first = recipientStorage(0);
+    const std::string second = recipientStorage(1);
+    EXPECT_THAT(host.callsOf("close"),
+                ElementsAre("close(" + first + "/__substg1.0_3001001F)",
+                            "close(" + first + "/__properties_version1.0)", "close(" + first + ")",
+                            "close(" + second + "/__substg1.0_3001001F)",
+                            "close(" + second + "/__properties_version1.0)",
+                            "close(" + second + ")", "close(__substg1.0_0E04001F)"));
+}
+
+namespace {
+
+// Hands its people on and remembers what it was given.
+class WatchingMailWriter : public OLMMsgMailWriter {
+public:
+    using OLMMsgMailWriter::OLMMsgMailWriter;
+
+    bool writeFromAddr(OLMXMLTag& tag) override {
+        seen.emplace_back("from");
+        return OLMMsgMailWriter::writeFromAddr(tag);
+    }
+    bool writeRecipientAddr(unsigned int type, OLMXMLTag& tag) override {
+        seen.push_back("type " + std::to_string(type));
+        return OLMMsgMailWriter::writeRecipientAddr(type, tag);
+    }
+
+    std::vector<std::string> seen;
+};
+
+} // namespace
+
+TEST_F(OLMMsgMailAddressesObjectTest, GroupsCallTheOverridableOperations) {
+    openDocument(mail()
+                     .open(bccGroup)
+                     .element("a")
+                     .close()
+                     .open(fromGroup)
+                     .element("a")
+                     .close()
+                     .open(toGroup)
+                     .element("a")
+                     .close()
+                     .open(ccGroup)
+                     .element("a")
+                     .element("a")
+                     .close());
+    WatchingMailWriter watching(&request, archive);
+    watching.initilizeWriter(*parser);
+    while (watching.writeNode(*parser) != 100) {
+    }
+
+    EXPECT_THAT(watching.seen, ElementsAre("type 3", "from", "type 1", "type 2", "type 2"));
+}
+
+// --- Text of every length.
+
+namespace {
+
+class OLMMsgMailAddressesLengthTest : public testing::TestWithParam<size_t> {};
+
+} // namespace
+
+TEST_P(OLMMsgMailAddressesLengthTest, SenderIsWhole) {
+    const std::u16string text = patternText(GetParam());
+
+    const StoredMessage message = writeItem(mail()
+                                                .open(fromGroup)
+                                                .element("emailAddress")
+                                                .attribute(addressAttribute, text)
+                                                .attribute(nameAttribute, text));
+
+    const uint64_t size = 2 * GetParam() + 2;
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0065001F, size), entry(0x0042001F, size)));
+    EXPECT_EQ(message.stream("__substg1.0_0065001F"), utf16(text));
+    EXPECT_EQ(message.stream("__substg1.0_0042001F"), utf16(text));
+}
+
+TEST_P(OLMMsgMailAddressesLengthTest, RecipientAndListAreWhole) {
+    const std::u16string text = patternText(GetParam());
+
+    const StoredMessage message = writeItem(mailTo(text, text));
+
+    const uint64_t size = 2 * GetParam() + 2;
+    const std::string storage = recipientStorage(0);
+    if (text.empty()) {
+        EXPECT_THAT(message.subEntries(storage),
+                    ElementsAre(entry(0x30000003, 0), entry(0x0C150003, 1)));
+    } else {
+        EXPECT_THAT(message.subEntries(storage),
+                    ElementsAre(entry(0x30000003, 0), entry(0x0C150003, 1), entry(0x3003001F, size),
+                                entry(0x3001001F, size)));
+        EXPECT_EQ(message.stream(stringStream(storage, "3003001F")), utf16(text));
+        EXPECT_EQ(message.stream(stringStream(storage, "3001001F")), utf16(text));
+    }
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0E04001F, size + 2)));
+    EXPECT_EQ(message.stream("__substg1.0_0E04001F"), utf16(text) + hex("00 00"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Units, OLMMsgMailAddressesLengthTest,
+                         testing::Values(0, 1, 1023, 1024, 1025, 3000));

@@ -1,0 +1,821 @@
+#include "filter/writers/OLMMsgMailWriter.h"
+
+#include "tests/fakehost/Matchers.h"
+#include "tests/unit/storage/Thrown.h"
+#include "tests/unit/writers/MailMessages.h"
+#include "tests/unit/writers/Sweeps.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace fakehost;
+using testing::AllOf;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+constexpr uint64_t epochTime = 116444735990000000;
+
+// The writer as one object; the fixture is shared with the tests of its people and attachments.
+class OLMMsgMailWriterObjectTest : public MailWriterTest {};
+
+} // namespace
+
+// --- The object.
+
+TEST_F(OLMMsgMailWriterObjectTest, ConstructionTouchesNoStorage) {
+    archive = host.openArchive();
+    host.forgetCalls();
+    const OpenMailWriter other(&request, archive);
+
+    EXPECT_THAT(host.calls(), IsEmpty());
+    EXPECT_EQ(other.archiveHandle, archive);
+    EXPECT_EQ(other.attachmentCount, 0u);
+    EXPECT_EQ(other.messageFlags, 0u);
+    EXPECT_EQ(other.recipientCount, 0);
+    EXPECT_EQ(other.toDisplayList.length(), 0);
+    EXPECT_EQ(other.ccDisplayList.length(), 0);
+    EXPECT_EQ(other.bccDisplayList.length(), 0);
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, BeginningTakesTheRootTagAndCountsTheTable) {
+    openDocument(mail());
+
+    EXPECT_EQ(writer->initilizeWriter(*parser), 0u);
+
+    EXPECT_EQ(writer->rootTag, 0u);
+    EXPECT_EQ(writer->expectedProps, 22u);
+    EXPECT_EQ(writer->properties.size(), static_cast<int>(requiredCount));
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, TableIsAddedInByteOrder) {
+    begin(mail());
+
+    const std::vector<std::pair<std::string, uint64_t>> rows = {
+        {"OPFMessageCopyAttachmentList", 5},
+        {"OPFMessageCopyBCCAddresses", 4},
+        {"OPFMessageCopyBody", 0x1000001F},
+        {"OPFMessageCopyCCAddresses", 3},
+        {"OPFMessageCopyCategoryList", 8},
+        {"OPFMessageCopyFromAddresses", 1},
+        {"OPFMessageCopyGetFlagStatus", 0x10900003},
+        {"OPFMessageCopyHTMLBody", 0x10130102},
+        {"OPFMessageCopyInReplyTo", 0x1042001F},
+        {"OPFMessageCopyMessageID", 0x1035001F},
+        {"OPFMessageCopyModDate", 0x30080040},
+        {"OPFMessageCopyReceivedTime", 0x002A0040},
+        {"OPFMessageCopyReferences", 0x1039001F},
+        {"OPFMessageCopySentTime", 0x00390040},
+        {"OPFMessageCopySubject", 0x0037001F},
+        {"OPFMessageCopyThreadTopic", 0x0070001F},
+        {"OPFMessageCopyToAddresses", 2},
+        {"OPFMessageGetHasRichText", 0x0E1F000B},
+        {"OPFMessageGetIsRead", 7},
+        {"OPFMessageGetPriority", 0x00260003},
+        {"OPFMessageGetWasSent", 6},
+        {"email", 0},
+    };
+    EXPECT_EQ(host.tagMaps().back(), rows);
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, RefusedTableThrowsAheadOfAnyStorage) {
+    openDocument(mail());
+    for (const int32_t status : {-3, 3}) {
+        host.failCall(CallKind::AddTagMap, 0, status);
+
+        EXPECT_EQ(thrownCode([&] { writer->initilizeWriter(*parser); }), 0xFFFFFFFEu);
+        EXPECT_FALSE(message().hasRoot());
+    }
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, MissingRootStorageDoesNotEndTheBeginning) {
+    openDocument(mail());
+    host.failCall(CallKind::CreateRoot, 0);
+
+    EXPECT_EQ(writer->initilizeWriter(*parser), 0u);
+    EXPECT_EQ(writer->expectedProps, 22u);
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, HeaderHoldsBothCountsTwice) {
+    begin(mail());
+    writer->recipientCount = 0x01020304;
+    writer->attachmentCount = 0x05060708;
+    HostStream* stream = OLMMsgWriter::createSubStreamFromWString(writer->rootStorage, "s");
+
+    EXPECT_EQ(writer->writeMessageHeader(stream), 0u);
+
+    EXPECT_EQ(message().stream("s"), hex("00 00 00 00 00 00 00 00  04 03 02 01 08 07 06 05"
+                                         "04 03 02 01 08 07 06 05  00 00 00 00 00 00 00 00"));
+    stream->close(stream);
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, HeaderGivesTheCodeOfAShortWrite) {
+    begin(mail());
+    HostStream* stream = OLMMsgWriter::createSubStreamFromWString(writer->rootStorage, "s");
+    for (int failing = 0; failing < 8; ++failing) {
+        SCOPED_TRACE(testing::Message() << "write " << failing);
+        host.shortenWrite(failing, 3, 0);
+
+        EXPECT_EQ(writer->writeMessageHeader(stream), shortWriteCode);
+    }
+    stream->close(stream);
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, HeaderThatCannotBeWrittenLeavesTheEntriesOut) {
+    begin(mail());
+    run();
+    host.shortenWrite(4, 2, 0);
+
+    EXPECT_EQ(writer->finalizeNode(*parser), 0u);
+
+    EXPECT_EQ(message().stream(propertyStream), Bytes(4 * 4 + 2));
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, OtherTagsAreLeftToTheGenericHandling) {
+    begin(mail().element("OPFMessageCopyBody", "b"));
+    for (const uint32_t id :
+         {0U, 9U, 0x1000001FU, 0x10900003U, 0x002A0040U, 0x0E1F000BU, UTXML_UNKNOWN_TAG + 0U}) {
+        SCOPED_TRACE(id);
+        OLMXMLTag tag;
+        tag.tagRecord.id = id;
+
+        EXPECT_FALSE(writer->handlePropSpecial(tag, *parser));
+    }
+    EXPECT_THAT(host.calls(), IsEmpty());
+    EXPECT_THAT(added(), IsEmpty());
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, PendingEntriesAreBoundChecked) {
+    begin(mail());
+
+    EXPECT_EQ(thrownCode([&] { writer->properties.get(static_cast<int>(requiredCount)); }),
+              qor::errorIndex);
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, WrittenMailLeavesNothingOpenBehindTheWriter) {
+    begin(fullMail());
+    run();
+    EXPECT_EQ(writer->finalizeNode(*parser), 0u);
+    writer.reset();
+
+    // The root, the storage of named properties and its three streams are given back too.
+    EXPECT_EQ(host.openHandles(), openBefore - 5);
+    EXPECT_TRUE(message().isRootClosed());
+}
+
+// --- Whole messages.
+
+TEST(OLMMsgMailWriterTest, EmptyMailHasTheRequiredPropertiesAndItsFlags) {
+    const Outcome outcome = extractItem(mail());
+
+    EXPECT_THAT(outcome.progress, ElementsAre(100));
+    EXPECT_THAT(outcome.message.paths(),
+                ElementsAre("__nameid_version1.0", "__nameid_version1.0/__substg1.0_00020102",
+                            "__nameid_version1.0/__substg1.0_00030102",
+                            "__nameid_version1.0/__substg1.0_00040102", "__substg1.0_10090102",
+                            "__substg1.0_001A001F", propertyStream));
+    EXPECT_EQ(outcome.message.stream(propertyStream),
+              headerBytes(0, 0) + requiredEntries() + flagsEntry(0));
+    EXPECT_EQ(outcome.message.classId(), hex("0B 0D 02 00 00 00 00 00 C0 00 00 00 00 00 00 46"));
+    EXPECT_EQ(outcome.message.stream("__substg1.0_10090102"), Bytes());
+    EXPECT_EQ(outcome.message.stream("__substg1.0_001A001F"), utf16(u"IPM.Note"));
+    for (const char* name : {"00020102", "00030102", "00040102"}) {
+        EXPECT_EQ(outcome.message.stream(std::string("__nameid_version1.0/__substg1.0_") + name),
+                  Bytes());
+    }
+}
+
+TEST(OLMMsgMailWriterTest, FullMailHasItsEntriesInDocumentOrder) {
+    const StoredMessage message = writeItem(fullMail(), tideArchive());
+
+    // The times are 131740151470000000, 116444735990000000 and a second more.
+    EXPECT_EQ(message.stream(propertyStream),
+              headerBytes(4, 2) + requiredEntries() +
+                  hex("1F 00 02 0E  06 00 00 00  0A 00 00 00 00 00 00 00"
+                      "1F 00 00 10  06 00 00 00  16 00 00 00 00 00 00 00"
+                      "1F 00 03 0E  06 00 00 00  08 00 00 00 00 00 00 00"
+                      "1F 10 00 80  06 00 00 00  04 00 00 00 00 00 00 00"
+                      "1F 00 65 00  06 00 00 00  08 00 00 00 00 00 00 00"
+                      "1F 00 42 00  06 00 00 00  08 00 00 00 00 00 00 00"
+                      "03 00 90 10  06 00 00 00  02 00 00 00 00 00 00 00"
+                      "02 01 13 10  06 00 00 00  18 00 00 00 00 00 00 00"
+                      "1F 00 42 10  06 00 00 00  0C 00 00 00 00 00 00 00"
+                      "1F 00 35 10  06 00 00 00  0C 00 00 00 00 00 00 00"
+                      "40 00 08 30  06 00 00 00  80 87 06 43 F8 08 D4 01"
+                      "40 00 07 30  06 00 00 00  80 87 06 43 F8 08 D4 01"
+                      "40 00 2A 00  06 00 00 00  80 E9 A5 D4 DE B1 9D 01"
+                      "1F 00 39 10  06 00 00 00  0C 00 00 00 00 00 00 00"
+                      "40 00 39 00  06 00 00 00  00 80 3E D5 DE B1 9D 01"
+                      "1F 00 37 00  06 00 00 00  12 00 00 00 00 00 00 00"
+                      "1F 00 3D 00  06 00 00 00  08 00 00 00 00 00 00 00"
+                      "1F 00 1D 0E  06 00 00 00  0C 00 00 00 00 00 00 00"
+                      "1F 00 70 00  06 00 00 00  0A 00 00 00 00 00 00 00"
+                      "1F 00 04 0E  06 00 00 00  14 00 00 00 00 00 00 00"
+                      "03 00 17 00  06 00 00 00  02 00 00 00 00 00 00 00"
+                      "03 00 07 0E  06 00 00 00  19 00 00 00 00 00 00 00"));
+}
+
+TEST(OLMMsgMailWriterTest, FullMailHasItsStreamsInDocumentOrder) {
+    const StoredMessage message = writeItem(fullMail(), tideArchive());
+
+    EXPECT_THAT(
+        message.names(),
+        ElementsAre("__nameid_version1.0", "__substg1.0_10090102", "__substg1.0_001A001F",
+                    "__attach_version1.0_#00000000", "__attach_version1.0_#00000001",
+                    "__recip_version1.0_#00000000", "__substg1.0_0E02001F", "__substg1.0_1000001F",
+                    "__recip_version1.0_#00000001", "__substg1.0_0E03001F", "__substg1.0_8000101F",
+                    "__substg1.0_8000101F-00000000", "__substg1.0_0065001F", "__substg1.0_0042001F",
+                    "__substg1.0_10130102", "__substg1.0_1042001F", "__substg1.0_1035001F",
+                    "__substg1.0_1039001F", "__substg1.0_0037001F", "__substg1.0_003D001F",
+                    "__substg1.0_0E1D001F", "__substg1.0_0070001F", "__recip_version1.0_#00000002",
+                    "__recip_version1.0_#00000003", "__substg1.0_0E04001F", propertyStream));
+    EXPECT_EQ(message.stream("__substg1.0_0E02001F"), utf16(u"d@x") + hex("00 00"));
+    EXPECT_EQ(message.stream("__substg1.0_1000001F"), utf16(u"High water"));
+    EXPECT_EQ(message.stream("__substg1.0_0E03001F"), utf16(u"Cy") + hex("00 00"));
+    EXPECT_EQ(message.stream("__substg1.0_8000101F"), hex("08 00 00 00"));
+    EXPECT_EQ(message.stream("__substg1.0_8000101F-00000000"), utf16(u"Sea") + hex("00 00"));
+    EXPECT_EQ(message.stream("__substg1.0_0065001F"), utf16(u"f@x"));
+    EXPECT_EQ(message.stream("__substg1.0_0042001F"), utf16(u"Fay"));
+    EXPECT_EQ(message.stream("__substg1.0_10130102"), hex("FF FE") + utf16(u"<b>High</b>"));
+    EXPECT_EQ(message.stream("__substg1.0_1042001F"), utf16(u"<1@x>"));
+    EXPECT_EQ(message.stream("__substg1.0_1035001F"), utf16(u"<2@x>"));
+    EXPECT_EQ(message.stream("__substg1.0_1039001F"), utf16(u"<0@x>"));
+    EXPECT_EQ(message.stream("__substg1.0_0037001F"), utf16(u"AW: Tide"));
+    EXPECT_EQ(message.stream("__substg1.0_003D001F"), utf16(u"AW:"));
+    EXPECT_EQ(message.stream("__substg1.0_0E1D001F"), utf16(u" Tide"));
+    EXPECT_EQ(message.stream("__substg1.0_0070001F"), utf16(u"Tide"));
+    EXPECT_EQ(message.stream("__substg1.0_0E04001F"), utf16(u"Ann; Bob") + hex("00 00"));
+}
+
+TEST(OLMMsgMailWriterTest, CategoriesAreTheOneNamedPropertyOfAMail) {
+    const StoredMessage message = writeItem(fullMail(), tideArchive());
+
+    EXPECT_EQ(message.stream("__nameid_version1.0/__substg1.0_00020102"), Bytes());
+    EXPECT_EQ(message.stream("__nameid_version1.0/__substg1.0_00030102"),
+              hex("00 00 00 00  05 00  00 00"));
+    EXPECT_EQ(message.stream("__nameid_version1.0/__substg1.0_00040102"),
+              hex("10 00 00 00") + utf16(u"Keywords"));
+    EXPECT_EQ(message.stream("__nameid_version1.0/__substg1.0_10150102"),
+              hex("3B 4D DA 2E  05 00  00 00"));
+}
+
+TEST(OLMMsgMailWriterTest, EntriesFollowTheDocumentAndNotTheTable) {
+    const StoredMessage message = writeItem(mail()
+                                                .element("OPFMessageGetPriority", "4")
+                                                .element("OPFMessageCopySubject", "Tide")
+                                                .element("OPFMessageCopyBody", "b"));
+
+    EXPECT_THAT(ownEntries(message),
+                ElementsAre(entry(0x00170003, 0), entry(0x0037001F, 10), entry(0x003D001F, 2),
+                            entry(0x0E1D001F, 10), entry(0x1000001F, 4)));
+}
+
+// --- Subjects.
+
+namespace {
+
+struct SubjectCase {
+    const char* name;
+    const char16_t* text;
+    const char16_t* prefix;
+    const char16_t* rest;
+};
+
+class OLMMsgMailWriterSubjectTest : public testing::TestWithParam<SubjectCase> {};
+
+} // namespace
+
+TEST_P(OLMMsgMailWriterSubjectTest, SubjectIsKeptWholeAndInTwoParts) {
+    const Bytes text = utf16(GetParam().text);
+    const Bytes prefix = utf16(GetParam().prefix);
+    const Bytes rest = utf16(GetParam().rest);
+
+    const StoredMessage message =
+        writeItem(mail().element("OPFMessageCopySubject", GetParam().text));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0037001F, text.size() + 2),
+                                                 entry(0x003D001F, prefix.size() + 2),
+                                                 entry(0x0E1D001F, rest.size() + 2)));
+    EXPECT_EQ(message.stream("__substg1.0_0037001F"), text);
+    EXPECT_EQ(message.stream("__substg1.0_003D001F"), prefix);
+    EXPECT_EQ(message.stream("__substg1.0_0E1D001F"), rest);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, OLMMsgMailWriterSubjectTest,
+    testing::Values(SubjectCase{"TwoUnitsColonSpaceAndWord", u"AW: Tide", u"AW:", u" Tide"},
+                    SubjectCase{"NoSpaceBehindTheColon", u"re:Tide", u"re:", u"Tide"},
+                    SubjectCase{"ClockTime", u"08:30 ferry", u"08:", u"30 ferry"},
+                    SubjectCase{"NoColon", u"Tide", u"", u"Tide"},
+                    SubjectCase{"ColonAtThree", u"Fwd: Tide", u"", u"Fwd: Tide"},
+                    SubjectCase{"ColonAtOne", u"R: Tide", u"", u"R: Tide"},
+                    SubjectCase{"ColonAtZero", u":Tide", u"", u":Tide"},
+                    SubjectCase{"ExactlyThreeUnits", u"AW:", u"AW:", u""},
+                    SubjectCase{"ThreeUnitsWithoutColon", u"Sea", u"", u"Sea"},
+                    SubjectCase{"TwoUnits", u"A:", u"", u"A:"},
+                    SubjectCase{"OneUnit", u":", u"", u":"},
+                    SubjectCase{"ThreeColons", u":::Tide", u":::", u"Tide"},
+                    SubjectCase{"OnlyColons", u":::", u":::", u""},
+                    SubjectCase{"TwoPrefixes", u"AW:AW:x", u"AW:", u"AW:x"},
+                    SubjectCase{"Surrogates", u"\U0001F30A: x", u"\U0001F30A:", u" x"},
+                    SubjectCase{"WideColon", u"AW\uFF1A x", u"", u"AW\uFF1A x"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(OLMMsgMailWriterTest, SubjectWithoutTextIsNoneOfTheThree) {
+    const Outcome outcome = extractItem(mail().element("OPFMessageCopySubject"));
+
+    EXPECT_THAT(ownEntries(outcome.message), IsEmpty());
+    EXPECT_FALSE(outcome.message.has("__substg1.0_0037001F"));
+    EXPECT_FALSE(outcome.message.has("__substg1.0_003D001F"));
+    EXPECT_FALSE(outcome.message.has("__substg1.0_0E1D001F"));
+    EXPECT_THAT(outcome.progress, ElementsAre(4, 4, 100)) << "the element counts";
+}
+
+TEST(OLMMsgMailWriterTest, SubjectThatCannotBeReadIsNoneOfTheThree) {
+    ItemRun run;
+    run.prepare = [](FakeHost& host) { host.failCall(CallKind::ReadContent, 0); };
+
+    const StoredMessage message = writeItem(mail().element("OPFMessageCopySubject", "Tide"), run);
+
+    EXPECT_THAT(ownEntries(message), IsEmpty());
+    EXPECT_FALSE(message.has("__substg1.0_0037001F"));
+}
+
+TEST(OLMMsgMailWriterTest, MissingElementsAddNothing) {
+    const StoredMessage message = writeItem(mail().element("stranger", "text"));
+
+    EXPECT_THAT(ownEntries(message), IsEmpty());
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, SubjectStreamThatCannotBeMadeIsLeftOutAlone) {
+    struct Case {
+        const char16_t* text;
+        std::vector<PropertyEntry> whole;
+    };
+    const Case cases[] = {
+        {u"AW: Tide", {entry(0x0037001F, 18), entry(0x003D001F, 8), entry(0x0E1D001F, 12)}},
+        {u"Tide", {entry(0x0037001F, 10), entry(0x003D001F, 2), entry(0x0E1D001F, 10)}},
+    };
+    ItemDocument item = mail();
+    for (const Case& row : cases) {
+        for (int failing = 0; failing < 3; ++failing) {
+            item.element("OPFMessageCopySubject", row.text);
+        }
+    }
+    begin(item);
+
+    for (const Case& row : cases) {
+        for (int failing = 0; failing < 3; ++failing) {
+            SCOPED_TRACE(testing::Message() << "stream " << failing);
+            auto expected = added();
+            auto left = row.whole;
+            left.erase(left.begin() + failing);
+            expected.insert(expected.end(), left.begin(), left.end());
+            host.failCall(CallKind::CreateStream, failing);
+
+            writer->writeNode(*parser); // the opening tag
+            EXPECT_EQ(added(), expected);
+            EXPECT_EQ(host.openHandles(), openBefore);
+            writer->writeNode(*parser); // the closing tag
+        }
+    }
+    EXPECT_TRUE(host.hasFailed());
+}
+
+// --- Bodies.
+
+TEST(OLMMsgMailWriterTest, EachBodyComesFromItsOwnElement) {
+    const StoredMessage message = writeItem(
+        mail().element("OPFMessageCopyHTMLBody", "<p>rich").element("OPFMessageCopyBody", "plain"));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x10130102, 16), entry(0x1000001F, 12)));
+    EXPECT_EQ(message.stream("__substg1.0_10130102"), hex("FF FE") + utf16(u"<p>rich"));
+    EXPECT_EQ(message.stream("__substg1.0_1000001F"), utf16(u"plain"));
+}
+
+TEST(OLMMsgMailWriterTest, NeitherBodyIsMadeFromTheOther) {
+    EXPECT_THAT(writeItem(mail().element("OPFMessageCopyHTMLBody", "<p>rich")),
+                HasNoProperty(0x1000001F));
+    EXPECT_THAT(writeItem(mail().element("OPFMessageCopyBody", "plain")),
+                HasNoProperty(0x10130102));
+}
+
+TEST(OLMMsgMailWriterTest, HtmlBodyWithoutTextHasOnlyItsMark) {
+    const StoredMessage message = writeItem(mail().element("OPFMessageCopyHTMLBody"));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x10130102, 2)));
+    EXPECT_EQ(message.stream("__substg1.0_10130102"), hex("FF FE"));
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, HtmlBodyWithoutAStreamIsLeftOut) {
+    begin(mail().element("OPFMessageCopyHTMLBody", "lost").element("OPFMessageCopyBody", "kept"));
+    host.failCall(CallKind::CreateStream, 0);
+
+    run();
+
+    EXPECT_THAT(added(), ElementsAre(entry(0x1000001F, 10)));
+    EXPECT_EQ(writer->handledProps, 2u) << "the element was read all the same";
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, MarkThatCannotBeWrittenThrowsAndClosesItsStream) {
+    begin(mail().element("OPFMessageCopyHTMLBody", "lost"));
+    host.shortenWrite(0, 1, 0);
+
+    EXPECT_EQ(thrownCode([&] { writer->writeNode(*parser); }), shortWriteCode);
+
+    EXPECT_THAT(added(), IsEmpty());
+    EXPECT_EQ(host.openHandles(), openBefore);
+}
+
+TEST(OLMMsgMailWriterTest, MarkThatCannotBeWrittenFailsTheRequest) {
+    // Of the mail's writes, the class comes first.
+    ItemRun run;
+    run.prepare = [](FakeHost& host) { host.shortenWrite(1, 1, 0); };
+
+    const Outcome outcome = extractItem(mail().element("OPFMessageCopyHTMLBody", "lost"), run);
+
+    EXPECT_EQ(outcome.result, VwSpecialFailed);
+    EXPECT_EQ(outcome.status, VwSpecialStatusFailed);
+    EXPECT_EQ(outcome.message.stream("__substg1.0_10130102"), hex("FF"));
+    EXPECT_FALSE(outcome.message.has(propertyStream));
+    EXPECT_EQ(outcome.openHandles, 0);
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, TextOfAnHtmlBodyThatCannotBeWrittenCountsTheMarkAlone) {
+    begin(mail().element("OPFMessageCopyHTMLBody", "lost"));
+    host.failCall(CallKind::Write, 1);
+
+    run();
+
+    EXPECT_THAT(added(), ElementsAre(entry(0x10130102, 2)));
+    EXPECT_EQ(message().stream("__substg1.0_10130102"), hex("FF FE"));
+}
+
+// --- Plain strings, times and the flag status.
+
+TEST(OLMMsgMailWriterTest, PlainStringWithoutTextHasAnEmptyStreamAndTheSizeTwo) {
+    const StoredMessage message = writeItem(mail()
+                                                .element("OPFMessageCopyBody")
+                                                .element("OPFMessageCopyInReplyTo")
+                                                .element("OPFMessageCopyMessageID")
+                                                .element("OPFMessageCopyReferences")
+                                                .element("OPFMessageCopyThreadTopic"));
+
+    EXPECT_THAT(ownEntries(message),
+                ElementsAre(entry(0x1000001F, 2), entry(0x1042001F, 2), entry(0x1035001F, 2),
+                            entry(0x1039001F, 2), entry(0x0070001F, 2)));
+    for (const char* name : {"1000001F", "1042001F", "1035001F", "1039001F", "0070001F"}) {
+        EXPECT_EQ(message.stream(std::string("__substg1.0_") + name), Bytes());
+    }
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, PlainStringWithoutAStreamIsLeftOut) {
+    begin(mail()
+              .element("OPFMessageCopyMessageID", "lost")
+              .element("OPFMessageCopyThreadTopic", "kept"));
+    host.failCall(CallKind::CreateStream, 0);
+
+    run();
+
+    EXPECT_THAT(added(), ElementsAre(entry(0x0070001F, 10)));
+    EXPECT_EQ(writer->handledProps, 1u);
+}
+
+TEST(OLMMsgMailWriterTest, CreationTimeIsTheModificationTime) {
+    EXPECT_THAT(
+        ownEntries(writeItem(mail().element("OPFMessageCopyModDate", "1970-01-01T00:00:00Z"))),
+        ElementsAre(entry(0x30080040, epochTime), entry(0x30070040, epochTime)));
+}
+
+TEST(OLMMsgMailWriterTest, BothTimesAreZeroWithoutADate) {
+    for (const char* text : {"", "soon"}) {
+        EXPECT_THAT(ownEntries(writeItem(mail().element("OPFMessageCopyModDate", text))),
+                    ElementsAre(entry(0x30080040, 0), entry(0x30070040, 0)));
+    }
+}
+
+TEST(OLMMsgMailWriterTest, NeitherTimeExistsWithoutTheModificationDate) {
+    const StoredMessage message = writeItem(mail()
+                                                .element("OPFMessageCopySentTime", "1970-01-01")
+                                                .element("OPFMessageCopyReceivedTime", "soon"));
+
+    EXPECT_THAT(ownEntries(message),
+                ElementsAre(entry(0x00390040, epochTime), entry(0x002A0040, 0)));
+}
+
+TEST(OLMMsgMailWriterTest, FlagStatusHasNothingToDoWithTheFlags) {
+    const StoredMessage message =
+        writeItem(mail().element("OPFMessageCopyGetFlagStatus", "-1.2E1"));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x10900003, 0xFFFFFFF4)));
+    EXPECT_EQ(messageFlags(message), 0u);
+}
+
+TEST(OLMMsgMailWriterTest, RichTextAddsNothingAndIsNotCounted) {
+    const Outcome outcome = extractItem(mail().element("OPFMessageGetHasRichText", "1E0"));
+
+    EXPECT_THAT(outcome.progress, ElementsAre(0, 0, 100));
+    EXPECT_THAT(ownEntries(outcome.message), IsEmpty());
+    EXPECT_THAT(outcome.message, HasNumber(0x0E1F000B, 0));
+}
+
+// --- Flags.
+
+namespace {
+
+struct FlagCase {
+    const char* name;
+    const char* wasSent; // null for no element
+    const char* isRead;  // as above
+    bool hasAttachment;
+    uint64_t flags;
+};
+
+class OLMMsgMailWriterFlagTest : public testing::TestWithParam<FlagCase> {};
+
+} // namespace
+
+TEST_P(OLMMsgMailWriterFlagTest, FlagsAreTheLastEntry) {
+    ItemDocument item = mail();
+    if (GetParam().hasAttachment) {
+        item.open("OPFMessageCopyAttachmentList").element("messageAttachment").close();
+    }
+    if (GetParam().wasSent != nullptr) {
+        item.element("OPFMessageGetWasSent", GetParam().wasSent);
+    }
+    if (GetParam().isRead != nullptr) {
+        item.element("OPFMessageGetIsRead", GetParam().isRead);
+    }
+
+    const StoredMessage message = writeItem(item);
+
+    EXPECT_THAT(ownEntries(message), IsEmpty());
+    EXPECT_EQ(messageFlags(message), GetParam().flags);
+}
+
+INSTANTIATE_TEST_SUITE_P(Mails, OLMMsgMailWriterFlagTest,
+                         testing::Values(FlagCase{"Neither", nullptr, nullptr, false, 0},
+                                         FlagCase{"Sent", "1E0", nullptr, false, 0},
+                                         FlagCase{"NotSent", "0E0", nullptr, false, 8},
+                                         FlagCase{"SentWithoutText", "", nullptr, false, 8},
+                                         FlagCase{"SentInAWord", "true", nullptr, false, 0},
+                                         FlagCase{"NotSentInAWord", "no", nullptr, false, 8},
+                                         FlagCase{"Read", nullptr, "1E0", false, 1},
+                                         FlagCase{"NotRead", nullptr, "0E0", false, 0},
+                                         FlagCase{"ReadWithoutText", nullptr, "", false, 0},
+                                         FlagCase{"ReadInAWord", nullptr, "YES", false, 1},
+                                         FlagCase{"NotSentAndRead", "0", "1", false, 9},
+                                         FlagCase{"Attachment", nullptr, nullptr, true, 16},
+                                         FlagCase{"All", "false", "true", true, 25}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(OLMMsgMailWriterTest, FlagOnceSetStays) {
+    const StoredMessage message = writeItem(mail()
+                                                .element("OPFMessageGetIsRead", "1")
+                                                .element("OPFMessageGetIsRead", "0")
+                                                .element("OPFMessageGetWasSent", "0")
+                                                .element("OPFMessageGetWasSent", "1"));
+
+    EXPECT_EQ(messageFlags(message), 9u);
+}
+
+TEST_F(OLMMsgMailWriterObjectTest, OtherFlagCodesOnlyReadTheText) {
+    begin(mail().element("stranger", "1"));
+    OLMXMLTag tag;
+    ASSERT_EQ(parser->nextTag(tag), 1);
+    host.forgetCalls();
+
+    writer->handleFlagTag(5, *parser);
+
+    EXPECT_EQ(writer->messageFlags, 0u);
+    EXPECT_GT(host.countOf(CallKind::ReadContent), 0);
+}
+
+// --- Importance.
+
+namespace {
+
+struct PriorityCase {
+    const char* name;
+    const char* text;
+    uint64_t importance;
+};
+
+class OLMMsgMailWriterPriorityTest : public testing::TestWithParam<PriorityCase> {};
+
+} // namespace
+
+TEST_P(OLMMsgMailWriterPriorityTest, PriorityBecomesAnImportance) {
+    const StoredMessage message =
+        writeItem(mail().element("OPFMessageGetPriority", GetParam().text));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x00170003, GetParam().importance)));
+}
+
+// 4294967298 is 2^32 and 2: the number isn't cut to 32 bits ahead of the comparison.
+INSTANTIATE_TEST_SUITE_P(
+    Texts, OLMMsgMailWriterPriorityTest,
+    testing::Values(PriorityCase{"One", "1", 1}, PriorityCase{"Two", "2", 2},
+                    PriorityCase{"Three", "3", 1}, PriorityCase{"Four", "4", 0},
+                    PriorityCase{"Five", "5", 1}, PriorityCase{"Zero", "0", 1},
+                    PriorityCase{"Exponent", "2E0", 2}, PriorityCase{"Fraction", "4.9", 0},
+                    PriorityCase{"Negative", "-2", 1}, PriorityCase{"NoNumber", "high", 1},
+                    PriorityCase{"Wide", "4294967298", 1}, PriorityCase{"NoText", "", 1}),
+    [](const auto& row) { return row.param.name; });
+
+// --- The item's end.
+
+TEST(OLMMsgMailWriterTest, ProgressCountsTheElementsOfTheTable) {
+    const Outcome outcome = extractItem(mail()
+                                            .open("OPFMessageCopyCategoryList")
+                                            .close()
+                                            .element("OPFMessageCopyBody", "b")
+                                            .element("stranger")
+                                            .open("OPFMessageCopyFromAddresses")
+                                            .element("emailAddress")
+                                            .close()
+                                            .open("OPFMessageCopyToAddresses")
+                                            .element("emailAddress")
+                                            .close()
+                                            .element("OPFMessageGetWasSent", "1"));
+
+    // The sender's group alone leaves its closing tags to the item.
+    EXPECT_THAT(outcome.progress, ElementsAre(4, 9, 9, 9, 9, 13, 13, 13, 18, 22, 22, 100));
+}
+
+TEST(OLMMsgMailWriterTest, MailEndsWithItsTwentySecondElementWhateverFollows) {
+    ItemDocument repeated = mail();
+    for (int count = 0; count < 22; ++count) {
+        repeated.element("OPFMessageCopyMessageID", "<2@x>");
+    }
+    repeated.element("OPFMessageCopyBody", "unread");
+
+    const Outcome outcome = extractItem(repeated);
+
+    EXPECT_EQ(outcome.result, VwSpecialDone);
+    EXPECT_EQ(outcome.progress.back(), 100);
+    EXPECT_THAT(outcome.progress, SizeIs(43));
+    EXPECT_THAT(ownEntries(outcome.message), AllOf(SizeIs(22), Each(entry(0x1035001F, 12))));
+    EXPECT_EQ(messageFlags(outcome.message), 0u);
+    EXPECT_FALSE(outcome.message.has("__substg1.0_1000001F"));
+}
+
+TEST(OLMMsgMailWriterTest, SecondMailOfADocumentIsNotTouched) {
+    const StoredMessage message = writeItem(mail()
+                                                .element("OPFMessageCopyThreadTopic", "first")
+                                                .close()
+                                                .open("email")
+                                                .element("OPFMessageCopyThreadTopic", "second"));
+
+    EXPECT_THAT(message, HasText(0x0070001F, u"first"));
+}
+
+TEST(OLMMsgMailWriterTest, CancelledMailHasNoPropertyStream) {
+    ItemRun run = tideArchive();
+    run.answer = [](int32_t value) { return value == 13 ? 1 : 0; };
+
+    const Outcome outcome = extractItem(fullMail(), run);
+
+    EXPECT_EQ(outcome.result, VwSpecialDone);
+    EXPECT_THAT(outcome.progress, ElementsAre(4, 9, 13));
+    EXPECT_FALSE(outcome.message.has(propertyStream));
+    EXPECT_TRUE(outcome.message.isRootClosed());
+    EXPECT_EQ(outcome.handlesLeftOpen, 0);
+}
+
+// --- Text of every length around the size of a chunk.
+
+namespace {
+
+class OLMMsgMailWriterLengthTest : public testing::TestWithParam<size_t> {};
+
+} // namespace
+
+TEST_P(OLMMsgMailWriterLengthTest, PlainStringsAreWhole) {
+    const std::u16string text = patternText(GetParam());
+    const uint64_t size = 2 * GetParam() + 2;
+
+    const StoredMessage message = writeItem(mail()
+                                                .element("OPFMessageCopyBody", text)
+                                                .element("OPFMessageCopyInReplyTo", text)
+                                                .element("OPFMessageCopyMessageID", text)
+                                                .element("OPFMessageCopyReferences", text)
+                                                .element("OPFMessageCopyThreadTopic", text));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x1000001F, size), entry(0x1042001F, size),
+                                                 entry(0x1035001F, size), entry(0x1039001F, size),
+                                                 entry(0x0070001F, size)));
+    for (const char* name : {"1000001F", "1042001F", "1035001F", "1039001F", "0070001F"}) {
+        EXPECT_EQ(message.stream(std::string("__substg1.0_") + name), utf16(text));
+    }
+}
+
+TEST_P(OLMMsgMailWriterLengthTest, HtmlBodyIsWhole) {
+    const std::u16string text = patternText(GetParam());
+
+    const StoredMessage message = writeItem(mail().element("OPFMessageCopyHTMLBody", text));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x10130102, 2 * GetParam() + 2)));
+    EXPECT_EQ(message.stream("__substg1.0_10130102"), hex("FF FE") + utf16(text));
+}
+
+TEST_P(OLMMsgMailWriterLengthTest, SubjectIsWholeInBothOfItsPlaces) {
+    const std::u16string text = patternText(GetParam());
+
+    const StoredMessage message = writeItem(mail().element("OPFMessageCopySubject", text));
+
+    if (text.empty()) {
+        EXPECT_THAT(ownEntries(message), IsEmpty());
+        return;
+    }
+    const uint64_t size = 2 * GetParam() + 2;
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0037001F, size), entry(0x003D001F, 2),
+                                                 entry(0x0E1D001F, size)));
+    EXPECT_EQ(message.stream("__substg1.0_0037001F"), utf16(text));
+    EXPECT_EQ(message.stream("__substg1.0_003D001F"), Bytes());
+    EXPECT_EQ(message.stream("__substg1.0_0E1D001F"), utf16(text));
+}
+
+TEST_P(OLMMsgMailWriterLengthTest, SubjectBehindAPrefixIsWhole) {
+    const std::u16string text = patternText(GetParam());
+
+    const StoredMessage message = writeItem(mail().element("OPFMessageCopySubject", u"AW:" + text));
+
+    EXPECT_THAT(message, HasText(0x0037001F, u"AW:" + text));
+    EXPECT_THAT(message, HasText(0x003D001F, u"AW:"));
+    EXPECT_THAT(message, HasText(0x0E1D001F, text));
+}
+
+TEST_P(OLMMsgMailWriterLengthTest, CategoryIsWhole) {
+    const std::u16string text = patternText(GetParam());
+
+    const StoredMessage message = writeItem(mail()
+                                                .open("OPFMessageCopyCategoryList")
+                                                .element("category")
+                                                .attribute("OPFCategoryCopyName", text));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x8000101F, 4)));
+    EXPECT_EQ(message.stream("__substg1.0_8000101F"),
+              le32(static_cast<uint32_t>(2 * GetParam() + 2)));
+    EXPECT_EQ(message.stream("__substg1.0_8000101F-00000000"), utf16(text) + hex("00 00"));
+}
+
+TEST_P(OLMMsgMailWriterLengthTest, TextThatIsNoDateNumberOrTruthIsTheDefault) {
+    const std::u16string text(GetParam(), u'x');
+
+    const StoredMessage message = writeItem(mail()
+                                                .element("OPFMessageCopyModDate", text)
+                                                .element("OPFMessageCopySentTime", text)
+                                                .element("OPFMessageCopyGetFlagStatus", text)
+                                                .element("OPFMessageGetPriority", text)
+                                                .element("OPFMessageGetIsRead", text));
+
+    EXPECT_THAT(ownEntries(message),
+                ElementsAre(entry(0x30080040, 0), entry(0x30070040, 0), entry(0x00390040, 0),
+                            entry(0x10900003, 0), entry(0x00170003, 1)));
+    EXPECT_EQ(messageFlags(message), 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Units, OLMMsgMailWriterLengthTest,
+                         testing::Values(0, 1, 1023, 1024, 1025, 3000));
+
+// --- What the host and the document may do.
+
+TEST(OLMMsgMailWriterTest, NoHostFailureEscapesOrLeaks) {
+    expectNoHostFailureEscapes(fullMail(), tideArchive());
+}
+
+TEST(OLMMsgMailWriterTest, NoShortWriteEscapesOrLeaks) {
+    expectNoShortWriteEscapes(fullMail(), tideArchive());
+}
+
+TEST(OLMMsgMailWriterTest, MailIsFinishedWhereverTheDocumentBreaks) {
+    expectItemIsFinishedWhereverTheDocumentBreaks(
+        fullMail(), tideArchive(), [](const StoredMessage& message) {
+            const uint32_t recipients = countStorages(message, "__recip_version1.0_#");
+            const uint32_t attachments = countStorages(message, "__attach_version1.0_#");
+            const Bytes stream = message.stream(propertyStream);
+            const Bytes begin = headerBytes(recipients, attachments) + requiredEntries();
+            EXPECT_EQ(stream.part(0, begin.size()), begin);
+            EXPECT_EQ(messageFlags(message) & 0x10, attachments == 0 ? 0u : 0x10u);
+        });
+}
+
+// Without a root the beginning reads no tag, so the mail's own one comes to the first step, as what
+// ends it. A mail has no named property that would have to be written somewhere.
+TEST(OLMMsgMailWriterTest, MissingRootStorageEndsTheMailAtItsOwnTag) {
+    ItemRun run = tideArchive();
+    run.prepare = [](FakeHost& host) { host.failCall(CallKind::CreateRoot, 0); };
+
+    const Outcome outcome = extractItem(fullMail(), run);
+
+    EXPECT_EQ(outcome.result, VwSpecialDone);
+    EXPECT_THAT(outcome.progress, ElementsAre(100));
+    EXPECT_FALSE(outcome.message.hasRoot());
+    EXPECT_THAT(outcome.message.paths(), IsEmpty());
+    EXPECT_EQ(outcome.openHandles, 0);
+    EXPECT_EQ(outcome.openReaders, 0);
+}
