@@ -785,7 +785,7 @@ INSTANTIATE_TEST_SUITE_P(Units, OLMMsgMailWriterLengthTest,
 // --- What the host and the document may do.
 
 TEST(OLMMsgMailWriterTest, NoHostFailureEscapesOrLeaks) {
-    expectNoHostFailureEscapes(fullMail(), tideArchive());
+    expectNoHostFailureEscapes(fullMail(), tideArchive(), 1);
 }
 
 TEST(OLMMsgMailWriterTest, NoShortWriteEscapesOrLeaks) {

@@ -4,12 +4,12 @@
 #include "tests/fakehost/Extraction.h"
 #include "tests/fakehost/Matchers.h"
 #include "tests/unit/storage/Thrown.h"
+#include "tests/unit/writers/Sweeps.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace fakehost;
-using testing::AnyOf;
 using testing::Each;
 using testing::ElementsAre;
 using testing::Pair;
@@ -333,40 +333,8 @@ INSTANTIATE_TEST_SUITE_P(Units, OLMMsgNoteWriterLengthTest,
 
 // --- What the host and the document may do.
 
-// A reader that can't be prepared leaves its entry open until the archive is closed; that happens
-// ahead of the writer, for two calls: the reader's start and its first tag map.
 TEST(OLMMsgNoteWriterTest, NoHostFailureEscapesOrLeaks) {
-    const ItemDocument item = fullNote();
-    const int callCount = countHostCalls(item);
-    ASSERT_GT(callCount, 0);
-    int failedRequests = 0;
-    int failedReaders = 0;
-
-    for (int failing = 0; failing < callCount; ++failing) {
-        SCOPED_TRACE(testing::Message() << "failing host call " << failing);
-        bool hasFailed = false;
-        ItemRun run;
-        run.inspect = [&](FakeHost& host) { hasFailed = host.hasFailed(); };
-
-        const Outcome outcome = extractWithFailure(item, failing, run);
-
-        EXPECT_TRUE(hasFailed);
-        EXPECT_THAT(outcome.result, AnyOf(VwSpecialDone, VwSpecialFailed));
-        const bool isDone = outcome.result == VwSpecialDone;
-        EXPECT_EQ(outcome.status, isDone ? 0 : VwSpecialStatusFailed);
-        EXPECT_EQ(outcome.message.isRootClosed(), isDone);
-        EXPECT_EQ(outcome.lockedBlocks, 0);
-        failedRequests += isDone ? 0 : 1;
-        if (!isDone && !outcome.message.hasRoot() && outcome.openHandles == 1) {
-            ++failedReaders;
-            continue;
-        }
-        EXPECT_EQ(outcome.openHandles, 0) << "after the output was ended";
-        EXPECT_EQ(outcome.openReaders, 0);
-    }
-    EXPECT_EQ(failedReaders, 2);
-    EXPECT_GT(failedRequests, failedReaders);
-    EXPECT_LT(failedRequests, callCount);
+    expectNoHostFailureEscapes(fullNote());
 }
 
 TEST(OLMMsgNoteWriterTest, MissingRootStorageFailsTheRequest) {
@@ -381,47 +349,12 @@ TEST(OLMMsgNoteWriterTest, MissingRootStorageFailsTheRequest) {
 }
 
 TEST(OLMMsgNoteWriterTest, NoShortWriteEscapesOrLeaks) {
-    int writes = 0;
-    ItemRun counting;
-    counting.inspect = [&](FakeHost& host) { writes = host.countOf(CallKind::Write); };
-    extractItem(fullNote(), counting);
-    ASSERT_GT(writes, 0);
-
-    for (int failing = 0; failing < writes; ++failing) {
-        SCOPED_TRACE(testing::Message() << "short write " << failing);
-        ItemRun run;
-        run.prepare = [&](FakeHost& host) { host.shortenWrite(failing, 1, 0); };
-
-        const Outcome outcome = extractItem(fullNote(), run);
-
-        EXPECT_THAT(outcome.result, AnyOf(VwSpecialDone, VwSpecialFailed));
-        EXPECT_EQ(outcome.openHandles, 0);
-        EXPECT_EQ(outcome.openReaders, 0);
-        EXPECT_EQ(outcome.lockedBlocks, 0);
-    }
+    expectNoShortWriteEscapes(fullNote());
 }
 
 TEST(OLMMsgNoteWriterTest, NoteIsFinishedWhereverTheDocumentBreaks) {
-    const ItemDocument whole = fullNote();
-    const size_t eventCount = whole.eventCount();
-
-    for (size_t count = 0; count <= eventCount; ++count) {
-        SCOPED_TRACE(testing::Message() << "broken behind event " << count);
-
-        const Outcome outcome = extractItem(whole.cutAfter(count));
-
-        // Without the note's own tag, the second event, there is no message.
-        const bool hasNote = count >= 2;
-        EXPECT_EQ(outcome.result, hasNote ? VwSpecialDone : VwSpecialFailed);
-        EXPECT_EQ(outcome.openHandles, 0);
-        EXPECT_EQ(outcome.openReaders, 0);
-        EXPECT_EQ(outcome.lockedBlocks, 0);
-        if (hasNote) {
-            EXPECT_EQ(outcome.progress.back(), 100);
-            EXPECT_TRUE(outcome.message.isRootClosed());
-            EXPECT_EQ(
-                outcome.message.stream(propertyStream).part(0, headerSize + 16 * defaultCount),
-                header + defaultEntries);
-        }
-    }
+    expectItemIsFinishedWhereverTheDocumentBreaks(fullNote(), {}, [](const StoredMessage& message) {
+        EXPECT_EQ(message.stream(propertyStream).part(0, headerSize + 16 * defaultCount),
+                  header + defaultEntries);
+    });
 }
