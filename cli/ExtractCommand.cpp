@@ -18,6 +18,9 @@ std::string summary(const ExtractOptions& options, const Extractor& extractor) {
         text += "; " + std::to_string(requested - written) + " failed, see " + options.directory +
                 "/" + Manifest::fileName;
     }
+    if (const std::uint64_t warned = extractor.warnedCount(); warned > 0) {
+        text += "; " + std::to_string(warned) + " with warnings";
+    }
     return text + (extractor.isStopped() ? "; the others were not tried\n" : "\n");
 }
 
@@ -34,7 +37,8 @@ ExitCode runExtract(const ExtractOptions& options, Output& output, Messages& mes
 
     Extractor extractor(options, session, messages);
     ExitCode code = extractor.run();
-    if (messages.faults(options.archive, session) > 0 && code == ExitCode::Done) {
+    if (messages.faults(options.archive, session, extractor.toldEntries()) > 0 &&
+        code == ExitCode::Done) {
         code = ExitCode::Partial;
     }
     switch (code) {

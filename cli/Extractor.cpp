@@ -26,6 +26,31 @@ std::string itemTitle(const ManifestRow& row, const std::string& kind,
            entryTitle(session, *row.entry);
 }
 
+std::string refusalText(const ManifestRow& row, const olmhost::Extraction& extraction) {
+    std::string faultText;
+    for (const olmhost::EntryFault& fault : extraction.faults) {
+        if (fault.entryIndex == row.entry) {
+            faultText += "; the entry: " + fault.text;
+        }
+    }
+    std::string text = "the module refused the item";
+    if (row.result == resultNoItem) {
+        text = "there is no item at that place";
+    } else if (extraction.end == olmhost::ExtractionEnd::NotBegun && faultText.empty()) {
+        text = "the module writes no messages of this kind yet";
+    }
+    return text + " (result " + std::to_string(row.result) + ", status " +
+           std::to_string(row.status) + ")" + faultText;
+}
+
+std::string attachmentWarning(const olmhost::MemberRead& member) {
+    if (!member.entryIndex.has_value()) {
+        return "an attachment is missing: " + member.fault; // which holds the name
+    }
+    return "the attachment \"" + member.name + "\" is " +
+           (member.bytesRead == 0 ? "missing: " : "damaged: ") + member.fault;
+}
+
 } // namespace
 
 Extractor::Extractor(const ExtractOptions& options, olmhost::Session& session, Messages& messages)
@@ -145,17 +170,13 @@ void Extractor::writePlaces() {
         wanted.row.entry = place.entry;
         wanted.row.item = place.item;
         wanted.path = paths.ofUnlisted(place.entry, place.item);
+        wanted.isListed = false;
         write(wanted);
-        if (!wanted.row.path.empty() && wanted.row.error.empty()) {
-            messages.tell(options.archive + ": " + itemTitle(wanted.row, "", session) +
-                          ": the entry has no item of that number, so the message is empty");
-        }
     }
 }
 
 void Extractor::write(Wanted& wanted) {
     ManifestRow& row = wanted.row;
-    const std::size_t faultsBefore = session.faults().size();
     const auto progress = [](std::int32_t) { return Interrupt::isRequested() ? 1 : 0; };
     message.begin();
     const olmhost::Extraction extraction =
@@ -177,20 +198,15 @@ void Extractor::write(Wanted& wanted) {
             outputFailed(options.directory + "/" + row.path, error);
         }
     } else {
-        judge(row, extraction, faultsBefore);
+        judge(row, extraction);
     }
     message.discard();
+    warn(wanted, extraction);
     finishRow(row, wanted.kind);
-    if (row.error.empty() && extraction.isCut) {
-        hasCutMessages = true;
-        messages.tell(options.archive + ": " + itemTitle(row, wanted.kind, session) +
-                      ": a part of it is longer than a message file can hold, and was cut there");
-    }
 }
 
 // Says in `row` why an item is not written.
-void Extractor::judge(ManifestRow& row, const olmhost::Extraction& extraction,
-                      std::size_t faultsBefore) {
+void Extractor::judge(ManifestRow& row, const olmhost::Extraction& extraction) {
     switch (extraction.end) {
     case olmhost::ExtractionEnd::SinkFailed:
         row.error = outputErrorText(message.errorNumber());
@@ -205,39 +221,55 @@ void Extractor::judge(ManifestRow& row, const olmhost::Extraction& extraction,
     case olmhost::ExtractionEnd::Whole:
         break;
     }
-    row.error = refusalText(row, extraction.end, faultsBefore);
+    row.error = refusalText(row, extraction);
 }
 
-std::string Extractor::refusalText(const ManifestRow& row, olmhost::ExtractionEnd end,
-                                   std::size_t faultsBefore) const {
-    std::string faultText;
-    const auto& faults = session.faults();
-    // An entry that could not be listed was found wrong before.
-    const std::size_t first = row.index.has_value() ? faultsBefore : 0;
-    for (std::size_t place = first; place < faults.size(); ++place) {
-        if (faults[place].entryIndex == row.entry) {
-            faultText += "; the entry: " + faults[place].text;
+// Says in `row` what the item's message lacks, and what may be wrong in it.
+void Extractor::warn(Wanted& wanted, const olmhost::Extraction& extraction) {
+    ManifestRow& row = wanted.row;
+    for (const olmhost::MemberRead& member : extraction.members) {
+        if (!member.fault.empty()) {
+            addLoss(row, attachmentWarning(member));
+            told.insert(member.entryIndex.value_or(olmhost::EntryFault::noEntry));
         }
     }
-    std::string text = "the module refused the item";
-    if (row.result == resultNoItem) {
-        text = "there is no item at that place";
-    } else if (end == olmhost::ExtractionEnd::NotBegun && faultText.empty()) {
-        text = "the module writes no messages of this kind yet";
+    if (!row.error.empty()) {
+        return;
     }
-    return text + " (result " + std::to_string(row.result) + ", status " +
-           std::to_string(row.status) + ")" + faultText;
+    if (!wanted.isListed) {
+        row.warnings.emplace_back("the entry has no item of that number, so the message is empty");
+    }
+    for (const olmhost::EntryFault& fault : extraction.faults) {
+        if (fault.entryIndex == row.entry) {
+            addLoss(row, "its document: " + fault.text);
+        }
+    }
+    if (extraction.isCut) {
+        addLoss(row, "a part of it is longer than a message file can hold, and was cut there");
+    }
+}
+
+void Extractor::addLoss(ManifestRow& row, const std::string& text) {
+    row.warnings.push_back(text);
+    hasLosses = true;
 }
 
 void Extractor::finishRow(const ManifestRow& result, const std::string& kind) {
     ManifestRow row = result;
     ++requested;
+    const std::string title = options.archive + ": " + itemTitle(row, kind, session) + ": ";
     if (row.error.empty()) {
         ++written;
     } else {
         row.path.clear();
         row.sha256.clear();
-        messages.tell(options.archive + ": " + itemTitle(row, kind, session) + ": " + row.error);
+        messages.tell(title + row.error);
+    }
+    for (const std::string& warning : row.warnings) {
+        messages.tell(title + warning);
+    }
+    if (!row.warnings.empty()) {
+        ++warned;
     }
     if (const int error = manifest.add(row); error != 0) {
         outputFailed(options.directory + "/" + Manifest::fileName, error);
@@ -267,7 +299,7 @@ ExitCode Extractor::exitCode() const {
     if (!isOlm) {
         return ExitCode::NotAnArchive;
     }
-    return written == requested && !hasCutMessages ? ExitCode::Done : ExitCode::Partial;
+    return written == requested && !hasLosses ? ExitCode::Done : ExitCode::Partial;
 }
 
 } // namespace olmkit

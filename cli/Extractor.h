@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,10 @@ public:
     // Whether the run ended before all items were dealt with.
     bool isStopped() const;
     std::uint64_t writtenCount() const { return written; }
+    std::uint64_t warnedCount() const { return warned; }
+
+    // The entries whose faults were told as an item's warnings.
+    const std::set<std::uint64_t>& toldEntries() const { return told; }
 
 private:
     // What a row tells of a wanted item.
@@ -39,6 +44,7 @@ private:
         ManifestRow row; // what is known ahead of the extraction
         std::string kind;
         MessagePath path;
+        bool isListed = true;
     };
 
     bool walk();
@@ -48,9 +54,9 @@ private:
     void refuseIndexesLeft();
     void writePlaces();
     void write(Wanted& wanted);
-    void judge(ManifestRow& row, const olmhost::Extraction& extraction, std::size_t faultsBefore);
-    std::string refusalText(const ManifestRow& row, olmhost::ExtractionEnd end,
-                            std::size_t faultsBefore) const;
+    void judge(ManifestRow& row, const olmhost::Extraction& extraction);
+    void warn(Wanted& wanted, const olmhost::Extraction& extraction);
+    void addLoss(ManifestRow& row, const std::string& text);
     void finishRow(const ManifestRow& row, const std::string& kind);
     void outputFailed(const std::string& name, int errorNumber);
     ExitCode exitCode() const;
@@ -69,10 +75,12 @@ private:
     bool isOutputOpen = false;
     bool isOutputLost = false; // nothing more can be written
     bool hasOutputFailed = false;
-    bool hasCutMessages = false;
+    bool hasLosses = false; // something is missing in a message, or wrong
     bool isOlm = true;
     std::uint64_t requested = 0; // items that were dealt with
     std::uint64_t written = 0;
+    std::uint64_t warned = 0;
+    std::set<std::uint64_t> told;
 };
 
 } // namespace olmkit

@@ -51,6 +51,7 @@ int Manifest::add(const ManifestRow& row) {
     object["result"] = row.result;
     object["status"] = row.status;
     object["error"] = orNull(row.error);
+    object["warnings"] = row.warnings;
     appendLine(lines->buffer(), object);
     lines->endRecord();
     return lines->errorNumber();

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "cli/Interrupt.h"
 #include "cli/Output.h"
@@ -21,7 +22,8 @@ struct ManifestRow {
     std::string sha256;
     std::int32_t result = 0;
     std::uint16_t status = 0;
-    std::string error; // empty when it was written
+    std::string error;                 // empty when it was written
+    std::vector<std::string> warnings; // what its message lacks, or may be wrong in it
 };
 
 // The file "manifest.jsonl": one line a requested item. It appears under its name with finish()

@@ -89,9 +89,13 @@ void Messages::noOlmArchive(const std::string& archive, const olmhost::Session& 
                    "tasks or notes was found in it");
 }
 
-std::size_t Messages::faults(const std::string& archive, const olmhost::Session& session) {
+std::size_t Messages::faults(const std::string& archive, const olmhost::Session& session,
+                             const std::set<std::uint64_t>& told) {
     const std::vector<olmhost::EntryFault>& found = session.faults();
     for (const olmhost::EntryFault& fault : found) {
+        if (told.contains(fault.entryIndex)) {
+            continue;
+        }
         const bool hasEntry = fault.entryIndex < session.entryCount();
         tell(archive + ": " + (hasEntry ? entryTitle(session, fault.entryIndex) + ": " : "") +
              fault.text + "; " + adviceOn(fault.kind));

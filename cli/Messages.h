@@ -2,6 +2,7 @@
 #define OLMKIT_CLI_MESSAGES_H
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,8 +25,10 @@ public:
     // A readable archive that holds nothing of what this program reads.
     void noOlmArchive(const std::string& archive, const olmhost::Session& session);
 
-    // The faults of entries, each with the entry's name and what to do about it. Gives how many.
-    std::size_t faults(const std::string& archive, const olmhost::Session& session);
+    // The faults of entries, each with the entry's name and what to do about it, but for those of
+    // entries in `told`. Gives how many there are in all.
+    std::size_t faults(const std::string& archive, const olmhost::Session& session,
+                       const std::set<std::uint64_t>& told = {});
 
     // Standard output, or whatever `name` says, can't be written.
     void outputFailure(std::string_view name, int errorNumber);

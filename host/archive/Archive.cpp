@@ -37,6 +37,10 @@ std::int32_t refuseSeek(HostStream* /*handle*/, std::int64_t /*offset*/,
 
 void refuseReserved() noexcept {}
 
+std::string quoted(std::string_view name) {
+    return std::string("\"").append(name).append("\"");
+}
+
 } // namespace
 
 std::unique_ptr<Archive> Archive::open(ArchiveFile& owner, const std::string& path,
@@ -116,39 +120,54 @@ std::string_view Archive::name(std::uint64_t index) const {
 }
 
 EntryStream* Archive::openMember(const MemberOpenRequest& request) {
-    const auto index = findRow(request);
-    return index ? openEntry(*index) : nullptr;
+    const std::string_view name(request.name, strnlen(request.name, sizeof request.name));
+    const auto index = static_cast<std::uint64_t>(request.entryIndex);
+    std::optional<std::uint64_t> row;
+    if (request.entryIndex == MEMBER_BY_NAME) {
+        asked = owner.addMember(name);
+        row = findRow(name);
+    } else if (name.size() == sizeof request.name && index == indexUnderLongName) {
+        asked = owner.addMember(name);
+        refuse(FaultKind::CannotOpen, EntryFault::noEntry,
+               "the name is too long to be asked for: " + quoted(name));
+    } else if (index < entryCount) {
+        row = index;
+    } else {
+        refuse(FaultKind::CannotOpen, EntryFault::noEntry,
+               "there is no entry " + std::to_string(index));
+    }
+    EntryStream* const stream = row ? openEntry(*row) : nullptr;
+    asked.reset();
+    return stream;
 }
 
-std::optional<std::uint64_t> Archive::findRow(const MemberOpenRequest& request) {
-    const std::string_view asked(request.name, strnlen(request.name, sizeof request.name));
-    std::string quoted = "\"";
-    quoted.append(asked).append("\"");
-    const auto index = static_cast<std::uint64_t>(request.entryIndex);
-    if (request.entryIndex != MEMBER_BY_NAME) {
-        if (index < entryCount) {
-            return index;
-        }
-        owner.addFault(FaultKind::CannotOpen, ArchiveFile::noEntry,
-                       index == indexUnderLongName && asked.size() == sizeof request.name
-                           ? "the name is too long to be asked for: " + quoted
-                           : "there is no entry " + std::to_string(index));
-        return std::nullopt;
-    }
+std::optional<std::uint64_t> Archive::findRow(std::string_view name) {
     if (!nameIndex) {
         nameIndex.emplace(static_cast<NameIndex::Row>(entryCount),
-                          [this](NameIndex::Row row) { return name(row); });
+                          [this](NameIndex::Row row) { return this->name(row); });
     }
-    const auto row = nameIndex->find(asked);
+    const auto row = nameIndex->find(name);
     if (!row) {
-        owner.addFault(FaultKind::CannotOpen, ArchiveFile::noEntry,
-                       "there is no file named " + quoted);
+        refuse(FaultKind::CannotOpen, EntryFault::noEntry,
+               "there is no file named " + quoted(name));
     }
     return row;
 }
 
+// Notes why what is asked for can't be opened.
+void Archive::refuse(FaultKind kind, std::uint64_t index, const std::string& text) {
+    owner.addFault(kind, index, text);
+    if (asked != nullptr) {
+        asked->fault = text;
+    }
+}
+
 EntryStream* Archive::openEntry(std::uint64_t index) {
     EntryInfo info = directory->info(index);
+    if (asked != nullptr) {
+        asked->entryIndex = index;
+        asked->size = info.size;
+    }
     if (!mayOpen(index, info) || !locate(index, info)) {
         return nullptr;
     }
@@ -158,20 +177,20 @@ EntryStream* Archive::openEntry(std::uint64_t index) {
     } else {
         data = std::make_shared<StoredEntry>(*bytes, owner, index, info);
     }
-    streams.push_back(std::make_unique<EntryStream>(*this, index, std::move(data)));
+    streams.push_back(std::make_unique<EntryStream>(*this, index, std::move(data), asked));
     return streams.back().get();
 }
 
 // False, with a fault noted, when the entry is nothing to be read.
 bool Archive::mayOpen(std::uint64_t index, const EntryInfo& info) {
     if (name(index).ends_with('/')) {
-        owner.addFault(FaultKind::CannotOpen, index, "it is a directory");
+        refuse(FaultKind::CannotOpen, index, "it is a directory");
     } else if (info.isEncrypted) {
-        owner.addFault(FaultKind::Encrypted, index, "it is encrypted");
+        refuse(FaultKind::Encrypted, index, "it is encrypted");
     } else if (info.method != MethodStored && info.method != MethodDeflated) {
-        owner.addFault(FaultKind::CannotOpen, index,
-                       "it is compressed by a method that is not read: compression method " +
-                           std::to_string(info.method));
+        refuse(FaultKind::CannotOpen, index,
+               "it is compressed by a method that is not read: compression method " +
+                   std::to_string(info.method));
     } else {
         return !exceedsLimit(index, info);
     }
@@ -185,15 +204,14 @@ bool Archive::exceedsLimit(std::uint64_t index, const EntryInfo& info) {
     const std::string size = "it has " + std::to_string(info.size) + " bytes";
     const std::uint64_t ratio = info.size / std::max<std::uint64_t>(info.compressedSize, 1);
     if (info.size > limits.largestEntry) {
-        owner.addFault(FaultKind::LimitReached, index,
-                       size + ", more than the limit of " + std::to_string(limits.largestEntry));
+        refuse(FaultKind::LimitReached, index,
+               size + ", more than the limit of " + std::to_string(limits.largestEntry));
         return true;
     }
     if (info.size > limits.ratioFrom && ratio > limits.largestRatio) {
-        owner.addFault(FaultKind::LimitReached, index,
-                       size + " out of " + std::to_string(info.compressedSize) +
-                           ", more than the limit of " + std::to_string(limits.largestRatio) +
-                           " to 1");
+        refuse(FaultKind::LimitReached, index,
+               size + " out of " + std::to_string(info.compressedSize) +
+                   ", more than the limit of " + std::to_string(limits.largestRatio) + " to 1");
         return true;
     }
     return false;
@@ -212,7 +230,7 @@ bool Archive::locate(std::uint64_t index, EntryInfo& info) {
     std::string reason;
     info.dataOffset = directory->findData(index, reason);
     if (info.dataOffset == 0) {
-        owner.addFault(FaultKind::Damaged, index, "its data can't be found: " + reason);
+        refuse(FaultKind::Damaged, index, "its data can't be found: " + reason);
         return false;
     }
     std::memcpy(place, &info.dataOffset, sizeof info.dataOffset);

@@ -61,7 +61,8 @@ private:
 
     bool readDirectory(OpenFailure& failure);
     bool isLocked() const;
-    std::optional<std::uint64_t> findRow(const MemberOpenRequest& request);
+    std::optional<std::uint64_t> findRow(std::string_view name);
+    void refuse(FaultKind kind, std::uint64_t index, const std::string& text);
     bool mayOpen(std::uint64_t index, const EntryInfo& info);
     bool exceedsLimit(std::uint64_t index, const EntryInfo& info);
     bool locate(std::uint64_t index, EntryInfo& info);
@@ -74,6 +75,7 @@ private:
     std::unique_ptr<char[]> names;
     std::optional<NameIndex> nameIndex;
     InflatedEntries inflatedEntries;
+    std::shared_ptr<MemberRead> asked; // what openMember() is opening, when an account is kept
     std::vector<std::unique_ptr<EntryStream>> streams;
 };
 

@@ -43,10 +43,22 @@ std::uint64_t ArchiveFile::inflatedBytes() const {
 }
 
 void ArchiveFile::addFault(FaultKind kind, std::uint64_t entryIndex, const std::string& text) {
-    const std::string& mark = entryIndex == noEntry ? text : std::string();
+    const std::string& mark = entryIndex == EntryFault::noEntry ? text : std::string();
     if (knownFaults.emplace(entryIndex, kind, mark).second) {
         entryFaults.push_back({kind, entryIndex, text});
     }
+    if (account != nullptr) {
+        account->faults.push_back({kind, entryIndex, text});
+    }
+}
+
+std::shared_ptr<MemberRead> ArchiveFile::addMember(std::string_view name) {
+    if (account == nullptr) {
+        return nullptr;
+    }
+    account->members.push_back(std::make_shared<MemberRead>());
+    account->members.back()->name = name;
+    return account->members.back();
 }
 
 void ArchiveFile::closeArchive() {

@@ -2,12 +2,12 @@
 #define OLMKIT_HOST_ARCHIVE_ARCHIVEFILE_H
 
 #include "host/archive/OpenFailure.h"
+#include "host/archive/ReadAccount.h"
 #include "host/stream/EntryFault.h"
 #include "host/stream/Handle.h"
 #include "host/stream/Limits.h"
 
 #include <cstdint>
-#include <limits>
 #include <memory>
 #include <set>
 #include <string>
@@ -27,9 +27,6 @@ class Archive;
 // Serves one thread; several ArchiveFiles on one path are independent of each other.
 class ArchiveFile final : public Handle {
 public:
-    // EntryFault::entryIndex of a fault that concerns no row: a name that no file has.
-    static constexpr std::uint64_t noEntry = std::numeric_limits<std::uint64_t>::max();
-
     // `path` as the file system takes it.
     explicit ArchiveFile(std::string path, const Limits& limits = {});
     ~ArchiveFile() override;
@@ -38,7 +35,7 @@ public:
     const OpenFailure& failure() const { return openFailure; }
 
     // What was found wrong with entries: one per entry and kind, in the order of finding. Stays
-    // after the archive's close. For noEntry one per text, and the text holds the name.
+    // after the archive's close. For EntryFault::noEntry one per text, and the text holds the name.
     const std::vector<EntryFault>& faults() const { return entryFaults; }
 
     // True between a successful open and the archive's close.
@@ -58,6 +55,13 @@ public:
     // Adds a fault unless the same kind was found on the same entry.
     void addFault(FaultKind kind, std::uint64_t entryIndex, const std::string& text);
 
+    // From now on faults, and entries that are asked for by name, are entered in `newAccount` too,
+    // known faults again. It is borrowed until the next call; null ends it.
+    void keepAccount(ReadAccount* newAccount) { account = newAccount; }
+
+    // The entry in the account for a member that is being asked for; null when none is kept.
+    std::shared_ptr<MemberRead> addMember(std::string_view name);
+
     // Ends the open archive and every handle that was opened from it.
     void closeArchive();
 
@@ -74,6 +78,7 @@ private:
     OpenFailure openFailure;
     std::vector<EntryFault> entryFaults;
     std::set<std::tuple<std::uint64_t, FaultKind, std::string>> knownFaults; // text: noEntry only
+    ReadAccount* account = nullptr;
     std::unique_ptr<Archive> archive;
 };
 

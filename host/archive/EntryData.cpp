@@ -17,6 +17,7 @@ void EntryData::assign(std::uint64_t newIndex, const EntryInfo& newInfo, std::ui
     dataEnd = newEnd;
     checkedTo = 0;
     checksum = 0;
+    faultText.clear();
     if (info.size == 0 && info.crc != 0) {
         report(FaultKind::Checksum, wrongChecksum);
     }
@@ -33,6 +34,11 @@ void EntryData::check(std::uint64_t position, const void* data, std::size_t size
     if (checkedTo == info.size && checksum != info.crc) {
         report(FaultKind::Checksum, wrongChecksum);
     }
+}
+
+void EntryData::report(FaultKind kind, const std::string& text) {
+    faultText += (faultText.empty() ? "" : "; ") + text;
+    file.addFault(kind, index, text);
 }
 
 void EntryData::endEarly(std::uint64_t position) {

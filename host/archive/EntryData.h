@@ -28,6 +28,9 @@ public:
     // Bytes that can be had. Becomes less when the data turn out to be damaged.
     std::uint64_t end() const { return dataEnd; }
 
+    // What was found wrong so far; empty when nothing was.
+    const std::string& fault() const { return faultText; }
+
 protected:
     // Begins with another entry.
     void assign(std::uint64_t newIndex, const EntryInfo& newInfo, std::uint64_t newEnd);
@@ -39,7 +42,7 @@ protected:
     // The data end at `position`, early.
     void endEarly(std::uint64_t position);
 
-    void report(FaultKind kind, const std::string& text) { file.addFault(kind, index, text); }
+    void report(FaultKind kind, const std::string& text);
 
     ArchiveBytes& bytes;
     ArchiveFile& file;
@@ -50,6 +53,7 @@ protected:
 private:
     std::uint64_t checkedTo = 0; // bytes that `checksum` covers, from the start
     std::uint32_t checksum = 0;
+    std::string faultText;
 };
 
 } // namespace olmhost

@@ -2,11 +2,21 @@
 
 #include "host/archive/Archive.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace olmhost {
+
+EntryStream::EntryStream(Archive& archive, std::uint64_t entryIndex,
+                         std::shared_ptr<EntryData> data, std::shared_ptr<MemberRead> member)
+    : archive(archive), entryIndex(entryIndex), data(std::move(data)), member(std::move(member)) {
+    enterReading();
+}
 
 std::int32_t EntryStream::readBytes(void* buffer, std::uint32_t size, std::uint32_t& count) {
     const std::size_t done = data->read(position, buffer, size);
     position += done;
+    enterReading();
     count = static_cast<std::uint32_t>(done);
     return done == 0 && position >= data->end() ? statusEnd : statusDone;
 }
@@ -29,6 +39,16 @@ std::int32_t EntryStream::seekTo(std::int64_t offset, std::int32_t origin) {
     }
     position = static_cast<std::uint64_t>(target);
     return statusDone;
+}
+
+void EntryStream::enterReading() {
+    if (member == nullptr) {
+        return;
+    }
+    member->bytesRead = std::max(member->bytesRead, std::min(position, data->end()));
+    if (member->fault.size() != data->fault().size()) {
+        member->fault = data->fault();
+    }
 }
 
 void EntryStream::end() {

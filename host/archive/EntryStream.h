@@ -15,8 +15,9 @@ class Archive;
 // `close` gives it back.
 class EntryStream final : public Handle {
 public:
-    EntryStream(Archive& archive, std::uint64_t entryIndex, std::shared_ptr<EntryData> data)
-        : archive(archive), entryIndex(entryIndex), data(std::move(data)) {}
+    // `member` is where the reading is entered, or null.
+    EntryStream(Archive& archive, std::uint64_t entryIndex, std::shared_ptr<EntryData> data,
+                std::shared_ptr<MemberRead> member);
 
     std::int32_t readBytes(void* buffer, std::uint32_t size, std::uint32_t& count) override;
 
@@ -33,9 +34,12 @@ public:
     const Limits& limits() const override;
 
 private:
+    void enterReading();
+
     Archive& archive;
     std::uint64_t entryIndex;
     std::shared_ptr<EntryData> data;
+    std::shared_ptr<MemberRead> member;
     std::uint64_t position = 0; // never above the largest signed number
 };
 

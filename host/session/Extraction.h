@@ -3,6 +3,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <vector>
+
+#include "host/stream/EntryFault.h"
+#include "host/stream/MemberRead.h"
 
 namespace olmhost {
 
@@ -23,6 +27,11 @@ struct Extraction {
     std::uint16_t status = 0; // the module's: 0, or 2 beside a result that is not 0
     // A stream of the message is longer than the format allows, and was cut there.
     bool isCut = false;
+    // What was found wrong with the archive's entries on the way, also what was known before.
+    std::vector<EntryFault> faults;
+    // The entries that the item names, its attachments, in order. One that is missing or damaged
+    // is no failure of the item.
+    std::vector<MemberRead> members;
 };
 
 // Told of every step with the module's progress value, on the caller's thread; 100 is the last.

@@ -55,6 +55,26 @@ private:
     std::uint64_t block;
 };
 
+// Keeps an account of what one extraction reads.
+class AccountKeeper {
+public:
+    explicit AccountKeeper(ArchiveFile& file) : file(file) { file.keepAccount(&account); }
+    AccountKeeper(const AccountKeeper&) = delete;
+    AccountKeeper& operator=(const AccountKeeper&) = delete;
+    ~AccountKeeper() { file.keepAccount(nullptr); }
+
+    void fill(Extraction& extraction) {
+        extraction.faults = std::move(account.faults);
+        for (const auto& member : account.members) {
+            extraction.members.push_back(std::move(*member));
+        }
+    }
+
+private:
+    ArchiveFile& file;
+    ReadAccount account;
+};
+
 // Watches one extraction: decides when it has to end, and knows afterwards what became of it.
 class Watch {
 public:
@@ -203,6 +223,7 @@ Extraction Session::Opened::extract(SODOSPECIALARC request, ByteSink& sink,
     request.output = &output;
     const RequestBlock block(request);
     Watch watch(output, progress);
+    AccountKeeper keeper(file);
 
     Extraction extraction;
     extraction.result =
@@ -210,6 +231,7 @@ Extraction Session::Opened::extract(SODOSPECIALARC request, ByteSink& sink,
     watch.rethrow();
     extraction.end = watch.end(extraction.result);
     extraction.isCut = output.lostBytes();
+    keeper.fill(extraction);
     return extraction;
 }
 
@@ -255,7 +277,10 @@ bool Session::isOlmArchive() {
 Extraction Session::extract(std::uint64_t index, ByteSink& sink, const Progress& progress) {
     if (index >= itemCount() || index > std::numeric_limits<std::int32_t>::max()) {
         // What the module answers too; but its request has no room for every index.
-        return {ExtractionEnd::Refused, VwSpecialFailed, VwSpecialStatusFailed, false};
+        Extraction refused;
+        refused.result = VwSpecialFailed;
+        refused.status = VwSpecialStatusFailed;
+        return refused;
     }
     SODOSPECIALARC request = {};
     request.itemIndex = static_cast<std::int32_t>(index);

@@ -2,6 +2,7 @@
 #define OLMKIT_HOST_STREAM_ENTRYFAULT_H
 
 #include <cstdint>
+#include <limits>
 #include <string>
 
 namespace olmhost {
@@ -18,8 +19,11 @@ enum class FaultKind {
 
 // One fault, told once.
 struct EntryFault {
+    // For a fault that concerns no entry: a name that no file has.
+    static constexpr std::uint64_t noEntry = std::numeric_limits<std::uint64_t>::max();
+
     FaultKind kind;
-    std::uint64_t entryIndex; // in the archive's directory
+    std::uint64_t entryIndex; // in the archive's directory, or noEntry
     std::string text;         // for people, one line, without the entry's name
 };
 

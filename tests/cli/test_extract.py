@@ -13,8 +13,16 @@ import zipfile
 
 from program import PROGRAM, REAL_ARCHIVE, ProgramTest, note, notes, wrong_archives
 
-KEYS = ["index", "entry", "item", "path", "size", "sha256", "result", "status", "error"]
+KEYS = ["index", "entry", "item", "path", "size", "sha256", "result", "status", "error",
+        "warnings"]
 SIGNATURE = bytes.fromhex("D0CF11E0A1B11AE1")
+
+
+def mail(subject, *urls):
+    """A mail with an attachment for each URL."""
+    attachments = "".join(f'<messageAttachment OPFAttachmentURL="{url}"/>' for url in urls)
+    return (f"<email><OPFMessageCopySubject>{subject}</OPFMessageCopySubject>"
+            f"<OPFMessageCopyAttachmentList>{attachments}</OPFMessageCopyAttachmentList></email>")
 
 
 class ExtractTest(ProgramTest):
@@ -148,6 +156,81 @@ class ExtractTest(ProgramTest):
         rows = self.manifest()
         self.assertEqual([(row["entry"], row["item"], row["result"]) for row in rows], [(0, 2, 0)])
         self.assertIn("empty", done.stderr)
+        self.assertEqual(rows[0]["warnings"],
+                         ["the entry has no item of that number, so the message is empty"])
+        self.assertIn("1 with warnings", done.stdout)
+
+    def test_attachment_that_is_not_in_the_archive_is_a_warning(self):
+        archive = self.archive(
+            ("a.xml", "<emails>" + mail("one", "there.txt", "gone.txt") + mail("two", "gone.txt")
+             + mail("three", "there.txt") + "</emails>"), ("there.txt", "here I am"))
+
+        done = self.extract(archive, code=1)
+
+        missing = 'an attachment is missing: there is no file named "gone.txt"'
+        self.assertEqual([row["warnings"] for row in self.manifest()], [[missing], [missing], []])
+        self.assertEqual(
+            done.stderr.splitlines(),
+            [f"olmkit: {archive}: item 0, an email, number 1 in entry 0 (a.xml): {missing}",
+             f"olmkit: {archive}: item 1, an email, number 2 in entry 0 (a.xml): {missing}"])
+        self.assertIn("3 of 3 messages", done.stdout)
+        self.assertIn("2 with warnings", done.stdout)
+
+    def test_attachment_that_can_not_be_read_whole_is_a_warning_each_time(self):
+        for method in (zipfile.ZIP_STORED, zipfile.ZIP_DEFLATED):
+            with self.subTest(method):
+                archive = self.archive(
+                    ("a.xml", "<emails>" + mail("one", "x/bad.txt") + mail("two", "x/bad.txt")
+                     + "</emails>"), ("x/bad.txt", "wrong"), method=method)
+                contents = bytearray(self.bytes_of(archive))
+                place = contents.rfind(b"PK\x01\x02") + 16  # the checksum in the directory
+                contents[place] ^= 1
+                self.write("mail.olm", contents)
+
+                done = self.extract(archive, code=1)
+
+                bad = 'the attachment "x/bad.txt" is damaged: its checksum is wrong'
+                self.assertEqual([row["warnings"] for row in self.manifest()], [[bad], [bad]])
+                self.assertEqual(len(done.stderr.splitlines()), 2)
+
+    def test_attachment_that_is_encrypted_is_a_warning(self):
+        archive = self.archive(("a.xml", "<emails>" + mail("one", "secret.txt") + "</emails>"),
+                               ("secret.txt", "hush"))
+        contents = bytearray(self.bytes_of(archive))
+        contents[contents.rfind(b"PK\x01\x02") + 8] |= 1
+        contents[contents.rfind(b"PK\x03\x04") + 6] |= 1
+        self.write("mail.olm", contents)
+
+        done = self.extract(archive, code=1)
+
+        self.assertEqual([row["warnings"] for row in self.manifest()],
+                         [['the attachment "secret.txt" is missing: it is encrypted']])
+        self.assertEqual(len(done.stderr.splitlines()), 1)
+
+    def test_attachment_is_found_whichever_form_its_name_has(self):
+        composed, decomposed = "\u304c\u00e9.txt", "\u304b\u3099e\u0301.txt"
+        payload = b"which form has my name? " * 200
+        for asked, stored in ((composed, decomposed), (decomposed, composed)):
+            with self.subTest(asked):
+                archive = self.archive(
+                    ("a.xml", "<emails>" + mail("one", "Attachments/" + asked) + "</emails>"),
+                    ("Attachments/" + stored, payload))
+
+                self.extract(archive)
+
+                row, = self.manifest()
+                self.assertEqual(row["warnings"], [])
+                self.assertIn(payload, self.bytes_of(self.path("out", row["path"])))
+
+    def test_item_that_its_document_breaks_off_in_has_a_warning(self):
+        archive = self.archive(("a.xml", "<notes>" + note("1") + "<note><OPFNoteCopyTitle>tw"))
+
+        self.extract(archive, code=1)
+
+        first, second = self.manifest()
+        self.assertEqual(first["warnings"], [])
+        self.assertEqual(len(second["warnings"]), 1)
+        self.assertTrue(second["warnings"][0].startswith("its document: line 1, column "))
 
     def test_entry_that_is_no_document_at_all_is_not_passed_over_in_silence(self):
         archive = self.archive(("a.xml", notes("0")), ("picture.png", b"\x89PNG\r\n\x1a\n" * 20))

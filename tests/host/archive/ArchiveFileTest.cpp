@@ -248,15 +248,69 @@ TEST_F(ArchiveFileTest, AFaultOfOneKindIsToldOncePerEntry) {
     file->addFault(FaultKind::Damaged, 0, "second");
     file->addFault(FaultKind::Checksum, 0, "third");
     file->addFault(FaultKind::Damaged, 1, "fourth");
-    file->addFault(FaultKind::CannotOpen, ArchiveFile::noEntry, "fifth");
-    file->addFault(FaultKind::CannotOpen, ArchiveFile::noEntry, "sixth");
-    file->addFault(FaultKind::CannotOpen, ArchiveFile::noEntry, "fifth");
+    file->addFault(FaultKind::CannotOpen, EntryFault::noEntry, "fifth");
+    file->addFault(FaultKind::CannotOpen, EntryFault::noEntry, "sixth");
+    file->addFault(FaultKind::CannotOpen, EntryFault::noEntry, "fifth");
 
     std::string texts;
     for (const EntryFault& fault : file->faults()) {
         texts += fault.text + " ";
     }
     EXPECT_EQ(texts, "first third fourth fifth sixth ");
+}
+
+TEST_F(ArchiveFileTest, AnAccountHoldsFaultsThatWereKnownBefore) {
+    openZip(ZipBuilder().add(oneDocument));
+    file->addFault(FaultKind::Damaged, 0, "known");
+    ReadAccount account;
+
+    file->keepAccount(&account);
+    file->addFault(FaultKind::Damaged, 0, "again");
+    file->keepAccount(nullptr);
+    file->addFault(FaultKind::Damaged, 0, "too late");
+
+    ASSERT_EQ(account.faults.size(), 1U);
+    EXPECT_EQ(account.faults[0].text, "again");
+    EXPECT_EQ(onlyFault(), "Damaged 0: known");
+}
+
+TEST_F(ArchiveFileTest, AnAccountNamesWhatIsAskedForByNameAlone) {
+    openZip(
+        ZipBuilder()
+            .add({.name = "dir/whole", .data = std::string(3000, 'w')})
+            .add({.name = "wrong", .data = std::string(2000, 'x'), .isDeflated = true, .crc = 1}));
+    const std::string longName(sizeof MemberOpenRequest{}.name, 'n');
+    ReadAccount account;
+
+    file->keepAccount(&account);
+    contents(std::uint64_t{0});
+    contents(std::string_view("/dir\\whole"));
+    contents(std::string_view("nowhere"));
+    for (int time = 0; time < 2; ++time) {
+        contents(std::string_view("wrong"));
+    }
+    open(longName, std::int64_t(0xFFFFFFFFFFFFFF00));
+    HostStream* half = open("dir/whole");
+    readSome(half, 1000);
+    file->keepAccount(nullptr);
+
+    std::vector<std::string> told;
+    for (const auto& member : account.members) {
+        told.push_back(member->name + " " +
+                       (member->entryIndex ? std::to_string(*member->entryIndex) : "none") + " " +
+                       std::to_string(member->bytesRead) + "/" + std::to_string(member->size) +
+                       " " + member->fault);
+    }
+    EXPECT_EQ(told,
+              (std::vector<std::string>{
+                  "/dir\\whole 0 3000/3000 ",
+                  "nowhere none 0/0 there is no file named \"nowhere\"",
+                  "wrong 1 2000/2000 its checksum is wrong",
+                  "wrong 1 2000/2000 its checksum is wrong",
+                  longName + " none 0/0 the name is too long to be asked for: \"" + longName + "\"",
+                  "dir/whole 0 1000/3000 ",
+              }));
+    half->close(half);
 }
 
 } // namespace olmhost::test

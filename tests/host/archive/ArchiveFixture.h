@@ -115,7 +115,7 @@ protected:
         if (faults.size() != 1) {
             return std::to_string(faults.size()) + " faults";
         }
-        const std::string entry = faults[0].entryIndex == ArchiveFile::noEntry
+        const std::string entry = faults[0].entryIndex == EntryFault::noEntry
                                       ? "none"
                                       : std::to_string(faults[0].entryIndex);
         return std::string(nameOf(faults[0].kind)) + " " + entry + ": " + faults[0].text;

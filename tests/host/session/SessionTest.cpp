@@ -559,6 +559,54 @@ TEST(SessionTest, DocumentThatIsCutOffGivesItsItemsAndAFault) {
     EXPECT_NE(session.faults()[0].text, "");
 }
 
+TEST(SessionTest, ExtractionTellsOfTheEntriesThatItsItemNames) {
+    const MadeArchive archive{
+        {"a.xml",
+         "<emails><email><OPFMessageCopyAttachmentList>"
+         "<messageAttachment OPFAttachmentURL=\"there.txt\"/><messageAttachment/>"
+         "<messageAttachment OPFAttachmentURL=\"gone.txt\"/></OPFMessageCopyAttachmentList>"
+         "</email><email/></emails>"},
+        {"there.txt", "twelve bytes"},
+    };
+    Session session;
+    openDone(session, archive);
+
+    for (int time = 0; time < 2; ++time) {
+        BufferSink sink;
+        const Extraction extraction = session.extractAt(0, 1, sink);
+
+        EXPECT_EQ(extraction.end, ExtractionEnd::Whole);
+        ASSERT_EQ(extraction.members.size(), 2U);
+        EXPECT_EQ(extraction.members[0].name, "there.txt");
+        EXPECT_EQ(extraction.members[0].entryIndex, 1U);
+        EXPECT_EQ(extraction.members[0].bytesRead, 12U);
+        EXPECT_EQ(extraction.members[0].fault, "");
+        EXPECT_EQ(extraction.members[1].name, "gone.txt");
+        EXPECT_EQ(extraction.members[1].entryIndex, std::nullopt);
+        EXPECT_EQ(extraction.members[1].fault, "there is no file named \"gone.txt\"");
+    }
+    BufferSink sink;
+    EXPECT_TRUE(session.extractAt(0, 2, sink).members.empty());
+    EXPECT_EQ(session.faults().size(), 1U);
+}
+
+TEST(SessionTest, ExtractionTellsOfTheBreakThatItsItemReaches) {
+    const MadeArchive archive{{"a.xml", "<notes>" + note("1") + "<note><OPFNoteCopyTitle>tw"}};
+    Session session;
+    openDone(session, archive);
+    listAll(session);
+
+    BufferSink first;
+    EXPECT_TRUE(session.extract(0, first).faults.empty());
+    BufferSink second;
+    const Extraction broken = session.extract(1, second);
+
+    EXPECT_EQ(broken.end, ExtractionEnd::Whole);
+    ASSERT_EQ(broken.faults.size(), 1U);
+    EXPECT_EQ(broken.faults[0].kind, FaultKind::BrokenMarkup);
+    EXPECT_EQ(broken.faults[0].entryIndex, 0U);
+}
+
 TEST(SessionTest, ArchivesOfItemsOrCategoriesAreKnownAsSuch) {
     const MadeArchive items{{"a.xml", notes({"1"})}};
     const MadeArchive noItems{{"other.xml", "<html/>"}, {"a.xml", "<tasks/>"}};

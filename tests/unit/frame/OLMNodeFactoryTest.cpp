@@ -7,6 +7,7 @@
 #include "filter/listing/OLMEmailFields.h"
 #include "filter/listing/OLMNoteFields.h"
 #include "filter/listing/OLMTaskFields.h"
+#include "filter/writers/OLMMsgMailWriter.h"
 #include "filter/writers/OLMMsgNoteWriter.h"
 #include "filter/xml/OLMXMLParser.h"
 #include "tests/fakehost/Scan.h"
@@ -31,6 +32,14 @@ protected:
         EXPECT_EQ(node, nullptr);
     }
 
+    template <typename Writer> void expectWriter(unsigned int type) {
+        SODOSPECIALARC request{};
+        OLMNodeWriter* writer = OLMNodeFactory::newOLMNodeWriter(type, scan.proc(), &request);
+        EXPECT_THAT(writer, WhenDynamicCastTo<Writer*>(testing::NotNull())) << type;
+        OLMNodeFactory::freeNodeWriter(&writer);
+        EXPECT_EQ(writer, nullptr);
+    }
+
     FakeHost host;
     Scan scan{host};
     OLMXMLParser parser;
@@ -52,22 +61,14 @@ TEST_F(OLMNodeFactoryTest, OtherKindsHaveNoFields) {
 }
 
 TEST_F(OLMNodeFactoryTest, OtherKindsAreDumped) {
-    SODOSPECIALARC request{};
     for (const unsigned int type : {6U, 0x10003U, 0xFFFFFFFFU}) {
-        OLMNodeWriter* writer = OLMNodeFactory::newOLMNodeWriter(type, nullptr, &request);
-        EXPECT_THAT(writer, WhenDynamicCastTo<OLMXmlDumper*>(testing::NotNull()));
-        OLMNodeFactory::freeNodeWriter(&writer);
-        EXPECT_EQ(writer, nullptr);
+        expectWriter<OLMXmlDumper>(type);
     }
 }
 
-TEST_F(OLMNodeFactoryTest, NotesHaveTheirWriter) {
-    SODOSPECIALARC request{};
-    OLMNodeWriter* writer = OLMNodeFactory::newOLMNodeWriter(3, nullptr, &request);
-
-    EXPECT_THAT(writer, WhenDynamicCastTo<OLMMsgNoteWriter*>(testing::NotNull()));
-
-    OLMNodeFactory::freeNodeWriter(&writer);
+TEST_F(OLMNodeFactoryTest, EachKindHasItsWriter) {
+    expectWriter<OLMMsgMailWriter>(2);
+    expectWriter<OLMMsgNoteWriter>(3);
 }
 
 TEST_F(OLMNodeFactoryTest, NothingIsFreedWithoutHarm) {

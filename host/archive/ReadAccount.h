@@ -1,0 +1,23 @@
+#ifndef OLMKIT_HOST_ARCHIVE_READACCOUNT_H
+#define OLMKIT_HOST_ARCHIVE_READACCOUNT_H
+
+#include "host/stream/EntryFault.h"
+#include "host/stream/MemberRead.h"
+
+#include <memory>
+#include <vector>
+
+namespace olmhost {
+
+// What was read, and found wrong, while one message was made.
+struct ReadAccount {
+    std::vector<EntryFault> faults; // in the order of finding, also those that were known before
+
+    // Entries asked for by name, in that order. Shared with their streams, which a module that
+    // fails may leave open.
+    std::vector<std::shared_ptr<MemberRead>> members;
+};
+
+} // namespace olmhost
+
+#endif
