@@ -1,9 +1,10 @@
 // Does what no lister or extractor can avoid, and nothing else, to measure the others by:
 //
-//   olmkit-floor list ARCHIVE              libzip and expat over every document, with empty
-//   handlers olmkit-floor extract ARCHIVE MANIFEST DIR
-//                                          the same, and as many files in DIR, of the sizes that a
-//                                          manifest of olmkit tells
+//   olmkit-floor list ARCHIVE
+//       libzip and expat over every document, with empty handlers
+//   olmkit-floor extract ARCHIVE MANIFEST DIR
+//       the same, libzip over all that is no document, and as many files in DIR, of the sizes that
+//       a manifest of olmkit tells
 //
 // Prints how many documents, elements and bytes it has seen, and how many files it has written.
 
@@ -61,17 +62,35 @@ bool readDocument(zip_t* archive, zip_uint64_t index, XML_Parser parser, Counts&
     return good;
 }
 
-bool readDocuments(const char* path, Counts& counts) {
+// Reads an entry that is no document, such as an attachment.
+bool readOther(zip_t* archive, zip_uint64_t index, std::vector<char>& buffer, Counts& counts) {
+    zip_file_t* entry = zip_fopen_index(archive, index, 0);
+    if (entry == nullptr) {
+        return false;
+    }
+    buffer.resize(chunkSize);
+    zip_int64_t count = 0;
+    while ((count = zip_fread(entry, buffer.data(), buffer.size())) > 0) {
+        counts.bytes += static_cast<std::uint64_t>(count);
+    }
+    zip_fclose(entry);
+    return count == 0;
+}
+
+bool readEntries(const char* path, bool withOthers, Counts& counts) {
     zip_t* archive = zip_open(path, ZIP_RDONLY, nullptr);
     if (archive == nullptr) {
         return false;
     }
     XML_Parser parser = XML_ParserCreate(nullptr);
+    std::vector<char> buffer;
     bool good = true;
     const auto entryCount = static_cast<zip_uint64_t>(zip_get_num_entries(archive, 0));
     for (zip_uint64_t index = 0; index < entryCount; ++index) {
         if (std::string_view(zip_get_name(archive, index, 0)).ends_with(".xml")) {
             good = readDocument(archive, index, parser, counts) && good;
+        } else if (withOthers) {
+            good = readOther(archive, index, buffer, counts) && good;
         }
     }
     XML_ParserFree(parser);
@@ -112,7 +131,7 @@ int run(int argumentCount, char** arguments) {
         return 2;
     }
     Counts counts;
-    if (!readDocuments(arguments[2], counts) ||
+    if (!readEntries(arguments[2], extracts, counts) ||
         (extracts && !writeFiles(arguments[3], arguments[4], counts))) {
         std::fputs("olmkit-floor: failed\n", stderr);
         return 1;
