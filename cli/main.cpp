@@ -7,12 +7,12 @@
 #include <new>
 #include <variant>
 
-#include "cli/CommandLine.h"
-#include "cli/ExitCode.h"
-#include "cli/ExtractCommand.h"
-#include "cli/ListCommand.h"
-#include "cli/Messages.h"
-#include "cli/Output.h"
+#include "cli/command/CommandLine.h"
+#include "cli/command/ExitCode.h"
+#include "cli/command/ExtractCommand.h"
+#include "cli/command/ListCommand.h"
+#include "cli/terminal/Messages.h"
+#include "cli/terminal/Output.h"
 
 namespace {
 

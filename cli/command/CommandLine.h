@@ -1,0 +1,30 @@
+#ifndef OLMKIT_CLI_COMMAND_COMMANDLINE_H
+#define OLMKIT_CLI_COMMAND_COMMANDLINE_H
+
+#include <string>
+#include <variant>
+
+#include "cli/command/ExtractOptions.h"
+#include "cli/command/ListOptions.h"
+
+namespace olmkit {
+
+// Text to print on standard output, and nothing else to do.
+struct HelpText {
+    std::string text;
+};
+
+// What is wrong with the arguments.
+struct UsageError {
+    std::string text;
+};
+
+using Command = std::variant<ListOptions, ExtractOptions, HelpText, UsageError>;
+
+// Reads the program's arguments. Everything that is said about options, commands and exit codes
+// comes from their definitions here.
+Command parseCommandLine(int argc, const char* const* argv);
+
+} // namespace olmkit
+
+#endif

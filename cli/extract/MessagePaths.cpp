@@ -1,0 +1,110 @@
+#include "cli/extract/MessagePaths.h"
+
+#include <string_view>
+#include <utility>
+
+#include "cli/extract/SafeName.h"
+#include "cli/rows/ItemRow.h"
+
+namespace olmkit {
+
+namespace {
+
+constexpr std::string_view ending = ".msg";
+constexpr std::u16string_view wideEnding = u".msg";
+
+// Room that a name leaves for " (4294967295)".
+constexpr std::size_t numberRoom = 13;
+
+// 64-bit FNV-1a: the same on every machine.
+class Hash {
+public:
+    void add(std::string_view text) {
+        for (const char character : text) {
+            value = (value ^ static_cast<unsigned char>(character)) * 0x100000001B3;
+        }
+    }
+    std::uint64_t get() const { return value; }
+
+private:
+    std::uint64_t value = 0xCBF29CE484222325;
+};
+
+// A folder's name never ends as a message's does, nor is it, at the top, that of a file which this
+// program writes there.
+std::string folderName(std::u16string_view text, bool isTop) {
+    std::string name = safeName(text, longestName - 1);
+    const std::string folded = foldedName(name);
+    if (folded.ends_with(ending) ||
+        (isTop && (folded == "manifest.jsonl" || folded == "summary.json"))) {
+        name += '_';
+    }
+    return name;
+}
+
+std::vector<std::string> foldersOf(std::u16string_view text) {
+    std::vector<std::string> folders;
+    while (!text.empty()) {
+        const std::size_t end = text.find(u'\0');
+        const std::u16string_view level = text.substr(0, end);
+        // Two slashes on end in an entry's name make no level.
+        if (!level.empty()) {
+            folders.push_back(folderName(level, folders.empty()));
+        }
+        text.remove_prefix(end == std::u16string_view::npos ? text.size() : end + 1);
+    }
+    return folders;
+}
+
+std::uint64_t keyOf(const MessagePath& path, std::string_view stem) {
+    Hash hash;
+    for (const std::string& folder : path.folders) {
+        hash.add(foldedName(folder));
+        hash.add("/");
+    }
+    hash.add(foldedName(stem));
+    return hash.get();
+}
+
+} // namespace
+
+std::string MessagePath::text() const {
+    std::string whole;
+    for (const std::string& folder : folders) {
+        whole += folder;
+        whole += '/';
+    }
+    return whole + file;
+}
+
+MessagePath MessagePaths::next(const olmhost::Row& row) {
+    NameParts parts = nameParts(row);
+    // A name of 65,536 units or more came cut, and without its ending.
+    if (parts.item.ends_with(wideEnding)) {
+        parts.item.remove_suffix(wideEnding.size());
+    }
+    MessagePath path;
+    path.folders = foldersOf(parts.folder);
+    const std::string stem = safeName(parts.item, longestName - ending.size() - numberRoom);
+    return unique(std::move(path), stem);
+}
+
+MessagePath MessagePaths::ofUnlisted(std::uint32_t entry, std::uint32_t item) {
+    return unique({}, "entry " + std::to_string(entry) + " item " + std::to_string(item));
+}
+
+MessagePath MessagePaths::unique(MessagePath path, const std::string& stem) {
+    const std::uint64_t key = keyOf(path, stem);
+    std::string free = stem;
+    if (!take(key)) {
+        std::uint32_t number = nextNumbers[key];
+        do {
+            free = stem + " (" + std::to_string(number++) + ")";
+        } while (!take(keyOf(path, free)));
+        nextNumbers[key] = number;
+    }
+    path.file = free + std::string(ending);
+    return path;
+}
+
+} // namespace olmkit

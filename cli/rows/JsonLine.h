@@ -1,0 +1,20 @@
+#ifndef OLMKIT_CLI_ROWS_JSONLINE_H
+#define OLMKIT_CLI_ROWS_JSONLINE_H
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace olmkit {
+
+// An object whose members keep the order in which they were set.
+using JsonObject = nlohmann::ordered_json;
+
+// Appends an object as one line of UTF-8; in its texts, broken bytes become U+FFFD.
+inline void appendLine(std::string& out, const JsonObject& object) {
+    out += object.dump(-1, ' ', false, JsonObject::error_handler_t::replace);
+    out += '\n';
+}
+
+} // namespace olmkit
+
+#endif

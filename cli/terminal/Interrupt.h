@@ -1,0 +1,52 @@
+#ifndef OLMKIT_CLI_TERMINAL_INTERRUPT_H
+#define OLMKIT_CLI_TERMINAL_INTERRUPT_H
+
+#include <csignal>
+#include <string>
+
+namespace olmkit {
+
+// What SIGINT, SIGTERM and SIGHUP do to the program.
+//
+// A run that leaves nothing behind is ended at once. A run that writes files is asked to stop, and
+// does so between two steps, with a manifest of what is done; if that takes too long, or the signal
+// comes again, it is ended at once, and the files under guard are removed. Either way the process
+// ends with the exit code of an interruption. For a process with one thread.
+class Interrupt {
+public:
+    // A file that goes when the process is ended at once. There may be `guardCount` at a time.
+    class Guard {
+    public:
+        // The file `name` in the folder `directory`, an open descriptor that outlives the guard.
+        Guard(int directory, const std::string& name);
+        Guard(const Guard&) = delete;
+        Guard& operator=(const Guard&) = delete;
+        ~Guard();
+
+    private:
+        int place;
+    };
+    static constexpr int guardCount = 4;
+
+    // While it stands, the signals wait: a file is made and put under guard in one step.
+    class Delay {
+    public:
+        Delay();
+        Delay(const Delay&) = delete;
+        Delay& operator=(const Delay&) = delete;
+        ~Delay();
+
+    private:
+        sigset_t before = {};
+    };
+
+    static void endAtOnce();
+    static void askToStop();
+
+    // Whether the run has been asked to stop.
+    static bool isRequested();
+};
+
+} // namespace olmkit
+
+#endif

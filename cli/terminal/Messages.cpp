@@ -1,0 +1,120 @@
+#include "cli/terminal/Messages.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <system_error>
+
+#include "cli/terminal/Text.h"
+
+namespace olmkit {
+
+namespace {
+
+const char* adviceOn(olmhost::OpenStatus status) {
+    switch (status) {
+    case olmhost::OpenStatus::NoModule:
+        return "install olmkit again";
+    case olmhost::OpenStatus::Unreadable:
+        return "check the path, the permissions and the disk, then try again";
+    case olmhost::OpenStatus::NotAnArchive:
+        return "it is no OLM archive";
+    case olmhost::OpenStatus::Damaged:
+        return "copy or export the archive again";
+    case olmhost::OpenStatus::Encrypted:
+        return "export or unpack it without a password";
+    case olmhost::OpenStatus::LimitReached:
+        return "it is larger than this program takes";
+    case olmhost::OpenStatus::Done:
+        break;
+    }
+    return "";
+}
+
+const char* adviceOn(olmhost::FaultKind kind) {
+    switch (kind) {
+    case olmhost::FaultKind::CannotOpen:
+        return "it was left out";
+    case olmhost::FaultKind::Encrypted:
+        return "it was left out; export the archive without a password";
+    case olmhost::FaultKind::Damaged:
+    case olmhost::FaultKind::Checksum:
+        return "what could be read of it was used; copy or export the archive again";
+    case olmhost::FaultKind::LimitReached:
+        return "what lies beyond the limit was left out";
+    case olmhost::FaultKind::BrokenMarkup:
+        return "what stands ahead of the break was used; export the archive again";
+    }
+    return "";
+}
+
+void writeAll(std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(STDERR_FILENO, text.data(), text.size());
+        if (written <= 0) {
+            return;
+        }
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+} // namespace
+
+void Messages::tell(std::string_view text) {
+    std::string line = "olmkit: ";
+    appendPrintable(line, text);
+    line += '\n';
+    writeAll(line);
+}
+
+void Messages::openFailure(const std::string& archive, const olmhost::OpenOutcome& outcome) {
+    if (outcome.status == olmhost::OpenStatus::NoModule) {
+        tell(outcome.text + "; " + adviceOn(outcome.status));
+        return;
+    }
+    tell(archive + ": " + outcome.text + "; " + adviceOn(outcome.status));
+}
+
+void Messages::noOlmArchive(const std::string& archive, const olmhost::Session& session) {
+    const std::vector<olmhost::EntryFault>& found = session.faults();
+    const bool isEncrypted = std::ranges::any_of(found, [](const olmhost::EntryFault& fault) {
+        return fault.kind == olmhost::FaultKind::Encrypted;
+    });
+    if (isEncrypted) {
+        tell(archive + ": no document in it can be read without a password; " +
+             adviceOn(olmhost::OpenStatus::Encrypted));
+        return;
+    }
+    tell(archive + ": a ZIP archive, but no OLM archive: no document of mail, contacts, events, "
+                   "tasks or notes was found in it");
+}
+
+std::size_t Messages::faults(const std::string& archive, const olmhost::Session& session,
+                             const std::set<std::uint64_t>& told) {
+    const std::vector<olmhost::EntryFault>& found = session.faults();
+    for (const olmhost::EntryFault& fault : found) {
+        if (told.contains(fault.entryIndex)) {
+            continue;
+        }
+        const bool hasEntry = fault.entryIndex < session.entryCount();
+        tell(archive + ": " + (hasEntry ? entryTitle(session, fault.entryIndex) + ": " : "") +
+             fault.text + "; " + adviceOn(fault.kind));
+    }
+    return found.size();
+}
+
+void Messages::outputFailure(std::string_view name, int errorNumber) {
+    tell(std::string(name) + " can't be written: " + errorText(errorNumber));
+}
+
+std::string entryTitle(const olmhost::Session& session, std::uint64_t entry) {
+    const bool isThere = entry < session.entryCount();
+    return "entry " + std::to_string(entry) + " (" +
+           (isThere ? std::string(session.entryName(entry)) : "not in the archive") + ")";
+}
+
+std::string errorText(int errorNumber) {
+    return std::generic_category().message(errorNumber);
+}
+
+} // namespace olmkit

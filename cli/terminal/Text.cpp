@@ -1,0 +1,102 @@
+#include "cli/terminal/Text.h"
+
+#include <utf8proc.h>
+
+#include <algorithm>
+
+namespace olmkit {
+
+namespace {
+
+constexpr bool isHighSurrogate(char32_t unit) {
+    return unit >= 0xD800 && unit < 0xDC00;
+}
+constexpr bool isLowSurrogate(char32_t unit) {
+    return unit >= 0xDC00 && unit < 0xE000;
+}
+
+} // namespace
+
+char32_t takeCodePoint(std::u16string_view& text) {
+    const char32_t first = text.front();
+    text.remove_prefix(1);
+    if (!isHighSurrogate(first)) {
+        return isLowSurrogate(first) ? replacementCharacter : first;
+    }
+    if (text.empty() || !isLowSurrogate(text.front())) {
+        return replacementCharacter;
+    }
+    const char32_t second = text.front();
+    text.remove_prefix(1);
+    return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
+}
+
+char32_t takeCodePoint(std::string_view& text) {
+    utf8proc_int32_t codePoint = 0;
+    const utf8proc_ssize_t taken =
+        utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                         static_cast<utf8proc_ssize_t>(text.size()), &codePoint);
+    if (taken <= 0) {
+        text.remove_prefix(1);
+        return replacementCharacter;
+    }
+    text.remove_prefix(static_cast<std::size_t>(taken));
+    return static_cast<char32_t>(codePoint);
+}
+
+void appendCodePoint(std::string& out, char32_t codePoint) {
+    if (codePoint < 0x80) {
+        out += static_cast<char>(codePoint);
+    } else if (codePoint < 0x800) {
+        out += static_cast<char>(0xC0 | (codePoint >> 6));
+        out += static_cast<char>(0x80 | (codePoint & 0x3F));
+    } else if (codePoint < 0x10000) {
+        out += static_cast<char>(0xE0 | (codePoint >> 12));
+        out += static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (codePoint & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | (codePoint >> 18));
+        out += static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
+        out += static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (codePoint & 0x3F));
+    }
+}
+
+void appendUtf8(std::string& out, std::u16string_view text) {
+    while (!text.empty()) {
+        // Nearly all text is ASCII for long stretches.
+        const auto stop = std::ranges::find_if(text, [](char16_t unit) { return unit >= 0x80; });
+        out.append(text.begin(), stop);
+        text.remove_prefix(static_cast<std::size_t>(stop - text.begin()));
+        while (!text.empty() && text.front() >= 0x80) {
+            appendCodePoint(out, takeCodePoint(text));
+        }
+    }
+}
+
+bool isControl(char32_t codePoint) {
+    return codePoint < 0x20 || (codePoint >= 0x7F && codePoint < 0xA0) || codePoint == 0x2028 ||
+           codePoint == 0x2029 || (codePoint >= 0x202A && codePoint <= 0x202E) ||
+           (codePoint >= 0x2066 && codePoint <= 0x2069);
+}
+
+void appendPrintable(std::string& out, std::string_view text) {
+    while (!text.empty()) {
+        const char32_t codePoint = takeCodePoint(text);
+        if (!isControl(codePoint)) {
+            appendCodePoint(out, codePoint);
+        } else if ((codePoint >= 0x09 && codePoint <= 0x0D) || codePoint == 0x85 ||
+                   codePoint == 0x2028 || codePoint == 0x2029) {
+            out += ' ';
+        } else {
+            appendCodePoint(out, replacementCharacter);
+        }
+    }
+}
+
+unsigned cellWidth(char32_t codePoint) {
+    const int width = utf8proc_charwidth(static_cast<utf8proc_int32_t>(codePoint));
+    return width < 0 ? 0 : static_cast<unsigned>(width);
+}
+
+} // namespace olmkit
