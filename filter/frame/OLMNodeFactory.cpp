@@ -8,6 +8,7 @@
 #include "filter/listing/OLMEmailFields.h"
 #include "filter/listing/OLMNoteFields.h"
 #include "filter/listing/OLMTaskFields.h"
+#include "filter/writers/OLMMsgContactWriter.h"
 #include "filter/writers/OLMMsgMailWriter.h"
 #include "filter/writers/OLMMsgNoteWriter.h"
 #include "filter/xml/OLMRootTags.h"
@@ -45,12 +46,13 @@ void OLMNodeFactory::freeOLMNode(OLMNodeInt** node) {
 OLMNodeWriter* OLMNodeFactory::newOLMNodeWriter(unsigned int type, void* archive,
                                                 tagSODOSPECIALARC* request) {
     switch (type) {
+    case ContactItems:
+        return new OLMMsgContactWriter(request);
     case EmailItems:
         return new OLMMsgMailWriter(request, archive);
     case NoteItems:
         return new OLMMsgNoteWriter(request);
     case AppointmentItems:
-    case ContactItems:
     case TaskItems:
     case GroupItems:
         // Their writers are still to come. The request fails: it must not end as an empty message.

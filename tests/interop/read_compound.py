@@ -28,12 +28,17 @@ def members(storage, path):
                 pending.append((entry, prefix + entry.name + "/"))
 
 
-def described(container, entry):
-    if entry.entry_type != olefile.STGTY_STREAM:
-        return {"classId": entry.clsid}
-    # By its place: looking each path up would take time by the square of their number.
-    data = container._open(entry.isectStart, entry.size).read()
-    return {"size": len(data), "sha256": hashlib.sha256(data).hexdigest()}
+def read_message(path):
+    """Every stream's bytes and every storage's class id, by path; storages' paths end in "/"."""
+    with olefile.OleFileIO(path, raise_defects=olefile.DEFECT_INCORRECT) as container:
+        streams, storages = {}, {"/": container.root.clsid}
+        for entry, name in members(container.root, ""):
+            if entry.entry_type == olefile.STGTY_STREAM:
+                # By its place: looking each path up would take time by the square of their number.
+                streams[name] = container._open(entry.isectStart, entry.size).read()
+            else:
+                storages[name] = entry.clsid
+        return streams, storages
 
 
 def main(arguments):
@@ -41,13 +46,13 @@ def main(arguments):
         print(__doc__, file=sys.stderr)
         return 2
     try:
-        with olefile.OleFileIO(arguments[0], raise_defects=olefile.DEFECT_INCORRECT) as container:
-            found = {"/": described(container, container.root)}
-            for entry, path in members(container.root, ""):
-                found[path] = described(container, entry)
+        streams, storages = read_message(arguments[0])
     except OSError as error:
         print("%s: %s" % (arguments[0], error), file=sys.stderr)
         return 1
+    found = {path: {"classId": class_id} for path, class_id in storages.items()}
+    for path, data in streams.items():
+        found[path] = {"size": len(data), "sha256": hashlib.sha256(data).hexdigest()}
     json.dump(found, sys.stdout, indent=0, sort_keys=True)
     print()
     return 0

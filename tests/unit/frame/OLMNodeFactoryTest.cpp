@@ -7,6 +7,7 @@
 #include "filter/listing/OLMEmailFields.h"
 #include "filter/listing/OLMNoteFields.h"
 #include "filter/listing/OLMTaskFields.h"
+#include "filter/writers/OLMMsgContactWriter.h"
 #include "filter/writers/OLMMsgMailWriter.h"
 #include "filter/writers/OLMMsgNoteWriter.h"
 #include "filter/xml/OLMXMLParser.h"
@@ -67,6 +68,7 @@ TEST_F(OLMNodeFactoryTest, OtherKindsAreDumped) {
 }
 
 TEST_F(OLMNodeFactoryTest, EachKindHasItsWriter) {
+    expectWriter<OLMMsgContactWriter>(1);
     expectWriter<OLMMsgMailWriter>(2);
     expectWriter<OLMMsgNoteWriter>(3);
 }

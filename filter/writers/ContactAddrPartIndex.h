@@ -1,0 +1,22 @@
+#ifndef OLMKIT_FILTER_WRITERS_CONTACTADDRPARTINDEX_H
+#define OLMKIT_FILTER_WRITERS_CONTACTADDRPARTINDEX_H
+
+#include <cstdint>
+
+// The parts of a contact's two addresses, in the order in which a whole address lists them.
+enum ContactAddrPartIndex : uint32_t {
+    BusinessStreet = 0,
+    BusinessCity = 1,
+    BusinessState = 2,
+    BusinessPostalCode = 3,
+    BusinessCountry = 4, // never filled: whole addresses have no country
+    HomeStreet = 5,
+    HomeCity = 6,
+    HomeState = 7,
+    HomePostalCode = 8,
+    HomeCountry = 9, // as above
+};
+
+inline constexpr int contactAddrPartCount = 10;
+
+#endif

@@ -1,0 +1,118 @@
+"""Numbers, truth values and dates as texts give them."""
+
+import re
+
+WHITE_SPACE = " \t\n\v\f\r"
+SMALLEST, LARGEST = -(1 << 63), (1 << 63) - 1
+MOST_DIGITS = 19  # of a number that 64 bits hold
+
+NUMBER = re.compile(r"[ \t\n\v\f\r]*([+-]?)([0-9]+)(?:\.([0-9]+))?(?:[Ee]([+-]?[0-9]+))?")
+WORD = re.compile(r"[ \t\n\v\f\r]*([A-Za-z]*)")
+
+
+def to_long(text, start=0):
+    """The number at `start`: exact, truncated toward zero, saturated to 64 bits."""
+    if start < 0 or start >= len(text):
+        return 0
+    found = NUMBER.match(text, start)
+    if not found:
+        return 0
+    sign, whole, fraction, exponent = found.groups(default="")
+    digits = (whole + fraction).lstrip("0")
+    if not digits:
+        return 0
+    point = len(digits) - len(fraction) + int(exponent or "0")  # digits ahead of the point
+    if point > MOST_DIGITS:
+        magnitude = LARGEST + 1
+    else:
+        magnitude = int((digits + "0" * max(0, point - len(digits)))[: max(0, point)] or "0")
+    return max(SMALLEST, -magnitude) if sign == "-" else min(LARGEST, magnitude)
+
+
+def to_boolean(text):
+    word = WORD.match(text).group(1).lower()
+    return word in ("true", "yes") or to_long(text) != 0
+
+
+def signed32(number):
+    return (number + 0x80000000) % 0x100000000 - 0x80000000
+
+
+def unsigned32(number):
+    return number % 0x100000000
+
+
+def divided(number, divisor):
+    """Toward zero, as machines divide."""
+    quotient = abs(number) // divisor
+    return quotient if number >= 0 else -quotient
+
+
+DAY = 24 * 60 * 60 * 1000
+UNIX_EPOCH = 719162  # days from 0001-01-01 to 1970-01-01
+MONTH_DAYS = (31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31)
+
+ZONE = r"(?P<zone>Z|[+-][0-9]{2}(?::?[0-9]{2})?)?"
+FRACTION = r"(?:[.,](?P<fraction>[0-9]+))?"
+DASHED = re.compile(
+    r"(?P<year>[0-9]{4})-(?P<month>[0-9]{2})-(?P<day>[0-9]{2})"
+    r"(?:[T ](?P<hour>[0-9]{2}):(?P<minute>[0-9]{2})(?::(?P<second>[0-9]{2})" + FRACTION + r")?)?"
+    + ZONE
+)
+COMPACT = re.compile(
+    r"(?P<year>[0-9]{4})(?P<month>[0-9]{2})(?P<day>[0-9]{2})"
+    r"(?:T(?P<hour>[0-9]{2})(?P<minute>[0-9]{2})(?P<second>[0-9]{2})" + FRACTION + ZONE + r")?"
+)
+
+
+def is_leap(year):
+    return year % 4 == 0 and (year % 100 != 0 or year % 400 == 0)
+
+
+def days_of(year, month, day=1):
+    """Days since 1970 in the proleptic Gregorian calendar; any month, running on."""
+    year, month = year + (month - 1) // 12, (month - 1) % 12 + 1
+    before = year - 1
+    days = before * 365 + before // 4 - before // 100 + before // 400
+    days += sum(MONTH_DAYS[: month - 1]) + (month > 2 and is_leap(year))
+    return days + day - 1 - UNIX_EPOCH
+
+
+NO_DATE = days_of(1601, 1) * DAY + 1000
+
+
+def zone_minutes(zone):
+    """Minutes ahead of universal time, or None for a zone that can't be."""
+    if not zone or zone == "Z":
+        return 0
+    digits = zone[1:].replace(":", "")
+    hours, minutes = int(digits[:2]), int(digits[2:] or "0")
+    if hours > 23 or minutes > 59:
+        return None
+    return (hours * 60 + minutes) * (-1 if zone[0] == "-" else 1)
+
+
+def milliseconds(text):
+    """Milliseconds since 1970; NO_DATE for all that is no date."""
+    text = text.strip(WHITE_SPACE)
+    found = DASHED.fullmatch(text) or COMPACT.fullmatch(text)
+    if not found:
+        return NO_DATE
+    year, month, day, hour, minute, second = (
+        int(found[name] or "0") for name in ("year", "month", "day", "hour", "minute", "second")
+    )
+    fraction = int((found["fraction"] or "")[:3].ljust(3, "0"))
+    ahead = zone_minutes(found["zone"])
+    if year < 1 or not 1 <= month <= 12 or ahead is None:
+        return NO_DATE
+    if not 1 <= day <= MONTH_DAYS[month - 1] + (month == 2 and is_leap(year)):
+        return NO_DATE
+    if hour > 24 or minute > 59 or second > 60 or hour == 24 and (minute or second or fraction):
+        return NO_DATE
+    seconds = (hour * 60 + minute - ahead) * 60 + second
+    return days_of(year, month, day) * DAY + seconds * 1000 + fraction
+
+
+def file_time(text):
+    """The value of a time property; one second short, as messages of this kind are."""
+    return (milliseconds(text) * 10000 + 116444735990000000) % (1 << 64)

@@ -1,0 +1,80 @@
+"""Runs olmkit on archives and compares the messages with what they must hold."""
+
+import os
+import struct
+import subprocess
+import tempfile
+import unittest
+
+from check_compound import Checker
+from olmkit import extract
+from expected.archive import Archive
+from expected.message import CLASS_ID, PROPERTIES
+from read_compound import read_message
+
+FAILED_RESULT, FAILED_STATUS = 18, 2
+MOST_SHOWN = 400  # bytes of a stream, in a report
+
+
+def shown(name, data):
+    if name.endswith(PROPERTIES):
+        header = len(data) % 16 or 32
+        entries = [struct.unpack_from("<IIQ", data, at) for at in range(header, len(data) - 15, 16)]
+        lines = ["%08X %d %016X" % entry for entry in entries]
+        return "\n".join([data[:header].hex(" ")] + lines)
+    more = " and more" if len(data) > MOST_SHOWN else ""
+    return "%d bytes: %s%s" % (len(data), data[:MOST_SHOWN].hex(" "), more)
+
+
+def differences(expected, path):
+    """Texts; none when the file is sound and holds just the expected streams."""
+    with open(path, "rb") as file:
+        checker = Checker(file.read())
+        checker.check()
+    if checker.faults:
+        return ["fault: " + text for text in checker.faults]
+    streams, storages = read_message(path)
+    found = ["missing: " + name for name in sorted(expected.keys() - streams.keys())]
+    found += ["not expected: " + name for name in sorted(streams.keys() - expected.keys())]
+    for name in sorted(expected.keys() & streams.keys()):
+        if expected[name] != streams[name]:
+            texts = (name, shown(name, expected[name]), shown(name, streams[name]))
+            found.append("%s\nexpected %s\nactual %s" % texts)
+    expected_storages = {"/": CLASS_ID}
+    expected_storages.update((name[: name.rindex("/") + 1], "") for name in expected if "/" in name)
+    if storages != expected_storages:
+        found.append("storages: expected %s, actual %s" % (expected_storages, storages))
+    return found
+
+
+class ItemsTest(unittest.TestCase):
+    """Compares every message of an archive; the kinds and their counts are the subclass's."""
+
+    def extract(self, archive):
+        """The folder and the path of each item's message in it, by entry and number."""
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        rows = extract(archive, folder.name)
+        return folder.name, {(row["entry"], row["item"]): row["path"] for row in rows}
+
+    def check_container(self, path):
+        for command in ["olecfinfo", path], ["gsf", "list", path]:
+            done = subprocess.run(
+                command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False
+            )
+            self.assertEqual(done.returncode, 0, done.stdout)
+
+    def check_items(self, path, kind, count):
+        folder, written = self.extract(path)
+        checked = 0
+        with Archive(path) as archive:
+            for item in archive.items():
+                if item.kind != kind:
+                    continue
+                message = written[item.entry, item.number]
+                self.assertIsNotNone(message, "%s: no message\n%s" % (kind, item.source()))
+                message = os.path.join(folder, message)
+                self.assertEqual(differences(item.streams(), message), [], item.source()[:2000])
+                self.check_container(message)
+                checked += 1
+        self.assertEqual(checked, count)

@@ -1,0 +1,34 @@
+"""Archives that a test makes for itself, with what the sample hasn't got."""
+
+import xml.sax.saxutils
+import zipfile
+
+
+def tag(name, attributes=None, inner=""):
+    """An element; attributes that are None are left out."""
+    told = "".join(" %s=%s" % (key, xml.sax.saxutils.quoteattr(value))
+                   for key, value in (attributes or {}).items() if value is not None)
+    return "<%s%s>%s</%s>" % (name, told, inner, name)
+
+
+def leaf(name, text):
+    return tag(name, inner=xml.sax.saxutils.escape(text))
+
+
+def address(name, mail_address, kind=None):
+    return tag("emailAddress", {"OPFContactEmailAddressName": name,
+                                "OPFContactEmailAddressAddress": mail_address,
+                                "OPFContactEmailAddressType": kind})
+
+
+def categories(element, *names):
+    return tag(element, inner="".join(tag("category", {"OPFCategoryCopyName": name})
+                                      for name in names))
+
+
+def write_archive(path, entries):
+    """Entries are name to content; gives the path."""
+    with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as contents:
+        for name, content in entries.items():
+            contents.writestr(name, content)
+    return path

@@ -1,0 +1,321 @@
+#include "filter/writers/OLMMsgContactWriter.h"
+
+#include "tests/fakehost/Matchers.h"
+#include "tests/unit/writers/ContactMessages.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace fakehost;
+using namespace contacts;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr const char* defaultEmail = "OPFContactCopyDefaultEmailAddress";
+constexpr const char* list1 = "OPFContactCopyEmailAddressList1";
+constexpr const char* list2 = "OPFContactCopyEmailAddressList2";
+constexpr const char* children = "OPFContactCopyChildren";
+
+constexpr uint32_t childrensNames = 0x3A58101F;
+
+} // namespace
+
+// --- Groups of addresses.
+
+TEST(OLMMsgContactGroupsTest, OnlyTheFirstTagOfAnAddressGroupCounts) {
+    const Outcome outcome = extractItem(contact()
+                                            .open(list1)
+                                            .element("contactEmailAddress")
+                                            .attribute(addressAttribute, "a@x")
+                                            .element("contactEmailAddress")
+                                            .attribute(addressAttribute, "bb@x")
+                                            .element("contactEmailAddress")
+                                            .attribute(addressAttribute, "ccc@x")
+                                            .close()
+                                            .element("OPFContactCopyTitle", "Dr"));
+
+    EXPECT_THAT(ownEntries(outcome.message),
+                ElementsAre(entry(0x8000001F, 8), entry(0x3A45001F, 6)));
+    EXPECT_THAT(namedValues(outcome.message, 0x8093), ElementsAre(utf16(u"a@x")));
+    EXPECT_THAT(outcome.progress, ElementsAre(1, 3, 3, 100));
+}
+
+TEST(OLMMsgContactGroupsTest, FirstTagWithoutAnAddressGivesNoneWhateverFollows) {
+    const StoredMessage message = writeItem(contact()
+                                                .open(list1)
+                                                .element("contactEmailAddress")
+                                                .attribute("OPFContactEmailAddressName", "Ann")
+                                                .element("contactEmailAddress")
+                                                .attribute(addressAttribute, "b@x")
+                                                .close()
+                                                .open(list2)
+                                                .element("contactEmailAddress")
+                                                .element("contactEmailAddress")
+                                                .attribute(addressAttribute, "c@x"));
+
+    EXPECT_THAT(ownEntries(message), IsEmpty());
+    EXPECT_EQ(message.stream("__nameid_version1.0/__substg1.0_00030102"),
+              nameEntry(0x801B, 0) + nameEntry(0x801A, 1))
+        << "no number is used up";
+}
+
+TEST(OLMMsgContactGroupsTest, NameAndTypeOfAnAddressAreNotRead) {
+    const StoredMessage message = writeItem(contact()
+                                                .open(defaultEmail)
+                                                .element("contactEmailAddress", "text")
+                                                .attribute("OPFContactEmailAddressType", "0")
+                                                .attribute("OPFContactEmailAddressName", "Ann Low")
+                                                .attribute(addressAttribute, "a@x"));
+
+    EXPECT_EQ(message.stream(propertyStream),
+              propertyBytes({entry(0x8000001F, 8), entry(0x8001001F, 2), entry(0x8002001F, 2)}));
+    EXPECT_EQ(message.stream("__substg1.0_8000001F"), utf16(u"a@x"));
+}
+
+TEST(OLMMsgContactGroupsTest, FirstOfTwoAddressAttributesCountsAndNamesAreExact) {
+    const StoredMessage message =
+        writeItem(contact()
+                      .open(defaultEmail)
+                      .element("contactEmailAddress")
+                      .attribute("opfContactEmailAddressAddress", "lower@x")
+                      .attribute("OPFContactEmailAddressAddress2", "longer@x")
+                      .attribute(addressAttribute, "a@x")
+                      .attribute(addressAttribute, "b@x"));
+
+    EXPECT_THAT(namedValues(message, 0x8083), ElementsAre(utf16(u"a@x")));
+}
+
+TEST(OLMMsgContactGroupsTest, EmptyAddressIsAnEmptyStreamOfSizeTwo) {
+    const StoredMessage message = writeItem(contact()
+                                                .open(defaultEmail)
+                                                .element("contactEmailAddress")
+                                                .attribute(addressAttribute, ""));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x8000001F, 2)));
+    EXPECT_THAT(namedValues(message, 0x8083), ElementsAre(Bytes()));
+}
+
+TEST(OLMMsgContactGroupsTest, AnyNameOfTheInnerTagWillDo) {
+    const StoredMessage message = writeItem(contact()
+                                                .open(defaultEmail)
+                                                .element("OPFContactCopyTitle", "Dr")
+                                                .attribute(addressAttribute, "a@x"));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x8000001F, 8)));
+}
+
+TEST(OLMMsgContactGroupsTest, AddressBelowTheFirstTagIsPassedOver) {
+    const StoredMessage message = writeItem(contact()
+                                                .open(defaultEmail)
+                                                .open("list")
+                                                .element("contactEmailAddress")
+                                                .attribute(addressAttribute, "a@x")
+                                                .close()
+                                                .close()
+                                                .element("OPFContactCopyTitle", "Dr"));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x3A45001F, 6)));
+}
+
+TEST(OLMMsgContactGroupsTest, AttributesOfTheGroupItselfAreNoAddress) {
+    const StoredMessage message = writeItem(contact()
+                                                .open(defaultEmail)
+                                                .attribute(addressAttribute, "g@x")
+                                                .element("contactEmailAddress"));
+
+    EXPECT_THAT(ownEntries(message), IsEmpty());
+}
+
+TEST(OLMMsgContactGroupsTest, RepeatedGroupHasAPropertyEachTime) {
+    ItemDocument item = contact();
+    for (const char* address : {"a@x", "bb@x"}) {
+        item.open(list2).element("a").attribute(addressAttribute, address).close();
+    }
+
+    const StoredMessage message = writeItem(item);
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x8000001F, 8), entry(0x8001001F, 10)));
+    EXPECT_THAT(namedValues(message, 0x80A3), ElementsAre(utf16(u"a@x"), utf16(u"bb@x")));
+}
+
+TEST(OLMMsgContactGroupsTest, GroupThatClosesAtOnceSwallowsWhatFollowsToTheEnd) {
+    const Outcome outcome = extractItem(contact()
+                                            .element("OPFContactCopyFirstName", "Ann")
+                                            .element(defaultEmail)
+                                            .element("OPFContactCopyLastName", "Low")
+                                            .element("OPFContactCopyHomeCity", "Fjord")
+                                            .close()
+                                            .open("contact")
+                                            .element("OPFContactCopyFirstName", "Bea"));
+
+    EXPECT_EQ(outcome.result, VwSpecialDone);
+    EXPECT_EQ(outcome.message.stream(propertyStream),
+              propertyBytes({entry(0x3A06001F, 8), entry(0x8000001F, 2), entry(0x8001001F, 2)}));
+    EXPECT_EQ(outcome.message.stream("__substg1.0_3A06001F"), utf16(u"Ann"));
+    EXPECT_THAT(outcome.progress, ElementsAre(1, 1, 3, 100));
+}
+
+TEST(OLMMsgContactGroupsTest, GroupThatClosesAtOnceEndsWhereItsTagComesAgain) {
+    const StoredMessage message = writeItem(contact()
+                                                .element(list1)
+                                                .element("OPFContactCopyLastName", "Low")
+                                                .open(list1)
+                                                .element("contactEmailAddress")
+                                                .attribute(addressAttribute, "a@x")
+                                                .close()
+                                                .element("OPFContactCopyTitle", "Dr"));
+
+    // The second group's opening tag ends the first group; its address is nobody's then.
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x3A45001F, 6)));
+}
+
+TEST(OLMMsgContactGroupsTest, GroupThatClosesAtOnceMayEndInAnotherContact) {
+    const StoredMessage message = writeItem(contact()
+                                                .element("OPFContactCopyFirstName", "Ann")
+                                                .element(list1)
+                                                .close()
+                                                .open("contact")
+                                                .element("OPFContactCopyFirstName", "Bea")
+                                                .element(list1)
+                                                .element("OPFContactCopyLastName", "Low"));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x3A06001F, 8), entry(0x3A11001F, 8)));
+    EXPECT_EQ(message.stream("__substg1.0_3A06001F"), utf16(u"Ann"));
+}
+
+TEST(OLMMsgContactGroupsTest, GroupThatTheDocumentBreaksEndsThere) {
+    const Outcome withAddress = extractItem(contact()
+                                                .open(list1)
+                                                .open("contactEmailAddress")
+                                                .attribute(addressAttribute, "a@x")
+                                                .breakOff());
+    EXPECT_THAT(ownEntries(withAddress.message), ElementsAre(entry(0x8000001F, 8)));
+    EXPECT_THAT(namedValues(withAddress.message, 0x8093), ElementsAre(utf16(u"a@x")));
+    EXPECT_THAT(withAddress.progress, ElementsAre(1, 100));
+
+    const Outcome without = extractItem(contact().open(list1).breakOff());
+    EXPECT_THAT(ownEntries(without.message), IsEmpty());
+    EXPECT_THAT(without.progress, ElementsAre(1, 100)) << "the group counts";
+}
+
+// --- Children.
+
+TEST(OLMMsgContactGroupsTest, ChildrenAreOneMultiValuedString) {
+    const StoredMessage message = writeItem(contact()
+                                                .open(children)
+                                                .element("string", "Ida")
+                                                .element("string", "Per Olav")
+                                                .element("OPFContactCopyTitle", "Bo")
+                                                .close()
+                                                .element("OPFContactCopyTitle", "Dr"));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(childrensNames, 12), entry(0x3A45001F, 6)));
+    EXPECT_EQ(message.stream(valueStream(childrensNames)), le32(8) + le32(18) + le32(6));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 0)), utf16(u"Ida") + hex("00 00"));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), utf16(u"Per Olav") + hex("00 00"));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 2)), utf16(u"Bo") + hex("00 00"));
+    EXPECT_THAT(message, HasText(0x3A45001F, u"Dr"));
+}
+
+TEST(OLMMsgContactGroupsTest, ChildrenWithoutTextTakeNoIndex) {
+    const StoredMessage message = writeItem(contact()
+                                                .open(children)
+                                                .element("string")
+                                                .element("string", "Ida")
+                                                .element("string", "")
+                                                .element("string", "Per")
+                                                .element("string"));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(childrensNames, 8)));
+    EXPECT_EQ(message.stream(valueStream(childrensNames)), le32(8) + le32(8));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 0)), utf16(u"Ida") + hex("00 00"));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), utf16(u"Per") + hex("00 00"));
+    EXPECT_FALSE(message.has(valueStream(childrensNames, 2)));
+}
+
+TEST(OLMMsgContactGroupsTest, EmptyGroupOfChildrenHasAnEntryAndAnEmptyLengthStream) {
+    const StoredMessage message =
+        writeItem(contact().element(children).element("OPFContactCopyTitle", "Dr"));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(childrensNames, 0), entry(0x3A45001F, 6)));
+    EXPECT_EQ(message.stream(valueStream(childrensNames)), Bytes());
+    EXPECT_FALSE(message.has(valueStream(childrensNames, 0)));
+}
+
+TEST(OLMMsgContactGroupsTest, ChildrenAtAnyDepthAreListed) {
+    const StoredMessage message = writeItem(contact()
+                                                .open(children)
+                                                .open("string")
+                                                .text("Ida")
+                                                .element("string", "Per")
+                                                .close()
+                                                .close());
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(childrensNames, 8)));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 0)), utf16(u"Ida") + hex("00 00"));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), utf16(u"Per") + hex("00 00"));
+}
+
+TEST(OLMMsgContactGroupsTest, GroupOfChildrenInsideItselfEndsTheOuterOne) {
+    const StoredMessage message = writeItem(contact()
+                                                .open(children)
+                                                .element("string", "Ida")
+                                                .open(children)
+                                                .text("Per")
+                                                .element("string", "lost")
+                                                .close()
+                                                .close());
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(childrensNames, 8)));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), utf16(u"Per") + hex("00 00"));
+    EXPECT_FALSE(message.has(valueStream(childrensNames, 2)));
+}
+
+TEST(OLMMsgContactGroupsTest, ChildrenUpToTheBreakOfTheDocumentAreWritten) {
+    const StoredMessage message = writeItem(
+        contact().open(children).element("string", "Ida").open("string").text("Per").breakOff());
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(childrensNames, 8)));
+    EXPECT_EQ(message.stream(valueStream(childrensNames)), le32(8) + le32(8));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), utf16(u"Per") + hex("00 00"));
+
+    const StoredMessage none = writeItem(contact().open(children).breakOff());
+    EXPECT_THAT(ownEntries(none), ElementsAre(entry(childrensNames, 0)));
+    EXPECT_EQ(none.stream(valueStream(childrensNames)), Bytes());
+}
+
+TEST(OLMMsgContactGroupsTest, ShortWriteOfAChildLeavesAnEntryOfZero) {
+    ItemRun run;
+    // The message class, the text of the first name, and then its terminator.
+    run.prepare = [](FakeHost& host) { host.shortenWrite(2, 1, 0); };
+
+    const StoredMessage message =
+        writeItem(contact().open(children).element("string", "Ida").element("string", "Per"), run);
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(childrensNames, 0)));
+    EXPECT_EQ(message.stream(valueStream(childrensNames)), Bytes());
+    EXPECT_FALSE(message.has(valueStream(childrensNames, 1)));
+}
+
+// --- Categories.
+
+TEST(OLMMsgContactGroupsTest, CategoriesAreKeywordsAndEndAtTheirOwnTag) {
+    const StoredMessage message = writeItem(contact()
+                                                .open("OPFContactCopyCategoryList")
+                                                .element("category")
+                                                .attribute("OPFCategoryCopyName", "Sea")
+                                                .element("category")
+                                                .element("category")
+                                                .attribute("OPFCategoryCopyName", "Family")
+                                                .close()
+                                                .element("OPFContactCopyTitle", "Dr"));
+
+    EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x8000101F, 8), entry(0x3A45001F, 6)));
+    EXPECT_EQ(message.stream("__substg1.0_8000101F"), le32(8) + le32(14));
+    EXPECT_EQ(message.stream("__substg1.0_8000101F-00000000"), utf16(u"Sea") + hex("00 00"));
+    EXPECT_EQ(message.stream("__substg1.0_8000101F-00000001"), utf16(u"Family") + hex("00 00"));
+    EXPECT_EQ(message.stream("__nameid_version1.0/__substg1.0_00030102"),
+              keywordsEntry(0) + nameEntry(0x801B, 1) + nameEntry(0x801A, 2));
+}
