@@ -8,6 +8,7 @@
 #include "filter/listing/OLMEmailFields.h"
 #include "filter/listing/OLMNoteFields.h"
 #include "filter/listing/OLMTaskFields.h"
+#include "filter/writers/OLMMsgContactGrpWriter.h"
 #include "filter/writers/OLMMsgContactWriter.h"
 #include "filter/writers/OLMMsgMailWriter.h"
 #include "filter/writers/OLMMsgNoteWriter.h"
@@ -52,9 +53,10 @@ OLMNodeWriter* OLMNodeFactory::newOLMNodeWriter(unsigned int type, void* archive
         return new OLMMsgMailWriter(request, archive);
     case NoteItems:
         return new OLMMsgNoteWriter(request);
+    case GroupItems:
+        return new OLMMsgContactGrpWriter(request);
     case AppointmentItems:
     case TaskItems:
-    case GroupItems:
         // Their writers are still to come. The request fails: it must not end as an empty message.
         throw qor::Exception(errUnknownItem, nullptr, nullptr, nullptr, 0);
     default:

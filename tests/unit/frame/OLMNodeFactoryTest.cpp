@@ -7,6 +7,7 @@
 #include "filter/listing/OLMEmailFields.h"
 #include "filter/listing/OLMNoteFields.h"
 #include "filter/listing/OLMTaskFields.h"
+#include "filter/writers/OLMMsgContactGrpWriter.h"
 #include "filter/writers/OLMMsgContactWriter.h"
 #include "filter/writers/OLMMsgMailWriter.h"
 #include "filter/writers/OLMMsgNoteWriter.h"
@@ -71,6 +72,7 @@ TEST_F(OLMNodeFactoryTest, EachKindHasItsWriter) {
     expectWriter<OLMMsgContactWriter>(1);
     expectWriter<OLMMsgMailWriter>(2);
     expectWriter<OLMMsgNoteWriter>(3);
+    expectWriter<OLMMsgContactGrpWriter>(5);
 }
 
 TEST_F(OLMNodeFactoryTest, NothingIsFreedWithoutHarm) {
