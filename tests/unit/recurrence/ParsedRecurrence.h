@@ -1,0 +1,63 @@
+#ifndef OLMKIT_TESTS_UNIT_RECURRENCE_PARSEDRECURRENCE_H
+#define OLMKIT_TESTS_UNIT_RECURRENCE_PARSEDRECURRENCE_H
+
+#include "filter/recurrence/OLMRecurrence.h"
+#include "filter/recurrence/RecurrenceValue.h"
+#include "tests/fakehost/FakeHost.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+// A document whose recurrence element is open: recurrence().element(...).
+fakehost::ItemDocument recurrence();
+
+// The same with a pattern, an interval and a start: 2011-05-02T05:00:00, a Monday.
+fakehost::ItemDocument patterned(const std::string& pattern, const std::string& interval = "1");
+
+// The numbers of a recurrence's item.
+struct RecurringItem {
+    std::string start = "2011-05-02T14:00:00";
+    std::string end = "2011-05-02T15:30:00";
+    int zoneOffset = 0;
+};
+
+// A stream that keeps what is written to it.
+struct ByteSink : HostStream {
+    ByteSink();
+    fakehost::Bytes bytes;
+};
+
+// The recurrence element of a document, in a host of its own.
+class ParsedRecurrence {
+public:
+    // Reads up to the recurrence's opening tag and makes the object..
+    explicit ParsedRecurrence(const fakehost::ItemDocument& document,
+                              const RecurringItem& item = {});
+    ParsedRecurrence(const ParsedRecurrence&) = delete;
+    ParsedRecurrence& operator=(const ParsedRecurrence&) = delete;
+
+    // Parses; the code of the exception, if one came.
+    std::optional<unsigned int> parse();
+
+    // Parses; an exception fails the test.
+    ParsedRecurrence& good();
+
+    // The whole value, whose size must be what its writing gives.
+    [[nodiscard]] fakehost::Bytes value() const;
+
+    OLMRecurrence* operator->() { return object.get(); }
+    OLMRecurrence& operator*() { return *object; }
+
+    static constexpr unsigned int closingTag = 4;
+
+private:
+    fakehost::FakeHost fakeHost;
+    std::unique_ptr<OLMXMLParser> parser;
+    std::unique_ptr<OLMRecurrence> object;
+
+public:
+    fakehost::FakeHost& host = fakeHost;
+};
+
+#endif
