@@ -1,0 +1,40 @@
+#ifndef OLMKIT_CLI_COMMAND_ARGUMENTS_H
+#define OLMKIT_CLI_COMMAND_ARGUMENTS_H
+
+#include <CLI/CLI.hpp>
+
+#include <charconv>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "cli/command/ExtractOptions.h"
+#include "cli/command/ListOptions.h"
+
+// The arguments of each command: what they are called, what is said about them, and what they are
+// read into. `options` is borrowed and filled while the command line is parsed.
+
+namespace olmkit {
+
+void defineList(CLI::App& app, ListOptions& options);
+void defineExtract(CLI::App& app, ExtractOptions& options);
+
+// Decimal digits alone, nothing around them.
+template <typename Number> std::optional<Number> readNumber(std::string_view text) {
+    Number number = 0;
+    const char* end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, number);
+    if (read.ec != std::errc() || read.ptr != end) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+// The archive that a command reads.
+inline void addArchive(CLI::App& command, std::string& archive) {
+    command.add_option("ARCHIVE", archive, "The OLM archive")->required();
+}
+
+} // namespace olmkit
+
+#endif
