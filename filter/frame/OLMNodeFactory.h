@@ -19,8 +19,7 @@ public:
     static void freeOLMNode(OLMNodeInt** node);
 
     // The writer for one item; an OLMXmlDumper for a type that is not in OLMItemType. `archive`
-    // (an ArchiveDirectory) and `request` are borrowed for the writer's life. Throws
-    // qor::Exception 15 for a kind that has no writer.
+    // (an ArchiveDirectory) and `request` are borrowed for the writer's life.
     static OLMNodeWriter* newOLMNodeWriter(unsigned int type, void* archive,
                                            tagSODOSPECIALARC* request);
 

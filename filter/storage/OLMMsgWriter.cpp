@@ -171,6 +171,14 @@ void OLMMsgWriter::createStringProp(unsigned int tag, const qor::WString& text) 
     }
 }
 
+void OLMMsgWriter::addNamedProperty(unsigned int key, uint64_t value) {
+    leaveOutUnknown([&] { addProperty(namedProps.mapNamedProp(key), value); });
+}
+
+void OLMMsgWriter::createNamedStringProp(unsigned int key, const qor::WString& text) {
+    leaveOutUnknown([&] { createStringProp(namedProps.mapNamedProp(key), text); });
+}
+
 void OLMMsgWriter::handleCategories(OLMXMLParser& parser, unsigned int closingTag) {
     const unsigned int keywords = namedProps.mapNamedProp("Keywords", TypeStringList);
     const OpenHandle lengths(createSubStreamFromProp(rootStorage, keywords));

@@ -2,11 +2,13 @@
 #define OLMKIT_FILTER_STORAGE_OLMMSGWRITER_H
 
 #include "filter/core/ArrayList.h"
+#include "filter/core/Exception.h"
 #include "filter/core/WString.h"
 #include "filter/frame/OLMNodeWriter.h"
 #include "filter/frame/SODOSPECIALARC.h"
 #include "filter/storage/MapiNamedPropMap.h"
 #include "filter/storage/MsgPropPair.h"
+#include "filter/storage/WriterErrors.h"
 #include "filter/xml/HostStream.h"
 #include "filter/xml/OLMXMLParser.h"
 #include "filter/xml/OLMXMLTag.h"
@@ -132,6 +134,15 @@ protected:
     // Adds the text as the string property `tag`. Without the stream there is no entry.
     void createStringProp(unsigned int tag, const qor::WString& text);
 
+    // Runs the action, which adds properties. One that meets a named property without a row (a
+    // qor::Exception ErrUnknown) ends there and no more is said; any other qor::Exception is
+    // thrown on as a copy.
+    template <class Action> static void leaveOutUnknown(Action add);
+
+    // Each adds the named property `key` (see MapiNamedPropMap), or leaves it out as above.
+    void addNamedProperty(unsigned int key, uint64_t value);
+    void createNamedStringProp(unsigned int key, const qor::WString& text);
+
     // Writes the 32 bytes of writeMessageHeader() with that number of attachments and gives what
     // it gives.
     unsigned int writeHeaderNumbers(void* stream, uint32_t attachments);
@@ -157,5 +168,15 @@ private:
     static unsigned int writeListedString(HostStream* storage, unsigned int tag, unsigned int index,
                                           const qor::WString& value);
 };
+
+template <class Action> void OLMMsgWriter::leaveOutUnknown(Action add) {
+    try {
+        add();
+    } catch (const qor::Exception& failure) {
+        if (failure.code != ErrUnknown) {
+            throw qor::Exception(failure);
+        }
+    }
+}
 
 #endif

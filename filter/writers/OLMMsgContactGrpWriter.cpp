@@ -68,20 +68,12 @@ bool OLMMsgContactGrpWriter::handlePropSpecial(OLMXMLTag& tag, OLMXMLParser& par
 }
 
 void OLMMsgContactGrpWriter::handleDistListName(OLMXMLParser& parser) {
-    try {
-        qor::WString text;
-        parser.content(text);
+    qor::WString text;
+    parser.content(text);
+    leaveOutUnknown([&] {
         createStringProp(0x0037001F, text);
-        createNamedStringProp(0x8053001F, text);
-    } catch (const qor::Exception& failure) {
-        if (failure.code != ErrUnknown) {
-            throw qor::Exception(failure);
-        }
-    }
-}
-
-void OLMMsgContactGrpWriter::createNamedStringProp(unsigned int key, const qor::WString& text) {
-    createStringProp(namedProps.mapNamedProp(key), text);
+        createStringProp(namedProps.mapNamedProp(0x8053001F), text);
+    });
 }
 
 void OLMMsgContactGrpWriter::handleGroupList(OLMXMLParser& parser) {

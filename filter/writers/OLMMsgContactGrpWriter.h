@@ -23,8 +23,8 @@ public:
     bool handlePropSpecial(OLMXMLTag& tag, OLMXMLParser& parser) override;
 
 protected:
-    // Adds the element's text as the subject and as the named property of the group's name. A
-    // qor::Exception ErrUnknown ends that and is kept here; any other is thrown on.
+    // Adds the element's text as the subject and as the named property of the group's name, which
+    // is left out when no row has its key.
     void handleDistListName(OLMXMLParser& parser);
 
     // Writes a member for every opening tag up to the end of the member list. A property whose
@@ -35,11 +35,6 @@ protected:
     // Writes the member as a one-off entry identifier. Its size in bytes, less those of a text
     // whose write reported a failure. Throws qor::Exception ErrShortWrite.
     static unsigned int writeOneOffEntryId(HostStream* stream, const OneOffEntryIdData& data);
-
-    // Adds the text as the string property of the named property `key`, a propTag of
-    // MapiNamedPropMap::supportedProps. Without the stream there is no entry. Throws
-    // qor::Exception ErrUnknown for a key without a row.
-    void createNamedStringProp(unsigned int key, const qor::WString& text);
 
 private:
     // One of the two properties, while its values are written.

@@ -175,10 +175,7 @@ void OLMMsgContactWriter::handleDupProps(OLMXMLParser& parser, unsigned int tag,
 }
 
 void OLMMsgContactWriter::handleNamedStrProp(const qor::WString& value, unsigned int namedId) {
-    const std::optional<unsigned int> tag = mapOptional(namedId);
-    if (tag) {
-        createStringProp(*tag, value);
-    }
+    createNamedStringProp(namedId, value);
 }
 
 void OLMMsgContactWriter::handleNamedStrProp(OLMXMLParser& parser, unsigned int namedId) {
@@ -227,16 +224,5 @@ void OLMMsgContactWriter::handleEmailAddress(unsigned int code, unsigned int nam
     // The tag above is not looked at: a group without a tag inside is passed at its own closing
     // tag, and what follows belongs to it until the code comes again. That is meant.
     while (parser.nextTag(tag) != 0 && tag.id() != code) {
-    }
-}
-
-std::optional<unsigned int> OLMMsgContactWriter::mapOptional(unsigned int namedId) {
-    try {
-        return namedProps.mapNamedProp(namedId);
-    } catch (const qor::Exception& failure) {
-        if (failure.code != ErrUnknown) {
-            throw qor::Exception(failure);
-        }
-        return std::nullopt;
     }
 }

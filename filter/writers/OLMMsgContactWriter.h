@@ -6,8 +6,6 @@
 #include "filter/storage/OLMMsgWriter.h"
 #include "filter/writers/ContactAddrPartIndex.h"
 
-#include <optional>
-
 // Turns one contact into a message of class IPM.Contact.
 //
 // Properties stand in the order of the elements. The parts of the two addresses are also kept
@@ -69,10 +67,6 @@ protected:
     // as the named property `namedId`, and passes over what is left of the group. Throws what
     // MapiNamedPropMap::mapNamedProp throws.
     void handleEmailAddress(unsigned int code, unsigned int namedId, OLMXMLParser& parser);
-
-    // The tag in this message of the named property `namedId`, none when there is no such
-    // property. Throws a copy of any other qor::Exception of the mapping.
-    std::optional<unsigned int> mapOptional(unsigned int namedId);
 
     qor::Array<const qor::WString*> addressParts; // by ContactAddrPartIndex; owned, null until set
 };

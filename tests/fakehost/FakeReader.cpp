@@ -370,6 +370,9 @@ int16_t UTXMLRestoreStateInfo(UTXMLReader* reader, const tagUTXMLSaveData* save)
     if (host.takeFailure(CallKind::RestoreStateInfo, status) || state == nullptr) {
         return static_cast<int16_t>(status);
     }
+    if (host.hasFailed() && std::ranges::all_of(save->host, [](uint64_t word) { return !word; })) {
+        return failed; // never filled: the module isn't told that taking the place has failed
+    }
     if (save->host[0] != saveMark || save->host[4] != checkOf(*save) ||
         save->host[1] != static_cast<uint64_t>(state->entryIndex)) {
         host.misuse("a saved state that was not taken on this entry");

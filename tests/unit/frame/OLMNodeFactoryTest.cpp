@@ -7,10 +7,12 @@
 #include "filter/listing/OLMEmailFields.h"
 #include "filter/listing/OLMNoteFields.h"
 #include "filter/listing/OLMTaskFields.h"
+#include "filter/writers/OLMMsgCalWriter.h"
 #include "filter/writers/OLMMsgContactGrpWriter.h"
 #include "filter/writers/OLMMsgContactWriter.h"
 #include "filter/writers/OLMMsgMailWriter.h"
 #include "filter/writers/OLMMsgNoteWriter.h"
+#include "filter/writers/OLMMsgTaskWriter.h"
 #include "filter/xml/OLMXMLParser.h"
 #include "tests/fakehost/Scan.h"
 
@@ -69,9 +71,11 @@ TEST_F(OLMNodeFactoryTest, OtherKindsAreDumped) {
 }
 
 TEST_F(OLMNodeFactoryTest, EachKindHasItsWriter) {
+    expectWriter<OLMMsgCalWriter>(0);
     expectWriter<OLMMsgContactWriter>(1);
     expectWriter<OLMMsgMailWriter>(2);
     expectWriter<OLMMsgNoteWriter>(3);
+    expectWriter<OLMMsgTaskWriter>(4);
     expectWriter<OLMMsgContactGrpWriter>(5);
 }
 
