@@ -9,8 +9,9 @@ namespace olmkit {
 
 namespace {
 
-// The module's result for a place at which no item can be.
-constexpr std::int32_t resultNoItem = 15;
+// What the module answers to an index that no item has.
+constexpr std::int32_t resultFailed = 18;
+constexpr std::uint16_t statusFailed = 2;
 
 // How messages call an item.
 std::string itemTitle(const ManifestRow& row, const std::string& kind,
@@ -26,36 +27,11 @@ std::string itemTitle(const ManifestRow& row, const std::string& kind,
            entryTitle(session, *row.entry);
 }
 
-std::string refusalText(const ManifestRow& row, const olmhost::Extraction& extraction) {
-    std::string faultText;
-    for (const olmhost::EntryFault& fault : extraction.faults) {
-        if (fault.entryIndex == row.entry) {
-            faultText += "; the entry: " + fault.text;
-        }
-    }
-    std::string text = "the module refused the item";
-    if (row.result == resultNoItem) {
-        text = "there is no item at that place";
-    } else if (extraction.end == olmhost::ExtractionEnd::NotBegun && faultText.empty()) {
-        text = "the module writes no messages of this kind yet";
-    }
-    return text + " (result " + std::to_string(row.result) + ", status " +
-           std::to_string(row.status) + ")" + faultText;
-}
-
-std::string attachmentWarning(const olmhost::MemberRead& member) {
-    if (!member.entryIndex.has_value()) {
-        return "an attachment is missing: " + member.fault; // which holds the name
-    }
-    return "the attachment \"" + member.name + "\" is " +
-           (member.bytesRead == 0 ? "missing: " : "damaged: ") + member.fault;
-}
-
 } // namespace
 
 Extractor::Extractor(const ExtractOptions& options, olmhost::Session& session, Messages& messages)
     : options(options), session(session), messages(messages), selection(options),
-      manifest(directory), message(directory) {}
+      manifest(directory), items(session, directory) {}
 
 ExitCode Extractor::run() {
     const bool isAtEnd = walk();
@@ -99,7 +75,7 @@ void Extractor::note(const olmhost::Row& row) {
     if (!isPlaceWanted && !isIndexWanted) {
         return;
     }
-    Wanted wanted;
+    WantedItem wanted;
     wanted.row.entry = row.entry;
     wanted.row.item = row.item;
     wanted.kind = kindOf(row);
@@ -131,7 +107,7 @@ void Extractor::writeNoted() {
     if (noted.empty() || isStopped() || (!isOutputOpen && !openOutput())) {
         return;
     }
-    for (Wanted& wanted : noted) {
+    for (const WantedItem& wanted : noted) {
         if (isStopped()) {
             return;
         }
@@ -145,11 +121,10 @@ void Extractor::refuseIndexesLeft() {
         if (isStopped()) {
             return;
         }
-        const olmhost::Extraction answer = session.extract(index, message);
         ManifestRow row;
         row.index = index;
-        row.result = answer.result;
-        row.status = answer.status;
+        row.result = resultFailed;
+        row.status = statusFailed;
         row.error = "there is no such item: the archive has " +
                     std::to_string(session.itemCount()) + ", numbered from 0";
         finishRow(row, "");
@@ -166,7 +141,7 @@ void Extractor::writePlaces() {
             write(found->second);
             continue;
         }
-        Wanted wanted;
+        WantedItem wanted;
         wanted.row.entry = place.entry;
         wanted.row.item = place.item;
         wanted.path = paths.ofUnlisted(place.entry, place.item);
@@ -175,94 +150,28 @@ void Extractor::writePlaces() {
     }
 }
 
-void Extractor::write(Wanted& wanted) {
-    ManifestRow& row = wanted.row;
-    const auto progress = [](std::int32_t) { return Interrupt::isRequested() ? 1 : 0; };
-    message.begin();
-    const olmhost::Extraction extraction =
-        row.index.has_value() ? session.extract(*row.index, message, progress)
-                              : session.extractAt(*row.entry, *row.item, message, progress);
-    if (extraction.end != olmhost::ExtractionEnd::Whole && Interrupt::isRequested()) {
-        message.discard();
-        return; // as if it had not been begun
-    }
-    row.result = extraction.result;
-    row.status = extraction.status;
-    if (extraction.end == olmhost::ExtractionEnd::Whole) {
-        row.path = wanted.path.text();
-        row.size = message.size();
-        const int error = message.commit(wanted.path);
-        row.sha256 = message.sha256();
-        if (error != 0) {
-            row.error = outputErrorText(error);
-            outputFailed(options.directory + "/" + row.path, error);
-        }
-    } else {
-        judge(row, extraction);
-    }
-    message.discard();
-    warn(wanted, extraction);
-    finishRow(row, wanted.kind);
+void Extractor::write(const WantedItem& wanted) {
+    finish(wanted, items.write(wanted));
 }
 
-// Says in `row` why an item is not written.
-void Extractor::judge(ManifestRow& row, const olmhost::Extraction& extraction) {
-    switch (extraction.end) {
-    case olmhost::ExtractionEnd::SinkFailed:
-        row.error = outputErrorText(message.errorNumber());
-        outputFailed(options.directory, message.errorNumber());
-        return;
-    case olmhost::ExtractionEnd::UnknownRoot:
-        row.error = "the entry is no document of items, so there is no message to write";
-        return;
-    case olmhost::ExtractionEnd::Cancelled:
-    case olmhost::ExtractionEnd::NotBegun:
-    case olmhost::ExtractionEnd::Refused:
-    case olmhost::ExtractionEnd::Whole:
-        break;
-    }
-    row.error = refusalText(row, extraction);
-}
-
-// Says in `row` what the item's message lacks, and what may be wrong in it.
-void Extractor::warn(Wanted& wanted, const olmhost::Extraction& extraction) {
-    ManifestRow& row = wanted.row;
-    for (const olmhost::MemberRead& member : extraction.members) {
-        if (!member.fault.empty()) {
-            addLoss(row, attachmentWarning(member));
-            told.insert(member.entryIndex.value_or(olmhost::EntryFault::noEntry));
-        }
-    }
-    if (!row.error.empty()) {
+void Extractor::finish(const WantedItem& wanted, const ItemOutcome& outcome) {
+    if (outcome.isInterrupted) {
         return;
     }
-    if (!wanted.isListed) {
-        row.warnings.emplace_back("the entry has no item of that number, so the message is empty");
+    if (outcome.outputError != 0) {
+        outputFailed(options.directory + "/" + wanted.path.text(), outcome.outputError);
     }
-    for (const olmhost::EntryFault& fault : extraction.faults) {
-        if (fault.entryIndex == row.entry) {
-            addLoss(row, "its document: " + fault.text);
-        }
-    }
-    if (extraction.isCut) {
-        addLoss(row, "a part of it is longer than a message file can hold, and was cut there");
-    }
+    hasLosses = hasLosses || outcome.hasLosses;
+    told.insert(outcome.faultyEntries.begin(), outcome.faultyEntries.end());
+    finishRow(outcome.row, wanted.kind);
 }
 
-void Extractor::addLoss(ManifestRow& row, const std::string& text) {
-    row.warnings.push_back(text);
-    hasLosses = true;
-}
-
-void Extractor::finishRow(const ManifestRow& result, const std::string& kind) {
-    ManifestRow row = result;
+void Extractor::finishRow(const ManifestRow& row, const std::string& kind) {
     ++requested;
     const std::string title = options.archive + ": " + itemTitle(row, kind, session) + ": ";
     if (row.error.empty()) {
         ++written;
     } else {
-        row.path.clear();
-        row.sha256.clear();
         messages.tell(title + row.error);
     }
     for (const std::string& warning : row.warnings) {

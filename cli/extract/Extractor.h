@@ -9,8 +9,8 @@
 
 #include "cli/command/ExitCode.h"
 #include "cli/command/ExtractOptions.h"
+#include "cli/extract/ItemWriter.h"
 #include "cli/extract/Manifest.h"
-#include "cli/extract/MessageFile.h"
 #include "cli/extract/MessagePaths.h"
 #include "cli/extract/OutputDirectory.h"
 #include "cli/extract/Selection.h"
@@ -39,24 +39,14 @@ public:
     const std::set<std::uint64_t>& toldEntries() const { return told; }
 
 private:
-    // What a row tells of a wanted item.
-    struct Wanted {
-        ManifestRow row; // what is known ahead of the extraction
-        std::string kind;
-        MessagePath path;
-        bool isListed = true;
-    };
-
     bool walk();
     void note(const olmhost::Row& row);
     bool openOutput();
     void writeNoted();
     void refuseIndexesLeft();
     void writePlaces();
-    void write(Wanted& wanted);
-    void judge(ManifestRow& row, const olmhost::Extraction& extraction);
-    void warn(Wanted& wanted, const olmhost::Extraction& extraction);
-    void addLoss(ManifestRow& row, const std::string& text);
+    void write(const WantedItem& wanted);
+    void finish(const WantedItem& wanted, const ItemOutcome& outcome);
     void finishRow(const ManifestRow& row, const std::string& kind);
     void outputFailed(const std::string& name, int errorNumber);
     ExitCode exitCode() const;
@@ -66,12 +56,12 @@ private:
     Messages& messages;
     Selection selection;
     MessagePaths paths;
-    std::vector<Wanted> noted; // of the entry at hand
-    std::map<ItemPlace, Wanted> notedPlaces;
+    std::vector<WantedItem> noted; // of the entry at hand
+    std::map<ItemPlace, WantedItem> notedPlaces;
 
     OutputDirectory directory;
     Manifest manifest;
-    MessageFile message;
+    ItemWriter items;
     bool isOutputOpen = false;
     bool isOutputLost = false; // nothing more can be written
     bool hasOutputFailed = false;

@@ -1,0 +1,121 @@
+#include "cli/extract/ItemWriter.h"
+
+#include "cli/terminal/Interrupt.h"
+
+namespace olmkit {
+
+namespace {
+
+// The module's result for a place at which no item can be.
+constexpr std::int32_t resultNoItem = 15;
+
+std::string refusalText(const ManifestRow& row, const olmhost::Extraction& extraction) {
+    std::string faultText;
+    for (const olmhost::EntryFault& fault : extraction.faults) {
+        if (fault.entryIndex == row.entry) {
+            faultText += "; the entry: " + fault.text;
+        }
+    }
+    std::string text = "the module refused the item";
+    if (row.result == resultNoItem) {
+        text = "there is no item at that place";
+    }
+    return text + " (result " + std::to_string(row.result) + ", status " +
+           std::to_string(row.status) + ")" + faultText;
+}
+
+std::string attachmentWarning(const olmhost::MemberRead& member) {
+    if (!member.entryIndex.has_value()) {
+        return "an attachment is missing: " + member.fault; // which holds the name
+    }
+    return "the attachment \"" + member.name + "\" is " +
+           (member.bytesRead == 0 ? "missing: " : "damaged: ") + member.fault;
+}
+
+// Says in the outcome what the message lacks, and what may be wrong in it.
+void warn(const WantedItem& wanted, const olmhost::Extraction& extraction, ItemOutcome& outcome) {
+    ManifestRow& row = outcome.row;
+    const auto addLoss = [&](const std::string& text) {
+        row.warnings.push_back(text);
+        outcome.hasLosses = true;
+    };
+    for (const olmhost::MemberRead& member : extraction.members) {
+        if (!member.fault.empty()) {
+            addLoss(attachmentWarning(member));
+            outcome.faultyEntries.insert(member.entryIndex.value_or(olmhost::EntryFault::noEntry));
+        }
+    }
+    if (!row.error.empty()) {
+        return;
+    }
+    if (!wanted.isListed) {
+        row.warnings.emplace_back("the entry has no item of that number, so the message is empty");
+    }
+    for (const olmhost::EntryFault& fault : extraction.faults) {
+        if (fault.entryIndex == row.entry) {
+            addLoss("its document: " + fault.text);
+        }
+    }
+    if (extraction.isCut) {
+        addLoss("a part of it is longer than a message file can hold, and was cut there");
+    }
+}
+
+} // namespace
+
+ItemOutcome ItemWriter::write(const WantedItem& wanted) {
+    ItemOutcome outcome;
+    ManifestRow& row = outcome.row = wanted.row;
+    const auto progress = [](std::int32_t) { return Interrupt::isRequested() ? 1 : 0; };
+    message.begin();
+    const olmhost::Extraction extraction =
+        row.index.has_value() ? session.extract(*row.index, message, progress)
+                              : session.extractAt(*row.entry, *row.item, message, progress);
+    outcome.isInterrupted =
+        extraction.end != olmhost::ExtractionEnd::Whole && Interrupt::isRequested();
+    if (!outcome.isInterrupted) {
+        row.result = extraction.result;
+        row.status = extraction.status;
+        if (extraction.end == olmhost::ExtractionEnd::Whole) {
+            commit(wanted, outcome);
+        } else {
+            judge(extraction, outcome);
+        }
+        warn(wanted, extraction, outcome);
+    }
+    message.discard();
+    return outcome;
+}
+
+void ItemWriter::commit(const WantedItem& wanted, ItemOutcome& outcome) {
+    ManifestRow& row = outcome.row;
+    row.size = message.size();
+    outcome.outputError = message.commit(wanted.path);
+    if (outcome.outputError != 0) {
+        row.error = outputErrorText(outcome.outputError);
+        return;
+    }
+    row.path = wanted.path.text();
+    row.sha256 = message.sha256();
+}
+
+// Says in the outcome why the item is not written.
+void ItemWriter::judge(const olmhost::Extraction& extraction, ItemOutcome& outcome) {
+    switch (extraction.end) {
+    case olmhost::ExtractionEnd::SinkFailed:
+        outcome.outputError = message.errorNumber();
+        outcome.row.error = outputErrorText(outcome.outputError);
+        return;
+    case olmhost::ExtractionEnd::UnknownRoot:
+        outcome.row.error = "the entry is no document of items, so there is no message to write";
+        return;
+    case olmhost::ExtractionEnd::Cancelled:
+    case olmhost::ExtractionEnd::NotBegun:
+    case olmhost::ExtractionEnd::Refused:
+    case olmhost::ExtractionEnd::Whole:
+        break;
+    }
+    outcome.row.error = refusalText(outcome.row, extraction);
+}
+
+} // namespace olmkit
