@@ -10,6 +10,7 @@
 #include "cli/command/CommandLine.h"
 #include "cli/command/ExitCode.h"
 #include "cli/command/ExtractCommand.h"
+#include "cli/command/InfoCommand.h"
 #include "cli/command/ListCommand.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
@@ -23,6 +24,9 @@ struct Run {
     olmkit::Output& output;
     olmkit::Messages& messages;
 
+    ExitCode operator()(const olmkit::InfoOptions& options) const {
+        return olmkit::runInfo(options, output, messages);
+    }
     ExitCode operator()(const olmkit::ListOptions& options) const {
         // When nobody reads the rows any more, there is nothing left to do or to undo.
         output.whenClosed([] { std::_Exit(static_cast<int>(ExitCode::Done)); });

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "cli/command/ExtractOptions.h"
+#include "cli/command/InfoOptions.h"
 #include "cli/command/ListOptions.h"
 
 // The arguments of each command: what they are called, what is said about them, and what they are
@@ -16,6 +17,7 @@
 
 namespace olmkit {
 
+void defineInfo(CLI::App& app, InfoOptions& options);
 void defineList(CLI::App& app, ListOptions& options);
 void defineExtract(CLI::App& app, ExtractOptions& options);
 

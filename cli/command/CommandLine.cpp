@@ -33,9 +33,11 @@ public:
         app.set_version_flag("--version", versionText, "Print the version and exit");
         app.set_help_flag("-h,--help", "Print this help and exit");
         app.require_subcommand(1);
+        add(defineInfo, info);
         add(defineList, list);
         add(defineExtract, extract);
         app.footer("Examples:\n"
+                   "  olmkit info mail.olm\n"
                    "  olmkit list mail.olm\n"
                    "  olmkit extract mail.olm -o messages\n"
                    "\n" +
@@ -76,6 +78,7 @@ private:
 
     CLI::App app;
     std::map<std::string, std::function<Command()>> commands;
+    InfoOptions info;
     ListOptions list;
     ExtractOptions extract;
 };

@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "cli/command/ExtractOptions.h"
+#include "cli/command/InfoOptions.h"
 #include "cli/command/ListOptions.h"
 
 namespace olmkit {
@@ -19,7 +20,7 @@ struct UsageError {
     std::string text;
 };
 
-using Command = std::variant<ListOptions, ExtractOptions, HelpText, UsageError>;
+using Command = std::variant<InfoOptions, ListOptions, ExtractOptions, HelpText, UsageError>;
 
 // Reads the program's arguments. Everything that is said about options, commands and exit codes
 // comes from their definitions here.

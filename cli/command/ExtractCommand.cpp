@@ -52,7 +52,7 @@ ExitCode runExtract(const ExtractOptions& options, Output& output, Messages& mes
     default:
         break;
     }
-    output.buffer() += summary(options, extractor);
+    output.buffer() += summary(options, extractor) + extractor.books().table();
     if (!output.flush() && !output.isClosed()) {
         messages.outputFailure("standard output", output.errorNumber());
         return ExitCode::OutputFailed;

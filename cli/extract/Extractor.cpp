@@ -47,8 +47,22 @@ ExitCode Extractor::run() {
         if (const int error = manifest.finish(); error != 0) {
             outputFailed(std::string(options.directory) + "/" + Manifest::fileName, error);
         }
+        closeBooks(isAtEnd);
     }
     return exitCode();
+}
+
+void Extractor::closeBooks(bool isAtEnd) {
+    const RunExtent done =
+        isAtEnd && options.isEverything() ? RunExtent::Whole : RunExtent::Selection;
+    summary.close(session, isStopped() ? RunExtent::Unfinished : done);
+    for (const std::string& finding : summary.findings()) {
+        messages.tell(options.archive + ": " + finding);
+        hasLosses = true;
+    }
+    if (const int error = summary.write(directory); error != 0) {
+        outputFailed(std::string(options.directory) + "/" + Summary::fileName, error);
+    }
 }
 
 // Whether the archive's end was reached.
@@ -69,6 +83,7 @@ bool Extractor::walk() {
 
 void Extractor::note(const olmhost::Row& row) {
     MessagePath path = paths.next(row);
+    summary.list(kindOf(row));
     const ItemPlace place = {row.entry, row.item};
     const bool isPlaceWanted = selection.takesPlace(place);
     const bool isIndexWanted = selection.takesIndex(row.index);
@@ -81,9 +96,11 @@ void Extractor::note(const olmhost::Row& row) {
     wanted.kind = kindOf(row);
     wanted.path = std::move(path);
     if (isPlaceWanted) {
+        summary.request(wanted.kind);
         notedPlaces.emplace(place, wanted);
     }
     if (isIndexWanted) {
+        summary.request(wanted.kind);
         wanted.row.index = row.index;
         noted.push_back(std::move(wanted));
     }
@@ -99,6 +116,8 @@ bool Extractor::openOutput() {
         isOutputLost = true;
         return false;
     }
+    // One of an earlier run is never to be taken for this one's.
+    directory.remove(Summary::fileName);
     isOutputOpen = true;
     return true;
 }
@@ -121,12 +140,14 @@ void Extractor::refuseIndexesLeft() {
         if (isStopped()) {
             return;
         }
+        summary.request({});
         ManifestRow row;
         row.index = index;
         row.result = resultFailed;
         row.status = statusFailed;
         row.error = "there is no such item: the archive has " +
                     std::to_string(session.itemCount()) + ", numbered from 0";
+        summary.finish({});
         finishRow(row, "");
     }
 }
@@ -141,6 +162,7 @@ void Extractor::writePlaces() {
             write(found->second);
             continue;
         }
+        summary.request({});
         WantedItem wanted;
         wanted.row.entry = place.entry;
         wanted.row.item = place.item;
@@ -163,6 +185,8 @@ void Extractor::finish(const WantedItem& wanted, const ItemOutcome& outcome) {
     }
     hasLosses = hasLosses || outcome.hasLosses;
     told.insert(outcome.faultyEntries.begin(), outcome.faultyEntries.end());
+    summary.finish({wanted.kind, outcome.row.error.empty(), outcome.attachmentsWritten,
+                    outcome.attachmentsLost});
     finishRow(outcome.row, wanted.kind);
 }
 

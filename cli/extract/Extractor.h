@@ -14,6 +14,7 @@
 #include "cli/extract/MessagePaths.h"
 #include "cli/extract/OutputDirectory.h"
 #include "cli/extract/Selection.h"
+#include "cli/extract/Summary.h"
 #include "cli/terminal/Messages.h"
 #include "host/session/Session.h"
 
@@ -35,6 +36,9 @@ public:
     std::uint64_t writtenCount() const { return written; }
     std::uint64_t warnedCount() const { return warned; }
 
+    // The books, once run() has ended.
+    const Summary& books() const { return summary; }
+
     // The entries whose faults were told as an item's warnings.
     const std::set<std::uint64_t>& toldEntries() const { return told; }
 
@@ -48,6 +52,7 @@ private:
     void write(const WantedItem& wanted);
     void finish(const WantedItem& wanted, const ItemOutcome& outcome);
     void finishRow(const ManifestRow& row, const std::string& kind);
+    void closeBooks(bool isAtEnd);
     void outputFailed(const std::string& name, int errorNumber);
     ExitCode exitCode() const;
 
@@ -61,6 +66,7 @@ private:
 
     OutputDirectory directory;
     Manifest manifest;
+    Summary summary;
     ItemWriter items;
     bool isOutputOpen = false;
     bool isOutputLost = false; // nothing more can be written

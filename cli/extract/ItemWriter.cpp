@@ -40,6 +40,7 @@ void warn(const WantedItem& wanted, const olmhost::Extraction& extraction, ItemO
         outcome.hasLosses = true;
     };
     for (const olmhost::MemberRead& member : extraction.members) {
+        ++(member.fault.empty() ? outcome.attachmentsWritten : outcome.attachmentsLost);
         if (!member.fault.empty()) {
             addLoss(attachmentWarning(member));
             outcome.faultyEntries.insert(member.entryIndex.value_or(olmhost::EntryFault::noEntry));

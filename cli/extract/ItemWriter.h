@@ -27,6 +27,8 @@ struct ItemOutcome {
     bool isInterrupted = false;            // the run was asked to stop: as if it had not been begun
     bool hasLosses = false;                // something is missing in the message, or wrong
     int outputError = 0;                   // an errno value: the output took no more
+    std::uint64_t attachmentsWritten = 0;  // whole
+    std::uint64_t attachmentsLost = 0;     // in part or altogether
     std::set<std::uint64_t> faultyEntries; // whose faults its warnings tell
 };
 

@@ -29,6 +29,16 @@ std::string_view kindOf(const olmhost::Row& row) {
     return found == std::end(kinds) ? "unknown" : found->name;
 }
 
+std::u16string_view dateOf(const olmhost::Row& row) {
+    for (const auto column : {olmhost::TextColumn::Sent, olmhost::TextColumn::Received,
+                              olmhost::TextColumn::Modified}) {
+        if (!row.text(column).empty()) {
+            return row.text(column);
+        }
+    }
+    return {};
+}
+
 std::u16string_view shownText(const olmhost::Row& row, olmhost::TextColumn column,
                               std::u16string& scratch) {
     const std::u16string_view text = row.text(column);

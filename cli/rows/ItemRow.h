@@ -34,6 +34,9 @@ inline constexpr std::array<NamedColumn, olmhost::textColumnCount> namedColumns 
 // What kind of item a row is, from its special column 6; "unknown" for a number of no kind.
 std::string_view kindOf(const olmhost::Row& row);
 
+// The date that tells most about an item of any kind: when it was sent, received, or changed last.
+std::u16string_view dateOf(const olmhost::Row& row);
+
 // The units of a row's column as people see them: in `name`, "/" stands between the levels of the
 // folder. `scratch` holds the text where it differs from the row's.
 std::u16string_view shownText(const olmhost::Row& row, olmhost::TextColumn column,

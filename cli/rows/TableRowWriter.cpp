@@ -45,17 +45,6 @@ void appendCut(std::string& out, std::string_view text, unsigned room) {
     out.append(room - std::min(room, used + 1), ' ');
 }
 
-// The date that tells most about an item of any kind.
-std::u16string_view dateOf(const olmhost::Row& row) {
-    for (const auto column : {olmhost::TextColumn::Sent, olmhost::TextColumn::Received,
-                              olmhost::TextColumn::Modified}) {
-        if (!row.text(column).empty()) {
-            return row.text(column);
-        }
-    }
-    return {};
-}
-
 std::u16string_view titleOf(const olmhost::Row& row) {
     const std::u16string_view subject = row.text(olmhost::TextColumn::Subject);
     return subject.empty() ? row.text(olmhost::TextColumn::DisplayName) : subject;

@@ -141,12 +141,16 @@ EntryStream* Archive::openMember(const MemberOpenRequest& request) {
     return stream;
 }
 
-std::optional<std::uint64_t> Archive::findRow(std::string_view name) {
+std::optional<std::uint64_t> Archive::find(std::string_view name) {
     if (!nameIndex) {
         nameIndex.emplace(static_cast<NameIndex::Row>(entryCount),
                           [this](NameIndex::Row row) { return this->name(row); });
     }
-    const auto row = nameIndex->find(name);
+    return nameIndex->find(name);
+}
+
+std::optional<std::uint64_t> Archive::findRow(std::string_view name) {
+    const auto row = find(name);
     if (!row) {
         refuse(FaultKind::CannotOpen, EntryFault::noEntry,
                "there is no file named " + quoted(name));

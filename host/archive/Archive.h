@@ -42,6 +42,15 @@ public:
     // The name of row `index`, UTF-8, with a 0 byte behind it; empty when there is no such row.
     std::string_view name(std::uint64_t index) const;
 
+    // What the directory says of row `index`.
+    EntryInfo info(std::uint64_t index) const { return directory->info(index); }
+
+    // The first file of that name, see NameIndex.
+    std::optional<std::uint64_t> find(std::string_view name);
+
+    // Bytes of the archive's file.
+    std::uint64_t size() const { return bytes->size(); }
+
     // Opens the entry that the request names. Null, with a fault noted, when it can't be opened.
     EntryStream* openMember(const MemberOpenRequest& request);
 

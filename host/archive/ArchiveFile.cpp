@@ -1,6 +1,7 @@
 #include "host/archive/ArchiveFile.h"
 
 #include "filter/frame/ArchiveOpenRequest.h"
+#include "filter/xml/MemberOpenRequest.h"
 #include "host/archive/Archive.h"
 
 #include <new>
@@ -36,6 +37,24 @@ std::uint64_t ArchiveFile::entryCount() const {
 
 std::string_view ArchiveFile::entryName(std::uint64_t index) const {
     return archive == nullptr ? std::string_view() : archive->name(index);
+}
+
+EntryInfo ArchiveFile::entryInfo(std::uint64_t index) const {
+    return archive->info(index);
+}
+
+std::optional<std::uint64_t> ArchiveFile::findEntry(std::string_view name) {
+    return archive == nullptr ? std::nullopt : archive->find(name);
+}
+
+Handle* ArchiveFile::openEntry(std::uint64_t index) {
+    MemberOpenRequest request{};
+    request.entryIndex = static_cast<std::int64_t>(index);
+    return archive == nullptr ? nullptr : archive->openMember(request);
+}
+
+std::uint64_t ArchiveFile::size() const {
+    return archive == nullptr ? 0 : archive->size();
 }
 
 std::uint64_t ArchiveFile::inflatedBytes() const {

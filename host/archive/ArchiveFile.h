@@ -1,6 +1,7 @@
 #ifndef OLMKIT_HOST_ARCHIVE_ARCHIVEFILE_H
 #define OLMKIT_HOST_ARCHIVE_ARCHIVEFILE_H
 
+#include "host/archive/EntryInfo.h"
 #include "host/archive/OpenFailure.h"
 #include "host/archive/ReadAccount.h"
 #include "host/stream/EntryFault.h"
@@ -9,6 +10,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -48,6 +50,19 @@ public:
     // is no such row.
     std::string_view entryName(std::uint64_t index) const;
 
+    // What the directory says of row `index`, which there is.
+    EntryInfo entryInfo(std::uint64_t index) const;
+
+    // The first file of that name among the rows; none while not open.
+    std::optional<std::uint64_t> findEntry(std::string_view name);
+
+    // Opens row `index` for reading. Null, with a fault noted, when it can't be opened. Its end()
+    // gives it back.
+    Handle* openEntry(std::uint64_t index);
+
+    // Bytes of the archive's file; 0 while not open.
+    std::uint64_t size() const;
+
     // Bytes that were inflated for this archive so far, repeated ones counted again; 0 while not
     // open. Shows what seeking costs.
     std::uint64_t inflatedBytes() const;
@@ -61,6 +76,11 @@ public:
 
     // The entry in the account for a member that is being asked for; null when none is kept.
     std::shared_ptr<MemberRead> addMember(std::string_view name);
+
+    // From now on the tags of entries that are read as documents are told to `newWatch`. It is
+    // borrowed until the next call; null ends it.
+    void keepWatch(TagWatch* newWatch) { watch = newWatch; }
+    TagWatch* tagWatch() override { return watch; }
 
     // Ends the open archive and every handle that was opened from it.
     void closeArchive();
@@ -79,6 +99,7 @@ private:
     std::vector<EntryFault> entryFaults;
     std::set<std::tuple<std::uint64_t, FaultKind, std::string>> knownFaults; // text: noEntry only
     ReadAccount* account = nullptr;
+    TagWatch* watch = nullptr;
     std::unique_ptr<Archive> archive;
 };
 

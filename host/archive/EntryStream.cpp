@@ -59,6 +59,10 @@ void EntryStream::reportFault(FaultKind kind, const std::string& text) {
     archive.file().addFault(kind, entryIndex, text);
 }
 
+TagWatch* EntryStream::tagWatch() {
+    return archive.file().tagWatch();
+}
+
 const Limits& EntryStream::limits() const {
     return archive.file().limits();
 }

@@ -31,6 +31,7 @@ public:
     // Becomes a fault of this entry.
     void reportFault(FaultKind kind, const std::string& text) override;
 
+    TagWatch* tagWatch() override;
     const Limits& limits() const override;
 
 private:

@@ -123,10 +123,15 @@ void MarkupParser::open(Handle& document) {
     declaredEncoding.clear();
     knownEncoding.reset();
     startFromBegin();
+    watch = document.tagWatch();
+    if (watch != nullptr) {
+        watch->beginDocument();
+    }
 }
 
 void MarkupParser::close() {
     stream = nullptr;
+    watch = nullptr;
     queue.clear();
     // Its buffer and its tables of names grow with what it has read.
     if (total > mostReused) {
@@ -135,6 +140,7 @@ void MarkupParser::close() {
 }
 
 bool MarkupParser::startAt(const SavedPlace& saved) {
+    watch = nullptr;
     queue.clear();
     skipFloor = 0;
     openAtStart.clear();
@@ -400,6 +406,9 @@ void MarkupParser::onOpening(const char* name, const char** attributes) {
     if (!isWithinLimits(hasTypeDeclaration ? totalLength(name, attributes) : tagLength)) {
         return;
     }
+    if (watch != nullptr && depth <= watch->openingsTo) {
+        watch->opened(depth, name, attributes);
+    }
     const std::uint64_t begin = currentPlace();
     ++tagCount;
     const std::uint64_t place = hasTypeDeclaration ? tagCount : begin + tagLength;
@@ -441,6 +450,9 @@ void MarkupParser::onClosing(const char* name) {
 
 // An element ends; `place` is behind its closing tag.
 void MarkupParser::closed(std::string_view name, std::uint64_t place) {
+    if (watch != nullptr && depth <= watch->closingsTo) {
+        watch->closed(depth);
+    }
     ++tagCount;
     if (hasTypeDeclaration) {
         place = tagCount;

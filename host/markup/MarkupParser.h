@@ -97,7 +97,8 @@ private:
     void stop(FaultKind kind, const std::string& reason, std::uint64_t ahead = 0);
     void noteFault(FaultKind kind, const std::string& reason, std::uint64_t ahead = 0);
 
-    Handle* stream = nullptr; // borrowed
+    Handle* stream = nullptr;  // borrowed
+    TagWatch* watch = nullptr; // borrowed; not null while the document is read from its start on
     std::unique_ptr<XML_ParserStruct, ParserDelete> parser;
     std::optional<Fault> found;
 

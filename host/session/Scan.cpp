@@ -11,10 +11,12 @@ namespace olmhost {
 void Scan::begin(const RowCallback& rowCallback) {
     callback = &rowCallback;
     pausing = false;
+    taker.watch();
 }
 
 void Scan::rethrow() {
     callback = nullptr;
+    taker.unwatch();
     if (thrown != nullptr) {
         std::rethrow_exception(std::exchange(thrown, nullptr));
     }
@@ -26,14 +28,25 @@ bool Scan::breakAt(std::uint16_t code) noexcept {
         return false;
     }
     if (code == BreakEntry) {
-        rows.clear();
-        ++entriesDone;
+        endEntry();
         return pausing;
     }
     if (code == BreakArchive) {
         finished = true;
     }
     return false;
+}
+
+void Scan::endEntry() {
+    rows.clear();
+    try {
+        taker.endEntry(entriesDone, items - itemsBefore);
+    } catch (...) {
+        thrown = std::current_exception();
+        pausing = true;
+    }
+    itemsBefore = items;
+    ++entriesDone;
 }
 
 void Scan::bail(std::uint32_t /*failure*/) noexcept {

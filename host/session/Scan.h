@@ -5,6 +5,7 @@
 #include <exception>
 
 #include "host/archive/ArchiveFile.h"
+#include "host/session/CensusTaker.h"
 #include "host/session/RowCollector.h"
 #include "host/session/Session.h"
 
@@ -17,10 +18,12 @@ namespace olmhost {
 class Scan {
 public:
     // `file` is borrowed: it gives the entries' names and takes the faults.
-    explicit Scan(ArchiveFile& file) : file(file) {}
+    explicit Scan(ArchiveFile& file) : file(file), taker(file) {}
 
     RowCollector& collector() { return rows; }
     const RowCollector& collector() const { return rows; }
+
+    CensusTaker& censusTaker() { return taker; }
 
     // Ahead of a run of the scan. `rowCallback` is borrowed until rethrow().
     void begin(const RowCallback& rowCallback);
@@ -39,12 +42,15 @@ public:
 
 private:
     void deliver();
+    void endEntry();
 
     ArchiveFile& file;
     RowCollector rows;
+    CensusTaker taker;
     const RowCallback* callback = nullptr;
     std::exception_ptr thrown;
     std::uint64_t items = 0;       // delivered or dropped: the index of the next row
+    std::uint64_t itemsBefore = 0; // the entry at hand
     std::uint64_t entriesDone = 0; // which is the index of the entry at hand
     bool pausing = false;
     bool finished = false;

@@ -7,7 +7,6 @@
 #include "host/compound/CompoundOutput.h"
 #include "host/memory/MemoryOwner.h"
 #include "host/session/Module.h"
-#include "host/session/RootPeek.h"
 #include "host/session/Scan.h"
 #include "host/session/ScanRoutines.h"
 
@@ -16,6 +15,7 @@ namespace olmhost {
 namespace {
 
 constexpr std::int32_t progressDone = 100;
+constexpr std::uint32_t checkedAtOnce = 65536; // bytes
 
 OpenStatus statusOf(OpenFailureKind kind) {
     switch (kind) {
@@ -146,15 +146,15 @@ public:
 
     OpenOutcome open();
     void list(const RowCallback& callback);
-    bool isOlmArchive() const;
     Extraction extract(SODOSPECIALARC request, ByteSink& sink, const Progress& progress);
+
+    void check(std::uint64_t entry);
 
     ArchiveFile file;
     Scan scan;
 
 private:
     SessionOptions options;
-    std::string path;
     MemoryOwner memory;
     std::shared_ptr<const Module> module;
     PROC* proc = nullptr;
@@ -163,7 +163,7 @@ private:
 };
 
 Session::Opened::Opened(const std::string& path, const SessionOptions& options)
-    : file(path, options.limits), scan(file), options(options), path(path) {}
+    : file(path, options.limits), scan(file), options(options) {}
 
 Session::Opened::~Opened() {
     const MemoryOwner::Scope scope(memory);
@@ -211,8 +211,16 @@ void Session::Opened::list(const RowCallback& callback) {
     scan.rethrow();
 }
 
-bool Session::Opened::isOlmArchive() const {
-    return scan.itemCount() > 0 || hasKnownRoot(path, options.limits);
+void Session::Opened::check(std::uint64_t entry) {
+    Handle* const data = file.openEntry(entry);
+    if (data == nullptr) {
+        return;
+    }
+    std::vector<char> block(checkedAtOnce);
+    std::uint32_t count = 0;
+    while (data->readBytes(block.data(), checkedAtOnce, count) == Handle::statusDone && count > 0) {
+    }
+    data->end();
 }
 
 Extraction Session::Opened::extract(SODOSPECIALARC request, ByteSink& sink,
@@ -261,6 +269,23 @@ std::string_view Session::entryName(std::uint64_t entry) const {
     return opened->file.entryName(entry);
 }
 
+EntrySize Session::entrySize(std::uint64_t entry) const {
+    const EntryInfo info = opened->file.entryInfo(entry);
+    return {info.size, info.compressedSize, info.isEncrypted};
+}
+
+std::optional<std::uint64_t> Session::findEntry(std::string_view name) const {
+    return opened->file.findEntry(name);
+}
+
+std::uint64_t Session::archiveSize() const {
+    return opened->file.size();
+}
+
+void Session::check(std::uint64_t entry) {
+    opened->check(entry);
+}
+
 bool Session::list(const RowCallback& callback) {
     opened->list(callback);
     return opened->scan.isFinished();
@@ -270,8 +295,20 @@ std::uint64_t Session::itemCount() const {
     return opened->scan.itemCount();
 }
 
-bool Session::isOlmArchive() {
-    return opened->isOlmArchive();
+const Census& Session::census() const {
+    return opened->scan.censusTaker().census();
+}
+
+std::optional<ItemKind> Session::documentKind() const {
+    return opened->scan.censusTaker().kindAtHand();
+}
+
+void Session::tellAttachments(AttachmentCallback callback) {
+    opened->scan.censusTaker().tellAttachments(std::move(callback));
+}
+
+bool Session::isOlmArchive() const {
+    return itemCount() > 0 || census().hasKnownRoot;
 }
 
 Extraction Session::extract(std::uint64_t index, ByteSink& sink, const Progress& progress) {

@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "host/session/Census.h"
 #include "host/session/Column.h"
 #include "host/session/Extraction.h"
 #include "host/session/OpenOutcome.h"
@@ -17,6 +19,13 @@
 #include "host/stream/EntryFault.h"
 
 namespace olmhost {
+
+// What an archive's directory says of one entry.
+struct EntrySize {
+    std::uint64_t size = 0;       // bytes, uncompressed
+    std::uint64_t packedSize = 0; // bytes, as they lie in the archive
+    bool isEncrypted = false;
+};
 
 // What a row callback answers.
 enum class RowAnswer {
@@ -53,6 +62,18 @@ public:
     std::uint64_t entryCount() const;
     std::string_view entryName(std::uint64_t entry) const;
 
+    // What the directory says of a row, which there is; and the first file of a name, as an item
+    // tells it for an attachment.
+    EntrySize entrySize(std::uint64_t entry) const;
+    std::optional<std::uint64_t> findEntry(std::string_view name) const;
+
+    // Bytes of the archive's file.
+    std::uint64_t archiveSize() const;
+
+    // Reads a row's data to their end. What is wrong with them, or keeps them from being read,
+    // becomes a fault.
+    void check(std::uint64_t entry);
+
     // Delivers rows, from where the last call ended. True when the archive is at its end, false
     // after a pause. An entry that can't be read costs itself alone: see faults().
     bool list(const RowCallback& callback);
@@ -60,10 +81,20 @@ public:
     // Items delivered so far: the indexes that extract() takes lie below it.
     std::uint64_t itemCount() const;
 
-    // Whether an archive that is listed to its end is one of the kind that the module reads: it
-    // gave an item, or one of its ".xml" entries has a root element of such an archive. May read
-    // the heads of entries.
-    bool isOlmArchive();
+    // What is in the documents that were listed so far, counted by the host itself. Whole once the
+    // archive is listed to its end.
+    const Census& census() const;
+
+    // Inside a row's callback: the kind of the document that the row comes from, by its root
+    // element. It tells groups from contacts, which the rows don't.
+    std::optional<ItemKind> documentKind() const;
+
+    // From now on list() tells the attachments that the documents name, too.
+    void tellAttachments(AttachmentCallback callback);
+
+    // Whether an archive that is listed to its end is one of the kind that the module reads: one of
+    // its ".xml" entries has a root element of such an archive.
+    bool isOlmArchive() const;
 
     // Writes the message of one item to `sink`, by its index or by its place. Pass `progress` to
     // watch or cancel. By place, the item need not have been listed; a number above the last one of

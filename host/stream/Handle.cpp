@@ -64,6 +64,10 @@ std::int32_t Handle::seekTo(std::int64_t /*offset*/, std::int32_t /*origin*/) {
 
 void Handle::reportFault(FaultKind /*kind*/, const std::string& /*text*/) {}
 
+TagWatch* Handle::tagWatch() {
+    return nullptr;
+}
+
 const Limits& Handle::limits() const {
     static const Limits defaults;
     return defaults;

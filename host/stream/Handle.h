@@ -4,6 +4,7 @@
 #include "filter/xml/HostStream.h"
 #include "host/stream/EntryFault.h"
 #include "host/stream/Limits.h"
+#include "host/stream/TagWatch.h"
 
 namespace olmhost {
 
@@ -42,6 +43,9 @@ public:
     // Takes note of a fault that whoever reads the stream has found in it. Drops it unless
     // overridden. The entry's index is the stream's own affair.
     virtual void reportFault(FaultKind kind, const std::string& text);
+
+    // Who is to be told of the tags in this stream when it is read as a document; null for nobody.
+    virtual TagWatch* tagWatch();
 
     // The bounds that a reader of this stream keeps to.
     virtual const Limits& limits() const;

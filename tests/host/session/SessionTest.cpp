@@ -611,7 +611,8 @@ TEST(SessionTest, ArchivesOfItemsOrCategoriesAreKnownAsSuch) {
     const MadeArchive items{{"a.xml", notes({"1"})}};
     const MadeArchive noItems{{"other.xml", "<html/>"}, {"a.xml", "<tasks/>"}};
     const MadeArchive categories{{"Categories.xml", "<categories/>"}};
-    for (const MadeArchive* archive : {&items, &noItems, &categories}) {
+    const MadeArchive passedOver{{"a.xml.xml", "<notes/>"}, {".xml", "<html/>"}};
+    for (const MadeArchive* archive : {&items, &noItems, &categories, &passedOver}) {
         Session session;
         openDone(session, *archive);
         listAll(session);
@@ -621,9 +622,9 @@ TEST(SessionTest, ArchivesOfItemsOrCategoriesAreKnownAsSuch) {
 }
 
 TEST(SessionTest, OtherZipArchivesAreKnownAsSuch) {
-    const MadeArchive noDocument{{"a.txt", "text"}, {".xml", "<notes/>"}};
+    const MadeArchive noDocument{{"a.txt", "text"}, {".xml", "<html/>"}};
     const MadeArchive otherDocument{{"a.xml", "<html><notes/></html>"}};
-    const MadeArchive wrongName{{"a.xml.xml", "<notes/>"}, {"b.XML", "<notes/>"}};
+    const MadeArchive wrongName{{"a.xml.txt", "<notes/>"}, {"b.XML", "<notes/>"}};
     for (const MadeArchive* archive : {&noDocument, &otherDocument, &wrongName}) {
         Session session;
         openDone(session, *archive);

@@ -1,0 +1,17 @@
+#ifndef OLMKIT_CLI_COMMAND_INFOCOMMAND_H
+#define OLMKIT_CLI_COMMAND_INFOCOMMAND_H
+
+#include "cli/command/ExitCode.h"
+#include "cli/command/InfoOptions.h"
+#include "cli/terminal/Messages.h"
+#include "cli/terminal/Output.h"
+
+namespace olmkit {
+
+// What is in an archive, to `output`. What is wrong in it is a part of that, and makes the exit
+// code Partial.
+ExitCode runInfo(const InfoOptions& options, Output& output, Messages& messages);
+
+} // namespace olmkit
+
+#endif

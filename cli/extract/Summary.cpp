@@ -1,0 +1,239 @@
+#include "cli/extract/Summary.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <optional>
+
+#include "cli/terminal/Interrupt.h"
+#include "cli/terminal/Messages.h"
+#include "cli/terminal/Output.h"
+
+namespace olmkit {
+
+namespace {
+
+using olmhost::ItemKind;
+
+// As rows have them; the last one stands for all others.
+constexpr std::array<std::string_view, 6> kindNames = {"email", "appointment", "contact",
+                                                       "task",  "note",        "unknown"};
+constexpr std::size_t emailPlace = 0;
+constexpr std::size_t unknownPlace = kindNames.size() - 1;
+
+// A row calls a group a contact.
+std::string_view rowKind(ItemKind kind) {
+    return olmhost::nameOf(kind == ItemKind::Group ? ItemKind::Contact : kind);
+}
+
+constexpr std::array headings = {"in documents", "listed", "written", "failed"};
+constexpr std::size_t firstColumn = 11; // cells of the kinds' names
+constexpr std::size_t columnGap = 2;
+
+void appendRight(std::string& out, const std::string& text, std::size_t cells) {
+    out.append(cells - std::min(cells, text.size()) + columnGap, ' ');
+    out += text;
+}
+
+std::string extentName(RunExtent extent) {
+    switch (extent) {
+    case RunExtent::Whole:
+        return "whole";
+    case RunExtent::Selection:
+        return "selection";
+    case RunExtent::Unfinished:
+        break;
+    }
+    return "unfinished";
+}
+
+} // namespace
+
+Summary::Counts& Summary::of(std::string_view kind) {
+    static_assert(kindNames.size() == kindCount);
+    const auto* const name = std::ranges::find(kindNames, kind);
+    return kinds[name == kindNames.end() ? unknownPlace
+                                         : static_cast<std::size_t>(name - kindNames.begin())];
+}
+
+void Summary::finish(const ItemAccount& account) {
+    Counts& counts = of(account.kind);
+    ++(account.isWritten ? counts.written : counts.failed);
+    // What went into a message that came to nothing is not written.
+    attachments.written += account.isWritten ? account.attachmentsWritten : 0;
+    attachments.lost += account.attachmentsLost;
+    attachments.lost += account.isWritten ? 0 : account.attachmentsWritten;
+}
+
+void Summary::close(const olmhost::Session& session, RunExtent runExtent) {
+    extent = runExtent;
+    takeCensus(session.census());
+    note(session);
+    compareItems();
+    if (extent == RunExtent::Whole) {
+        compareAttachments();
+    }
+}
+
+void Summary::takeCensus(const olmhost::Census& census) {
+    for (std::size_t place = 0; place < olmhost::itemKindCount; ++place) {
+        const auto kind = static_cast<ItemKind>(place);
+        const olmhost::KindCensus& counted = census.of(kind);
+        Counts& counts = of(rowKind(kind));
+        counts.documents += counted.documents;
+        counts.items += counted.items;
+        if (kind == ItemKind::Email) {
+            attachments.ofMails = counted.attachments;
+            attachments.unnamed = counted.unnamedAttachments;
+        } else {
+            attachments.homeless += counted.attachments + counted.unnamedAttachments;
+        }
+    }
+}
+
+// Entries that look like documents and gave no rows, or not as many as they hold.
+void Summary::note(const olmhost::Session& session) {
+    for (const olmhost::DocumentNote& document : session.census().notes) {
+        JsonObject object;
+        object["entry"] = document.entryIndex;
+        object["entry_name"] = session.entryName(document.entryIndex);
+        object["items"] = document.items;
+        object["listed"] = document.rows;
+        object["reason"] = document.text;
+        notes.push_back(std::move(object));
+        if (document.isMismatch()) {
+            isBalanced = false;
+            found.push_back(entryTitle(session, document.entryIndex) + ": " + document.text);
+        }
+    }
+}
+
+void Summary::compareItems() {
+    for (std::size_t place = 0; place < kindCount; ++place) {
+        const Counts& counts = kinds[place];
+        const std::uint64_t due = extent == RunExtent::Whole ? counts.listed : counts.requested;
+        const bool isDone =
+            extent == RunExtent::Unfinished || due == counts.written + counts.failed;
+        if (counts.items == counts.listed && isDone) {
+            continue;
+        }
+        isBalanced = false;
+        found.push_back("the numbers of kind " + std::string(kindNames[place]) +
+                        " do not add up: " + std::to_string(counts.items) + " in the documents, " +
+                        std::to_string(counts.listed) + " listed, " +
+                        std::to_string(counts.requested) + " to be written, " +
+                        std::to_string(counts.written) + " written, " +
+                        std::to_string(counts.failed) + " failed");
+    }
+}
+
+void Summary::compareAttachments() {
+    const auto tellLeftOut = [this](std::uint64_t count, const std::string& which) {
+        if (count > 0) {
+            attachments.lost += count;
+            found.push_back("attachments " + which + ": " + std::to_string(count) + " left out");
+        }
+    };
+    tellLeftOut(attachments.unnamed, "that name no file");
+    tellLeftOut(attachments.homeless, "of items that are no mails, whose messages take none");
+
+    const std::uint64_t named = attachments.named();
+    if (of(kindNames[emailPlace]).failed > 0 && attachments.written + attachments.lost < named) {
+        // A mail that fails takes attachments along that nobody came to.
+        attachments.lost = named - attachments.written;
+    }
+    if (attachments.written + attachments.lost != named) {
+        isBalanced = false;
+        found.push_back("the numbers of attachments do not add up: " + std::to_string(named) +
+                        " named by the documents, " + std::to_string(attachments.written) +
+                        " written, " + std::to_string(attachments.lost) + " lost");
+    }
+}
+
+std::string Summary::table() const {
+    if (extent != RunExtent::Whole) {
+        return {};
+    }
+    std::string lines;
+    for (std::size_t place = 0; place < kindCount; ++place) {
+        const Counts& counts = kinds[place];
+        const std::array numbers = {counts.items, counts.listed, counts.written, counts.failed};
+        if (std::ranges::count(numbers, 0U) == std::ssize(numbers)) {
+            continue;
+        }
+        lines += kindNames[place];
+        lines.append(firstColumn - kindNames[place].size(), ' ');
+        for (std::size_t column = 0; column < numbers.size(); ++column) {
+            appendRight(lines, std::to_string(numbers[column]),
+                        std::string_view(headings[column]).size());
+        }
+        lines += '\n';
+    }
+    if (lines.empty()) {
+        return {};
+    }
+    std::string head(firstColumn, ' ');
+    for (const char* heading : headings) {
+        appendRight(head, heading, 0);
+    }
+    head += '\n';
+    lines.insert(0, head);
+    if (attachments.named() > 0) {
+        lines += "attachments: " + std::to_string(attachments.named()) + " named, " +
+                 std::to_string(attachments.written) + " written, " +
+                 std::to_string(attachments.lost) + " lost\n";
+    }
+    return lines;
+}
+
+JsonObject Summary::json() const {
+    JsonObject object;
+    object["extent"] = extentName(extent);
+    object["adds_up"] = isBalanced;
+    for (std::size_t place = 0; place < kindCount; ++place) {
+        const Counts& counts = kinds[place];
+        if (place == unknownPlace && counts.requested + counts.listed == 0) {
+            continue;
+        }
+        JsonObject& kind = object["kinds"][std::string(kindNames[place])];
+        kind["documents"] = counts.documents;
+        kind["items"] = counts.items;
+        kind["listed"] = counts.listed;
+        kind["requested"] = counts.requested;
+        kind["written"] = counts.written;
+        kind["failed"] = counts.failed;
+    }
+    object["attachments"]["named"] = attachments.named();
+    object["attachments"]["written"] = attachments.written;
+    object["attachments"]["lost"] = attachments.lost;
+    object["findings"] = found;
+    object["noted_entries"] = notes;
+    return object;
+}
+
+int Summary::write(OutputDirectory& directory) const {
+    std::string temporary;
+    int file = -1;
+    std::optional<Interrupt::Guard> guard;
+    int error = directory.createTemporary(temporary, file, guard);
+    if (error != 0) {
+        return error;
+    }
+    Output output(file);
+    output.buffer() = json().dump(2, ' ', false, JsonObject::error_handler_t::replace) + "\n";
+    output.flush();
+    error = output.errorNumber();
+    if (::close(file) != 0 && error == 0) {
+        error = errno;
+    }
+    if (error == 0) {
+        error = directory.moveTo(temporary, {{}, fileName});
+    }
+    if (error != 0) {
+        directory.remove(temporary);
+    }
+    return error;
+}
+
+} // namespace olmkit

@@ -1,0 +1,220 @@
+#include "cli/info/ReportText.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "cli/terminal/Text.h"
+
+namespace olmkit {
+
+namespace {
+
+constexpr std::size_t numberRoom = 11; // cells
+constexpr std::size_t kindRoom = 11;
+constexpr std::size_t momentRoom = 20;
+constexpr std::size_t gap = 2; // between columns
+
+// Decimal digits in groups of three.
+std::string grouped(std::uint64_t number) {
+    std::string text = std::to_string(number);
+    for (std::size_t end = text.size(); end > 3; end -= 3) {
+        text.insert(end - 3, 1, ',');
+    }
+    return text;
+}
+
+std::string counted(std::uint64_t number, std::string_view one, std::string_view more) {
+    return grouped(number) + " " + std::string(number == 1 ? one : more);
+}
+
+void appendLeft(std::string& out, std::string_view text, std::size_t room) {
+    out += text;
+    out.append(room - std::min(room, text.size()) + gap, ' ');
+}
+
+void appendRight(std::string& out, std::string_view text, std::size_t room) {
+    out.append(room - std::min(room, text.size()), ' ');
+    out += text;
+    out.append(gap, ' ');
+}
+
+void endLine(std::string& out) {
+    out.erase(out.find_last_not_of(' ') + 1);
+    out += '\n';
+}
+
+void appendHead(std::string& out, const ArchiveReport& report) {
+    appendPrintable(out, report.archive);
+    out += ": " + counted(report.size, "byte", "bytes") + "\n" +
+           counted(report.entries, "entry", "entries") + ", " +
+           counted(report.directories, "directory", "directories") + " among them; " +
+           counted(report.unpackedSize, "byte", "bytes") + " unpacked\n";
+}
+
+void appendKinds(std::string& out, const ArchiveReport& report) {
+    const bool isEmpty = std::ranges::all_of(
+        report.kinds, [](const KindReport& kind) { return kind.counted == olmhost::KindCensus(); });
+    if (isEmpty) {
+        out += "\nno items\n";
+        return;
+    }
+    out += '\n';
+    appendLeft(out, "KIND", kindRoom);
+    appendRight(out, "DOCUMENTS", numberRoom);
+    appendRight(out, "ITEMS", numberRoom);
+    appendLeft(out, "EARLIEST", momentRoom);
+    out += "LATEST\n";
+    for (std::size_t place = 0; place < report.kinds.size(); ++place) {
+        const KindReport& kind = report.kinds[place];
+        if (kind.counted == olmhost::KindCensus()) {
+            continue;
+        }
+        appendLeft(out, olmhost::nameOf(static_cast<olmhost::ItemKind>(place)), kindRoom);
+        appendRight(out, grouped(kind.counted.documents), numberRoom);
+        appendRight(out, grouped(kind.counted.items), numberRoom);
+        appendLeft(out, kind.earliest ? momentText(*kind.earliest) : "", momentRoom);
+        out += kind.latest ? momentText(*kind.latest) : "";
+        endLine(out);
+    }
+}
+
+void appendAccounts(std::string& out, const ArchiveReport& report) {
+    if (report.accounts.empty()) {
+        return;
+    }
+    out += '\n';
+    appendRight(out, "ITEMS", numberRoom);
+    out += "ACCOUNT\n";
+    for (const auto& [folder, items] : report.accounts) {
+        appendRight(out, grouped(items), numberRoom);
+        appendPrintable(out, folder);
+        out += '\n';
+    }
+}
+
+void appendFolder(std::string& out, const std::string& name, const Folder& folder,
+                  std::size_t depth) {
+    appendRight(out, grouped(folder.own), numberRoom);
+    appendRight(out, grouped(folder.total), numberRoom);
+    out.append(depth * gap, ' ');
+    appendPrintable(out, name);
+    out += '\n';
+    for (const auto& [childName, child] : folder.children) {
+        appendFolder(out, childName, child, depth + 1);
+    }
+}
+
+void appendFolders(std::string& out, const ArchiveReport& report) {
+    const Folder& top = report.folders.root();
+    if (top.children.empty()) {
+        return;
+    }
+    out += '\n';
+    appendRight(out, "ITEMS", numberRoom);
+    appendRight(out, "WITH BELOW", numberRoom);
+    out += "FOLDER\n";
+    if (top.own > 0) {
+        appendRight(out, grouped(top.own), numberRoom);
+        appendRight(out, grouped(top.own), numberRoom);
+        out += "(in no folder)\n";
+    }
+    for (const auto& [name, child] : top.children) {
+        appendFolder(out, name, child, 0);
+    }
+}
+
+void appendAttachments(std::string& out, const ArchiveReport& report) {
+    std::uint64_t named = 0;
+    std::uint64_t unnamed = 0;
+    for (const KindReport& kind : report.kinds) {
+        named += kind.counted.attachments;
+        unnamed += kind.counted.unnamedAttachments;
+    }
+    if (named + unnamed == 0) {
+        return;
+    }
+    out += '\n';
+    out += counted(named + unnamed, "attachment", "attachments");
+    if (report.missingAttachments > 0) {
+        out += ", " + grouped(report.missingAttachments) + " of them missing";
+    }
+    if (unnamed > 0) {
+        out += ", " + grouped(unnamed) + " without the name of a file";
+    }
+    out += '\n';
+    if (report.largest.empty()) {
+        return;
+    }
+    appendRight(out, "BYTES", numberRoom);
+    appendRight(out, "ENTRY", numberRoom);
+    out += "LARGEST\n";
+    for (const AttachmentReport& attachment : report.largest) {
+        appendRight(out, grouped(attachment.size), numberRoom);
+        appendRight(out, std::to_string(attachment.entry), numberRoom);
+        appendPrintable(out, attachment.name);
+        out += '\n';
+    }
+}
+
+// "  entry 7 (name): text", or what of it there is.
+void appendEntry(std::string& out, std::optional<std::uint64_t> entry, std::string_view name,
+                 std::string_view text) {
+    std::string line = "  ";
+    if (entry) {
+        line += "entry " + std::to_string(*entry) + " (" + std::string(name) + ")";
+        line += text.empty() ? "" : ": ";
+    }
+    appendPrintable(out, line.append(text));
+    out += '\n';
+}
+
+// Documents that gave no rows, or not as many as they have items. Every archive has one of
+// categories.
+void appendDocuments(std::string& out, const ArchiveReport& report) {
+    bool isFirst = true;
+    for (const DocumentReport& document : report.documents) {
+        if (document.note.finding == olmhost::DocumentFinding::Categories) {
+            continue;
+        }
+        if (isFirst) {
+            out += "\nwithout items in the list, or not with all of them:\n";
+            isFirst = false;
+        }
+        appendEntry(out, document.note.entryIndex, document.entryName, document.note.text);
+    }
+}
+
+void appendDamage(std::string& out, const ArchiveReport& report) {
+    if (report.encryptedEntries > 0) {
+        out += '\n';
+        out += counted(report.encryptedEntries, "entry is", "entries are") + " encrypted" +
+               (report.encryptedEntries > report.encrypted.size() ? ", the first ones:\n" : ":\n");
+        for (const EntryReport& entry : report.encrypted) {
+            appendEntry(out, entry.entry, entry.entryName, "");
+        }
+    }
+    if (!report.faults.empty()) {
+        out += "\ndamaged or not readable:\n";
+        for (const EntryReport& fault : report.faults) {
+            appendEntry(out, fault.entry, fault.entryName, fault.text);
+        }
+    }
+    if (report.isChecked) {
+        out += report.faults.empty() ? "\nevery entry was read, and is whole\n"
+                                     : "\nevery entry was read\n";
+    }
+}
+
+} // namespace
+
+void appendReport(std::string& out, const ArchiveReport& report) {
+    appendHead(out, report);
+    appendKinds(out, report);
+    appendAccounts(out, report);
+    appendFolders(out, report);
+    appendAttachments(out, report);
+    appendDocuments(out, report);
+    appendDamage(out, report);
+}
+
+} // namespace olmkit

@@ -1,0 +1,16 @@
+#ifndef OLMKIT_CLI_INFO_REPORTTEXT_H
+#define OLMKIT_CLI_INFO_REPORTTEXT_H
+
+#include <string>
+
+#include "cli/info/ArchiveReport.h"
+
+namespace olmkit {
+
+// Appends a report for people: a block a subject, blocks that would be empty left out. What could
+// act on a terminal is taken out of the archive's texts.
+void appendReport(std::string& out, const ArchiveReport& report);
+
+} // namespace olmkit
+
+#endif

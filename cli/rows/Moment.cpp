@@ -1,0 +1,210 @@
+#include "cli/rows/Moment.h"
+
+#include <algorithm>
+
+#include "cli/rows/ItemRow.h"
+
+namespace olmkit {
+
+namespace {
+
+using std::chrono::days;
+using std::chrono::hours;
+using std::chrono::milliseconds;
+using std::chrono::minutes;
+using std::chrono::seconds;
+using std::chrono::year_month_day;
+
+// Takes texts of fixed form off the front of a date.
+template <typename Unit> class DateReader {
+public:
+    explicit DateReader(std::basic_string_view<Unit> text) : rest(text) {}
+
+    bool isAtEnd() const { return rest.empty(); }
+
+    bool startsWithDigit() const { return !rest.empty() && isDigit(rest.front()); }
+
+    bool take(char expected) {
+        if (rest.empty() || rest.front() != static_cast<Unit>(expected)) {
+            return false;
+        }
+        rest.remove_prefix(1);
+        return true;
+    }
+
+    // A number of exactly that many digits that lies within the bounds.
+    bool takeNumber(unsigned digits, int& number, int least, int most) {
+        if (rest.size() < digits) {
+            return false;
+        }
+        number = 0;
+        for (unsigned place = 0; place < digits; ++place) {
+            if (!isDigit(rest[place])) {
+                return false;
+            }
+            number = number * 10 + (rest[place] - '0');
+        }
+        rest.remove_prefix(digits);
+        return number >= least && number <= most;
+    }
+
+    // "." or "," and at least one digit; those past the third don't count.
+    bool takeFraction(milliseconds& fraction) {
+        if (!take('.') && !take(',')) {
+            return true;
+        }
+        if (!startsWithDigit()) {
+            return false;
+        }
+        int scale = 100;
+        for (; startsWithDigit(); rest.remove_prefix(1)) {
+            fraction += milliseconds((rest.front() - '0') * scale);
+            scale /= 10;
+        }
+        return true;
+    }
+
+private:
+    static bool isDigit(Unit unit) { return unit >= '0' && unit <= '9'; }
+
+    std::basic_string_view<Unit> rest;
+};
+
+constexpr int lastYear = 9999;
+
+std::optional<Moment> startOf(int year, int month, int day) {
+    const year_month_day date{std::chrono::year(year), std::chrono::month(unsigned(month)),
+                              std::chrono::day(unsigned(day))};
+    if (!date.ok()) {
+        return std::nullopt;
+    }
+    return Moment(std::chrono::sys_days(date));
+}
+
+// hh:mm[:ss[.f...]] or, compact, hhmmss[.f...], added to `moment`.
+bool takeTime(DateReader<char16_t>& text, bool isCompact, Moment& moment) {
+    int hour = 0;
+    int minute = 0;
+    int second = 0;
+    milliseconds fraction{0};
+    if (!text.takeNumber(2, hour, 0, 24) || !(isCompact || text.take(':')) ||
+        !text.takeNumber(2, minute, 0, 59)) {
+        return false;
+    }
+    // A 60th second is a leap second.
+    if ((isCompact || text.take(':')) &&
+        !(text.takeNumber(2, second, 0, 60) && text.takeFraction(fraction))) {
+        return false;
+    }
+    moment += hours(hour) + minutes(minute) + seconds(second) + fraction;
+    return hour < 24 || (minute == 0 && second == 0 && fraction.count() == 0);
+}
+
+// Z, +hh, +hhmm, +hh:mm or the like with "-", or nothing, applied to `moment`.
+bool takeZone(DateReader<char16_t>& text, Moment& moment) {
+    if (text.isAtEnd() || text.take('Z')) {
+        return true;
+    }
+    const bool isWest = text.take('-');
+    int hour = 0;
+    int minute = 0;
+    if ((!isWest && !text.take('+')) || !text.takeNumber(2, hour, 0, 23)) {
+        return false;
+    }
+    if ((text.take(':') || !text.isAtEnd()) && !text.takeNumber(2, minute, 0, 59)) {
+        return false;
+    }
+    const auto offset = hours(hour) + minutes(minute);
+    moment += isWest ? offset : -offset;
+    return true;
+}
+
+std::u16string_view trimmed(std::u16string_view text) {
+    constexpr std::u16string_view blanks = u" \t\n\v\f\r";
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    return text.substr(0, text.find_last_not_of(blanks) + 1);
+}
+
+} // namespace
+
+std::optional<Period> readPeriod(std::string_view text) {
+    DateReader<char> reader(text);
+    int year = 0;
+    int month = 1;
+    int day = 1;
+    if (!reader.takeNumber(4, year, 1, lastYear)) {
+        return std::nullopt;
+    }
+    if (reader.isAtEnd()) {
+        return Period{*startOf(year, 1, 1), *startOf(year + 1, 1, 1)};
+    }
+    if (!reader.take('-') || !reader.takeNumber(2, month, 1, 12)) {
+        return std::nullopt;
+    }
+    if (reader.isAtEnd()) {
+        const bool isLast = month == 12;
+        return Period{*startOf(year, month, 1),
+                      *startOf(isLast ? year + 1 : year, isLast ? 1 : month + 1, 1)};
+    }
+    if (!reader.take('-') || !reader.takeNumber(2, day, 1, 31)) {
+        return std::nullopt;
+    }
+    const std::optional<Moment> start = startOf(year, month, day);
+    if (!start || reader.isAtEnd()) {
+        return start ? std::optional(Period{*start, *start + days(1)}) : std::nullopt;
+    }
+
+    int hour = 0;
+    int minute = 0;
+    int second = 0;
+    if (!reader.take('T') || !reader.takeNumber(2, hour, 0, 23) || !reader.take(':') ||
+        !reader.takeNumber(2, minute, 0, 59)) {
+        return std::nullopt;
+    }
+    const bool hasSeconds = reader.take(':');
+    if (hasSeconds && !reader.takeNumber(2, second, 0, 59)) {
+        return std::nullopt;
+    }
+    reader.take('Z');
+    if (!reader.isAtEnd()) {
+        return std::nullopt;
+    }
+    const Moment moment = *start + hours(hour) + minutes(minute) + seconds(second);
+    return Period{moment, moment + (hasSeconds ? seconds(1) : seconds(60))};
+}
+
+std::optional<Moment> readMoment(std::u16string_view text) {
+    DateReader<char16_t> reader(trimmed(text));
+    int year = 0;
+    int month = 0;
+    int day = 0;
+    if (!reader.takeNumber(4, year, 1, lastYear)) {
+        return std::nullopt;
+    }
+    const bool isCompact = !reader.take('-');
+    if (!reader.takeNumber(2, month, 1, 12) || !(isCompact || reader.take('-')) ||
+        !reader.takeNumber(2, day, 1, 31)) {
+        return std::nullopt;
+    }
+    std::optional<Moment> moment = startOf(year, month, day);
+    if (!moment) {
+        return std::nullopt;
+    }
+    const bool hasTime = reader.take('T') || (!isCompact && reader.take(' '));
+    if (hasTime && !takeTime(reader, isCompact, *moment)) {
+        return std::nullopt;
+    }
+    // Digits alone with a zone would be no date but a number.
+    const bool mayHaveZone = hasTime || !isCompact;
+    if ((mayHaveZone && !takeZone(reader, *moment)) || !reader.isAtEnd()) {
+        return std::nullopt;
+    }
+    return moment;
+}
+
+std::optional<Moment> momentOf(const olmhost::Row& row) {
+    const std::u16string_view text = dateOf(row);
+    return text.empty() ? std::nullopt : readMoment(text);
+}
+
+} // namespace olmkit
