@@ -5,12 +5,14 @@
 
 #include <charconv>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "cli/command/ExtractOptions.h"
 #include "cli/command/InfoOptions.h"
 #include "cli/command/ListOptions.h"
+#include "cli/rows/FilterOptions.h"
 
 // The arguments of each command: what they are called, what is said about them, and what they are
 // read into. `options` is borrowed and filled while the command line is parsed.
@@ -20,6 +22,12 @@ namespace olmkit {
 void defineInfo(CLI::App& app, InfoOptions& options);
 void defineList(CLI::App& app, ListOptions& options);
 void defineExtract(CLI::App& app, ExtractOptions& options);
+
+// The options that narrow a command down to some items.
+void addFilter(CLI::App& command, FilterOptions& options);
+
+// Names in a row, for people: "a, b and c".
+std::string enumerated(std::span<const std::string_view> names);
 
 // Decimal digits alone, nothing around them.
 template <typename Number> std::optional<Number> readNumber(std::string_view text) {

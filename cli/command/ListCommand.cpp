@@ -1,10 +1,6 @@
 #include "cli/command/ListCommand.h"
 
-#include <memory>
-
-#include "cli/rows/CsvRowWriter.h"
-#include "cli/rows/JsonRowWriter.h"
-#include "cli/rows/TableRowWriter.h"
+#include "cli/rows/Listing.h"
 #include "cli/terminal/Interrupt.h"
 #include "host/session/Session.h"
 
@@ -12,32 +8,13 @@ namespace olmkit {
 
 namespace {
 
-std::unique_ptr<RowWriter> makeWriter(RowFormat format, const Output& output) {
-    switch (format) {
-    case RowFormat::Csv:
-        return std::make_unique<CsvRowWriter>();
-    case RowFormat::JsonLines:
-        return std::make_unique<JsonRowWriter>();
-    case RowFormat::Table:
-        break;
-    }
-    return std::make_unique<TableRowWriter>(output.terminalWidth());
-}
-
 // Whether the archive has been listed to its end; otherwise the output has failed.
-bool listAll(olmhost::Session& session, RowWriter& writer, Output& output) {
-    const olmhost::RowCallback writeRow = [&](const olmhost::Row& row) {
-        if (output.failed()) {
-            return olmhost::RowAnswer::Pause;
-        }
-        if (row.index == 0) {
-            writer.begin(output.buffer());
-        }
-        writer.write(output.buffer(), row);
-        return output.endRecord() ? olmhost::RowAnswer::Continue : olmhost::RowAnswer::Pause;
+bool listAll(olmhost::Session& session, Listing& listing, const Output& output) {
+    const olmhost::RowCallback takeRow = [&listing](const olmhost::Row& row) {
+        return listing.take(row) ? olmhost::RowAnswer::Continue : olmhost::RowAnswer::Pause;
     };
     while (!output.failed()) {
-        if (session.list(writeRow)) {
+        if (session.list(takeRow)) {
             break;
         }
     }
@@ -55,11 +32,11 @@ ExitCode runList(const ListOptions& options, Output& output, Messages& messages)
         return exitCodeOf(outcome.status);
     }
 
-    const auto writer = makeWriter(options.format, output);
-    const bool isListed = listAll(session, *writer, output);
+    Listing listing(options, output);
+    const bool isListed = listAll(session, listing, output);
     const bool isOlm = !isListed || session.isOlmArchive();
-    if (isListed && isOlm && session.itemCount() == 0) {
-        writer->begin(output.buffer());
+    if (isListed && isOlm) {
+        listing.finish();
     }
     output.flush();
     const std::size_t faultCount = messages.faults(options.archive, session);

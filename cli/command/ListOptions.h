@@ -1,7 +1,12 @@
 #ifndef OLMKIT_CLI_COMMAND_LISTOPTIONS_H
 #define OLMKIT_CLI_COMMAND_LISTOPTIONS_H
 
+#include <optional>
 #include <string>
+
+#include "cli/rows/FilterOptions.h"
+#include "cli/rows/RowColumn.h"
+#include "cli/rows/RowSorter.h"
 
 namespace olmkit {
 
@@ -10,6 +15,9 @@ enum class RowFormat { Table, Csv, JsonLines };
 struct ListOptions {
     std::string archive;
     RowFormat format = RowFormat::Table;
+    FilterOptions filter;
+    RowColumns columns;             // empty: what the format usually has
+    std::optional<SortOrder> order; // nothing: as the archive has the items
 };
 
 } // namespace olmkit

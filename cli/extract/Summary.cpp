@@ -17,10 +17,10 @@ namespace {
 using olmhost::ItemKind;
 
 // As rows have them; the last one stands for all others.
-constexpr std::array<std::string_view, 6> kindNames = {"email", "appointment", "contact",
+constexpr std::array<std::string_view, 6> summaryKinds = {"email", "appointment", "contact",
                                                        "task",  "note",        "unknown"};
 constexpr std::size_t emailPlace = 0;
-constexpr std::size_t unknownPlace = kindNames.size() - 1;
+constexpr std::size_t unknownPlace = summaryKinds.size() - 1;
 
 // A row calls a group a contact.
 std::string_view rowKind(ItemKind kind) {
@@ -51,10 +51,10 @@ std::string extentName(RunExtent extent) {
 } // namespace
 
 Summary::Counts& Summary::of(std::string_view kind) {
-    static_assert(kindNames.size() == kindCount);
-    const auto* const name = std::ranges::find(kindNames, kind);
-    return kinds[name == kindNames.end() ? unknownPlace
-                                         : static_cast<std::size_t>(name - kindNames.begin())];
+    static_assert(summaryKinds.size() == kindCount);
+    const auto* const name = std::ranges::find(summaryKinds, kind);
+    return kinds[name == summaryKinds.end() ? unknownPlace
+                                         : static_cast<std::size_t>(name - summaryKinds.begin())];
 }
 
 void Summary::finish(const ItemAccount& account) {
@@ -119,7 +119,7 @@ void Summary::compareItems() {
             continue;
         }
         isBalanced = false;
-        found.push_back("the numbers of kind " + std::string(kindNames[place]) +
+        found.push_back("the numbers of kind " + std::string(summaryKinds[place]) +
                         " do not add up: " + std::to_string(counts.items) + " in the documents, " +
                         std::to_string(counts.listed) + " listed, " +
                         std::to_string(counts.requested) + " to be written, " +
@@ -139,7 +139,7 @@ void Summary::compareAttachments() {
     tellLeftOut(attachments.homeless, "of items that are no mails, whose messages take none");
 
     const std::uint64_t named = attachments.named();
-    if (of(kindNames[emailPlace]).failed > 0 && attachments.written + attachments.lost < named) {
+    if (of(summaryKinds[emailPlace]).failed > 0 && attachments.written + attachments.lost < named) {
         // A mail that fails takes attachments along that nobody came to.
         attachments.lost = named - attachments.written;
     }
@@ -162,8 +162,8 @@ std::string Summary::table() const {
         if (std::ranges::count(numbers, 0U) == std::ssize(numbers)) {
             continue;
         }
-        lines += kindNames[place];
-        lines.append(firstColumn - kindNames[place].size(), ' ');
+        lines += summaryKinds[place];
+        lines.append(firstColumn - summaryKinds[place].size(), ' ');
         for (std::size_t column = 0; column < numbers.size(); ++column) {
             appendRight(lines, std::to_string(numbers[column]),
                         std::string_view(headings[column]).size());
@@ -196,7 +196,7 @@ JsonObject Summary::json() const {
         if (place == unknownPlace && counts.requested + counts.listed == 0) {
             continue;
         }
-        JsonObject& kind = object["kinds"][std::string(kindNames[place])];
+        JsonObject& kind = object["kinds"][std::string(summaryKinds[place])];
         kind["documents"] = counts.documents;
         kind["items"] = counts.items;
         kind["listed"] = counts.listed;

@@ -2,9 +2,6 @@
 
 #include <string_view>
 
-#include "cli/rows/ItemRow.h"
-#include "cli/terminal/Text.h"
-
 namespace olmkit {
 
 namespace {
@@ -29,34 +26,26 @@ void appendField(std::string& out, std::string_view text) {
 } // namespace
 
 void CsvRowWriter::begin(std::string& out) {
-    out += "index,entry,item,entry_name,kind";
-    for (const NamedColumn& named : namedColumns) {
-        out += ',';
-        out += named.key;
+    for (const RowColumn* column : columns) {
+        out += column == columns.front() ? "" : ",";
+        out += column->key;
     }
-    out += ",special6,special7";
     out += lineEnd;
 }
 
 void CsvRowWriter::write(std::string& out, const olmhost::Row& row) {
-    out += std::to_string(row.index);
-    out += ',';
-    out += std::to_string(row.entry);
-    out += ',';
-    out += std::to_string(row.item);
-    out += ',';
-    appendField(out, row.entryName);
-    out += ',';
-    out += kindOf(row);
-    for (const NamedColumn& named : namedColumns) {
-        field.clear();
-        appendUtf8(field, shownText(row, named.column, scratch));
-        out += ',';
-        appendField(out, field);
+    for (const RowColumn* column : columns) {
+        out += column == columns.front() ? "" : ",";
+        if (column->number != nullptr) {
+            out += std::to_string(column->number(row));
+        } else {
+            field.clear();
+            column->appendText(field, row);
+            appendField(out, field);
+        }
     }
-    for (const std::uint32_t special : row.specials) {
-        out += ',';
-        out += std::to_string(special);
+    if (columns.size() == 1 && field.empty() && columns.front()->number == nullptr) {
+        out += "\"\""; // readers take a blank line for no record
     }
     out += lineEnd;
 }

@@ -2,7 +2,9 @@
 #define OLMKIT_CLI_ROWS_CSVROWWRITER_H
 
 #include <string>
+#include <utility>
 
+#include "cli/rows/RowColumn.h"
 #include "cli/rows/RowWriter.h"
 
 namespace olmkit {
@@ -10,11 +12,13 @@ namespace olmkit {
 // Comma-separated values as RFC 4180 has them, with a header line.
 class CsvRowWriter : public RowWriter {
 public:
+    explicit CsvRowWriter(RowColumns columns) : columns(std::move(columns)) {}
+
     void begin(std::string& out) override;
     void write(std::string& out, const olmhost::Row& row) override;
 
 private:
-    std::u16string scratch;
+    RowColumns columns;
     std::string field;
 };
 

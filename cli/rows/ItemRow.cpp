@@ -7,26 +7,29 @@ namespace olmkit {
 
 namespace {
 
-struct Kind {
-    std::uint32_t special6;
-    const char* name;
-};
-
 // clang-format off
-constexpr Kind kinds[] = {
-    {0x30000, "email"},
-    {0x40000, "contact"}, // a group of contacts too
-    {0x50000, "appointment"},
-    {0x60000, "note"},
-    {0x70000, "task"},
+constexpr std::string_view kinds[] = {
+    "email",       // special column 6 is 0x30000
+    "contact",     // 0x40000; a group of contacts too
+    "appointment", // 0x50000
+    "note",        // 0x60000
+    "task",        // 0x70000
 };
 // clang-format on
 
+constexpr std::uint32_t kindStep = 0x10000;
+constexpr std::uint32_t firstKind = 3;
+
 } // namespace
 
+std::span<const std::string_view> kindNames() {
+    return kinds;
+}
+
 std::string_view kindOf(const olmhost::Row& row) {
-    const auto* found = std::ranges::find(kinds, row.specials[0], &Kind::special6);
-    return found == std::end(kinds) ? "unknown" : found->name;
+    const std::uint32_t special6 = row.specials[0];
+    const std::uint32_t place = special6 / kindStep - firstKind; // wraps below the first one
+    return special6 % kindStep == 0 && place < std::size(kinds) ? kinds[place] : "unknown";
 }
 
 std::u16string_view dateOf(const olmhost::Row& row) {
@@ -39,15 +42,9 @@ std::u16string_view dateOf(const olmhost::Row& row) {
     return {};
 }
 
-std::u16string_view shownText(const olmhost::Row& row, olmhost::TextColumn column,
-                              std::u16string& scratch) {
-    const std::u16string_view text = row.text(column);
-    if (column != olmhost::TextColumn::Name || text.find(u'\0') == std::u16string_view::npos) {
-        return text;
-    }
-    scratch.assign(text);
-    std::ranges::replace(scratch, u'\0', u'/');
-    return scratch;
+std::u16string_view labelOf(const olmhost::Row& row) {
+    const std::u16string_view subject = row.text(olmhost::TextColumn::Subject);
+    return subject.empty() ? row.text(olmhost::TextColumn::DisplayName) : subject;
 }
 
 NameParts nameParts(const olmhost::Row& row) {
@@ -55,6 +52,15 @@ NameParts nameParts(const olmhost::Row& row) {
     const std::size_t last = name.rfind(u'\0');
     const std::size_t start = last == std::u16string_view::npos ? 0 : last + 1;
     return {name.substr(0, start), name.substr(start)};
+}
+
+std::u16string folderOf(const olmhost::Row& row) {
+    std::u16string folder(nameParts(row).folder);
+    std::ranges::replace(folder, u'\0', u'/');
+    if (!folder.empty()) {
+        folder.pop_back();
+    }
+    return folder;
 }
 
 } // namespace olmkit

@@ -2,19 +2,23 @@
 #define OLMKIT_CLI_ROWS_JSONROWWRITER_H
 
 #include <string>
+#include <utility>
 
+#include "cli/rows/RowColumn.h"
 #include "cli/rows/RowWriter.h"
 
 namespace olmkit {
 
-// One JSON object a line.
+// One JSON object a line, with a member for each column.
 class JsonRowWriter : public RowWriter {
 public:
+    explicit JsonRowWriter(RowColumns columns) : columns(std::move(columns)) {}
+
     void begin(std::string& /*out*/) override {}
     void write(std::string& out, const olmhost::Row& row) override;
 
 private:
-    std::u16string scratch;
+    RowColumns columns;
 };
 
 } // namespace olmkit

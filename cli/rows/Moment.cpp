@@ -1,6 +1,8 @@
 #include "cli/rows/Moment.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 
 #include "cli/rows/ItemRow.h"
 
@@ -200,6 +202,22 @@ std::optional<Moment> readMoment(std::u16string_view text) {
         return std::nullopt;
     }
     return moment;
+}
+
+std::string shortDate(const std::string& text) {
+    const auto moment = readMoment(std::u16string(text.begin(), text.end()));
+    if (!moment) {
+        return text;
+    }
+    const auto day = std::chrono::floor<days>(*moment);
+    const year_month_day date(day);
+    const std::chrono::hh_mm_ss time(std::chrono::floor<seconds>(*moment - day));
+    std::array<char, 32> shown = {};
+    const int size =
+        std::snprintf(shown.data(), shown.size(), "%04d-%02u-%02uT%02d:%02d:%02d", int(date.year()),
+                      unsigned(date.month()), unsigned(date.day()), int(time.hours().count()),
+                      int(time.minutes().count()), int(time.seconds().count()));
+    return {shown.data(), static_cast<std::size_t>(size)};
 }
 
 std::optional<Moment> momentOf(const olmhost::Row& row) {

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "host/session/Row.h"
@@ -26,6 +27,10 @@ std::optional<Period> readPeriod(std::string_view text);
 // with a fraction of a second, then perhaps a zone; without one it is universal time. Nothing for
 // any other text.
 std::optional<Moment> readMoment(std::u16string_view text);
+
+// A date as readMoment() takes it, as YYYY-MM-DDThh:mm:ss in universal time; any other text as it
+// is.
+std::string shortDate(const std::string& text);
 
 // The moment of a row's date, see dateOf(). Nothing when the item has none that can be read.
 std::optional<Moment> momentOf(const olmhost::Row& row);

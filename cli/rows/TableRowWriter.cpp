@@ -1,129 +1,103 @@
 #include "cli/rows/TableRowWriter.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "cli/rows/ItemRow.h"
+#include "cli/rows/CellText.h"
+#include "cli/rows/Moment.h"
 #include "cli/terminal/Text.h"
 
 namespace olmkit {
 
 namespace {
 
-constexpr unsigned gap = 2; // between columns, in cells
-constexpr char32_t ellipsis = 0x2026;
-
-constexpr std::array<std::string_view, 6> headings = {"INDEX", "KIND", "DATE",
-                                                      "FROM",  "NAME", "FOLDER"};
-
-// What the columns take without a terminal: texts, dates and kinds as long as they usually are.
-constexpr std::array<unsigned, 6> usualRooms = {7, 11, 19, 28, 44, 1};
-
-// A terminal narrower than this shows no folders, or no senders either.
-constexpr unsigned folderFrom = 110;
-constexpr unsigned senderFrom = 70;
-
-unsigned widthOf(std::string_view text) {
-    unsigned width = 0;
-    while (!text.empty()) {
-        width += cellWidth(takeCodePoint(text));
-    }
-    return width;
-}
-
-// The start of `text` that leaves a cell of `room` for the ellipsis, and the ellipsis.
-void appendCut(std::string& out, std::string_view text, unsigned room) {
-    unsigned used = 0;
-    while (!text.empty()) {
-        const char32_t codePoint = takeCodePoint(text);
-        if (used + cellWidth(codePoint) >= room) {
-            break;
-        }
-        used += cellWidth(codePoint);
-        appendCodePoint(out, codePoint);
-    }
-    appendCodePoint(out, ellipsis);
-    out.append(room - std::min(room, used + 1), ' ');
-}
-
-std::u16string_view titleOf(const olmhost::Row& row) {
-    const std::u16string_view subject = row.text(olmhost::TextColumn::Subject);
-    return subject.empty() ? row.text(olmhost::TextColumn::DisplayName) : subject;
-}
+constexpr unsigned gap = 2;       // between columns, in cells
+constexpr unsigned leastRoom = 8; // of a column that gets a share
+constexpr std::string_view boldOn = "\x1B[1m";
+constexpr std::string_view boldOff = "\x1B[0m";
 
 } // namespace
 
-TableRowWriter::TableRowWriter(unsigned width) : width(width) {
-    std::ranges::copy(usualRooms, rooms.begin());
-    if (width == 0) {
+TableRowWriter::TableRowWriter(RowColumns columns, unsigned width, bool isStyled)
+    : columns(std::move(columns)), width(width), isStyled(isStyled) {
+    for (const RowColumn* column : this->columns) {
+        rooms.push_back(column->room);
+    }
+    if (width != 0) {
+        shareTerminal();
+    }
+}
+
+// Shares what the other columns and the gaps leave among those that take any room.
+void TableRowWriter::shareTerminal() {
+    unsigned taken = (static_cast<unsigned>(columns.size()) - 1) * gap;
+    unsigned shares = 0;
+    for (const RowColumn* column : columns) {
+        taken += column->share == 0 ? column->room : 0;
+        shares += column->share;
+    }
+    if (shares == 0) {
         return;
     }
-    const unsigned taken = rooms[Index] + rooms[Kind] + rooms[Date] + 3 * gap;
-    const unsigned rest = width > taken ? width - taken : 1;
-    rooms[From] = 0;
-    rooms[Title] = rest;
-    rooms[Folder] = 0;
-    if (width >= folderFrom) {
-        rooms[From] = rest / 4;
-        rooms[Folder] = rest / 3;
-        rooms[Title] = rest - rooms[From] - rooms[Folder] - 2 * gap;
-    } else if (width >= senderFrom) {
-        rooms[From] = rest / 3;
-        rooms[Title] = rest - rooms[From] - gap;
+    const unsigned left = width > taken ? width - taken : 0;
+    unsigned sharesBefore = 0;
+    for (std::size_t place = 0; place < columns.size(); ++place) {
+        const unsigned share = columns[place]->share;
+        if (share != 0) {
+            const unsigned start = left * sharesBefore / shares;
+            sharesBefore += share;
+            rooms[place] = std::max(left * sharesBefore / shares - start, leastRoom);
+        }
     }
 }
 
 void TableRowWriter::begin(std::string& out) {
-    for (std::size_t column = 0; column < columnCount; ++column) {
-        putCell(headings[column], static_cast<Column>(column));
+    for (std::size_t place = 0; place < columns.size(); ++place) {
+        putCell(place, columns[place]->heading);
     }
+    out += isStyled ? boldOn : "";
     endLine(out);
+    if (isStyled) {
+        out.insert(out.size() - 1, boldOff);
+    }
 }
 
 void TableRowWriter::write(std::string& out, const olmhost::Row& row) {
-    folder.assign(nameParts(row).folder);
-    std::ranges::replace(folder, u'\0', u'/');
-    if (!folder.empty()) {
-        folder.pop_back();
+    for (std::size_t place = 0; place < columns.size(); ++place) {
+        const RowColumn& column = *columns[place];
+        if (column.number != nullptr) {
+            cell = std::to_string(column.number(row));
+            cell.insert(0, rooms[place] - std::min<std::size_t>(rooms[place], cell.size()), ' ');
+        } else {
+            raw.clear();
+            column.appendText(raw, row);
+            if (column.isDate && raw.size() > column.room) {
+                raw = shortDate(raw);
+            }
+            cell.clear();
+            appendPrintable(cell, raw);
+        }
+        putCell(place, cell);
     }
-
-    const std::string index = std::to_string(row.index);
-    const std::size_t blanks = rooms[Index] - std::min<std::size_t>(rooms[Index], index.size());
-    putCell(std::string(blanks, ' ') + index, Index);
-    putCell(kindOf(row), Kind);
-    putText(dateOf(row), Date);
-    putText(row.text(olmhost::TextColumn::Sender), From);
-    putText(titleOf(row), Title);
-    putText(folder, Folder);
     endLine(out);
 }
 
-void TableRowWriter::putText(std::u16string_view text, Column column) {
-    raw.clear();
-    appendUtf8(raw, text);
-    cell.clear();
-    appendPrintable(cell, raw);
-    putCell(cell, column);
-}
-
-void TableRowWriter::putCell(std::string_view text, Column column) {
-    const unsigned room = rooms[column];
-    if (room == 0) {
-        return;
-    }
-    const unsigned needed = widthOf(text);
-    if (width != 0 && needed > room) {
-        appendCut(line, text, room);
+void TableRowWriter::putCell(std::size_t place, std::string_view text) {
+    const bool mayBeCut = width != 0 && columns[place]->number == nullptr;
+    if (mayBeCut) {
+        appendFitted(line, text, rooms[place]);
     } else {
         line += text;
-        line.append(needed < room ? room - needed : 0, ' ');
+        const unsigned needed = cellsOf(text);
+        line.append(rooms[place] - std::min(rooms[place], needed), ' ');
     }
     line.append(gap, ' ');
 }
 
 void TableRowWriter::endLine(std::string& out) {
     line.erase(line.find_last_not_of(' ') + 1);
-    if (width != 0 && widthOf(line) > width) {
-        appendCut(out, line, width);
+    if (width != 0 && cellsOf(line) > width) {
+        appendFitted(out, line, width);
     } else {
         out += line;
     }

@@ -15,6 +15,14 @@ constexpr bool isLowSurrogate(char32_t unit) {
     return unit >= 0xDC00 && unit < 0xE000;
 }
 
+// Vowels and ends of Korean syllables, which share the cells of the consonant ahead of them.
+constexpr bool isJoinedJamo(char32_t codePoint) {
+    return (codePoint >= 0x1160 && codePoint < 0x1200) ||
+           (codePoint >= 0xD7B0 && codePoint < 0xD800);
+}
+
+constexpr char32_t firstPicture = 0x1F000; // from here on signs take two cells
+
 } // namespace
 
 char32_t takeCodePoint(std::u16string_view& text) {
@@ -95,7 +103,18 @@ void appendPrintable(std::string& out, std::string_view text) {
 }
 
 unsigned cellWidth(char32_t codePoint) {
-    const int width = utf8proc_charwidth(static_cast<utf8proc_int32_t>(codePoint));
+    if (isJoinedJamo(codePoint)) {
+        return 0;
+    }
+    const auto character = static_cast<utf8proc_int32_t>(codePoint);
+    const utf8proc_category_t category = utf8proc_category(character);
+    if (category == UTF8PROC_CATEGORY_MC) {
+        return 1;
+    }
+    if (category == UTF8PROC_CATEGORY_CN && codePoint >= firstPicture) {
+        return 2; // a sign that is newer than the library
+    }
+    const int width = utf8proc_charwidth(character);
     return width < 0 ? 0 : static_cast<unsigned>(width);
 }
 

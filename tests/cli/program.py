@@ -1,6 +1,7 @@
 """Runs the program in a fresh folder, on archives that the test makes."""
 
 import os
+import pty
 import shutil
 import struct
 import subprocess
@@ -60,6 +61,28 @@ class ProgramTest(unittest.TestCase):
         for line in done.stderr.splitlines():
             self.assertTrue(line.startswith("olmkit: "), line)
         return done
+
+    def on_terminal(self, columns, *arguments, **environment):
+        """What the program writes to a terminal of that width."""
+        main, side = pty.openpty()
+        subprocess.run(["stty", "cols", str(columns), "rows", "24", "-opost"], stdin=side,
+                       check=True)
+        variables = {name: value for name, value in os.environ.items() if name != "NO_COLOR"}
+        with subprocess.Popen([PROGRAM, *arguments], stdout=side,
+                              env={**variables, **environment}) as process:
+            os.close(side)
+            output = b""
+            while True:
+                try:
+                    part = os.read(main, 65536)
+                except OSError:
+                    break
+                if not part:
+                    break
+                output += part
+        os.close(main)
+        self.assertEqual(process.returncode, 0)
+        return output.decode("utf-8")
 
     def files(self, name):
         """What lies below a folder, files and links alike, as sorted paths with "/"."""

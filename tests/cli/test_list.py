@@ -4,7 +4,6 @@ import csv
 import io
 import json
 import os
-import pty
 import signal
 import subprocess
 import time
@@ -133,40 +132,6 @@ class ListTest(ProgramTest):
         done = self.run_program("list", archive)
 
         self.assertIn("a b\ufffd31mc\ufffdd", done.stdout)
-
-    def on_terminal(self, columns, *arguments):
-        """What the program writes to a terminal of that width."""
-        master, slave = pty.openpty()
-        subprocess.run(["stty", "cols", str(columns), "rows", "24", "-opost"], stdin=slave,
-                       check=True)
-        with subprocess.Popen([PROGRAM, *arguments], stdout=slave) as process:
-            os.close(slave)
-            output = b""
-            while True:
-                try:
-                    part = os.read(master, 65536)
-                except OSError:
-                    break
-                if not part:
-                    break
-                output += part
-        os.close(master)
-        self.assertEqual(process.returncode, 0)
-        return output.decode("utf-8")
-
-    def test_table_fits_the_terminal_by_the_cells_that_characters_take(self):
-        # A letter of this alphabet takes two cells; the accent takes none.
-        wide = "\u6f6e" * 200
-        accents = "e\u0301" * 20
-        archive = self.archive(("a.xml", notes(wide, accents)))
-
-        for columns in (40, 80, 200):
-            lines = self.on_terminal(columns, "list", archive).splitlines()
-            cells = lines[1].count("\u6f6e") * 2 + len(lines[1].replace("\u6f6e", ""))
-            self.assertLessEqual(cells, columns)
-            self.assertGreater(cells, columns // 2)
-            self.assertIn("\u2026", lines[1])
-        self.assertIn(accents, self.on_terminal(80, "list", archive))
 
     def test_cut_document_gives_its_items_and_a_message(self):
         archive = self.archive(("Local/a.xml", "<notes>" + note("1") + note("2") +
