@@ -12,6 +12,7 @@
 #include "cli/command/ExtractCommand.h"
 #include "cli/command/InfoCommand.h"
 #include "cli/command/ListCommand.h"
+#include "cli/command/MergeCommand.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 
@@ -34,6 +35,9 @@ struct Run {
     }
     ExitCode operator()(const olmkit::ExtractOptions& options) const {
         return olmkit::runExtract(options, output, messages);
+    }
+    ExitCode operator()(const olmkit::MergeOptions& options) const {
+        return olmkit::runMerge(options, output, messages);
     }
     ExitCode operator()(const olmkit::HelpText& help) const {
         output.buffer() += help.text;

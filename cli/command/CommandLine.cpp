@@ -36,6 +36,7 @@ public:
         add(defineInfo, info);
         add(defineList, list);
         add(defineExtract, extract);
+        add(defineMerge, merge);
         app.footer("Examples:\n"
                    "  olmkit info mail.olm\n"
                    "  olmkit list mail.olm\n"
@@ -81,6 +82,7 @@ private:
     InfoOptions info;
     ListOptions list;
     ExtractOptions extract;
+    MergeOptions merge;
 };
 
 } // namespace

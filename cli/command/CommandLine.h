@@ -7,6 +7,7 @@
 #include "cli/command/ExtractOptions.h"
 #include "cli/command/InfoOptions.h"
 #include "cli/command/ListOptions.h"
+#include "cli/command/MergeOptions.h"
 
 namespace olmkit {
 
@@ -20,7 +21,8 @@ struct UsageError {
     std::string text;
 };
 
-using Command = std::variant<InfoOptions, ListOptions, ExtractOptions, HelpText, UsageError>;
+using Command =
+    std::variant<InfoOptions, ListOptions, ExtractOptions, MergeOptions, HelpText, UsageError>;
 
 // Reads the program's arguments. Everything that is said about options, commands and exit codes
 // comes from their definitions here.

@@ -1,5 +1,8 @@
 #include "cli/command/ExtractCommand.h"
 
+#include <cstdlib>
+#include <vector>
+
 #include "cli/extract/Extractor.h"
 #include "cli/terminal/Interrupt.h"
 #include "host/session/Session.h"
@@ -9,8 +12,8 @@ namespace olmkit {
 namespace {
 
 std::string summary(const ExtractOptions& options, const Extractor& extractor) {
-    const std::uint64_t requested = extractor.requestedCount();
-    const std::uint64_t written = extractor.writtenCount();
+    const std::uint64_t requested = extractor.counts().requested;
+    const std::uint64_t written = extractor.counts().written;
     std::string text = std::to_string(written) + " of " + std::to_string(requested) +
                        (requested == 1 ? " message" : " messages") + " written to " +
                        options.directory;
@@ -18,10 +21,14 @@ std::string summary(const ExtractOptions& options, const Extractor& extractor) {
         text += "; " + std::to_string(requested - written) + " failed, see " + options.directory +
                 "/" + Manifest::fileName;
     }
-    if (const std::uint64_t warned = extractor.warnedCount(); warned > 0) {
+    if (const std::uint64_t warned = extractor.counts().warned; warned > 0) {
         text += "; " + std::to_string(warned) + " with warnings";
     }
     return text + (extractor.isStopped() ? "; the others were not tried\n" : "\n");
+}
+
+const char* howToGoOn(const Extractor& extractor) {
+    return extractor.canBeResumed() ? ". The same command with --resume goes on from here" : "";
 }
 
 } // namespace
@@ -35,24 +42,36 @@ ExitCode runExtract(const ExtractOptions& options, Output& output, Messages& mes
         return exitCodeOf(outcome.status);
     }
 
-    Extractor extractor(options, session, messages);
+    if (options.isDryRun) {
+        // When nobody reads the paths any more, there is nothing left to do or to undo.
+        output.whenClosed([] { std::_Exit(static_cast<int>(ExitCode::Done)); });
+    }
+    Extractor extractor(options, session, output, messages);
     ExitCode code = extractor.run();
-    if (messages.faults(options.archive, session, extractor.toldEntries()) > 0 &&
-        code == ExitCode::Done) {
+    const std::vector<olmhost::EntryFault> faults = extractor.faults();
+    messages.faults(options.archive, session, faults, extractor.toldEntries());
+    if (!faults.empty() && code == ExitCode::Done) {
         code = ExitCode::Partial;
     }
-    switch (code) {
-    case ExitCode::Interrupted:
-        messages.tell("interrupted; " + std::to_string(extractor.writtenCount()) +
-                      " messages were written. Run the same command again to get all of them");
+    if (code == ExitCode::Interrupted) {
+        messages.tell("interrupted; " + std::to_string(extractor.counts().written) +
+                      " messages were written" + howToGoOn(extractor));
         return code;
-    case ExitCode::NotAnArchive:
+    }
+    if (code == ExitCode::NotAnArchive) {
         messages.noOlmArchive(options.archive, session);
         return code;
-    default:
-        break;
     }
-    output.buffer() += summary(options, extractor) + extractor.books().table();
+    if (extractor.isRefused()) {
+        return code;
+    }
+    if (extractor.canBeResumed()) {
+        messages.tell("stopped; " + std::to_string(extractor.counts().written) +
+                      " messages were written" + howToGoOn(extractor));
+    }
+    if (!options.isDryRun) {
+        output.buffer() += summary(options, extractor) + extractor.books().table();
+    }
     if (!output.flush() && !output.isClosed()) {
         messages.outputFailure("standard output", output.errorNumber());
         return ExitCode::OutputFailed;

@@ -1,8 +1,12 @@
 #include "cli/extract/Extractor.h"
 
+#include <algorithm>
+#include <chrono>
+#include <thread>
 #include <utility>
 
 #include "cli/rows/ItemRow.h"
+#include "cli/rows/Moment.h"
 #include "cli/terminal/Interrupt.h"
 
 namespace olmkit {
@@ -12,6 +16,9 @@ namespace {
 // What the module answers to an index that no item has.
 constexpr std::int32_t resultFailed = 18;
 constexpr std::uint16_t statusFailed = 2;
+
+// Items that may be done, or under way, behind one that is not.
+constexpr std::size_t mostTasks = 1024;
 
 // How messages call an item.
 std::string itemTitle(const ManifestRow& row, const std::string& kind,
@@ -27,11 +34,34 @@ std::string itemTitle(const ManifestRow& row, const std::string& kind,
            entryTitle(session, *row.entry);
 }
 
+unsigned jobsOf(const ExtractOptions& options) {
+    return options.jobs != 0 ? options.jobs : std::max(std::thread::hardware_concurrency(), 1U);
+}
+
+std::optional<timespec> timeOf(const olmhost::Row& row) {
+    const std::optional<Moment> moment = momentOf(row);
+    if (!moment.has_value()) {
+        return std::nullopt;
+    }
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(*moment);
+    const std::chrono::nanoseconds rest = *moment - seconds;
+    return timespec{static_cast<time_t>(seconds.time_since_epoch().count()),
+                    static_cast<long>(rest.count())};
+}
+
 } // namespace
 
-Extractor::Extractor(const ExtractOptions& options, olmhost::Session& session, Messages& messages)
-    : options(options), session(session), messages(messages), selection(options),
-      manifest(directory), items(session, directory) {}
+Extractor::Extractor(const ExtractOptions& options, olmhost::Session& session, Output& output,
+                     Messages& messages)
+    : options(options), session(session), output(output), messages(messages), selection(options),
+      paths(options.layout), runOutput(options, session, messages),
+      items(session, runOutput.directory(), ItemWriter::Access::ByIndex) {
+    if (const unsigned jobs = jobsOf(options); jobs > 1 && !options.isDryRun) {
+        pool = std::make_unique<WorkerPool>(session, runOutput.directory(), jobs - 1);
+    }
+}
+
+Extractor::~Extractor() = default;
 
 ExitCode Extractor::run() {
     const bool isAtEnd = walk();
@@ -39,29 +69,29 @@ ExitCode Extractor::run() {
         isOlm = false;
         return exitCode();
     }
-    if (isOutputOpen || (!isStopped() && openOutput())) {
+    if (!isStopped() && openOutput()) {
+        finishTasks(0);
         if (isAtEnd) {
             refuseIndexesLeft();
         }
         writePlaces();
-        if (const int error = manifest.finish(); error != 0) {
-            outputFailed(std::string(options.directory) + "/" + Manifest::fileName, error);
-        }
-        closeBooks(isAtEnd);
     }
+    dropTasks();
+    endOutput(isAtEnd);
     return exitCode();
 }
 
 void Extractor::closeBooks(bool isAtEnd) {
-    const RunExtent done =
-        isAtEnd && options.isEverything() ? RunExtent::Whole : RunExtent::Selection;
-    summary.close(session, isStopped() ? RunExtent::Unfinished : done);
+    if (isStopped()) {
+        return; // another run may go on, and closes them then
+    }
+    summary.close(session, isAtEnd ? options.extent() : RunExtent::Selection);
     for (const std::string& finding : summary.findings()) {
         messages.tell(options.archive + ": " + finding);
         hasLosses = true;
     }
-    if (const int error = summary.write(directory); error != 0) {
-        outputFailed(std::string(options.directory) + "/" + Summary::fileName, error);
+    if (const int error = summary.write(runOutput.directory()); error != 0) {
+        outputFailed(options.directory + "/" + Summary::fileName, error);
     }
 }
 
@@ -76,6 +106,7 @@ bool Extractor::walk() {
     bool isAtEnd = false;
     while (!isAtEnd && !isStopped() && !selection.isExhausted()) {
         isAtEnd = session.list(noteRow);
+        noteFaults();
         writeNoted();
     }
     return isAtEnd;
@@ -86,8 +117,8 @@ void Extractor::note(const olmhost::Row& row) {
     summary.list(kindOf(row));
     const ItemPlace place = {row.entry, row.item};
     const bool isPlaceWanted = selection.takesPlace(place);
-    const bool isIndexWanted = selection.takesIndex(row.index);
-    if (!isPlaceWanted && !isIndexWanted) {
+    const bool isRowWanted = selection.takesRow(row);
+    if (!isPlaceWanted && !isRowWanted) {
         return;
     }
     WantedItem wanted;
@@ -95,42 +126,46 @@ void Extractor::note(const olmhost::Row& row) {
     wanted.row.item = row.item;
     wanted.kind = kindOf(row);
     wanted.path = std::move(path);
+    if (options.hasTimestamps) {
+        wanted.time = timeOf(row);
+    }
     if (isPlaceWanted) {
         summary.request(wanted.kind);
         notedPlaces.emplace(place, wanted);
     }
-    if (isIndexWanted) {
+    if (isRowWanted) {
         summary.request(wanted.kind);
         wanted.row.index = row.index;
         noted.push_back(std::move(wanted));
     }
 }
 
+void Extractor::noteFaults() {
+    const std::vector<olmhost::EntryFault>& found = session.faults();
+    for (; faultsNoted < found.size(); ++faultsNoted) {
+        faultyEntries.insert(found[faultsNoted].entryIndex);
+    }
+}
+
 bool Extractor::openOutput() {
-    int error = directory.open(options.directory);
-    if (error == 0) {
-        error = manifest.begin();
+    if (options.isDryRun || runOutput.isOpen()) {
+        return true;
     }
-    if (error != 0) {
-        outputFailed(options.directory, error);
-        isOutputLost = true;
-        return false;
-    }
-    // One of an earlier run is never to be taken for this one's.
-    directory.remove(Summary::fileName);
-    isOutputOpen = true;
-    return true;
+    refusal = runOutput.open();
+    isOutputLost = refusal != ExitCode::Done;
+    return !isOutputLost;
 }
 
 void Extractor::writeNoted() {
-    if (noted.empty() || isStopped() || (!isOutputOpen && !openOutput())) {
+    if (noted.empty() || isStopped() || !openOutput()) {
         return;
     }
-    for (const WantedItem& wanted : noted) {
+    for (WantedItem& wanted : noted) {
         if (isStopped()) {
             return;
         }
-        write(wanted);
+        wanted.keptLine = runOutput.manifest().keptLines().lineOfIndex(*wanted.row.index);
+        submit(std::move(wanted));
     }
     noted.clear();
 }
@@ -148,7 +183,8 @@ void Extractor::refuseIndexesLeft() {
         row.error = "there is no such item: the archive has " +
                     std::to_string(session.itemCount()) + ", numbered from 0";
         summary.finish({});
-        finishRow(row, "");
+        ++numbers.known;
+        finishRow(row, "", "");
     }
 }
 
@@ -159,7 +195,7 @@ void Extractor::writePlaces() {
         }
         const auto found = notedPlaces.find(place);
         if (found != notedPlaces.end()) {
-            write(found->second);
+            submit(found->second);
             continue;
         }
         summary.request({});
@@ -168,45 +204,144 @@ void Extractor::writePlaces() {
         wanted.row.item = place.item;
         wanted.path = paths.ofUnlisted(place.entry, place.item);
         wanted.isListed = false;
-        write(wanted);
+        submit(std::move(wanted));
+    }
+    finishTasks(0);
+}
+
+void Extractor::submit(WantedItem wanted) {
+    ++numbers.known;
+    if (options.isDryRun) {
+        plan(wanted);
+        return;
+    }
+    auto task = std::make_unique<ItemTask>();
+    task->wanted = std::move(wanted);
+    if (pool == nullptr || !isForWorkers(task->wanted) || !pool->offer(*task)) {
+        task->outcome = items.write(task->wanted);
+        task->isDone = true;
+    }
+    tasks.push_back(std::move(task));
+    finishTasks(mostTasks);
+}
+
+// Another session finds an item by reading its document up to it, so it gets none but first items.
+// What is wrong with a document only the session that has read all of it can tell.
+bool Extractor::isForWorkers(const WantedItem& wanted) const {
+    return wanted.row.index.has_value() && wanted.row.item == 1U &&
+           !faultyEntries.contains(*wanted.row.entry);
+}
+
+void Extractor::plan(const WantedItem& wanted) {
+    const ManifestRow& row = wanted.row;
+    output.buffer() += row.index.has_value()
+                           ? std::to_string(*row.index)
+                           : std::to_string(*row.entry) + ":" + std::to_string(*row.item);
+    output.buffer() += " " + wanted.path.text() + "\n";
+    ++numbers.requested;
+    ++numbers.written;
+    if (!output.endRecord()) {
+        isOutputLost = true;
     }
 }
 
-void Extractor::write(const WantedItem& wanted) {
-    finish(wanted, items.write(wanted));
+// Finishes what is done, in order; waits as long as more than `mostLeft` tasks are left.
+void Extractor::finishTasks(std::size_t mostLeft) {
+    while (!tasks.empty() && !isStopped()) {
+        if (!tasks.front()->isDone) {
+            if (tasks.size() <= mostLeft) {
+                return;
+            }
+            awaitFirst();
+            continue;
+        }
+        const std::unique_ptr<ItemTask> task = std::move(tasks.front());
+        tasks.pop_front();
+        finish(*task);
+    }
 }
 
-void Extractor::finish(const WantedItem& wanted, const ItemOutcome& outcome) {
+// Waits for the first task, at work meanwhile.
+void Extractor::awaitFirst() {
+    ItemTask* const task = pool->takeBack();
+    if (task == nullptr) {
+        pool->waitFor(*tasks.front());
+        return;
+    }
+    task->outcome = items.write(task->wanted);
+    task->isDone = true;
+}
+
+// Ends the other threads; what they made and nobody has seen goes.
+void Extractor::dropTasks() {
+    pool.reset();
+    tasks.clear();
+}
+
+void Extractor::finish(ItemTask& task) {
+    if (task.failure != nullptr) {
+        std::rethrow_exception(task.failure);
+    }
+    ItemOutcome& outcome = task.outcome;
     if (outcome.isInterrupted) {
         return;
     }
+    ItemWriter::place(task.wanted, runOutput.directory(), outcome);
     if (outcome.outputError != 0) {
-        outputFailed(options.directory + "/" + wanted.path.text(), outcome.outputError);
+        outputFailed(options.directory + "/" + task.wanted.path.text(), outcome.outputError);
     }
     hasLosses = hasLosses || outcome.hasLosses;
     told.insert(outcome.faultyEntries.begin(), outcome.faultyEntries.end());
-    summary.finish({wanted.kind, outcome.row.error.empty(), outcome.attachmentsWritten,
-                    outcome.attachmentsLost});
-    finishRow(outcome.row, wanted.kind);
+    for (const olmhost::EntryFault& fault : outcome.faults) {
+        const bool hasEntry = fault.entryIndex != olmhost::EntryFault::noEntry;
+        itemFaults.try_emplace({fault.entryIndex, fault.kind, hasEntry ? "" : fault.text},
+                               fault.text);
+    }
+    const std::string& kind = task.wanted.kind;
+    summary.finish(
+        {kind, outcome.row.error.empty(), outcome.attachmentsWritten, outcome.attachmentsLost});
+    finishRow(outcome.row, outcome.line, kind);
 }
 
-void Extractor::finishRow(const ManifestRow& row, const std::string& kind) {
-    ++requested;
+void Extractor::finishRow(const ManifestRow& row, const std::string& line,
+                          const std::string& kind) {
+    ++numbers.requested;
     const std::string title = options.archive + ": " + itemTitle(row, kind, session) + ": ";
     if (row.error.empty()) {
-        ++written;
+        ++numbers.written;
+        numbers.bytes += row.size;
     } else {
         messages.tell(title + row.error);
+        isAtLimit =
+            options.failsFast || numbers.failed() >= options.mostErrors.value_or(UINT64_MAX);
     }
     for (const std::string& warning : row.warnings) {
         messages.tell(title + warning);
     }
     if (!row.warnings.empty()) {
-        ++warned;
+        ++numbers.warned;
     }
-    if (const int error = manifest.add(row); error != 0) {
+    nextIndex = row.index.has_value() ? *row.index + 1 : nextIndex;
+    if (options.isDryRun) {
+        return;
+    }
+    if (const int error = runOutput.manifest().add(line.empty() ? lineOf(row) : line); error != 0) {
         outputFailed(options.directory + "/" + Manifest::fileName, error);
         isOutputLost = true;
+    }
+    if (advanced) {
+        advanced(numbers);
+    }
+}
+
+void Extractor::endOutput(bool isAtEnd) {
+    if (!runOutput.isOpen()) {
+        return;
+    }
+    closeBooks(isAtEnd);
+    if (const int error = isStopped() ? runOutput.breakOff(nextIndex) : runOutput.finish();
+        error != 0) {
+        outputFailed(options.directory + "/" + Manifest::fileName, error);
     }
 }
 
@@ -219,20 +354,41 @@ void Extractor::outputFailed(const std::string& name, int errorNumber) {
 }
 
 bool Extractor::isStopped() const {
-    return isOutputLost || Interrupt::isRequested();
+    return isOutputLost || isAtLimit || Interrupt::isRequested();
+}
+
+std::vector<olmhost::EntryFault> Extractor::faults() const {
+    std::map<FaultKey, std::string> all = itemFaults;
+    for (const olmhost::EntryFault& fault : session.faults()) {
+        const bool hasEntry = fault.entryIndex != olmhost::EntryFault::noEntry;
+        all.insert_or_assign({fault.entryIndex, fault.kind, hasEntry ? "" : fault.text},
+                             fault.text);
+    }
+    std::vector<olmhost::EntryFault> sorted;
+    sorted.reserve(all.size());
+    for (const auto& [key, text] : all) {
+        sorted.push_back({std::get<olmhost::FaultKind>(key), std::get<std::uint64_t>(key), text});
+    }
+    return sorted;
 }
 
 ExitCode Extractor::exitCode() const {
     if (Interrupt::isRequested()) {
         return ExitCode::Interrupted;
     }
-    if (hasOutputFailed) {
+    if (refusal != ExitCode::Done) {
+        return refusal;
+    }
+    if (hasOutputFailed || (options.isDryRun && isOutputLost)) {
         return ExitCode::OutputFailed;
     }
     if (!isOlm) {
         return ExitCode::NotAnArchive;
     }
-    return written == requested && !hasLosses ? ExitCode::Done : ExitCode::Partial;
+    if (isAtLimit && !options.failsFast) {
+        return ExitCode::LimitReached;
+    }
+    return numbers.failed() == 0 && !hasLosses ? ExitCode::Done : ExitCode::Partial;
 }
 
 } // namespace olmkit

@@ -1,5 +1,8 @@
 #include "cli/extract/ItemWriter.h"
 
+#include <unistd.h>
+
+#include "cli/extract/Sha256.h"
 #include "cli/terminal/Interrupt.h"
 
 namespace olmkit {
@@ -66,38 +69,78 @@ void warn(const WantedItem& wanted, const olmhost::Extraction& extraction, ItemO
 
 ItemOutcome ItemWriter::write(const WantedItem& wanted) {
     ItemOutcome outcome;
+    if (keep(wanted, outcome)) {
+        return outcome;
+    }
     ManifestRow& row = outcome.row = wanted.row;
     const auto progress = [](std::int32_t) { return Interrupt::isRequested() ? 1 : 0; };
     message.begin();
     const olmhost::Extraction extraction =
-        row.index.has_value() ? session.extract(*row.index, message, progress)
-                              : session.extractAt(*row.entry, *row.item, message, progress);
+        row.index.has_value() && access == Access::ByIndex
+            ? session.extract(*row.index, message, progress)
+            : session.extractAt(*row.entry, *row.item, message, progress);
     outcome.isInterrupted =
         extraction.end != olmhost::ExtractionEnd::Whole && Interrupt::isRequested();
     if (!outcome.isInterrupted) {
         row.result = extraction.result;
         row.status = extraction.status;
         if (extraction.end == olmhost::ExtractionEnd::Whole) {
-            commit(wanted, outcome);
+            finish(wanted, outcome);
         } else {
             judge(extraction, outcome);
         }
         warn(wanted, extraction, outcome);
+        outcome.faults = extraction.faults;
     }
     message.discard();
     return outcome;
 }
 
-void ItemWriter::commit(const WantedItem& wanted, ItemOutcome& outcome) {
-    ManifestRow& row = outcome.row;
-    row.size = message.size();
-    outcome.outputError = message.commit(wanted.path);
+// Whether what an earlier run has told of the item still holds.
+bool ItemWriter::keep(const WantedItem& wanted, ItemOutcome& outcome) const {
+    const std::optional<ManifestRow> row = readRow(wanted.keptLine);
+    if (!row.has_value() || row->index != wanted.row.index || row->entry != wanted.row.entry ||
+        row->item != wanted.row.item || row->path != wanted.path.text()) {
+        return false;
+    }
+    int file = -1;
+    if (directory.openFile(row->path, file) != 0) {
+        return false;
+    }
+    std::uint64_t size = 0;
+    const std::string sha256 = sha256OfFile(file, size);
+    close(file);
+    if (size != row->size || sha256 != row->sha256) {
+        return false;
+    }
+    outcome.row = *row;
+    outcome.line = wanted.keptLine;
+    outcome.hasLosses = !row->warnings.empty();
+    return true;
+}
+
+void ItemWriter::finish(const WantedItem& wanted, ItemOutcome& outcome) {
+    outcome.outputError = message.finish(outcome.message, wanted.time);
     if (outcome.outputError != 0) {
-        row.error = outputErrorText(outcome.outputError);
+        outcome.row.error = outputErrorText(outcome.outputError);
         return;
     }
-    row.path = wanted.path.text();
-    row.sha256 = message.sha256();
+    outcome.row.size = message.size();
+    outcome.row.sha256 = message.sha256();
+}
+
+void ItemWriter::place(const WantedItem& wanted, OutputDirectory& directory, ItemOutcome& outcome) {
+    if (!outcome.message.has_value()) {
+        return;
+    }
+    outcome.outputError = directory.place(*outcome.message, wanted.path);
+    outcome.message.reset();
+    if (outcome.outputError == 0) {
+        outcome.row.path = wanted.path.text();
+        return;
+    }
+    outcome.row.error = outputErrorText(outcome.outputError);
+    outcome.row.sha256.clear();
 }
 
 // Says in the outcome why the item is not written.

@@ -2,10 +2,13 @@
 #define OLMKIT_CLI_EXTRACT_ITEMWRITER_H
 
 #include <cstdint>
+#include <ctime>
+#include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
-#include "cli/extract/Manifest.h"
+#include "cli/extract/ManifestRow.h"
 #include "cli/extract/MessageFile.h"
 #include "cli/extract/MessagePaths.h"
 #include "cli/extract/OutputDirectory.h"
@@ -19,33 +22,51 @@ struct WantedItem {
     std::string kind;
     MessagePath path;
     bool isListed = true;
+    std::optional<timespec> time; // that its file gets
+    std::string keptLine;         // the manifest's, when an earlier run has written it
 };
 
 // What became of it.
 struct ItemOutcome {
-    ManifestRow row;
+    ManifestRow row;  // with neither path nor error as long as the message has no name
+    std::string line; // the row's, when an earlier run has told it
+    std::optional<TemporaryFile> message;  // to be placed
     bool isInterrupted = false;            // the run was asked to stop: as if it had not been begun
     bool hasLosses = false;                // something is missing in the message, or wrong
     int outputError = 0;                   // an errno value: the output took no more
     std::uint64_t attachmentsWritten = 0;  // whole
     std::uint64_t attachmentsLost = 0;     // in part or altogether
     std::set<std::uint64_t> faultyEntries; // whose faults its warnings tell
+    std::vector<olmhost::EntryFault> faults; // everything that was found wrong on the way
 };
 
-// Writes items as messages, one at a time.
+// Makes items messages, one at a time. Each thread has one of its own.
 class ItemWriter {
 public:
-    // Both borrowed; the directory is open when write() is called.
-    ItemWriter(olmhost::Session& session, OutputDirectory& directory)
-        : session(session), message(directory) {}
+    // How it asks the session for an item.
+    enum class Access {
+        ByIndex, // the session is the one that lists
+        ByPlace, // it is opened beside that one
+    };
 
+    // All borrowed; the directory is open when write() is called.
+    ItemWriter(olmhost::Session& session, OutputDirectory& directory, Access access)
+        : session(session), access(access), directory(directory), message(directory) {}
+
+    // Makes the message, whole but for its name; or finds that an earlier run has written it.
     ItemOutcome write(const WantedItem& wanted);
 
+    // Gives the message of an outcome its name. Leaves an outcome without a message as it is.
+    static void place(const WantedItem& wanted, OutputDirectory& directory, ItemOutcome& outcome);
+
 private:
-    void commit(const WantedItem& wanted, ItemOutcome& outcome);
+    bool keep(const WantedItem& wanted, ItemOutcome& outcome) const;
+    void finish(const WantedItem& wanted, ItemOutcome& outcome);
     void judge(const olmhost::Extraction& extraction, ItemOutcome& outcome);
 
     olmhost::Session& session;
+    Access access;
+    OutputDirectory& directory;
     MessageFile message;
 };
 

@@ -2,35 +2,24 @@
 #define OLMKIT_CLI_EXTRACT_MANIFEST_H
 
 #include <cstdint>
-#include <optional>
 #include <string>
-#include <vector>
+#include <string_view>
 
+#include "cli/extract/ManifestLines.h"
 #include "cli/extract/OutputDirectory.h"
-#include "cli/terminal/Interrupt.h"
-#include "cli/terminal/Output.h"
 
 namespace olmkit {
 
-// What became of one requested item.
-struct ManifestRow {
-    std::optional<std::uint64_t> index; // none for an item that was asked for by its place
-    std::optional<std::uint32_t> entry; // neither for an index that the archive doesn't have
-    std::optional<std::uint32_t> item;
-    std::string path; // below the output folder; empty when it failed
-    std::uint64_t size = 0;
-    std::string sha256;
-    std::int32_t result = 0;
-    std::uint16_t status = 0;
-    std::string error;                 // empty when it was written
-    std::vector<std::string> warnings; // what its message lacks, or may be wrong in it
-};
-
-// The file "manifest.jsonl": one line a requested item. It appears under its name with finish()
-// alone. Functions give 0 or an errno value.
+// The manifest of a run: one line a requested item.
+//
+// While the run lasts the lines go to a file of their own, each whole and at once, so that not even
+// a killed run loses what it has told; what a manifest that stands there says stays valid until
+// then. Functions give 0 or an errno value.
 class Manifest {
 public:
     static constexpr const char* fileName = "manifest.jsonl";
+    static constexpr const char* partName = "manifest.jsonl.part"; // the lines of a run
+    static constexpr const char* keptName = "manifest.jsonl.kept"; // those of runs that it goes on
 
     // `directory` is borrowed.
     explicit Manifest(OutputDirectory& directory) : directory(directory) {}
@@ -38,16 +27,33 @@ public:
     Manifest& operator=(const Manifest&) = delete;
     ~Manifest();
 
+    // Begins anew.
     int begin();
-    int add(const ManifestRow& row);
+
+    // Begins, and takes over the lines of the run that was broken off.
+    int goOn();
+
+    // The lines that were taken over.
+    const ManifestLines& keptLines() const { return kept; }
+
+    // Adds a line, its end included.
+    int add(const std::string& line);
+
+    // Gives the file its name.
     int finish();
 
+    // The same for a run that is broken off: lines that were taken over and lie beyond `end`, the
+    // first index that the run did not come to, are added before.
+    int breakOff(std::uint64_t end);
+
 private:
+    int setKeptAside();
+    int appendPartToKept();
+
     OutputDirectory& directory;
-    std::string temporary; // its name until finish()
+    ManifestLines kept;
     int file = -1;
-    std::optional<Interrupt::Guard> guard;
-    std::optional<Output> lines;
+    std::uint64_t size = 0; // bytes of whole lines
 };
 
 } // namespace olmkit

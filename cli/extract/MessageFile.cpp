@@ -1,15 +1,16 @@
 #include "cli/extract/MessageFile.h"
 
 #include <fcntl.h>
-#include <openssl/evp.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <memory>
-#include <string_view>
 #include <utility>
+
+#include "cli/extract/Sha256.h"
+#include "cli/terminal/Interrupt.h"
 
 namespace olmkit {
 
@@ -20,38 +21,6 @@ namespace {
 constexpr std::size_t heldBytes = std::size_t{4} << 20;
 
 constexpr std::size_t readBytes = std::size_t{256} << 10;
-
-// The bytes of one SHA-256.
-class Sha256 {
-public:
-    Sha256() : context(EVP_MD_CTX_new(), &EVP_MD_CTX_free) {
-        isGood = context != nullptr && EVP_DigestInit_ex(context.get(), EVP_sha256(), nullptr) == 1;
-    }
-
-    void add(std::span<const std::byte> bytes) {
-        isGood = isGood && EVP_DigestUpdate(context.get(), bytes.data(), bytes.size()) == 1;
-    }
-
-    // Hexadecimal digits; empty when the library has failed.
-    std::string end() {
-        std::array<unsigned char, EVP_MAX_MD_SIZE> value = {};
-        unsigned size = 0;
-        if (!isGood || EVP_DigestFinal_ex(context.get(), value.data(), &size) != 1) {
-            return {};
-        }
-        constexpr std::string_view digits = "0123456789abcdef";
-        std::string text;
-        for (const unsigned char byte : std::span(value).first(size)) {
-            text += digits[byte >> 4];
-            text += digits[byte & 0xF];
-        }
-        return text;
-    }
-
-private:
-    std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context;
-    bool isGood = false;
-};
 
 } // namespace
 
@@ -88,30 +57,28 @@ bool MessageFile::overwrite(std::uint64_t offset, std::span<const std::byte> byt
     return true;
 }
 
-int MessageFile::commit(const MessagePath& path) {
+int MessageFile::finish(std::optional<TemporaryFile>& finished,
+                        const std::optional<timespec>& time) {
     if (error == 0 && hash() && flush()) {
-        error = closeFile();
+        if (time.has_value()) {
+            const std::array<timespec, 2> times = {*time, *time};
+            // A file system that takes no such time keeps its own.
+            futimens(file->descriptor(), times.data());
+        }
+        error = file->close();
     }
-    if (error == 0) {
-        error = directory.moveTo(temporary, path);
+    if (error != 0) {
+        const int failure = error;
+        discard();
+        return failure;
     }
-    if (error == 0) {
-        guard.reset();
-        temporary.clear();
-        return 0;
-    }
-    const int failure = error;
-    discard();
-    return failure;
+    finished = std::move(file);
+    file.reset();
+    return 0;
 }
 
 void MessageFile::discard() {
-    closeFile();
-    if (!temporary.empty()) {
-        directory.remove(temporary);
-        guard.reset();
-        temporary.clear();
-    }
+    file.reset();
     pending.clear();
     written = 0;
     error = 0;
@@ -126,8 +93,8 @@ bool MessageFile::isUsable() {
 }
 
 bool MessageFile::flush() {
-    if (file < 0) {
-        error = directory.createTemporary(temporary, file, guard);
+    if (!file.has_value()) {
+        error = directory.createTemporary(file);
         if (error != 0) {
             return false;
         }
@@ -142,7 +109,8 @@ bool MessageFile::flush() {
 
 bool MessageFile::writeAt(std::uint64_t offset, std::span<const std::byte> bytes) {
     while (!bytes.empty()) {
-        const ssize_t count = pwrite(file, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+        const ssize_t count =
+            pwrite(file->descriptor(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
         if (count < 0 && errno == EINTR) {
             continue;
         }
@@ -163,7 +131,8 @@ bool MessageFile::hash() {
     for (std::uint64_t offset = 0; offset < written;) {
         const auto wanted =
             static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), written - offset));
-        const ssize_t count = pread(file, buffer.data(), wanted, static_cast<off_t>(offset));
+        const ssize_t count =
+            pread(file->descriptor(), buffer.data(), wanted, static_cast<off_t>(offset));
         if (count <= 0) {
             error = count < 0 ? errno : EIO;
             return false;
@@ -175,11 +144,6 @@ bool MessageFile::hash() {
     digest = sha256.end();
     error = digest.empty() ? EIO : 0;
     return error == 0;
-}
-
-int MessageFile::closeFile() {
-    // Some file systems tell only now that a write has failed.
-    return file >= 0 && close(std::exchange(file, -1)) != 0 ? errno : 0;
 }
 
 } // namespace olmkit

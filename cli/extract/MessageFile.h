@@ -3,13 +3,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "cli/extract/OutputDirectory.h"
-#include "cli/terminal/Interrupt.h"
+#include "cli/extract/TemporaryFile.h"
 #include "host/stream/ByteSink.h"
 
 namespace olmkit {
@@ -17,7 +18,8 @@ namespace olmkit {
 // One message on its way to its file.
 //
 // It lies in memory while it is small, then in a temporary file; under its own name it appears
-// with commit() alone, whole. Serves message after message: begin(), bytes, commit() or discard().
+// by OutputDirectory::place() alone, whole. Serves message after message: begin(), bytes, finish()
+// or discard().
 class MessageFile : public olmhost::ByteSink {
 public:
     // `directory` is borrowed.
@@ -32,8 +34,9 @@ public:
     bool append(std::span<const std::byte> bytes) override;
     bool overwrite(std::uint64_t offset, std::span<const std::byte> bytes) override;
 
-    // Puts the message in its place. 0 or an errno value; after that it is discarded.
-    int commit(const MessagePath& path);
+    // Writes what is left to write, and hands the whole message over; `time`, when given, becomes
+    // that of the file's last change. 0 or an errno value; after that the message is discarded.
+    int finish(std::optional<TemporaryFile>& finished, const std::optional<timespec>& time);
 
     // Forgets the message.
     void discard();
@@ -41,7 +44,7 @@ public:
     // The errno value of the first failure, 0 for none.
     int errorNumber() const { return error; }
 
-    // Bytes of the message, and their SHA-256 in hexadecimal digits once it is committed.
+    // Bytes of the message, and their SHA-256 in hexadecimal digits once it is finished.
     std::uint64_t size() const { return written + pending.size(); }
     const std::string& sha256() const { return digest; }
 
@@ -50,14 +53,11 @@ private:
     bool flush();
     bool writeAt(std::uint64_t offset, std::span<const std::byte> bytes);
     bool hash();
-    int closeFile();
 
     OutputDirectory& directory;
     std::vector<std::byte> pending; // what follows the first `written` bytes
     std::uint64_t written = 0;      // bytes that are in the temporary file
-    std::string temporary;          // its name
-    int file = -1;
-    std::optional<Interrupt::Guard> guard; // stands while the temporary file does
+    std::optional<TemporaryFile> file;
     int error = 0;
     std::string digest;
 };

@@ -1,5 +1,7 @@
 #include "cli/extract/MessagePaths.h"
 
+#include <algorithm>
+#include <array>
 #include <string_view>
 #include <utility>
 
@@ -15,6 +17,16 @@ constexpr std::u16string_view wideEnding = u".msg";
 
 // Room that a name leaves for " (4294967295)".
 constexpr std::size_t numberRoom = 13;
+
+// Files that this program writes beside the messages.
+constexpr auto ownNames = std::to_array<std::string_view>({
+    "manifest.jsonl",
+    "manifest.jsonl.kept",
+    "manifest.jsonl.part",
+    "shard.json",
+    "summary.json",
+    "unfinished.json",
+});
 
 // 64-bit FNV-1a: the same on every machine.
 class Hash {
@@ -36,7 +48,7 @@ std::string folderName(std::u16string_view text, bool isTop) {
     std::string name = safeName(text, longestName - 1);
     const std::string folded = foldedName(name);
     if (folded.ends_with(ending) ||
-        (isTop && (folded == "manifest.jsonl" || folded == "summary.json"))) {
+        (isTop && std::ranges::find(ownNames, folded) != ownNames.end())) {
         name += '_';
     }
     return name;
@@ -84,7 +96,9 @@ MessagePath MessagePaths::next(const olmhost::Row& row) {
         parts.item.remove_suffix(wideEnding.size());
     }
     MessagePath path;
-    path.folders = foldersOf(parts.folder);
+    if (layout == Layout::Tree) {
+        path.folders = foldersOf(parts.folder);
+    }
     const std::string stem = safeName(parts.item, longestName - ending.size() - numberRoom);
     return unique(std::move(path), stem);
 }

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "cli/command/ExtractOptions.h"
 #include "host/session/Row.h"
 
 namespace olmkit {
@@ -26,6 +27,8 @@ struct MessagePath {
 // the same path whatever else is extracted. Of each path a hash is kept, no text.
 class MessagePaths {
 public:
+    explicit MessagePaths(Layout layout) : layout(layout) {}
+
     MessagePath next(const olmhost::Row& row);
 
     // A path for an item that no row tells of, to be asked for behind all rows.
@@ -36,6 +39,8 @@ private:
     bool take(std::uint64_t key) { return nextNumbers.try_emplace(key, firstNumber).second; }
 
     static constexpr std::uint32_t firstNumber = 2; // the first row of a name has none
+
+    Layout layout;
 
     // Hash of a folded path that is taken; the number that the next row of that name tries.
     std::unordered_map<std::uint64_t, std::uint32_t> nextNumbers;

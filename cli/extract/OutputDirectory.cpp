@@ -1,6 +1,9 @@
 #include "cli/extract/OutputDirectory.h"
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
+#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,10 +11,12 @@
 #include <array>
 #include <cerrno>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
 #include "cli/terminal/Messages.h"
+#include "cli/terminal/Output.h"
 
 namespace olmkit {
 
@@ -19,6 +24,8 @@ namespace {
 
 constexpr mode_t folderMode = 0777; // less the umask
 constexpr mode_t fileMode = 0666;
+constexpr std::string_view temporaryStart = ".olmkit-";
+constexpr std::string_view temporaryEnd = ".part";
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
 // Errors that come of one name or one place.
@@ -46,6 +53,21 @@ int enterFolder(int& parent, const std::string& name) {
     return error;
 }
 
+// Copies all of a file, and its time.
+int copyFile(int from, int to) {
+    ssize_t count = 0;
+    do {
+        constexpr std::size_t most = std::size_t{1} << 30;
+        count = sendfile(to, from, nullptr, most);
+    } while (count > 0);
+    struct stat status = {};
+    if (count < 0 || fstat(from, &status) != 0) {
+        return errno;
+    }
+    const std::array<timespec, 2> times = {status.st_atim, status.st_mtim};
+    return futimens(to, times.data()) == 0 ? 0 : errno;
+}
+
 } // namespace
 
 OutputDirectory::~OutputDirectory() {
@@ -59,39 +81,188 @@ int OutputDirectory::open(const std::string& path) {
     std::error_code error;
     std::filesystem::create_directories(path, error);
     root = ::open(path.c_str(), folderFlags);
-    if (root >= 0) {
-        return 0;
+    if (root < 0) {
+        return errno == ENOENT && error ? error.value() : errno;
     }
-    return errno == ENOENT && error ? error.value() : errno;
+    // Where a file system knows no locks, nobody holds one.
+    return flock(root, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK ? EWOULDBLOCK : 0;
 }
 
-int OutputDirectory::createTemporary(std::string& name, int& file,
-                                     std::optional<Interrupt::Guard>& guard) {
+int OutputDirectory::openForReading(const std::string& path) {
+    root = ::open(path.c_str(), folderFlags);
+    return root < 0 ? errno : 0;
+}
+
+std::string OutputDirectory::nextTemporaryName() {
+    return std::string(temporaryStart) + std::to_string(getpid()) + "-" +
+           std::to_string(++temporaries) + std::string(temporaryEnd);
+}
+
+int OutputDirectory::createTemporary(std::optional<TemporaryFile>& file) {
     const Interrupt::Delay delay;
+    std::string name;
+    int made = -1;
     do {
-        name =
-            ".olmkit-" + std::to_string(getpid()) + "-" + std::to_string(++temporaries) + ".part";
-        file = openat(root, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+        name = nextTemporaryName();
+        made = openat(root, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                       fileMode);
-    } while (file < 0 && errno == EEXIST);
-    if (file < 0) {
-        const int error = errno;
-        name.clear();
-        return error;
+    } while (made < 0 && errno == EEXIST);
+    if (made < 0) {
+        return errno;
     }
-    guard.emplace(root, name);
+    Interrupt::Guard guard(root, name);
+    file.emplace(root, std::move(name), made, std::move(guard));
     return 0;
 }
 
-int OutputDirectory::moveTo(const std::string& temporary, const MessagePath& path) {
+int OutputDirectory::place(TemporaryFile& file, const MessagePath& path) {
     if (const int error = openFolders(path.folders); error != 0) {
         return error;
     }
-    return renameat(root, temporary.c_str(), folder, path.file.c_str()) == 0 ? 0 : errno;
+    if (renameat(root, file.name().c_str(), folder, path.file.c_str()) != 0) {
+        return errno;
+    }
+    file.keep();
+    return 0;
 }
 
-void OutputDirectory::remove(const std::string& temporary) {
-    unlinkat(root, temporary.c_str(), 0);
+int OutputDirectory::removeLeftovers() {
+    const int again = openat(root, ".", folderFlags);
+    DIR* const listing = again < 0 ? nullptr : fdopendir(again);
+    if (listing == nullptr) {
+        return errno;
+    }
+    while (const dirent* const entry = readdir(listing)) {
+        const std::string_view name = entry->d_name;
+        if (name.starts_with(temporaryStart) && name.ends_with(temporaryEnd)) {
+            unlinkat(root, entry->d_name, 0);
+        }
+    }
+    closedir(listing);
+    return 0;
+}
+
+int OutputDirectory::openFile(const std::string& path, int& file) const {
+    int parent = fcntl(root, F_DUPFD_CLOEXEC, 0);
+    std::string_view rest = path;
+    for (std::size_t end = rest.find('/'); parent >= 0 && end != std::string_view::npos;
+         end = rest.find('/')) {
+        const std::string level(rest.substr(0, end));
+        const bool isBelow = !level.empty() && level != "." && level != "..";
+        const int inner = isBelow ? openat(parent, level.c_str(), folderFlags | O_NOFOLLOW) : -1;
+        close(parent);
+        parent = inner;
+        rest.remove_prefix(end + 1);
+    }
+    file = parent < 0 ? -1
+                      : openat(parent, std::string(rest).c_str(),
+                               O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (parent >= 0) {
+        close(parent);
+    }
+    struct stat status = {};
+    if (file >= 0 && (fstat(file, &status) != 0 || !S_ISREG(status.st_mode))) {
+        close(std::exchange(file, -1));
+    }
+    return file < 0 ? ENOENT : 0;
+}
+
+int OutputDirectory::createFile(const std::string& name, int& file) {
+    // Not truncated: it may be a link, or have another name besides.
+    if (const int error = remove(name); error != 0) {
+        return error;
+    }
+    file = openat(root, name.c_str(),
+                  O_WRONLY | O_APPEND | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, fileMode);
+    return file < 0 ? errno : 0;
+}
+
+int OutputDirectory::openToAppend(const std::string& name, int& file) {
+    file = openat(root, name.c_str(), O_WRONLY | O_APPEND | O_NOFOLLOW | O_CLOEXEC);
+    return file < 0 ? errno : 0;
+}
+
+int OutputDirectory::rename(const std::string& from, const std::string& to) {
+    return renameat(root, from.c_str(), root, to.c_str()) == 0 ? 0 : errno;
+}
+
+int OutputDirectory::remove(const std::string& name) {
+    return unlinkat(root, name.c_str(), 0) == 0 || errno == ENOENT ? 0 : errno;
+}
+
+bool OutputDirectory::has(const std::string& name) const {
+    struct stat status = {};
+    return fstatat(root, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+           S_ISREG(status.st_mode);
+}
+
+int OutputDirectory::putFile(const std::string& name, const std::string& content) {
+    std::optional<TemporaryFile> file;
+    if (const int error = createTemporary(file); error != 0) {
+        return error;
+    }
+    Output output(file->descriptor());
+    output.buffer() = content;
+    if (!output.flush()) {
+        return output.errorNumber();
+    }
+    const int error = file->close();
+    return error != 0 ? error : place(*file, {{}, name});
+}
+
+std::optional<std::string> OutputDirectory::readFile(const std::string& name) const {
+    int file = -1;
+    if (openFile(name, file) != 0) {
+        return std::nullopt;
+    }
+    std::string content;
+    std::array<char, 4096> part = {};
+    ssize_t count = 0;
+    while ((count = read(file, part.data(), part.size())) > 0) {
+        content.append(part.data(), static_cast<std::size_t>(count));
+    }
+    close(file);
+    return count == 0 ? std::optional(content) : std::nullopt;
+}
+
+int OutputDirectory::linkFrom(const OutputDirectory& from, const std::string& source,
+                              const MessagePath& path) {
+    int original = -1;
+    if (const int error = from.openFile(source, original); error != 0) {
+        return error;
+    }
+    std::optional<TemporaryFile> file;
+    int error = linkTemporary(original, file);
+    if (error != 0) {
+        file.reset();
+        error = createTemporary(file);
+        error = error == 0 ? copyFile(original, file->descriptor()) : error;
+    }
+    close(original);
+    if (error == 0) {
+        error = file->close();
+    }
+    return error == 0 ? place(*file, path) : error;
+}
+
+// A temporary file that is another name of the file `original`.
+int OutputDirectory::linkTemporary(int original, std::optional<TemporaryFile>& file) {
+    const Interrupt::Delay delay;
+    const std::string name = nextTemporaryName();
+    const std::string source = "/proc/self/fd/" + std::to_string(original);
+    if (linkat(AT_FDCWD, source.c_str(), root, name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+        return errno;
+    }
+    Interrupt::Guard guard(root, name);
+    file.emplace(root, name, -1, std::move(guard));
+    return 0;
+}
+
+bool OutputDirectory::isSameAs(const OutputDirectory& other) const {
+    struct stat own = {};
+    struct stat others = {};
+    return fstat(root, &own) == 0 && fstat(other.root, &others) == 0 &&
+           own.st_dev == others.st_dev && own.st_ino == others.st_ino;
 }
 
 int OutputDirectory::openFolders(const std::vector<std::string>& folders) {
@@ -122,6 +293,9 @@ void OutputDirectory::closeFolder() {
 std::string outputErrorText(int errorNumber) {
     if (errorNumber == ELOOP) {
         return "a symbolic link stands where a folder has to be, and is not followed";
+    }
+    if (errorNumber == EWOULDBLOCK) {
+        return "another run is writing to it; wait for its end";
     }
     return errorText(errorNumber);
 }

@@ -5,9 +5,11 @@
 namespace olmkit {
 
 Selection::Selection(const ExtractOptions& options)
-    : everything(options.isEverything()), indexes(options.items) {
+    : everything(options.isEverything()), filter(options.filter),
+      shard(options.shard.value_or(Shard())), indexes(options.items) {
     std::ranges::sort(indexes);
     indexes.erase(std::unique(indexes.begin(), indexes.end()), indexes.end());
+    std::erase_if(indexes, [this](std::uint64_t index) { return !shard.takes(index); });
     for (const ItemPlace& place : options.places) {
         if (missingPlaces.insert(place).second) {
             wantedPlaces.push_back(place);
@@ -15,11 +17,11 @@ Selection::Selection(const ExtractOptions& options)
     }
 }
 
-bool Selection::takesIndex(std::uint64_t index) {
+bool Selection::takesRow(const olmhost::Row& row) {
     if (everything) {
-        return true;
+        return shard.takes(row.index) && filter.takes(row);
     }
-    if (nextIndex < indexes.size() && indexes[nextIndex] == index) {
+    if (nextIndex < indexes.size() && indexes[nextIndex] == row.index) {
         ++nextIndex;
         return true;
     }

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "cli/command/ExtractOptions.h"
+#include "cli/rows/ItemFilter.h"
+#include "host/session/Row.h"
 
 namespace olmkit {
 
@@ -16,8 +18,8 @@ class Selection {
 public:
     explicit Selection(const ExtractOptions& options);
 
-    // Whether the item of the next index, which is `index`, is wanted by its index.
-    bool takesIndex(std::uint64_t index);
+    // Whether the item of the next row is wanted for itself, by its index or by what it is.
+    bool takesRow(const olmhost::Row& row);
 
     // Whether the item at that place is wanted by its place.
     bool takesPlace(const ItemPlace& place) { return missingPlaces.erase(place) != 0; }
@@ -37,7 +39,9 @@ public:
 
 private:
     bool everything;
-    std::vector<std::uint64_t> indexes; // ascending, each once
+    ItemFilter filter;
+    Shard shard;
+    std::vector<std::uint64_t> indexes; // of the shard, ascending, each once
     std::size_t nextIndex = 0;          // of the first one that is not passed
     std::vector<ItemPlace> wantedPlaces;
     std::set<ItemPlace> missingPlaces; // no row had them so far

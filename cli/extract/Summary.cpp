@@ -1,14 +1,8 @@
 #include "cli/extract/Summary.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <optional>
 
-#include "cli/terminal/Interrupt.h"
 #include "cli/terminal/Messages.h"
-#include "cli/terminal/Output.h"
 
 namespace olmkit {
 
@@ -18,7 +12,7 @@ using olmhost::ItemKind;
 
 // As rows have them; the last one stands for all others.
 constexpr std::array<std::string_view, 6> summaryKinds = {"email", "appointment", "contact",
-                                                       "task",  "note",        "unknown"};
+                                                          "task",  "note",        "unknown"};
 constexpr std::size_t emailPlace = 0;
 constexpr std::size_t unknownPlace = summaryKinds.size() - 1;
 
@@ -36,16 +30,16 @@ void appendRight(std::string& out, const std::string& text, std::size_t cells) {
     out += text;
 }
 
-std::string extentName(RunExtent extent) {
+const char* extentName(RunExtent extent) {
     switch (extent) {
     case RunExtent::Whole:
         return "whole";
+    case RunExtent::Shard:
+        return "shard";
     case RunExtent::Selection:
-        return "selection";
-    case RunExtent::Unfinished:
         break;
     }
-    return "unfinished";
+    return "selection";
 }
 
 } // namespace
@@ -53,8 +47,9 @@ std::string extentName(RunExtent extent) {
 Summary::Counts& Summary::of(std::string_view kind) {
     static_assert(summaryKinds.size() == kindCount);
     const auto* const name = std::ranges::find(summaryKinds, kind);
-    return kinds[name == summaryKinds.end() ? unknownPlace
-                                         : static_cast<std::size_t>(name - summaryKinds.begin())];
+    return kinds[name == summaryKinds.end()
+                     ? unknownPlace
+                     : static_cast<std::size_t>(name - summaryKinds.begin())];
 }
 
 void Summary::finish(const ItemAccount& account) {
@@ -113,9 +108,7 @@ void Summary::compareItems() {
     for (std::size_t place = 0; place < kindCount; ++place) {
         const Counts& counts = kinds[place];
         const std::uint64_t due = extent == RunExtent::Whole ? counts.listed : counts.requested;
-        const bool isDone =
-            extent == RunExtent::Unfinished || due == counts.written + counts.failed;
-        if (counts.items == counts.listed && isDone) {
+        if (counts.items == counts.listed && due == counts.written + counts.failed) {
             continue;
         }
         isBalanced = false;
@@ -213,27 +206,8 @@ JsonObject Summary::json() const {
 }
 
 int Summary::write(OutputDirectory& directory) const {
-    std::string temporary;
-    int file = -1;
-    std::optional<Interrupt::Guard> guard;
-    int error = directory.createTemporary(temporary, file, guard);
-    if (error != 0) {
-        return error;
-    }
-    Output output(file);
-    output.buffer() = json().dump(2, ' ', false, JsonObject::error_handler_t::replace) + "\n";
-    output.flush();
-    error = output.errorNumber();
-    if (::close(file) != 0 && error == 0) {
-        error = errno;
-    }
-    if (error == 0) {
-        error = directory.moveTo(temporary, {{}, fileName});
-    }
-    if (error != 0) {
-        directory.remove(temporary);
-    }
-    return error;
+    return directory.putFile(
+        fileName, json().dump(2, ' ', false, JsonObject::error_handler_t::replace) + "\n");
 }
 
 } // namespace olmkit

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/command/ExtractOptions.h"
 #include "cli/extract/OutputDirectory.h"
 #include "cli/rows/JsonLine.h"
 #include "host/session/Session.h"
@@ -20,13 +21,6 @@ struct ItemAccount {
     bool isWritten = false;
     std::uint64_t attachmentsWritten = 0; // whole
     std::uint64_t attachmentsLost = 0;    // in part or altogether, of those that name an entry
-};
-
-// How much of the archive an extraction was to write.
-enum class RunExtent {
-    Whole,      // every item, and it came to its end
-    Selection,  // chosen items, and it came to its end
-    Unfinished, // it was stopped
 };
 
 // The books of one extraction: everything that stands in the archive's documents was listed,
@@ -88,7 +82,7 @@ private:
     void note(const olmhost::Session& session);
     JsonObject json() const;
 
-    RunExtent extent = RunExtent::Unfinished;
+    RunExtent extent = RunExtent::Selection;
     std::array<Counts, kindCount> kinds;
     Attachments attachments;
     bool isBalanced = true;

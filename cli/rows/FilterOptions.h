@@ -18,6 +18,10 @@ struct FilterOptions {
     std::optional<std::string> subject; // part of the item's label, see labelOf()
     std::optional<Moment> since;        // the first moment that counts
     std::optional<Moment> until;        // the first moment that doesn't count any more
+
+    bool takesEverything() const {
+        return kinds.empty() && folders.empty() && !from && !subject && !since && !until;
+    }
 };
 
 } // namespace olmkit

@@ -9,7 +9,9 @@
 #include <cassert>
 #include <csignal>
 #include <cstring>
+#include <ctime>
 #include <string_view>
+#include <utility>
 
 #include "cli/command/ExitCode.h"
 
@@ -21,6 +23,7 @@ namespace {
 constexpr suseconds_t graceMicroseconds = 600'000;
 
 struct GuardedFile {
+    std::atomic<bool> isTaken = false;
     std::atomic<bool> isSet = false;
     int directory = -1;
     std::array<char, 64> name = {};
@@ -28,11 +31,25 @@ struct GuardedFile {
 
 std::array<GuardedFile, Interrupt::guardCount> guardedFiles;
 std::atomic<bool> isAsked = false;
-static_assert(std::atomic<bool>::is_always_lock_free);
+std::atomic<bool> isEnding = false;
+std::atomic<int> delays = 0; // that stand
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 
 // Everything below runs in a signal handler: bare system calls alone.
 
+// Other threads may be making a file right now. They begin no other one, so this takes no longer
+// than a call of the system, unless the file system hangs.
+void waitForDelays() {
+    constexpr int mostTries = 100;
+    constexpr timespec pause = {0, 1'000'000};
+    isEnding = true;
+    for (int tries = 0; delays > 0 && tries < mostTries; ++tries) {
+        nanosleep(&pause, nullptr);
+    }
+}
+
 [[noreturn]] void endProcess() {
+    waitForDelays();
     for (const GuardedFile& file : guardedFiles) {
         if (file.isSet) {
             unlinkat(file.directory, file.name.data(), 0);
@@ -75,10 +92,10 @@ void install(void (*handler)(int)) {
 } // namespace
 
 Interrupt::Guard::Guard(int directory, const std::string& name) : place(0) {
-    while (place < guardCount && guardedFiles[place].isSet) {
+    while (guardedFiles[place].isTaken.exchange(true)) {
         ++place;
+        assert(place < guardCount);
     }
-    assert(place < guardCount);
     GuardedFile& file = guardedFiles[place];
     assert(name.size() < file.name.size());
     file.directory = directory;
@@ -86,21 +103,45 @@ Interrupt::Guard::Guard(int directory, const std::string& name) : place(0) {
     file.isSet = true;
 }
 
+Interrupt::Guard::Guard(Guard&& other) noexcept : place(std::exchange(other.place, -1)) {}
+
+Interrupt::Guard& Interrupt::Guard::operator=(Guard&& other) noexcept {
+    std::swap(place, other.place);
+    return *this;
+}
+
 Interrupt::Guard::~Guard() {
-    guardedFiles[place].isSet = false;
+    if (place >= 0) {
+        guardedFiles[place].isSet = false;
+        guardedFiles[place].isTaken = false;
+    }
+}
+
+Interrupt::Block::Block() {
+    sigset_t blocked = {};
+    sigemptyset(&blocked);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGALRM}) {
+        sigaddset(&blocked, signal);
+    }
+    pthread_sigmask(SIG_BLOCK, &blocked, &before);
+}
+
+Interrupt::Block::~Block() {
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 Interrupt::Delay::Delay() {
-    sigset_t delayed = {};
-    sigemptyset(&delayed);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGALRM}) {
-        sigaddset(&delayed, signal);
+    ++delays;
+    if (isEnding) {
+        --delays;
+        for (;;) {
+            pause(); // the main thread is ending the process
+        }
     }
-    sigprocmask(SIG_BLOCK, &delayed, &before);
 }
 
 Interrupt::Delay::~Delay() {
-    sigprocmask(SIG_SETMASK, &before, nullptr);
+    --delays;
 }
 
 void Interrupt::endAtOnce() {

@@ -11,7 +11,9 @@ namespace olmkit {
 // A run that leaves nothing behind is ended at once. A run that writes files is asked to stop, and
 // does so between two steps, with a manifest of what is done; if that takes too long, or the signal
 // comes again, it is ended at once, and the files under guard are removed. Either way the process
-// ends with the exit code of an interruption. For a process with one thread.
+// ends with the exit code of an interruption.
+//
+// The signals are the main thread's: others are started while an Interrupt::Block stands.
 class Interrupt {
 public:
     // A file that goes when the process is ended at once. There may be `guardCount` at a time.
@@ -19,16 +21,31 @@ public:
     public:
         // The file `name` in the folder `directory`, an open descriptor that outlives the guard.
         Guard(int directory, const std::string& name);
+        Guard(Guard&& other) noexcept;
+        Guard& operator=(Guard&& other) noexcept;
         Guard(const Guard&) = delete;
         Guard& operator=(const Guard&) = delete;
         ~Guard();
 
     private:
-        int place;
+        int place; // below 0: it guards nothing
     };
-    static constexpr int guardCount = 4;
+    static constexpr int guardCount = 2048;
 
-    // While it stands, the signals wait: a file is made and put under guard in one step.
+    // While it stands on a thread, that thread gets no signals, nor do those that it starts.
+    class Block {
+    public:
+        Block();
+        Block(const Block&) = delete;
+        Block& operator=(const Block&) = delete;
+        ~Block();
+
+    private:
+        sigset_t before = {};
+    };
+
+    // While it stands, on whichever thread, the process is not ended at once: a file is made and
+    // put under guard in one step.
     class Delay {
     public:
         Delay();
@@ -37,7 +54,7 @@ public:
         ~Delay();
 
     private:
-        sigset_t before = {};
+        Block block;
     };
 
     static void endAtOnce();

@@ -89,9 +89,14 @@ void Messages::noOlmArchive(const std::string& archive, const olmhost::Session& 
                    "tasks or notes was found in it");
 }
 
-std::size_t Messages::faults(const std::string& archive, const olmhost::Session& session,
-                             const std::set<std::uint64_t>& told) {
-    const std::vector<olmhost::EntryFault>& found = session.faults();
+std::size_t Messages::faults(const std::string& archive, const olmhost::Session& session) {
+    faults(archive, session, session.faults(), {});
+    return session.faults().size();
+}
+
+void Messages::faults(const std::string& archive, const olmhost::Session& session,
+                      const std::vector<olmhost::EntryFault>& found,
+                      const std::set<std::uint64_t>& told) {
     for (const olmhost::EntryFault& fault : found) {
         if (told.contains(fault.entryIndex)) {
             continue;
@@ -100,7 +105,6 @@ std::size_t Messages::faults(const std::string& archive, const olmhost::Session&
         tell(archive + ": " + (hasEntry ? entryTitle(session, fault.entryIndex) + ": " : "") +
              fault.text + "; " + adviceOn(fault.kind));
     }
-    return found.size();
 }
 
 void Messages::outputFailure(std::string_view name, int errorNumber) {

@@ -25,10 +25,13 @@ public:
     // A readable archive that holds nothing of what this program reads.
     void noOlmArchive(const std::string& archive, const olmhost::Session& session);
 
-    // The faults of entries, each with the entry's name and what to do about it, but for those of
-    // entries in `told`. Gives how many there are in all.
-    std::size_t faults(const std::string& archive, const olmhost::Session& session,
-                       const std::set<std::uint64_t>& told = {});
+    // The faults of all entries. Gives how many there are.
+    std::size_t faults(const std::string& archive, const olmhost::Session& session);
+
+    // Faults of the archive's entries, each with the entry's name and what to do about it, but for
+    // those of entries in `told`.
+    void faults(const std::string& archive, const olmhost::Session& session,
+                const std::vector<olmhost::EntryFault>& found, const std::set<std::uint64_t>& told);
 
     // Standard output, or whatever `name` says, can't be written.
     void outputFailure(std::string_view name, int errorNumber);

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <limits>
+#include <utility>
 
 namespace olmhost {
 
@@ -49,74 +49,29 @@ std::unique_ptr<Archive> Archive::open(ArchiveFile& owner, const std::string& pa
     if (bytes == nullptr) {
         return nullptr;
     }
-    std::unique_ptr<Archive> archive(new Archive(owner, std::move(bytes)));
-    archive->directory = ZipDirectory::open(*archive->bytes, failure);
-    if (archive->directory == nullptr || !archive->readDirectory(failure)) {
+    auto contents = ArchiveContents::open(*bytes, failure);
+    if (contents == nullptr) {
         return nullptr;
     }
-    if (archive->isLocked()) {
+    if (contents->isLocked()) {
         failure = {OpenFailureKind::Encrypted, "is encrypted: its documents need a password"};
         return nullptr;
     }
-    return archive;
+    return std::make_unique<Archive>(owner, std::move(bytes), std::move(contents));
 }
 
-Archive::Archive(ArchiveFile& owner, std::unique_ptr<ArchiveBytes> bytes)
+Archive::Archive(ArchiveFile& owner, std::unique_ptr<ArchiveBytes> bytes,
+                 std::shared_ptr<ArchiveContents> sharedContents)
     : ArchiveDirectory{{closeRecord, refuseRead, refuseWrite, refuseSeek, refuseReserved,
                         refuseReserved, openRecord},
                        nullptr,
                        0,
                        nullptr},
-      owner(owner), bytes(std::move(bytes)), inflatedEntries(*this->bytes, owner) {}
-
-// Makes the rows and the names, both in one piece of the right size.
-bool Archive::readDirectory(OpenFailure& failure) {
-    const std::uint64_t count = directory->entryCount();
-    std::uint64_t poolSize = 0;
-    for (std::uint64_t index = 0; index < count; ++index) {
-        poolSize += std::strlen(directory->name(index)) + 1;
-    }
-    constexpr std::uint64_t mostRows = std::numeric_limits<NameIndex::Row>::max();
-    if (count > mostRows || poolSize > std::numeric_limits<std::uint32_t>::max()) {
-        failure = {OpenFailureKind::LimitReached, "has more entries than can be listed"};
-        return false;
-    }
-    rows.resize(count);
-    names.reset(new char[poolSize + 1]);
-    std::uint32_t offset = 0;
-    for (std::uint64_t index = 0; index < count; ++index) {
-        const char* name = directory->name(index);
-        const std::size_t length = std::strlen(name);
-        std::memcpy(names.get() + offset, name, length + 1);
-        rows[index].nameOffset = offset;
-        rows[index].nameLength = static_cast<std::uint16_t>(length);
-        offset += static_cast<std::uint32_t>(length) + 1;
-    }
+      owner(owner), bytes(std::move(bytes)), contents(std::move(sharedContents)),
+      rows(contents->makeRows()), inflatedEntries(*this->bytes, owner) {
     entries = rows.data();
-    entryCount = count;
-    namePool = names.get();
-    return true;
-}
-
-// True when there are documents and none of them can be read without a password.
-bool Archive::isLocked() const {
-    bool hasDocuments = false;
-    for (std::uint64_t index = 0; index < entryCount; ++index) {
-        if (name(index).ends_with(".xml")) {
-            if (!directory->info(index).isEncrypted) {
-                return false;
-            }
-            hasDocuments = true;
-        }
-    }
-    return hasDocuments;
-}
-
-std::string_view Archive::name(std::uint64_t index) const {
-    if (index >= entryCount) {
-        return {};
-    }
-    return {names.get() + rows[index].nameOffset, rows[index].nameLength};
+    entryCount = rows.size();
+    namePool = contents->namePool();
 }
 
 EntryStream* Archive::openMember(const MemberOpenRequest& request) {
@@ -142,11 +97,7 @@ EntryStream* Archive::openMember(const MemberOpenRequest& request) {
 }
 
 std::optional<std::uint64_t> Archive::find(std::string_view name) {
-    if (!nameIndex) {
-        nameIndex.emplace(static_cast<NameIndex::Row>(entryCount),
-                          [this](NameIndex::Row row) { return this->name(row); });
-    }
-    return nameIndex->find(name);
+    return contents->find(name);
 }
 
 std::optional<std::uint64_t> Archive::findRow(std::string_view name) {
@@ -167,7 +118,7 @@ void Archive::refuse(FaultKind kind, std::uint64_t index, const std::string& tex
 }
 
 EntryStream* Archive::openEntry(std::uint64_t index) {
-    EntryInfo info = directory->info(index);
+    EntryInfo info = contents->info(index);
     if (asked != nullptr) {
         asked->entryIndex = index;
         asked->size = info.size;
@@ -232,7 +183,7 @@ bool Archive::locate(std::uint64_t index, EntryInfo& info) {
         return true;
     }
     std::string reason;
-    info.dataOffset = directory->findData(index, reason);
+    info.dataOffset = contents->findData(index, *bytes, reason);
     if (info.dataOffset == 0) {
         refuse(FaultKind::Damaged, index, "its data can't be found: " + reason);
         return false;

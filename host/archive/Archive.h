@@ -4,11 +4,10 @@
 #include "filter/xml/ArchiveDirectory.h"
 #include "filter/xml/MemberOpenRequest.h"
 #include "host/archive/ArchiveBytes.h"
+#include "host/archive/ArchiveContents.h"
 #include "host/archive/EntryStream.h"
 #include "host/archive/InflatedEntries.h"
-#include "host/archive/NameIndex.h"
 #include "host/archive/OpenFailure.h"
-#include "host/archive/ZipDirectory.h"
 
 #include <cstdint>
 #include <memory>
@@ -24,13 +23,16 @@ class ArchiveFile;
 // An opened archive: the directory that the module reads, and behind it the way to the entries.
 //
 // The ArchiveFile owns it, and it owns the streams opened from it: its close ends them all. Held
-// for each row: 64 bytes, the name, and what libzip needs.
+// for each row: 64 bytes, and the contents, which all that have the archive open can share.
 class Archive final : public ArchiveDirectory {
 public:
     // Null with `failure` filled. `owner` must outlive the archive.
     static std::unique_ptr<Archive> open(ArchiveFile& owner, const std::string& path,
                                          OpenFailure& failure);
 
+    // The archive that `contents` tell of, whose file is read through `bytes`.
+    Archive(ArchiveFile& owner, std::unique_ptr<ArchiveBytes> bytes,
+            std::shared_ptr<ArchiveContents> contents);
     Archive(const Archive&) = delete;
     Archive& operator=(const Archive&) = delete;
 
@@ -39,17 +41,15 @@ public:
     // The handle that the module gets for it.
     HostStream* handle() { return &stream; }
 
-    // The name of row `index`, UTF-8, with a 0 byte behind it; empty when there is no such row.
-    std::string_view name(std::uint64_t index) const;
+    // What of it can be shared with another Archive, on another thread too.
+    const std::shared_ptr<ArchiveContents>& sharedContents() const { return contents; }
+    const ArchiveBytes& fileBytes() const { return *bytes; }
 
-    // What the directory says of row `index`.
-    EntryInfo info(std::uint64_t index) const { return directory->info(index); }
+    // The name of row `index`, UTF-8, with a 0 byte behind it; empty when there is no such row.
+    std::string_view name(std::uint64_t index) const { return contents->name(index); }
 
     // The first file of that name, see NameIndex.
     std::optional<std::uint64_t> find(std::string_view name);
-
-    // Bytes of the archive's file.
-    std::uint64_t size() const { return bytes->size(); }
 
     // Opens the entry that the request names. Null, with a fault noted, when it can't be opened.
     EntryStream* openMember(const MemberOpenRequest& request);
@@ -60,16 +60,12 @@ public:
     std::uint64_t inflatedBytes() const { return inflatedEntries.inflatedBytes(); }
 
 private:
-    Archive(ArchiveFile& owner, std::unique_ptr<ArchiveBytes> bytes);
-
     // The operations of the record.
     static Archive& of(HostStream* record);
     static std::int32_t closeRecord(HostStream* record) noexcept;
     static std::int32_t openRecord(HostStream** handle, std::uint32_t code, void* request,
                                    std::uint32_t mode) noexcept;
 
-    bool readDirectory(OpenFailure& failure);
-    bool isLocked() const;
     std::optional<std::uint64_t> findRow(std::string_view name);
     void refuse(FaultKind kind, std::uint64_t index, const std::string& text);
     bool mayOpen(std::uint64_t index, const EntryInfo& info);
@@ -79,10 +75,8 @@ private:
 
     ArchiveFile& owner;
     std::unique_ptr<ArchiveBytes> bytes;
-    std::unique_ptr<ZipDirectory> directory;
+    std::shared_ptr<ArchiveContents> contents;
     std::vector<ArchiveEntry> rows;
-    std::unique_ptr<char[]> names;
-    std::optional<NameIndex> nameIndex;
     InflatedEntries inflatedEntries;
     std::shared_ptr<MemberRead> asked; // what openMember() is opening, when an account is kept
     std::vector<std::unique_ptr<EntryStream>> streams;

@@ -66,6 +66,15 @@ std::unique_ptr<ArchiveBytes> ArchiveBytes::open(const std::string& path, OpenFa
     return std::make_unique<ArchiveBytes>(descriptor, static_cast<std::uint64_t>(state.st_size));
 }
 
+std::unique_ptr<ArchiveBytes> ArchiveBytes::openAgain(OpenFailure& failure) const {
+    const int duplicate = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    if (duplicate < 0) {
+        failure = unreadable(errno);
+        return nullptr;
+    }
+    return std::make_unique<ArchiveBytes>(duplicate, fileSize);
+}
+
 ArchiveBytes::ArchiveBytes(int descriptor, std::uint64_t size)
     : descriptor(descriptor), fileSize(size), window(new std::byte[largestLoad]),
       loadSize(smallestLoad) {}

@@ -20,6 +20,10 @@ public:
     // is nothing that could be an archive. Never waits, whatever kind of file it is.
     static std::unique_ptr<ArchiveBytes> open(const std::string& path, OpenFailure& failure);
 
+    // The same file, as it was opened, with a window of its own, to be used by another thread. Null
+    // with `failure` filled when the system has no more descriptors.
+    std::unique_ptr<ArchiveBytes> openAgain(OpenFailure& failure) const;
+
     // Takes the descriptor of a regular file of `size` bytes, and closes it in the end.
     ArchiveBytes(int descriptor, std::uint64_t size);
     ~ArchiveBytes();

@@ -29,6 +29,12 @@ ArchiveFile::ArchiveFile(std::string path, const Limits& limits)
     open = openRecord;
 }
 
+ArchiveFile::ArchiveFile(const ArchiveFile& first)
+    : path(first.path), bounds(first.bounds), sharedContents(first.archive->sharedContents()),
+      bytes(first.archive->fileBytes().openAgain(openFailure)) {
+    open = openRecord;
+}
+
 ArchiveFile::~ArchiveFile() = default;
 
 std::uint64_t ArchiveFile::entryCount() const {
@@ -40,7 +46,7 @@ std::string_view ArchiveFile::entryName(std::uint64_t index) const {
 }
 
 EntryInfo ArchiveFile::entryInfo(std::uint64_t index) const {
-    return archive->info(index);
+    return index < entryCount() ? archive->sharedContents()->info(index) : EntryInfo();
 }
 
 std::optional<std::uint64_t> ArchiveFile::findEntry(std::string_view name) {
@@ -54,7 +60,7 @@ Handle* ArchiveFile::openEntry(std::uint64_t index) {
 }
 
 std::uint64_t ArchiveFile::size() const {
-    return archive == nullptr ? 0 : archive->size();
+    return archive == nullptr ? 0 : archive->fileBytes().size();
 }
 
 std::uint64_t ArchiveFile::inflatedBytes() const {
@@ -105,8 +111,12 @@ std::int32_t ArchiveFile::openArchive(HostStream** handle, void* request) {
         openFailure = {OpenFailureKind::Unreadable, "is open already"};
         return statusFailed;
     }
-    openFailure = {};
-    archive = Archive::open(*this, path, openFailure);
+    if (sharedContents == nullptr) {
+        openFailure = {};
+        archive = Archive::open(*this, path, openFailure);
+    } else if (bytes != nullptr) {
+        archive = std::make_unique<Archive>(*this, std::move(bytes), std::move(sharedContents));
+    }
     if (archive == nullptr) {
         static_cast<ArchiveOpenRequest*>(request)->flags = flagsOf(openFailure.kind);
         return statusFailed;

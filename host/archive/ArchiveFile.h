@@ -20,18 +20,26 @@
 namespace olmhost {
 
 class Archive;
+class ArchiveBytes;
+class ArchiveContents;
 
 // The raw stream of an archive's file: the handle that the module is given to open.
 //
 // Its `open` with OpenArchive makes an Archive, puts it in the handle's place and keeps it until
 // the module closes it or the ArchiveFile ends, whichever is first. The file is not touched before
 // that. The module's `close` of the raw stream itself does nothing: whoever made it owns it.
-// Serves one thread; several ArchiveFiles on one path are independent of each other.
+// Serves one thread; several ArchiveFiles on one file are independent of each other.
 class ArchiveFile final : public Handle {
 public:
     // `path` as the file system takes it.
     explicit ArchiveFile(std::string path, const Limits& limits = {});
     ~ArchiveFile() override;
+
+    // The same file as that of `first`, which is open, for another thread: its opening reads no
+    // directory again but shares that of `first`. Neither has to outlive the other; no thread may
+    // use `first` during the call.
+    explicit ArchiveFile(const ArchiveFile& first);
+    ArchiveFile& operator=(const ArchiveFile&) = delete;
 
     // Why the last open failed; kind None when none did.
     const OpenFailure& failure() const { return openFailure; }
@@ -50,7 +58,7 @@ public:
     // is no such row.
     std::string_view entryName(std::uint64_t index) const;
 
-    // What the directory says of row `index`, which there is.
+    // What the directory says of row `index`; all 0 when there is no such row.
     EntryInfo entryInfo(std::uint64_t index) const;
 
     // The first file of that name among the rows; none while not open.
@@ -101,6 +109,10 @@ private:
     ReadAccount* account = nullptr;
     TagWatch* watch = nullptr;
     std::unique_ptr<Archive> archive;
+
+    // Made ready for the opening of a file that shares its directory.
+    std::shared_ptr<ArchiveContents> sharedContents;
+    std::unique_ptr<ArchiveBytes> bytes;
 };
 
 } // namespace olmhost

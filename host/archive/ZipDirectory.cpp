@@ -51,16 +51,16 @@ ZipDirectory::~ZipDirectory() {
 OpenFailure ZipDirectory::judge(zip_error_t& error) {
     constexpr std::string_view localHeader("PK\3\4", 4);
     const int code = zip_error_code_zip(&error);
-    if (bytes.error() != 0) {
+    if (bytes->error() != 0) {
         return {OpenFailureKind::Unreadable,
-                "can't be read: " + std::generic_category().message(bytes.error())};
+                "can't be read: " + std::generic_category().message(bytes->error())};
     }
     if (isSystemError(code)) {
         return {OpenFailureKind::Unreadable,
                 std::string("can't be read: ") + zip_error_strerror(&error)};
     }
     char start[localHeader.size()] = {};
-    bytes.read(0, start, sizeof start);
+    bytes->read(0, start, sizeof start);
     const bool startsAsZip = std::string_view(start, sizeof start) == localHeader;
     if (code == ZIP_ER_NOZIP && !startsAsZip) {
         return {OpenFailureKind::NotAnArchive, "is no ZIP archive"};
@@ -85,6 +85,7 @@ const char* ZipDirectory::name(std::uint64_t index) const {
 }
 
 EntryInfo ZipDirectory::info(std::uint64_t index) const {
+    const std::lock_guard lock(turn);
     zip_stat_t state;
     zip_stat_init(&state);
     EntryInfo info;
@@ -98,7 +99,10 @@ EntryInfo ZipDirectory::info(std::uint64_t index) const {
     return info;
 }
 
-std::uint64_t ZipDirectory::findData(std::uint64_t index, std::string& reason) {
+std::uint64_t ZipDirectory::findData(std::uint64_t index, ArchiveBytes& callersBytes,
+                                     std::string& reason) {
+    const std::lock_guard lock(turn);
+    bytes = &callersBytes;
     zip_file_t* file = zip_fopen_index(zip, index, ZIP_FL_UNCHANGED | ZIP_FL_COMPRESSED);
     if (file == nullptr) {
         reason = zip_strerror(zip);
@@ -116,9 +120,9 @@ std::uint64_t ZipDirectory::findData(std::uint64_t index, std::string& reason) {
 
 zip_int64_t ZipDirectory::readNext(void* data, zip_uint64_t length) {
     lastReadFrom = position;
-    const std::size_t count = bytes.read(position, data, length);
-    if (count < length && bytes.error() != 0) {
-        zip_error_set(&readError, ZIP_ER_READ, bytes.error());
+    const std::size_t count = bytes->read(position, data, length);
+    if (count < length && bytes->error() != 0) {
+        zip_error_set(&readError, ZIP_ER_READ, bytes->error());
         return -1;
     }
     position += count;
@@ -141,7 +145,7 @@ zip_int64_t ZipDirectory::serve(void* self, void* data, zip_uint64_t length,
     case ZIP_SOURCE_STAT: {
         auto* state = static_cast<zip_stat_t*>(data);
         zip_stat_init(state);
-        state->size = directory.bytes.size();
+        state->size = directory.bytes->size();
         state->comp_size = state->size;
         state->valid = ZIP_STAT_SIZE | ZIP_STAT_COMP_SIZE;
         return sizeof *state;
@@ -150,7 +154,7 @@ zip_int64_t ZipDirectory::serve(void* self, void* data, zip_uint64_t length,
         return zip_error_to_data(&directory.readError, data, length);
     case ZIP_SOURCE_SEEK: {
         const zip_int64_t target = zip_source_seek_compute_offset(
-            directory.position, directory.bytes.size(), data, length, &directory.readError);
+            directory.position, directory.bytes->size(), data, length, &directory.readError);
         if (target < 0) {
             return -1;
         }

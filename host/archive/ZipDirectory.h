@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <zip.h>
 
@@ -16,10 +17,12 @@ namespace olmhost {
 //
 // libzip reads the directory and finds an entry's data; the data themselves are read straight from
 // the ArchiveBytes, since libzip's own streams neither seek in deflated entries nor can be reused.
+//
+// One directory serves any number of threads: they take turns.
 class ZipDirectory {
 public:
-    // Null with `failure` filled when there is no readable directory. `bytes` is borrowed and must
-    // outlive the directory.
+    // Null with `failure` filled when there is no readable directory. `bytes` is borrowed for the
+    // call.
     static std::unique_ptr<ZipDirectory> open(ArchiveBytes& bytes, OpenFailure& failure);
 
     ~ZipDirectory();
@@ -35,18 +38,20 @@ public:
     // All that the directory says of an entry; `dataOffset` stays 0.
     EntryInfo info(std::uint64_t index) const;
 
-    // Where the entry's data begin in the archive; 0 when they can't be found, with the reason in
-    // `reason`. The entry must have data and must not be encrypted.
-    std::uint64_t findData(std::uint64_t index, std::string& reason);
+    // Where the entry's data begin in the archive, which is read through `callersBytes`;
+    // 0 when they can't be found, with the reason in `reason`. The entry must have data and must
+    // not be encrypted.
+    std::uint64_t findData(std::uint64_t index, ArchiveBytes& callersBytes, std::string& reason);
 
 private:
-    explicit ZipDirectory(ArchiveBytes& bytes) : bytes(bytes) {}
+    explicit ZipDirectory(ArchiveBytes& bytes) : bytes(&bytes) {}
 
     static zip_int64_t serve(void* self, void* data, zip_uint64_t length, zip_source_cmd_t command);
     zip_int64_t readNext(void* data, zip_uint64_t length);
     OpenFailure judge(zip_error_t& error);
 
-    ArchiveBytes& bytes;
+    mutable std::mutex turn;
+    ArchiveBytes* bytes; // of the caller whose turn it is
     zip_t* zip = nullptr;
     std::uint64_t position = 0;     // of libzip's reading
     std::uint64_t lastReadFrom = 0; // where libzip's last read began

@@ -140,7 +140,8 @@ private:
 class Session::Opened {
 public:
     Opened(const std::string& path, const SessionOptions& options);
-    Opened(const Opened&) = delete;
+    // Beside one that is open.
+    explicit Opened(const Opened& first);
     Opened& operator=(const Opened&) = delete;
     ~Opened();
 
@@ -164,6 +165,9 @@ private:
 
 Session::Opened::Opened(const std::string& path, const SessionOptions& options)
     : file(path, options.limits), scan(file), options(options) {}
+
+Session::Opened::Opened(const Opened& first)
+    : file(first.file), scan(file), options(first.options) {}
 
 Session::Opened::~Opened() {
     const MemoryOwner::Scope scope(memory);
@@ -249,7 +253,15 @@ Session::~Session() = default;
 
 OpenOutcome Session::open(const std::string& path, const SessionOptions& options) {
     opened.reset();
-    auto candidate = std::make_unique<Opened>(path, options);
+    return take(std::make_unique<Opened>(path, options));
+}
+
+OpenOutcome Session::openBeside(const Session& first) {
+    opened.reset();
+    return take(std::make_unique<Opened>(*first.opened));
+}
+
+OpenOutcome Session::take(std::unique_ptr<Opened> candidate) {
     OpenOutcome outcome = candidate->open();
     if (outcome.status == OpenStatus::Done) {
         opened = std::move(candidate);
@@ -271,7 +283,7 @@ std::string_view Session::entryName(std::uint64_t entry) const {
 
 EntrySize Session::entrySize(std::uint64_t entry) const {
     const EntryInfo info = opened->file.entryInfo(entry);
-    return {info.size, info.compressedSize, info.isEncrypted};
+    return {info.size, info.compressedSize, info.crc, info.isEncrypted};
 }
 
 std::optional<std::uint64_t> Session::findEntry(std::string_view name) const {

@@ -24,6 +24,7 @@ namespace olmhost {
 struct EntrySize {
     std::uint64_t size = 0;       // bytes, uncompressed
     std::uint64_t packedSize = 0; // bytes, as they lie in the archive
+    std::uint32_t checksum = 0;   // CRC-32 of the uncompressed bytes
     bool isEncrypted = false;
 };
 
@@ -55,6 +56,11 @@ public:
     // the session can do nothing more.
     [[nodiscard]] OpenOutcome open(const std::string& path, const SessionOptions& options = {});
 
+    // Opens the archive that `first` has open, for another thread, at next to no cost: the
+    // archive's directory is shared, and read no more. Neither session has to outlive the other;
+    // `first` must not be in use during the call.
+    [[nodiscard]] OpenOutcome openBeside(const Session& first);
+
     // The fourteen columns as the module defined them.
     const std::vector<Column>& columns() const;
 
@@ -62,8 +68,8 @@ public:
     std::uint64_t entryCount() const;
     std::string_view entryName(std::uint64_t entry) const;
 
-    // What the directory says of a row, which there is; and the first file of a name, as an item
-    // tells it for an attachment.
+    // What the directory says of a row, all 0 past the last; and the first file of a name, as an
+    // item tells it for an attachment.
     EntrySize entrySize(std::uint64_t entry) const;
     std::optional<std::uint64_t> findEntry(std::string_view name) const;
 
@@ -108,6 +114,7 @@ public:
 
 private:
     class Opened;
+    OpenOutcome take(std::unique_ptr<Opened> candidate);
     std::unique_ptr<Opened> opened; // null until open() gave Done
 };
 

@@ -1,0 +1,86 @@
+#include "cli/extract/ManifestLines.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "cli/extract/ManifestRow.h"
+
+namespace olmkit {
+
+namespace {
+
+constexpr std::size_t partSize = std::size_t{64} << 10;
+
+} // namespace
+
+ManifestLines::~ManifestLines() {
+    if (file >= 0) {
+        close(file);
+    }
+}
+
+int ManifestLines::open(const OutputDirectory& directory, const std::string& name) {
+    if (const int error = directory.openFile(name, file); error != 0) {
+        return error;
+    }
+    if (const int error = readLines(); error != 0) {
+        return error;
+    }
+    std::ranges::stable_sort(lines, {}, &Line::index);
+    // The last of its index stays.
+    const auto kept = std::unique(lines.rbegin(), lines.rend(),
+                                  [](const Line& a, const Line& b) { return a.index == b.index; });
+    lines.erase(lines.begin(), kept.base());
+    return 0;
+}
+
+int ManifestLines::readLines() {
+    std::string text;
+    std::vector<char> part(partSize);
+    std::uint64_t offset = 0;
+    ssize_t count = 0;
+    while ((count = read(file, part.data(), part.size())) > 0) {
+        const auto end = part.begin() + count;
+        auto start = part.begin();
+        for (auto stop = std::find(start, end, '\n'); stop != end;
+             stop = std::find(start, end, '\n')) {
+            text.append(start, stop + 1);
+            enter(text, offset);
+            offset += text.size();
+            text.clear();
+            start = stop + 1;
+        }
+        text.append(start, end);
+    }
+    broken += text.empty() ? 0 : 1;
+    return count < 0 ? errno : 0;
+}
+
+void ManifestLines::enter(const std::string& line, std::uint64_t offset) {
+    if (const auto index = indexOf(line)) {
+        lines.push_back({*index, offset, line.size()});
+    } else {
+        ++broken;
+    }
+}
+
+std::string ManifestLines::line(std::size_t place) const {
+    const Line& found = lines[place];
+    std::string text(found.size, '\0');
+    const ssize_t count = pread(file, text.data(), text.size(), static_cast<off_t>(found.offset));
+    return count == static_cast<ssize_t>(text.size()) ? text : std::string();
+}
+
+std::size_t ManifestLines::find(std::uint64_t index) const {
+    return static_cast<std::size_t>(std::ranges::lower_bound(lines, index, {}, &Line::index) -
+                                    lines.begin());
+}
+
+std::string ManifestLines::lineOfIndex(std::uint64_t index) const {
+    const std::size_t place = find(index);
+    return place < lines.size() && lines[place].index == index ? line(place) : std::string();
+}
+
+} // namespace olmkit

@@ -1,0 +1,69 @@
+#ifndef OLMKIT_HOST_ARCHIVE_ARCHIVECONTENTS_H
+#define OLMKIT_HOST_ARCHIVE_ARCHIVECONTENTS_H
+
+#include "filter/xml/ArchiveDirectory.h"
+#include "host/archive/NameIndex.h"
+#include "host/archive/OpenFailure.h"
+#include "host/archive/ZipDirectory.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace olmhost {
+
+// What an archive's directory says, read once and shared by everyone who has the archive open: it
+// never changes, and any number of threads may use it. Held for each row: the name, four bytes, and
+// what libzip needs; eight bytes more once an entry is asked for by name.
+class ArchiveContents {
+public:
+    // Null with `failure` filled when there is no readable directory, or one that is too large.
+    // `bytes` is borrowed for the call.
+    static std::shared_ptr<ArchiveContents> open(ArchiveBytes& bytes, OpenFailure& failure);
+
+    ArchiveContents(const ArchiveContents&) = delete;
+    ArchiveContents& operator=(const ArchiveContents&) = delete;
+
+    std::uint64_t entryCount() const { return offsets.size() - 1; }
+
+    // The name of row `index`, UTF-8, with a 0 byte behind it; empty when there is no such row.
+    std::string_view name(std::uint64_t index) const;
+
+    // All names, each with a 0 byte behind it.
+    const char* namePool() const { return names.get(); }
+
+    // Rows as the module reads them, nothing known of their items.
+    std::vector<ArchiveEntry> makeRows() const;
+
+    // See ZipDirectory.
+    EntryInfo info(std::uint64_t index) const { return directory->info(index); }
+    std::uint64_t findData(std::uint64_t index, ArchiveBytes& callersBytes, std::string& reason) {
+        return directory->findData(index, callersBytes, reason);
+    }
+
+    // The first file of that name; see NameIndex.
+    std::optional<NameIndex::Row> find(std::string_view name);
+
+    // True when there are documents and none of them can be read without a password.
+    bool isLocked() const;
+
+private:
+    explicit ArchiveContents(std::unique_ptr<ZipDirectory> directory);
+
+    bool readNames(OpenFailure& failure);
+
+    std::unique_ptr<ZipDirectory> directory;
+    std::unique_ptr<char[]> names;
+    std::vector<std::uint32_t> offsets; // of each name in `names`, and behind the last one
+    std::mutex indexTurn;
+    std::optional<NameIndex> nameIndex;
+};
+
+} // namespace olmhost
+
+#endif
