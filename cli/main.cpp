@@ -13,6 +13,7 @@
 #include "cli/command/InfoCommand.h"
 #include "cli/command/ListCommand.h"
 #include "cli/command/MergeCommand.h"
+#include "cli/command/VerifyCommand.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 
@@ -38,6 +39,9 @@ struct Run {
     }
     ExitCode operator()(const olmkit::MergeOptions& options) const {
         return olmkit::runMerge(options, output, messages);
+    }
+    ExitCode operator()(const olmkit::VerifyOptions& options) const {
+        return olmkit::runVerify(options, output, messages);
     }
     ExitCode operator()(const olmkit::HelpText& help) const {
         output.buffer() += help.text;

@@ -37,10 +37,12 @@ public:
         add(defineList, list);
         add(defineExtract, extract);
         add(defineMerge, merge);
+        add(defineVerify, verify);
         app.footer("Examples:\n"
                    "  olmkit info mail.olm\n"
                    "  olmkit list mail.olm\n"
                    "  olmkit extract mail.olm -o messages\n"
+                   "  olmkit verify messages\n"
                    "\n" +
                    exitCodeText() + "\nolmkit COMMAND --help tells more about a command.\n");
     }
@@ -83,6 +85,7 @@ private:
     ListOptions list;
     ExtractOptions extract;
     MergeOptions merge;
+    VerifyOptions verify;
 };
 
 } // namespace

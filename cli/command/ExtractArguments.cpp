@@ -14,6 +14,7 @@ constexpr const char* examples =
     "  olmkit extract mail.olm -o messages\n"
     "  olmkit extract mail.olm -o messages --item 0 --item 7\n"
     "  olmkit extract mail.olm -o messages --at 12:1\n"
+    "  olmkit extract mail.olm -o messages --attachments\n"
     "  olmkit extract mail.olm -o messages --resume\n"
     "  olmkit extract mail.olm -o part2 --shard 2/4\n"
     "\n"
@@ -169,6 +170,8 @@ void defineExtract(CLI::App& app, ExtractOptions& options) {
         ->type_name("DIR")
         ->required();
     addItems(*extract, options);
+    extract->add_flag("--attachments", options.attachments,
+                      "Also write each mail's attachments, to a folder beside its message");
     addFilter(*extract, options.filter);
     addShape(*extract, options);
     addCourse(*extract, options);

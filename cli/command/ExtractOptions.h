@@ -52,6 +52,7 @@ struct ExtractOptions {
     std::optional<Shard> shard;       // of all items or the chosen ones, never beside places
     Layout layout = Layout::Tree;
     bool hasTimestamps = false;
+    bool attachments = false; // each gets a file of its own besides
 
     // These don't change what is written.
     unsigned jobs = 0; // threads that make messages; 0: as many as there are cores

@@ -22,6 +22,9 @@ ExitCode runMerge(const MergeOptions& options, Output& output, Messages& message
                        (counts.messages == 1 ? " message of " : " messages of ") +
                        std::to_string(counts.items) + (counts.items == 1 ? " item" : " items") +
                        " joined in " + options.target() + "\n";
+    if (merger.books().has_value()) {
+        output.buffer() += merger.books()->table();
+    }
     if (!output.flush() && !output.isClosed()) {
         messages.outputFailure("standard output", output.errorNumber());
         return ExitCode::OutputFailed;

@@ -55,9 +55,10 @@ Extractor::Extractor(const ExtractOptions& options, olmhost::Session& session, O
                      Messages& messages)
     : options(options), session(session), output(output), messages(messages), selection(options),
       paths(options.layout), runOutput(options, session, messages),
-      items(session, runOutput.directory(), ItemWriter::Access::ByIndex) {
+      items(session, runOutput.directory(), ItemWriter::Access::ByIndex, options.attachments) {
     if (const unsigned jobs = jobsOf(options); jobs > 1 && !options.isDryRun) {
-        pool = std::make_unique<WorkerPool>(session, runOutput.directory(), jobs - 1);
+        pool = std::make_unique<WorkerPool>(session, runOutput.directory(), jobs - 1,
+                                            options.attachments);
     }
 }
 
@@ -287,6 +288,9 @@ void Extractor::finish(ItemTask& task) {
         return;
     }
     ItemWriter::place(task.wanted, runOutput.directory(), outcome);
+    if (outcome.isInterrupted) {
+        return;
+    }
     if (outcome.outputError != 0) {
         outputFailed(options.directory + "/" + task.wanted.path.text(), outcome.outputError);
     }
@@ -298,8 +302,10 @@ void Extractor::finish(ItemTask& task) {
                                fault.text);
     }
     const std::string& kind = task.wanted.kind;
-    summary.finish(
-        {kind, outcome.row.error.empty(), outcome.attachmentsWritten, outcome.attachmentsLost});
+    const auto whole = std::ranges::count_if(
+        outcome.row.attachments, [](const AttachmentRow& row) { return row.error.empty(); });
+    summary.finish({kind, outcome.row.error.empty(), static_cast<std::uint64_t>(whole),
+                    outcome.row.attachments.size() - static_cast<std::uint64_t>(whole)});
     finishRow(outcome.row, outcome.line, kind);
 }
 

@@ -2,8 +2,12 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+#include <utility>
+
 #include "cli/extract/Sha256.h"
 #include "cli/terminal/Interrupt.h"
+#include "cli/terminal/Text.h"
 
 namespace olmkit {
 
@@ -35,6 +39,40 @@ std::string attachmentWarning(const olmhost::MemberRead& member) {
            (member.bytesRead == 0 ? "missing: " : "damaged: ") + member.fault;
 }
 
+std::string namelessWarning(const AttachmentRow& attachment) {
+    return (attachment.name.empty() ? std::string("an attachment")
+                                    : "the attachment \"" + attachment.name + "\"") +
+           " is missing: it " + attachment.error;
+}
+
+AttachmentRow attachmentRow(const olmhost::AttachmentAccount& account,
+                            const olmhost::Extraction& extraction) {
+    AttachmentRow row;
+    appendUtf8(row.name, account.name);
+    row.size = account.size;
+    if (!account.member.has_value()) {
+        row.error = "names no file";
+        return row;
+    }
+    const olmhost::MemberRead& member = extraction.members[*account.member];
+    row.url = member.name;
+    if (member.entryIndex.has_value()) {
+        row.declaredSize = member.size;
+    }
+    row.error = member.fault;
+    if (row.error.empty() && account.size.value_or(0) < member.bytesRead) {
+        row.error = "it is longer than a message file can hold, and was cut there";
+    }
+    return row;
+}
+
+// The output took no message, so the row tells of none.
+void fail(ItemOutcome& outcome) {
+    outcome.row.error = outputErrorText(outcome.outputError);
+    outcome.row.sha256.clear();
+    outcome.row.attachments.clear();
+}
+
 // Says in the outcome what the message lacks, and what may be wrong in it.
 void warn(const WantedItem& wanted, const olmhost::Extraction& extraction, ItemOutcome& outcome) {
     ManifestRow& row = outcome.row;
@@ -43,10 +81,14 @@ void warn(const WantedItem& wanted, const olmhost::Extraction& extraction, ItemO
         outcome.hasLosses = true;
     };
     for (const olmhost::MemberRead& member : extraction.members) {
-        ++(member.fault.empty() ? outcome.attachmentsWritten : outcome.attachmentsLost);
         if (!member.fault.empty()) {
             addLoss(attachmentWarning(member));
             outcome.faultyEntries.insert(member.entryIndex.value_or(olmhost::EntryFault::noEntry));
+        }
+    }
+    for (const AttachmentRow& attachment : row.attachments) {
+        if (!attachment.url.has_value()) {
+            addLoss(namelessWarning(attachment));
         }
     }
     if (!row.error.empty()) {
@@ -73,12 +115,7 @@ ItemOutcome ItemWriter::write(const WantedItem& wanted) {
         return outcome;
     }
     ManifestRow& row = outcome.row = wanted.row;
-    const auto progress = [](std::int32_t) { return Interrupt::isRequested() ? 1 : 0; };
-    message.begin();
-    const olmhost::Extraction extraction =
-        row.index.has_value() && access == Access::ByIndex
-            ? session.extract(*row.index, message, progress)
-            : session.extractAt(*row.entry, *row.item, message, progress);
+    const olmhost::Extraction extraction = extract(row, outcome);
     outcome.isInterrupted =
         extraction.end != olmhost::ExtractionEnd::Whole && Interrupt::isRequested();
     if (!outcome.isInterrupted) {
@@ -86,6 +123,7 @@ ItemOutcome ItemWriter::write(const WantedItem& wanted) {
         row.status = extraction.status;
         if (extraction.end == olmhost::ExtractionEnd::Whole) {
             finish(wanted, outcome);
+            addAttachments(extraction, outcome);
         } else {
             judge(extraction, outcome);
         }
@@ -96,6 +134,41 @@ ItemOutcome ItemWriter::write(const WantedItem& wanted) {
     return outcome;
 }
 
+olmhost::Extraction ItemWriter::extract(const ManifestRow& row, ItemOutcome& outcome) {
+    const auto progress = [](std::int32_t) { return Interrupt::isRequested() ? 1 : 0; };
+    const olmhost::AttachmentBytes takeBytes = [&](std::size_t attachment,
+                                                   std::span<const std::byte> bytes) {
+        hashes.add(attachment, bytes);
+        if (outcome.attachments != nullptr) {
+            outcome.attachments->append(attachment, bytes);
+        }
+    };
+    if (withAttachments) {
+        outcome.attachments = std::make_unique<AttachmentSpool>(directory);
+    }
+    message.begin();
+    hashes.begin();
+    return row.index.has_value() && access == Access::ByIndex
+               ? session.extract(*row.index, message, progress, takeBytes)
+               : session.extractAt(*row.entry, *row.item, message, progress, takeBytes);
+}
+
+// Enters the attachments of a message that is finished in its row: their hashes are made meanwhile.
+void ItemWriter::addAttachments(const olmhost::Extraction& extraction, ItemOutcome& outcome) {
+    hashes.finish();
+    if (!outcome.message.has_value()) {
+        return;
+    }
+    std::vector<AttachmentRow>& rows = outcome.row.attachments;
+    for (const olmhost::AttachmentAccount& account : extraction.attachments) {
+        AttachmentRow row = attachmentRow(account, extraction);
+        if (row.size.has_value()) {
+            row.sha256 = hashes.sha256(rows.size());
+        }
+        rows.push_back(std::move(row));
+    }
+}
+
 // Whether what an earlier run has told of the item still holds.
 bool ItemWriter::keep(const WantedItem& wanted, ItemOutcome& outcome) const {
     const std::optional<ManifestRow> row = readRow(wanted.keptLine);
@@ -103,15 +176,14 @@ bool ItemWriter::keep(const WantedItem& wanted, ItemOutcome& outcome) const {
         row->item != wanted.row.item || row->path != wanted.path.text()) {
         return false;
     }
-    int file = -1;
-    if (directory.openFile(row->path, file) != 0) {
+    if (!isThere(row->path, row->size, row->sha256)) {
         return false;
     }
-    std::uint64_t size = 0;
-    const std::string sha256 = sha256OfFile(file, size);
-    close(file);
-    if (size != row->size || sha256 != row->sha256) {
-        return false;
+    for (const AttachmentRow& attachment : row->attachments) {
+        if (!attachment.path.empty() &&
+            !isThere(attachment.path, attachment.size.value_or(0), attachment.sha256)) {
+            return false;
+        }
     }
     outcome.row = *row;
     outcome.line = wanted.keptLine;
@@ -119,10 +191,23 @@ bool ItemWriter::keep(const WantedItem& wanted, ItemOutcome& outcome) const {
     return true;
 }
 
+// Whether a file of that content is in the folder.
+bool ItemWriter::isThere(const std::string& path, std::uint64_t size,
+                         const std::string& sha256) const {
+    int file = -1;
+    if (directory.openFile(path, file) != 0) {
+        return false;
+    }
+    std::uint64_t foundSize = 0;
+    const std::string found = sha256OfFile(file, foundSize);
+    close(file);
+    return foundSize == size && found == sha256;
+}
+
 void ItemWriter::finish(const WantedItem& wanted, ItemOutcome& outcome) {
     outcome.outputError = message.finish(outcome.message, wanted.time);
     if (outcome.outputError != 0) {
-        outcome.row.error = outputErrorText(outcome.outputError);
+        fail(outcome);
         return;
     }
     outcome.row.size = message.size();
@@ -133,14 +218,24 @@ void ItemWriter::place(const WantedItem& wanted, OutputDirectory& directory, Ite
     if (!outcome.message.has_value()) {
         return;
     }
-    outcome.outputError = directory.place(*outcome.message, wanted.path);
+    int error = 0;
+    if (outcome.attachments != nullptr) {
+        error = outcome.attachments->place(wanted.path, wanted.time, outcome.row.attachments);
+        outcome.attachments.reset();
+        outcome.isInterrupted = error == EINTR;
+    }
+    if (error == 0) {
+        error = directory.place(*outcome.message, wanted.path);
+    }
     outcome.message.reset();
-    if (outcome.outputError == 0) {
+    if (error == 0) {
         outcome.row.path = wanted.path.text();
         return;
     }
-    outcome.row.error = outputErrorText(outcome.outputError);
-    outcome.row.sha256.clear();
+    if (!outcome.isInterrupted) {
+        outcome.outputError = error;
+        fail(outcome);
+    }
 }
 
 // Says in the outcome why the item is not written.

@@ -31,7 +31,7 @@ Merger::Merger(const MergeOptions& options, Messages& messages)
 
 ExitCode Merger::run() {
     for (const auto step : {&Merger::openSources, &Merger::compare, &Merger::findMissing,
-                            &Merger::openTarget, &Merger::join}) {
+                            &Merger::openTarget, &Merger::join, &Merger::closeBooks}) {
         if (const ExitCode code = (this->*step)(); code != ExitCode::Done) {
             return code;
         }
@@ -69,6 +69,9 @@ ExitCode Merger::openSource(Source& source) {
     if (!source.record.has_value() || !source.record->shard().has_value()) {
         return refuse(ExitCode::Partial,
                       source.path + " holds no shard; give the folders of extract --shard");
+    }
+    if (const auto text = source.directory.readFile(Summary::fileName)) {
+        source.summary = Summary::read(*text);
     }
     if (const int error = source.lines.open(source.directory, Manifest::fileName); error != 0) {
         return refuse(ExitCode::Unreadable, source.path + "/" + Manifest::fileName +
@@ -188,6 +191,38 @@ ExitCode Merger::join() {
                          options.target() + " can't be written: " + outputErrorText(error));
 }
 
+// Joins the summaries, those of each shard once.
+ExitCode Merger::closeBooks() {
+    std::set<std::uint64_t> joined;
+    for (const Source& source : sources) {
+        if (!source.summary.has_value()) {
+            summary.reset();
+            hasLosses = true;
+            messages.tell(source.path + "/" + Summary::fileName +
+                          " can't be read, so the joined folder has none");
+            return ExitCode::Done;
+        }
+        if (!joined.insert(source.record->shard()->number).second) {
+            continue;
+        }
+        if (summary.has_value()) {
+            summary->join(*source.summary);
+        } else {
+            summary = source.summary;
+        }
+    }
+    summary->closeJoined();
+    for (const std::string& finding : summary->findings()) {
+        messages.tell(options.target() + ": " + finding);
+        hasLosses = true;
+    }
+    const int error = summary->write(target);
+    return error == 0
+               ? ExitCode::Done
+               : refuse(ExitCode::OutputFailed, options.target() + "/" + Summary::fileName +
+                                                    " can't be written: " + outputErrorText(error));
+}
+
 // The one with the lowest index; null when all are at their end.
 Merger::Source* Merger::nextSource() {
     Source* lowest = nullptr;
@@ -222,7 +257,7 @@ int Merger::add(const Source& source, const std::string& line) {
         return manifest.add(line);
     }
     int targetError = 0;
-    const std::string fault = fetch(source, *row, targetError);
+    const std::string fault = fetchAll(source, *row, targetError);
     if (targetError != 0 || fault.empty()) {
         numbers.messages += fault.empty() ? 1 : 0;
         return targetError != 0 ? targetError : manifest.add(line);
@@ -231,21 +266,38 @@ int Merger::add(const Source& source, const std::string& line) {
     hasLosses = true;
     row->path.clear();
     row->sha256.clear();
+    row->attachments.clear();
     row->error = "its message was lost before the shards were joined: " + fault;
     return manifest.add(lineOf(*row));
 }
 
-// Checks a message, and puts it in the target. What is wrong with it, empty when nothing is.
-std::string Merger::fetch(const Source& source, const ManifestRow& row, int& targetError) {
+// Fetches a message, and ahead of it the files of its attachments, so that one that stands has all
+// of them.
+std::string Merger::fetchAll(const Source& source, const ManifestRow& row, int& targetError) {
+    for (const AttachmentRow& attachment : row.attachments) {
+        if (attachment.path.empty()) {
+            continue;
+        }
+        const FileRow file = {attachment.path, attachment.size.value_or(0), attachment.sha256};
+        const std::string fault = fetch(source, file, targetError);
+        if (targetError != 0 || !fault.empty()) {
+            return fault.empty() ? "" : "of its attachment " + attachment.path + ": " + fault;
+        }
+    }
+    return fetch(source, {row.path, row.size, row.sha256}, targetError);
+}
+
+// Checks a file, and puts it in the target. What is wrong with it, empty when nothing is.
+std::string Merger::fetch(const Source& source, const FileRow& row, int& targetError) {
     int file = -1;
     if (source.directory.openFile(row.path, file) != 0) {
-        return "the message is missing";
+        return "the file is missing";
     }
     std::uint64_t size = 0;
     const std::string sha256 = sha256OfFile(file, size);
     close(file);
     if (size != row.size || sha256 != row.sha256) {
-        return "the message is not the one that the manifest tells of";
+        return "the file is not the one that the manifest tells of";
     }
     if (!target.isSameAs(source.directory)) {
         targetError = target.linkFrom(source.directory, row.path, pathOf(row.path));

@@ -14,6 +14,7 @@
 #include "cli/extract/ManifestRow.h"
 #include "cli/extract/OutputDirectory.h"
 #include "cli/extract/RunRecord.h"
+#include "cli/extract/Summary.h"
 #include "cli/terminal/Messages.h"
 
 namespace olmkit {
@@ -36,13 +37,23 @@ public:
     // Whether the joined manifest stands.
     bool isDone() const { return done; }
     const MergeCounts& counts() const { return numbers; }
+    // The joined books; none when a shard has none.
+    const std::optional<Summary>& books() const { return summary; }
 
 private:
+    // A file as a manifest tells of it.
+    struct FileRow {
+        std::string path;
+        std::uint64_t size;
+        std::string sha256;
+    };
+
     struct Source {
         std::string path;
         OutputDirectory directory;
         ManifestLines lines;
         std::optional<RunRecord> record;
+        std::optional<Summary> summary;
         std::size_t next = 0; // place of the line that is to be joined next
     };
 
@@ -53,10 +64,12 @@ private:
     ExitCode findMissing();
     ExitCode openTarget();
     ExitCode join();
+    ExitCode closeBooks();
     Source* nextSource();
     bool isRepeatedAsItIs(std::uint64_t index, const std::string& line);
     int add(const Source& source, const std::string& line);
-    std::string fetch(const Source& source, const ManifestRow& row, int& targetError);
+    std::string fetchAll(const Source& source, const ManifestRow& row, int& targetError);
+    std::string fetch(const Source& source, const FileRow& row, int& targetError);
     ExitCode refuse(ExitCode code, const std::string& text);
 
     const MergeOptions& options;
@@ -64,6 +77,7 @@ private:
     std::deque<Source> sources;
     OutputDirectory target;
     Manifest manifest;
+    std::optional<Summary> summary;
     bool done = false;
     bool hasLosses = false;
     MergeCounts numbers;

@@ -15,6 +15,12 @@ namespace {
 constexpr std::string_view ending = ".msg";
 constexpr std::u16string_view wideEnding = u".msg";
 
+// What the name of a folder for attachments has in the place of the message's ending.
+constexpr std::string_view attachmentsEnding = " (attachments)";
+
+// The longest name of a message without its ending, whose folder for attachments has a name too.
+constexpr std::size_t longestStem = longestName - std::max(ending.size(), attachmentsEnding.size());
+
 // Room that a name leaves for " (4294967295)".
 constexpr std::size_t numberRoom = 13;
 
@@ -42,12 +48,12 @@ private:
     std::uint64_t value = 0xCBF29CE484222325;
 };
 
-// A folder's name never ends as a message's does, nor is it, at the top, that of a file which this
-// program writes there.
+// A folder's name never ends as a message's or that of a folder for attachments does, nor is it, at
+// the top, that of a file which this program writes there.
 std::string folderName(std::u16string_view text, bool isTop) {
     std::string name = safeName(text, longestName - 1);
     const std::string folded = foldedName(name);
-    if (folded.ends_with(ending) ||
+    if (folded.ends_with(ending) || folded.ends_with(attachmentsEnding) ||
         (isTop && std::ranges::find(ownNames, folded) != ownNames.end())) {
         name += '_';
     }
@@ -99,8 +105,13 @@ MessagePath MessagePaths::next(const olmhost::Row& row) {
     if (layout == Layout::Tree) {
         path.folders = foldersOf(parts.folder);
     }
-    const std::string stem = safeName(parts.item, longestName - ending.size() - numberRoom);
+    const std::string stem = safeName(parts.item, longestStem - numberRoom);
     return unique(std::move(path), stem);
+}
+
+std::string MessagePaths::attachmentFolder(const MessagePath& message) {
+    return message.file.substr(0, message.file.size() - ending.size()) +
+           std::string(attachmentsEnding);
 }
 
 MessagePath MessagePaths::ofUnlisted(std::uint32_t entry, std::uint32_t item) {

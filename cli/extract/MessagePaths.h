@@ -31,6 +31,9 @@ public:
 
     MessagePath next(const olmhost::Row& row);
 
+    // The name of the folder beside a message that its attachments go to. No other folder has it.
+    static std::string attachmentFolder(const MessagePath& message);
+
     // A path for an item that no row tells of, to be asked for behind all rows.
     MessagePath ofUnlisted(std::uint32_t entry, std::uint32_t item);
 

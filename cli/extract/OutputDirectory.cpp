@@ -15,6 +15,7 @@
 #include <system_error>
 #include <utility>
 
+#include "cli/extract/OpenBelow.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 
@@ -143,28 +144,7 @@ int OutputDirectory::removeLeftovers() {
 }
 
 int OutputDirectory::openFile(const std::string& path, int& file) const {
-    int parent = fcntl(root, F_DUPFD_CLOEXEC, 0);
-    std::string_view rest = path;
-    for (std::size_t end = rest.find('/'); parent >= 0 && end != std::string_view::npos;
-         end = rest.find('/')) {
-        const std::string level(rest.substr(0, end));
-        const bool isBelow = !level.empty() && level != "." && level != "..";
-        const int inner = isBelow ? openat(parent, level.c_str(), folderFlags | O_NOFOLLOW) : -1;
-        close(parent);
-        parent = inner;
-        rest.remove_prefix(end + 1);
-    }
-    file = parent < 0 ? -1
-                      : openat(parent, std::string(rest).c_str(),
-                               O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (parent >= 0) {
-        close(parent);
-    }
-    struct stat status = {};
-    if (file >= 0 && (fstat(file, &status) != 0 || !S_ISREG(status.st_mode))) {
-        close(std::exchange(file, -1));
-    }
-    return file < 0 ? ENOENT : 0;
+    return openBelow(root, path, file);
 }
 
 int OutputDirectory::createFile(const std::string& name, int& file) {

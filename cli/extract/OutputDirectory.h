@@ -41,8 +41,7 @@ public:
     // Removes the temporary files that ended processes have left behind.
     int removeLeftovers();
 
-    // Opens the file at `path`, its levels parted by "/", for reading. ENOENT also when the path
-    // leads to no file, or over a link.
+    // Opens the file at `path`, its levels parted by "/", for reading, as openBelow() does.
     int openFile(const std::string& path, int& file) const;
 
     // For files that stand in the folder itself: makes an empty one that is written at its end, in

@@ -69,6 +69,7 @@ JsonObject optionsObject(const ExtractOptions& options) {
     object["until"] = orNull(options.filter.until);
     object["layout"] = options.layout == Layout::Flat ? "flat" : "tree";
     object["timestamps"] = options.hasTimestamps;
+    object["attachments"] = options.attachments;
     return object;
 }
 

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "cli/terminal/Messages.h"
-
 namespace olmkit {
 
 namespace {
@@ -55,16 +53,43 @@ Summary::Counts& Summary::of(std::string_view kind) {
 void Summary::finish(const ItemAccount& account) {
     Counts& counts = of(account.kind);
     ++(account.isWritten ? counts.written : counts.failed);
-    // What went into a message that came to nothing is not written.
-    attachments.written += account.isWritten ? account.attachmentsWritten : 0;
+    attachments.written += account.attachmentsWritten;
     attachments.lost += account.attachmentsLost;
-    attachments.lost += account.isWritten ? 0 : account.attachmentsWritten;
 }
 
 void Summary::close(const olmhost::Session& session, RunExtent runExtent) {
     extent = runExtent;
     takeCensus(session.census());
     note(session);
+    balance();
+}
+
+void Summary::join(const Summary& part) {
+    for (std::size_t place = 0; place < kindCount; ++place) {
+        kinds[place].requested += part.kinds[place].requested;
+        kinds[place].written += part.kinds[place].written;
+        kinds[place].failed += part.kinds[place].failed;
+    }
+    attachments.written += part.attachments.written;
+    attachments.lost += part.attachments.lost;
+}
+
+void Summary::closeJoined() {
+    extent = extent == RunExtent::Shard ? RunExtent::Whole : extent;
+    balance();
+}
+
+void Summary::balance() {
+    isBalanced = true;
+    found.clear();
+    for (const JsonObject& entry : notes) {
+        if (entry.at("mismatch").get<bool>()) {
+            isBalanced = false;
+            found.push_back("entry " + entry.at("entry").dump() + " (" +
+                            entry.at("entry_name").get<std::string>() +
+                            "): " + entry.at("reason").get<std::string>());
+        }
+    }
     compareItems();
     if (extent == RunExtent::Whole) {
         compareAttachments();
@@ -95,12 +120,9 @@ void Summary::note(const olmhost::Session& session) {
         object["entry_name"] = session.entryName(document.entryIndex);
         object["items"] = document.items;
         object["listed"] = document.rows;
+        object["mismatch"] = document.isMismatch();
         object["reason"] = document.text;
         notes.push_back(std::move(object));
-        if (document.isMismatch()) {
-            isBalanced = false;
-            found.push_back(entryTitle(session, document.entryIndex) + ": " + document.text);
-        }
     }
 }
 
@@ -128,7 +150,6 @@ void Summary::compareAttachments() {
             found.push_back("attachments " + which + ": " + std::to_string(count) + " left out");
         }
     };
-    tellLeftOut(attachments.unnamed, "that name no file");
     tellLeftOut(attachments.homeless, "of items that are no mails, whose messages take none");
 
     const std::uint64_t named = attachments.named();
@@ -198,11 +219,38 @@ JsonObject Summary::json() const {
         kind["failed"] = counts.failed;
     }
     object["attachments"]["named"] = attachments.named();
+    object["attachments"]["of_other_items"] = attachments.homeless;
     object["attachments"]["written"] = attachments.written;
     object["attachments"]["lost"] = attachments.lost;
     object["findings"] = found;
     object["noted_entries"] = notes;
     return object;
+}
+
+std::optional<Summary> Summary::read(const std::string& text) {
+    try {
+        const JsonObject object = JsonObject::parse(text);
+        Summary summary;
+        for (const RunExtent extent : {RunExtent::Whole, RunExtent::Shard, RunExtent::Selection}) {
+            if (object.at("extent") == extentName(extent)) {
+                summary.extent = extent;
+            }
+        }
+        for (const auto& [name, kind] : object.at("kinds").items()) {
+            summary.of(name) = {kind.at("documents"), kind.at("items"),   kind.at("listed"),
+                                kind.at("requested"), kind.at("written"), kind.at("failed")};
+        }
+        const JsonObject& attachments = object.at("attachments");
+        summary.attachments.homeless = attachments.at("of_other_items");
+        summary.attachments.ofMails =
+            attachments.at("named").get<std::uint64_t>() - summary.attachments.homeless;
+        summary.attachments.written = attachments.at("written");
+        summary.attachments.lost = attachments.at("lost");
+        summary.notes = object.at("noted_entries");
+        return summary;
+    } catch (const JsonObject::exception&) {
+        return std::nullopt;
+    }
 }
 
 int Summary::write(OutputDirectory& directory) const {

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,8 +20,8 @@ namespace olmkit {
 struct ItemAccount {
     std::string_view kind; // as its row tells it; anything else when there was no row
     bool isWritten = false;
-    std::uint64_t attachmentsWritten = 0; // whole
-    std::uint64_t attachmentsLost = 0;    // in part or altogether, of those that name an entry
+    std::uint64_t attachmentsWritten = 0; // whole, of a message that was written
+    std::uint64_t attachmentsLost = 0;    // in part or altogether
 };
 
 // The books of one extraction: everything that stands in the archive's documents was listed,
@@ -42,11 +43,19 @@ public:
     // the documents, so the session must not have been paused inside an entry.
     void close(const olmhost::Session& session, RunExtent runExtent);
 
+    // Takes in another part of the same extraction, of which all parts together make the whole;
+    // then draws the balance of all.
+    void join(const Summary& part);
+    void closeJoined();
+
     // What does not add up, and what was lost that no item's own messages tell, for people.
     const std::vector<std::string>& findings() const { return found; }
 
     // For people: a line a kind and one of attachments. Empty unless the run was Whole.
     std::string table() const;
+
+    // One that was written, to be joined with others; none when the text is no summary.
+    static std::optional<Summary> read(const std::string& text);
 
     // Writes the file "summary.json": it appears under its name when it is whole. 0 or an errno
     // value.
@@ -77,6 +86,7 @@ private:
 
     Counts& of(std::string_view kind);
     void takeCensus(const olmhost::Census& census);
+    void balance();
     void compareItems();
     void compareAttachments();
     void note(const olmhost::Session& session);

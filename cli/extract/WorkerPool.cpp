@@ -81,7 +81,7 @@ void WorkerPool::startWorker() {
 }
 
 void WorkerPool::work(olmhost::Session& ownSession) {
-    ItemWriter writer(ownSession, directory, ItemWriter::Access::ByPlace);
+    ItemWriter writer(ownSession, directory, ItemWriter::Access::ByPlace, withAttachments);
     std::unique_lock hold(lock);
     while (true) {
         ++idle;

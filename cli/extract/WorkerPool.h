@@ -30,8 +30,10 @@ struct ItemTask {
 class WorkerPool {
 public:
     // Both borrowed: the session that lists, and the open output folder.
-    WorkerPool(const olmhost::Session& session, OutputDirectory& directory, unsigned mostThreads)
-        : session(session), directory(directory), mostThreads(mostThreads) {}
+    WorkerPool(const olmhost::Session& session, OutputDirectory& directory, unsigned mostThreads,
+               bool withAttachments)
+        : session(session), directory(directory), mostThreads(mostThreads),
+          withAttachments(withAttachments) {}
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
     ~WorkerPool();
@@ -58,6 +60,7 @@ private:
     const olmhost::Session& session;
     OutputDirectory& directory;
     unsigned mostThreads;
+    bool withAttachments; // see ItemWriter
     std::vector<std::unique_ptr<Worker>> workers;
 
     std::mutex lock; // of what follows

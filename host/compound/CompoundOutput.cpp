@@ -3,9 +3,13 @@
 #include "host/compound/StorageHandle.h"
 #include "host/compound/StreamHandle.h"
 
+#include <type_traits>
+#include <utility>
+
 namespace olmhost {
 
-CompoundOutput::CompoundOutput(ByteSink& target) : sink(target) {}
+CompoundOutput::CompoundOutput(ByteSink& target, CompoundWatcher* watcher)
+    : sink(target), watcher(watcher) {}
 
 CompoundOutput::~CompoundOutput() = default;
 
@@ -62,10 +66,26 @@ void CompoundOutput::release(CompoundHandle& handle) noexcept {
     handles.erase(handle.place);
 }
 
-template <typename HandleType> CompoundHandle* CompoundOutput::keep(EntryReference entry) {
-    handles.push_back(std::make_unique<HandleType>(*this, *writer, entry));
-    handles.back()->place = std::prev(handles.end());
-    return handles.back().get();
+template <typename HandleType> HandleType* CompoundOutput::keep(EntryReference entry) {
+    auto made = std::make_unique<HandleType>(*this, *writer, entry);
+    HandleType* handle = made.get();
+    handles.push_back(std::move(made));
+    handle->place = std::prev(handles.end());
+    return handle;
+}
+
+// Tells the watcher of a storage or stream that was made.
+template <typename HandleType>
+void CompoundOutput::announce(HandleType& handle, EntryReference parent, EntryReference entry,
+                              std::u16string_view name) {
+    const bool isInRoot = parent.id == rootEntry;
+    if constexpr (std::is_same_v<HandleType, StreamHandle>) {
+        if (watcher != nullptr && !isInRoot) {
+            handle.watchBy(watcher->streamMade(parent.id, name));
+        }
+    } else if (watcher != nullptr && isInRoot) {
+        watcher->storageMade(entry.id, name);
+    }
 }
 
 template <typename HandleType>
@@ -73,7 +93,12 @@ CompoundHandle* CompoundOutput::create(EntryReference parent, EntryType type,
                                        std::u16string_view name) {
     try {
         const std::optional<EntryReference> entry = writer->make(parent, type, name);
-        return entry ? keep<HandleType>(*entry) : nullptr;
+        if (!entry) {
+            return nullptr;
+        }
+        HandleType* handle = keep<HandleType>(*entry);
+        announce(*handle, parent, *entry, name);
+        return handle;
     } catch (...) {
         writer->fail(); // memory ran out halfway
         throw;

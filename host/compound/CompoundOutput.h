@@ -2,6 +2,7 @@
 #define OLMKIT_HOST_COMPOUND_COMPOUNDOUTPUT_H
 
 #include "host/compound/CompoundHandle.h"
+#include "host/compound/CompoundWatcher.h"
 #include "host/compound/CompoundWriter.h"
 #include "host/stream/ByteSink.h"
 #include "host/stream/Handle.h"
@@ -21,8 +22,9 @@ namespace olmhost {
 // closed. Whoever made the output ends it by destroying it; the module's `close` leaves it alone.
 class CompoundOutput : public Handle {
 public:
-    // `target` is borrowed and must outlive the output.
-    explicit CompoundOutput(ByteSink& target);
+    // Both are borrowed and must outlive the output. `watcher`, unless null, is told of what is
+    // made.
+    explicit CompoundOutput(ByteSink& target, CompoundWatcher* watcher = nullptr);
 
     // Gives back every storage and stream that hangs from it. A root that is open then leaves the
     // file unfinished, with a blank header.
@@ -68,11 +70,15 @@ public:
     void release(CompoundHandle& handle) noexcept;
 
 private:
-    template <typename HandleType> CompoundHandle* keep(EntryReference entry);
+    template <typename HandleType> HandleType* keep(EntryReference entry);
+    template <typename HandleType>
+    void announce(HandleType& handle, EntryReference parent, EntryReference entry,
+                  std::u16string_view name);
     template <typename HandleType>
     CompoundHandle* create(EntryReference parent, EntryType type, std::u16string_view name);
 
     ByteSink& sink;
+    CompoundWatcher* watcher;
     std::optional<CompoundWriter> writer;               // from createRoot() on
     std::list<std::unique_ptr<CompoundHandle>> handles; // the open ones, in order of their making
     bool hasRawBytes = false;

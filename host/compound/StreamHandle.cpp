@@ -14,6 +14,9 @@ std::int32_t StreamHandle::writeBytes(const void* data, std::uint32_t size, std:
     }
     try {
         append({static_cast<const std::byte*>(data), size});
+        if (watcher != nullptr && !writer.failed()) {
+            watcher->wrote({static_cast<const std::byte*>(data), size});
+        }
     } catch (...) {
         writer.fail(); // the bytes may be in the file in part
         throw;

@@ -2,6 +2,7 @@
 #define OLMKIT_HOST_COMPOUND_STREAMHANDLE_H
 
 #include "host/compound/CompoundHandle.h"
+#include "host/compound/CompoundWatcher.h"
 #include "host/compound/CompoundWriter.h"
 #include "host/compound/SectorChain.h"
 
@@ -18,6 +19,10 @@ public:
     StreamHandle(CompoundOutput& owner, CompoundWriter& file, EntryReference reference)
         : CompoundHandle(owner, reference), writer(file) {}
 
+    // From now on this one, unless it is null, is told of the bytes that the stream takes. It is
+    // borrowed until the stream is closed.
+    void watchBy(StreamWatcher* newWatcher) { watcher = newWatcher; }
+
     // All of the bytes or none. Refused when the sink has failed, the file is finished, another
     // stream has taken this one's name, or the stream would be longer than largestStream.
     std::int32_t writeBytes(const void* data, std::uint32_t size, std::uint32_t& count) override;
@@ -29,6 +34,7 @@ private:
     void store();
 
     CompoundWriter& writer;
+    StreamWatcher* watcher = nullptr;
     std::vector<std::byte> held;        // the whole of a short stream
     std::unique_ptr<SectorChain> chain; // of a long one
     std::uint64_t streamSize = 0;       // bytes

@@ -5,6 +5,7 @@
 #include <functional>
 #include <vector>
 
+#include "host/session/AttachmentAccount.h"
 #include "host/stream/EntryFault.h"
 #include "host/stream/MemberRead.h"
 
@@ -32,6 +33,8 @@ struct Extraction {
     // The entries that the item names, its attachments, in order. One that is missing or damaged
     // is no failure of the item.
     std::vector<MemberRead> members;
+    // The message's attachments, in order, those without data too.
+    std::vector<AttachmentAccount> attachments;
 };
 
 // Told of every step with the module's progress value, on the caller's thread; 100 is the last.

@@ -6,6 +6,7 @@
 #include "host/archive/ArchiveFile.h"
 #include "host/compound/CompoundOutput.h"
 #include "host/memory/MemoryOwner.h"
+#include "host/session/AttachmentLedger.h"
 #include "host/session/Module.h"
 #include "host/session/Scan.h"
 #include "host/session/ScanRoutines.h"
@@ -62,6 +63,9 @@ public:
     AccountKeeper(const AccountKeeper&) = delete;
     AccountKeeper& operator=(const AccountKeeper&) = delete;
     ~AccountKeeper() { file.keepAccount(nullptr); }
+
+    // What is read meanwhile.
+    const ReadAccount& reading() const { return account; }
 
     void fill(Extraction& extraction) {
         extraction.faults = std::move(account.faults);
@@ -147,7 +151,8 @@ public:
 
     OpenOutcome open();
     void list(const RowCallback& callback);
-    Extraction extract(SODOSPECIALARC request, ByteSink& sink, const Progress& progress);
+    Extraction extract(SODOSPECIALARC request, ByteSink& sink, const Progress& progress,
+                       const AttachmentBytes& attachmentBytes);
 
     void check(std::uint64_t entry);
 
@@ -228,21 +233,25 @@ void Session::Opened::check(std::uint64_t entry) {
 }
 
 Extraction Session::Opened::extract(SODOSPECIALARC request, ByteSink& sink,
-                                    const Progress& progress) {
+                                    const Progress& progress,
+                                    const AttachmentBytes& attachmentBytes) {
     const MemoryOwner::Scope scope(memory);
+    AccountKeeper keeper(file);
+    AttachmentLedger ledger(keeper.reading(), attachmentBytes);
     // Ends after the call, and gives back whatever a failed writer has left open in it.
-    CompoundOutput output(sink);
+    CompoundOutput output(sink, &ledger);
     request.output = &output;
     const RequestBlock block(request);
     Watch watch(output, progress);
-    AccountKeeper keeper(file);
 
     Extraction extraction;
     extraction.result =
         module->doSpecial(0, block.handle(), &Watch::tell, &watch, &extraction.status, 0, proc);
     watch.rethrow();
+    ledger.rethrow();
     extraction.end = watch.end(extraction.result);
     extraction.isCut = output.lostBytes();
+    extraction.attachments = ledger.take();
     keeper.fill(extraction);
     return extraction;
 }
@@ -323,7 +332,8 @@ bool Session::isOlmArchive() const {
     return itemCount() > 0 || census().hasKnownRoot;
 }
 
-Extraction Session::extract(std::uint64_t index, ByteSink& sink, const Progress& progress) {
+Extraction Session::extract(std::uint64_t index, ByteSink& sink, const Progress& progress,
+                            const AttachmentBytes& attachmentBytes) {
     if (index >= itemCount() || index > std::numeric_limits<std::int32_t>::max()) {
         // What the module answers too; but its request has no room for every index.
         Extraction refused;
@@ -333,15 +343,15 @@ Extraction Session::extract(std::uint64_t index, ByteSink& sink, const Progress&
     }
     SODOSPECIALARC request = {};
     request.itemIndex = static_cast<std::int32_t>(index);
-    return opened->extract(request, sink, progress);
+    return opened->extract(request, sink, progress, attachmentBytes);
 }
 
 Extraction Session::extractAt(std::uint32_t entry, std::uint32_t item, ByteSink& sink,
-                              const Progress& progress) {
+                              const Progress& progress, const AttachmentBytes& attachmentBytes) {
     SODOSPECIALARC request = {};
     request.flags = SpecialByLocation;
     request.locator = {sizeof request.locator, entry, item};
-    return opened->extract(request, sink, progress);
+    return opened->extract(request, sink, progress, attachmentBytes);
 }
 
 const std::vector<EntryFault>& Session::faults() const {

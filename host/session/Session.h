@@ -104,10 +104,13 @@ public:
 
     // Writes the message of one item to `sink`, by its index or by its place. Pass `progress` to
     // watch or cancel. By place, the item need not have been listed; a number above the last one of
-    // its document gives an empty message.
-    Extraction extract(std::uint64_t index, ByteSink& sink, const Progress& progress = nullptr);
+    // its document gives an empty message. `attachmentBytes` is told of the attachments' data on
+    // their way.
+    Extraction extract(std::uint64_t index, ByteSink& sink, const Progress& progress = nullptr,
+                       const AttachmentBytes& attachmentBytes = nullptr);
     Extraction extractAt(std::uint32_t entry, std::uint32_t item, ByteSink& sink,
-                         const Progress& progress = nullptr);
+                         const Progress& progress = nullptr,
+                         const AttachmentBytes& attachmentBytes = nullptr);
 
     // What was found wrong with single entries so far, each once, in the order in which it showed.
     const std::vector<EntryFault>& faults() const;

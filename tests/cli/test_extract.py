@@ -14,7 +14,7 @@ import zipfile
 from program import PROGRAM, REAL_ARCHIVE, ProgramTest, note, notes, wrong_archives
 
 KEYS = ["index", "entry", "item", "path", "size", "sha256", "result", "status", "error",
-        "warnings"]
+        "warnings", "attachments"]
 SIGNATURE = bytes.fromhex("D0CF11E0A1B11AE1")
 
 
@@ -265,7 +265,7 @@ class ExtractTest(ProgramTest):
 
     def test_long_names_fit_255_bytes_and_cut_no_character(self):
         paths = self.paths("x" * 1000, "x" * 1000, "\u6f6e" * 300, "\U0001F30A" * 300,
-                           "y" * 237 + "e\u0301\u0301" * 9)
+                           "y" * 227 + "e\u0301\u0301" * 9)
 
         for path in paths:
             name = path.removeprefix("N/").encode("utf-8")
@@ -273,7 +273,7 @@ class ExtractTest(ProgramTest):
             self.assertGreater(len(name), 230)
         self.assertEqual(paths[2].removeprefix("N/").strip("\u6f6e"), ".msg")
         self.assertEqual(paths[3].removeprefix("N/").strip("\U0001F30A"), ".msg")
-        self.assertEqual(paths[4], "N/" + "y" * 237 + ".msg", "an accent stays with its letter")
+        self.assertEqual(paths[4], "N/" + "y" * 227 + ".msg", "an accent stays with its letter")
 
     def test_folders_never_lead_out_nor_stand_where_a_file_has_to(self):
         archive = self.archive(("../../up/a.xml", notes("1")), ("/root/a.xml", notes("2")),

@@ -39,7 +39,7 @@ class SummaryTest(ProgramTest):
         self.assertEqual([kind for kind in summary["kinds"] if kind != "unknown"], KINDS)
         for numbers in summary["kinds"].values():
             self.assertEqual(list(numbers), NUMBERS)
-        self.assertEqual(list(summary["attachments"]), ["named", "written", "lost"])
+        self.assertEqual(list(summary["attachments"]), ["named", "of_other_items", "written", "lost"])
         return summary
 
     def numbers(self, kind):
@@ -62,10 +62,10 @@ class SummaryTest(ProgramTest):
             "kinds": {kind: dict(zip(NUMBERS, numbers)) for kind, numbers in zip(KINDS, [
                 [4, 4, 4, 4, 4, 0], [1, 2, 2, 2, 2, 0], [2, 3, 3, 3, 3, 0], [1, 2, 2, 2, 2, 0],
                 [1, 2, 2, 2, 2, 0]])},
-            "attachments": {"named": 2, "written": 2, "lost": 0},
+            "attachments": {"named": 2, "of_other_items": 0, "written": 2, "lost": 0},
             "findings": [],
             "noted_entries": [{"entry": 0, "entry_name": "Categories.xml", "items": 0,
-                               "listed": 0, "reason": "it holds categories, which are no items"}]})
+                               "listed": 0, "mismatch": False, "reason": "it holds categories, which are no items"}]})
 
     def test_same_archive_gives_the_same_summary_wherever_it_lies(self):
         self.extract(SAMPLE)
@@ -90,7 +90,8 @@ class SummaryTest(ProgramTest):
                          expected)
         self.assertTrue(summary["adds_up"])
         named = len(counting.attachment_urls(REAL_ARCHIVE))
-        self.assertEqual(summary["attachments"], {"named": named, "written": named, "lost": 0})
+        self.assertEqual(summary["attachments"], {"named": named, "of_other_items": 0,
+                                                  "written": named, "lost": 0})
 
     def test_items_that_the_list_stops_short_of_are_told(self):
         archive = self.archive(("a.xml", "<notes>" + note("1") + "<odd/>" + note("2") + "</notes>"))
@@ -151,9 +152,10 @@ class SummaryTest(ProgramTest):
 
         summary = self.summary()
         self.assertTrue(summary["adds_up"])
-        self.assertEqual(summary["attachments"], {"named": 4, "written": 2, "lost": 2})
+        self.assertEqual(summary["attachments"], {"named": 4, "of_other_items": 0,
+                                                  "written": 2, "lost": 2})
         self.assertIn("attachments: 4 named, 2 written, 2 lost", done.stdout)
-        self.assertIn("attachments that name no file: 1 left out", done.stderr)
+        self.assertIn("an attachment is missing: it names no file", done.stderr)
 
     def test_attachments_of_a_mail_that_failed_are_lost(self):
         archive = self.archive(("m.xml", mails(["a", "a"])), ("a", "payload"))
@@ -162,7 +164,8 @@ class SummaryTest(ProgramTest):
         self.extract(archive, code=5)
 
         self.assertTrue(self.summary()["adds_up"])
-        self.assertEqual(self.summary()["attachments"], {"named": 2, "written": 0, "lost": 2})
+        self.assertEqual(self.summary()["attachments"], {"named": 2, "of_other_items": 0,
+                                                         "written": 0, "lost": 2})
 
     def test_attachments_of_other_items_are_not_lost_in_silence(self):
         archive = self.archive(
@@ -172,7 +175,8 @@ class SummaryTest(ProgramTest):
 
         done = self.extract(archive, code=1)
 
-        self.assertEqual(self.summary()["attachments"], {"named": 1, "written": 0, "lost": 1})
+        self.assertEqual(self.summary()["attachments"], {"named": 1, "of_other_items": 1,
+                                                         "written": 0, "lost": 1})
         self.assertIn("attachments of items that are no mails", done.stderr)
 
     def test_archive_without_items_adds_up_to_nothing(self):

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 namespace olmhost::test {
 
 namespace {
@@ -335,6 +337,69 @@ TEST_F(CompoundOutputTest, StreamEndsBelowFourGigabytesAndSaysSo) {
     close(root);
     EXPECT_TRUE(large.isWhole());
     EXPECT_GT(nullSink.size, 0xFFFFFFFFU);
+}
+
+// Writes down what it is told.
+class Notes : public CompoundWatcher, public StreamWatcher {
+public:
+    void storageMade(EntryId id, std::u16string_view name) override {
+        last = id;
+        storages.emplace_back(name);
+    }
+    StreamWatcher* streamMade(EntryId parent, std::u16string_view name) override {
+        EXPECT_EQ(parent, last);
+        streams.emplace_back(name);
+        return name == u"ignored" ? nullptr : this;
+    }
+    void wrote(ByteSpan more) override { bytes.insert(bytes.end(), more.begin(), more.end()); }
+
+    EntryId last = noEntry;
+    std::vector<std::u16string> storages;
+    std::vector<std::u16string> streams;
+    Bytes bytes;
+};
+
+TEST_F(CompoundOutputTest, WatcherIsToldOfStoragesInTheRootAndOfStreamsInThem) {
+    Notes watcher;
+    MemorySink watchedSink;
+    CompoundOutput watched(watchedSink, &watcher);
+    HostStream* root = createRoot(watched);
+    addStream(root, u"in the root", pattern(10, 1));
+    HostStream* first = createStorage(root, u"first");
+    addStream(first, u"short", pattern(10, 2));
+    addStream(first, u"ignored", pattern(10, 3));
+    close(first);
+    HostStream* second = createStorage(root, u"second");
+    addStream(second, u"long", pattern(9000, 4));
+    close(second);
+    close(root);
+
+    EXPECT_EQ(watcher.storages, (std::vector<std::u16string>{u"first", u"second"}));
+    EXPECT_EQ(watcher.streams, (std::vector<std::u16string>{u"short", u"ignored", u"long"}));
+    Bytes expected = pattern(10, 2);
+    const Bytes behind = pattern(9000, 4);
+    expected.insert(expected.end(), behind.begin(), behind.end());
+    EXPECT_EQ(watcher.bytes, expected);
+    EXPECT_TRUE(watched.isWhole());
+}
+
+TEST_F(CompoundOutputTest, WhatAWatcherThrowsIsAFailureOfTheFileAndLeavesNoCall) {
+    class Thrower : public Notes {
+        void wrote(ByteSpan /*bytes*/) override { throw std::runtime_error("enough"); }
+    } watcher;
+    MemorySink watchedSink;
+    CompoundOutput watched(watchedSink, &watcher);
+    HostStream* root = createRoot(watched);
+    HostStream* storage = createStorage(root, u"storage");
+    HostStream* stream = createStream(storage, u"stream");
+
+    EXPECT_FALSE(write(stream, pattern(10, 1)));
+
+    close(stream);
+    close(storage);
+    close(root);
+    EXPECT_TRUE(watched.failed());
+    EXPECT_FALSE(watched.isWhole());
 }
 
 } // namespace olmhost::test

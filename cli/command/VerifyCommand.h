@@ -1,0 +1,17 @@
+#ifndef OLMKIT_CLI_COMMAND_VERIFYCOMMAND_H
+#define OLMKIT_CLI_COMMAND_VERIFYCOMMAND_H
+
+#include "cli/command/ExitCode.h"
+#include "cli/command/VerifyOptions.h"
+#include "cli/terminal/Messages.h"
+#include "cli/terminal/Output.h"
+
+namespace olmkit {
+
+// Compares the files below options.directory with the manifest there: what differs, and how much
+// there is, goes to `output`. Changes nothing.
+ExitCode runVerify(const VerifyOptions& options, Output& output, Messages& messages);
+
+} // namespace olmkit
+
+#endif

@@ -1,0 +1,131 @@
+#include "cli/extract/AttachmentSpool.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include "cli/extract/AttachmentNames.h"
+#include "cli/extract/FileBytes.h"
+#include "cli/extract/TemporaryFile.h"
+#include "cli/terminal/Interrupt.h"
+
+namespace olmkit {
+
+namespace {
+
+constexpr std::size_t heldBytes = std::size_t{1} << 20;
+constexpr std::size_t copyBytes = std::size_t{256} << 10;
+
+} // namespace
+
+AttachmentSpool::~AttachmentSpool() {
+    if (file >= 0) {
+        close(file);
+    }
+}
+
+void AttachmentSpool::append(std::size_t attachment, std::span<const std::byte> bytes) {
+    if (attachment >= starts.size()) {
+        starts.resize(attachment + 1, written + pending.size());
+    }
+    if (error == 0) {
+        pending.insert(pending.end(), bytes.begin(), bytes.end());
+        if (pending.size() >= heldBytes) {
+            flush();
+        }
+    }
+}
+
+int AttachmentSpool::place(const MessagePath& message, const std::optional<timespec>& time,
+                           std::vector<AttachmentRow>& rows) {
+    const std::vector<std::string> names = attachmentFileNames(rows);
+    const std::uint64_t end = written + pending.size();
+    MessagePath path;
+    path.folders = message.folders;
+    path.folders.push_back(MessagePaths::attachmentFolder(message));
+    std::vector<std::string> paths(rows.size());
+    for (std::size_t place = 0; place < rows.size(); ++place) {
+        if (error != 0) {
+            return error;
+        }
+        if (!rows[place].size.has_value()) {
+            continue;
+        }
+        path.file = names[place];
+        // One without bytes may be behind the last that has some.
+        const std::uint64_t start = place < starts.size() ? starts[place] : end;
+        error = write(start, *rows[place].size, path, time);
+        paths[place] = path.text();
+    }
+    for (std::size_t place = 0; error == 0 && place < rows.size(); ++place) {
+        rows[place].path = paths[place];
+    }
+    return error;
+}
+
+bool AttachmentSpool::flush() {
+    if (file < 0) {
+        std::optional<TemporaryFile> named;
+        error = directory.createTemporary(named);
+        if (error != 0) {
+            return false;
+        }
+        file = fcntl(named->descriptor(), F_DUPFD_CLOEXEC, 0);
+        error = file < 0 ? errno : 0;
+    }
+    if (error == 0) {
+        error = writeAt(file, written, pending);
+    }
+    if (error == 0) {
+        written += pending.size();
+    }
+    pending.clear();
+    return error == 0;
+}
+
+// Fills `bytes` with what lies `offset` bytes from the first attachment's start. 0 or an errno
+// value.
+int AttachmentSpool::read(std::uint64_t offset, std::span<std::byte> bytes) const {
+    const auto inFile =
+        offset < written
+            ? static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), written - offset))
+            : 0;
+    if (const int failure = readAt(file, offset, bytes.first(inFile)); failure != 0) {
+        return failure;
+    }
+    const auto rest = bytes.subspan(inFile);
+    const auto start = pending.begin() + static_cast<std::ptrdiff_t>(offset + inFile - written);
+    std::copy_n(start, rest.size(), rest.begin());
+    return 0;
+}
+
+int AttachmentSpool::write(std::uint64_t offset, std::uint64_t size, const MessagePath& path,
+                           const std::optional<timespec>& time) {
+    std::optional<TemporaryFile> made;
+    int failure = directory.createTemporary(made);
+    std::vector<std::byte> buffer(std::min<std::uint64_t>(size, copyBytes));
+    for (std::uint64_t done = 0; failure == 0 && done < size;) {
+        const auto bytes = std::span(buffer).first(
+            static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), size - done)));
+        failure = Interrupt::isRequested() ? EINTR : read(offset + done, bytes);
+        if (failure == 0) {
+            failure = writeAt(made->descriptor(), done, bytes);
+        }
+        done += bytes.size();
+    }
+    if (failure == 0 && time.has_value()) {
+        const std::array<timespec, 2> times = {*time, *time};
+        // A file system that takes no such time keeps its own.
+        futimens(made->descriptor(), times.data());
+    }
+    if (failure == 0) {
+        failure = made->close();
+    }
+    return failure == 0 ? directory.place(*made, path) : failure;
+}
+
+} // namespace olmkit

@@ -1,0 +1,78 @@
+#ifndef OLMKIT_HOST_SESSION_ATTACHMENTLEDGER_H
+#define OLMKIT_HOST_SESSION_ATTACHMENTLEDGER_H
+
+#include "host/archive/ReadAccount.h"
+#include "host/compound/CompoundWatcher.h"
+#include "host/session/AttachmentAccount.h"
+
+#include <deque>
+#include <exception>
+#include <vector>
+
+namespace olmhost {
+
+// Keeps the account of the attachments of one message, from what is made in its compound file.
+//
+// The entry that an attachment was read from is the one that was asked for while its storage was
+// the last one made; when none was, the document names none.
+class AttachmentLedger final : public CompoundWatcher {
+public:
+    // Both are borrowed. `reading` is filled while the message is made; `listener` may be empty.
+    AttachmentLedger(const ReadAccount& reading, const AttachmentBytes& listener)
+        : reading(reading), listener(listener) {}
+
+    void storageMade(EntryId id, std::u16string_view name) override;
+    StreamWatcher* streamMade(EntryId parent, std::u16string_view name) override;
+
+    // Throws what the listener threw.
+    void rethrow() const;
+
+    // The accounts, in the order of the attachments. Call it once, when the message is made.
+    std::vector<AttachmentAccount> take();
+
+private:
+    // The bytes of an attachment's long file name.
+    class NameWatcher final : public StreamWatcher {
+    public:
+        void wrote(ByteSpan bytes) override;
+        std::u16string text() const;
+
+    private:
+        std::string units; // bytes of UTF-16, low byte first
+    };
+
+    // The data of an attachment.
+    class DataWatcher final : public StreamWatcher {
+    public:
+        DataWatcher(AttachmentLedger& ledger, std::size_t attachment)
+            : ledger(ledger), attachment(attachment) {}
+        void wrote(ByteSpan bytes) override;
+
+        std::uint64_t size() const { return count; }
+
+    private:
+        AttachmentLedger& ledger;
+        std::size_t attachment;
+        std::uint64_t count = 0;
+    };
+
+    struct Attachment {
+        EntryId storage;
+        std::size_t membersBefore; // asked for ahead of it
+        NameWatcher name;
+        DataWatcher data;
+        bool hasData = false;
+    };
+
+    Attachment* find(EntryId storage);
+    void tell(std::size_t attachment, ByteSpan bytes);
+
+    const ReadAccount& reading;
+    const AttachmentBytes& listener;
+    std::deque<Attachment> attachments; // a deque: what it holds is pointed to
+    std::exception_ptr thrown;
+};
+
+} // namespace olmhost
+
+#endif
