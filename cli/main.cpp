@@ -13,6 +13,7 @@
 #include "cli/command/InfoCommand.h"
 #include "cli/command/ListCommand.h"
 #include "cli/command/MergeCommand.h"
+#include "cli/command/ShowCommand.h"
 #include "cli/command/VerifyCommand.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
@@ -36,6 +37,9 @@ struct Run {
     }
     ExitCode operator()(const olmkit::ExtractOptions& options) const {
         return olmkit::runExtract(options, output, messages);
+    }
+    ExitCode operator()(const olmkit::ShowOptions& options) const {
+        return olmkit::runShow(options, output, messages);
     }
     ExitCode operator()(const olmkit::MergeOptions& options) const {
         return olmkit::runMerge(options, output, messages);

@@ -13,6 +13,7 @@
 #include "cli/command/InfoOptions.h"
 #include "cli/command/ListOptions.h"
 #include "cli/command/MergeOptions.h"
+#include "cli/command/ShowOptions.h"
 #include "cli/command/VerifyOptions.h"
 #include "cli/rows/FilterOptions.h"
 
@@ -25,6 +26,7 @@ void defineInfo(CLI::App& app, InfoOptions& options);
 void defineList(CLI::App& app, ListOptions& options);
 void defineExtract(CLI::App& app, ExtractOptions& options);
 void defineMerge(CLI::App& app, MergeOptions& options);
+void defineShow(CLI::App& app, ShowOptions& options);
 void defineVerify(CLI::App& app, VerifyOptions& options);
 
 // The options that narrow a command down to some items.

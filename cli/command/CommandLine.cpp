@@ -29,19 +29,22 @@ std::string exitCodeText() {
 class Program {
 public:
     Program()
-        : app("Reads OLM archives: lists their items, and writes items as .msg files.", "olmkit") {
+        : app("Reads OLM archives: lists their items, shows them, and writes them as .msg files.",
+              "olmkit") {
         app.set_version_flag("--version", versionText, "Print the version and exit");
         app.set_help_flag("-h,--help", "Print this help and exit");
         app.require_subcommand(1);
         add(defineInfo, info);
         add(defineList, list);
         add(defineExtract, extract);
+        add(defineShow, show);
         add(defineMerge, merge);
         add(defineVerify, verify);
         app.footer("Examples:\n"
                    "  olmkit info mail.olm\n"
                    "  olmkit list mail.olm\n"
                    "  olmkit extract mail.olm -o messages\n"
+                   "  olmkit show mail.olm 7\n"
                    "  olmkit verify messages\n"
                    "\n" +
                    exitCodeText() + "\nolmkit COMMAND --help tells more about a command.\n");
@@ -84,6 +87,7 @@ private:
     InfoOptions info;
     ListOptions list;
     ExtractOptions extract;
+    ShowOptions show;
     MergeOptions merge;
     VerifyOptions verify;
 };

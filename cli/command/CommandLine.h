@@ -8,6 +8,7 @@
 #include "cli/command/InfoOptions.h"
 #include "cli/command/ListOptions.h"
 #include "cli/command/MergeOptions.h"
+#include "cli/command/ShowOptions.h"
 #include "cli/command/VerifyOptions.h"
 
 namespace olmkit {
@@ -22,8 +23,8 @@ struct UsageError {
     std::string text;
 };
 
-using Command = std::variant<InfoOptions, ListOptions, ExtractOptions, MergeOptions, VerifyOptions,
-                             HelpText, UsageError>;
+using Command = std::variant<InfoOptions, ListOptions, ExtractOptions, ShowOptions, MergeOptions,
+                             VerifyOptions, HelpText, UsageError>;
 
 // Reads the program's arguments. Everything that is said about options, commands and exit codes
 // comes from their definitions here.

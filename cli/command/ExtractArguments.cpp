@@ -1,6 +1,7 @@
 #include <vector>
 
 #include "cli/command/Arguments.h"
+#include "cli/command/ItemArguments.h"
 #include "cli/rows/ItemFilter.h"
 
 namespace olmkit {
@@ -21,19 +22,6 @@ constexpr const char* examples =
     "Each message appears under its name when it is whole, and takes the place of a file of that\n"
     "name. manifest.jsonl tells what became of every item. A run that was broken off goes on with\n"
     "--resume. Shards may be written on machines of their own; olmkit merge joins them.\n";
-
-std::optional<ItemPlace> readPlace(std::string_view text) {
-    const std::size_t colon = text.find(':');
-    if (colon == std::string_view::npos) {
-        return std::nullopt;
-    }
-    const auto entry = readNumber<std::uint32_t>(text.substr(0, colon));
-    const auto item = readNumber<std::uint32_t>(text.substr(colon + 1));
-    if (!entry.has_value() || !item.has_value()) {
-        return std::nullopt;
-    }
-    return ItemPlace{*entry, *item};
-}
 
 std::optional<Shard> readShard(std::string_view text) {
     const std::size_t slash = text.find('/');
@@ -63,17 +51,6 @@ std::string checkCount(const std::string& text) {
     return readNumber<std::uint64_t>(text).value_or(0) > 0
                ? ""
                : "'" + text + "' is no number of errors; give 1, 2, 3 ...";
-}
-
-std::string checkIndex(const std::string& text) {
-    return readNumber<std::uint64_t>(text) ? ""
-                                           : "'" + text + "' is no item number; give 0, 1, 2 ...";
-}
-
-std::string checkPlace(const std::string& text) {
-    return readPlace(text)
-               ? ""
-               : "'" + text + "' is no place; give ENTRY:ITEM as list has them, as 12:1";
 }
 
 void addItems(CLI::App& extract, ExtractOptions& options) {

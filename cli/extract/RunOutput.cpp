@@ -51,7 +51,8 @@ ExitCode RunOutput::begin(const RunRecord& record, const std::optional<RunRecord
                       " holds a run that was not finished; it is begun anew. --resume would have "
                       "gone on with it");
     }
-    int error = unfinished.has_value() ? folder.removeLeftovers() : 0;
+    // Also those of a run that was killed ahead of its record.
+    int error = folder.removeLeftovers();
     if (error == 0) {
         error = goesOn ? lines.goOn() : lines.begin();
     }

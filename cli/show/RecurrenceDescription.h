@@ -1,0 +1,15 @@
+#ifndef OLMKIT_CLI_SHOW_RECURRENCEDESCRIPTION_H
+#define OLMKIT_CLI_SHOW_RECURRENCEDESCRIPTION_H
+
+#include "cli/rows/JsonLine.h"
+#include "host/message/Recurrence.h"
+
+namespace olmkit {
+
+// A recurrence as an object. Days and times are texts of ISO 8601 without a zone, in the clock of
+// the zone that the item is in; what a pattern doesn't have is null.
+JsonObject describeRecurrence(const olmhost::Recurrence& recurrence);
+
+} // namespace olmkit
+
+#endif

@@ -1,0 +1,71 @@
+#ifndef OLMKIT_HOST_MESSAGE_MESSAGE_H
+#define OLMKIT_HOST_MESSAGE_MESSAGE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "host/message/Property.h"
+
+namespace olmhost {
+
+class CompoundReader;
+
+// A message file (MS-OXMSG): its properties, recipients and attachments.
+//
+// Only what describes the values is held; the values are read when they are asked for. The bytes
+// may come from anywhere.
+class Message {
+public:
+    using Properties = std::vector<Property>; // in the order of their entries
+
+    // `file` is borrowed and must outlive the message. Null when it is no message, with the reason
+    // in `failure`: a part of a sentence, for people.
+    static std::unique_ptr<Message> open(std::span<const std::byte> file, std::string& failure);
+
+    Message(const Message&) = delete;
+    Message& operator=(const Message&) = delete;
+    ~Message();
+
+    const Properties& properties() const { return own; }
+    const std::vector<Properties>& recipients() const { return ofRecipients; }
+    const std::vector<Properties>& attachments() const { return ofAttachments; }
+
+    // The first property of that tag; null when there is none.
+    const Property* find(std::uint32_t tag) const { return find(own, tag); }
+    static const Property* find(const Properties& properties, std::uint32_t tag);
+
+    // A text, by the property's type of 8 or 16 bits a character (8 bits are taken for Latin-1),
+    // without the terminators behind it.
+    std::u16string text(const Property& property, const ValueStream& value) const;
+
+    // The text of the first property of that tag; empty when there is none.
+    std::u16string text(const Properties& properties, std::uint32_t tag) const;
+
+    // At most the first `limit` bytes of a value.
+    std::vector<std::byte> bytes(const ValueStream& value, std::size_t limit) const;
+
+    // All bytes of a value, in pieces of any size.
+    void read(const ValueStream& value,
+              const std::function<void(std::span<const std::byte>)>& take) const;
+
+    // The values of a property whose values have a fixed size of at most 8 bytes, as they stand in
+    // those bytes, low byte first. Empty for others.
+    std::vector<std::uint64_t> numbers(const Property& property) const;
+
+private:
+    Message();
+
+    std::unique_ptr<CompoundReader> reader;
+    Properties own;
+    std::vector<Properties> ofRecipients;
+    std::vector<Properties> ofAttachments;
+};
+
+} // namespace olmhost
+
+#endif

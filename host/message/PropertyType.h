@@ -1,0 +1,48 @@
+#ifndef OLMKIT_HOST_MESSAGE_PROPERTYTYPE_H
+#define OLMKIT_HOST_MESSAGE_PROPERTYTYPE_H
+
+#include <cstddef>
+#include <cstdint>
+
+// The types of properties (MS-OXCDATA, 2.11.1): the low 16 bits of a tag.
+namespace olmhost {
+
+enum PropertyType : std::uint16_t {
+    PtypInteger16 = 0x0002,
+    PtypInteger32 = 0x0003,
+    PtypFloating32 = 0x0004,
+    PtypFloating64 = 0x0005,
+    PtypCurrency = 0x0006,
+    PtypFloatingTime = 0x0007,
+    PtypErrorCode = 0x000A,
+    PtypBoolean = 0x000B,
+    PtypObject = 0x000D,
+    PtypInteger64 = 0x0014,
+    PtypString8 = 0x001E,
+    PtypString = 0x001F,
+    PtypTime = 0x0040,
+    PtypGuid = 0x0048,
+    PtypBinary = 0x0102,
+};
+
+// Set beside a type whose property holds a list of values.
+inline constexpr std::uint16_t multipleValues = 0x1000;
+
+// What a value of a type, single or in a list, looks like in a message.
+struct TypeRow {
+    std::uint16_t type;
+    const char* name;
+    const char* listName; // null when there are no lists of it
+    std::size_t size;     // bytes of a value; 0 for texts, binary values and objects
+    bool isInEntry;       // a single value stands in the property's entry, not in a stream
+};
+
+// The row of a type, multipleValues or not; null for an unknown one.
+const TypeRow* findType(std::uint16_t type);
+
+// The name of a type; null for an unknown one.
+const char* typeName(std::uint16_t type);
+
+} // namespace olmhost
+
+#endif
