@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <exception>
 #include <new>
+#include <sstream>
+#include <string>
 #include <variant>
 
 #include "cli/command/CommandLine.h"
@@ -17,10 +19,24 @@
 #include "cli/command/VerifyCommand.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
+#include "cli/terminal/Style.h"
 
 namespace {
 
 using olmkit::ExitCode;
+
+std::string withBoldHeadings(const std::string& text) {
+    std::istringstream lines(text);
+    std::string styled;
+    for (std::string line; std::getline(lines, line);) {
+        const bool isHeading = line.ends_with(':') && line.front() != ' ';
+        styled += isHeading
+                      ? std::string(olmkit::style::bold) + line + std::string(olmkit::style::plain)
+                      : line;
+        styled += '\n';
+    }
+    return styled;
+}
 
 // Runs the command that the arguments name.
 struct Run {
@@ -48,7 +64,8 @@ struct Run {
         return olmkit::runVerify(options, output, messages);
     }
     ExitCode operator()(const olmkit::HelpText& help) const {
-        output.buffer() += help.text;
+        output.buffer() +=
+            help.hasHeadings && output.isStyled() ? withBoldHeadings(help.text) : help.text;
         if (output.flush()) {
             return ExitCode::Done;
         }
@@ -56,7 +73,8 @@ struct Run {
         return ExitCode::OutputFailed;
     }
     ExitCode operator()(const olmkit::UsageError& error) const {
-        messages.tell(error.text + "; see olmkit --help");
+        messages.tell(error.text + (error.text.ends_with('?') ? " See" : "; see") +
+                      " olmkit --help");
         return ExitCode::Usage;
     }
 };
@@ -74,8 +92,11 @@ int main(int argc, char** argv) {
     try {
         olmkit::Messages messages;
         olmkit::Output output(STDOUT_FILENO);
-        return static_cast<int>(
-            std::visit(Run{output, messages}, olmkit::parseCommandLine(argc, argv)));
+        olmkit::TerminalOptions terminal;
+        const olmkit::Command command = olmkit::parseCommandLine(argc, argv, terminal);
+        messages.setOptions(terminal);
+        output.setColor(terminal.color);
+        return static_cast<int>(std::visit(Run{output, messages}, command));
     } catch (const std::bad_alloc&) {
         std::fputs("olmkit: there is not enough memory; end other programs and try again\n",
                    stderr);

@@ -9,13 +9,16 @@
 #include <string>
 #include <string_view>
 
+#include "cli/command/CompletionOptions.h"
 #include "cli/command/ExtractOptions.h"
 #include "cli/command/InfoOptions.h"
 #include "cli/command/ListOptions.h"
+#include "cli/command/ManualOptions.h"
 #include "cli/command/MergeOptions.h"
 #include "cli/command/ShowOptions.h"
 #include "cli/command/VerifyOptions.h"
 #include "cli/rows/FilterOptions.h"
+#include "cli/terminal/TerminalOptions.h"
 
 // The arguments of each command: what they are called, what is said about them, and what they are
 // read into. `options` is borrowed and filled while the command line is parsed.
@@ -25,9 +28,14 @@ namespace olmkit {
 void defineInfo(CLI::App& app, InfoOptions& options);
 void defineList(CLI::App& app, ListOptions& options);
 void defineExtract(CLI::App& app, ExtractOptions& options);
-void defineMerge(CLI::App& app, MergeOptions& options);
 void defineShow(CLI::App& app, ShowOptions& options);
+void defineMerge(CLI::App& app, MergeOptions& options);
 void defineVerify(CLI::App& app, VerifyOptions& options);
+void defineCompletion(CLI::App& app, CompletionOptions& options);
+void defineManual(CLI::App& app, ManualOptions& options);
+
+// The options that every command has.
+void addTerminal(CLI::App& app, TerminalOptions& options);
 
 // The options that narrow a command down to some items.
 void addFilter(CLI::App& command, FilterOptions& options);
@@ -48,7 +56,9 @@ template <typename Number> std::optional<Number> readNumber(std::string_view tex
 
 // The archive that a command reads.
 inline void addArchive(CLI::App& command, std::string& archive) {
-    command.add_option("ARCHIVE", archive, "The OLM archive")->required();
+    command.add_option("ARCHIVE", archive, "The OLM archive; - reads it from standard input")
+        ->type_name("")
+        ->required();
 }
 
 } // namespace olmkit

@@ -10,12 +10,14 @@
 #include "cli/command/MergeOptions.h"
 #include "cli/command/ShowOptions.h"
 #include "cli/command/VerifyOptions.h"
+#include "cli/terminal/TerminalOptions.h"
 
 namespace olmkit {
 
 // Text to print on standard output, and nothing else to do.
 struct HelpText {
     std::string text;
+    bool hasHeadings = false; // lines that begin at the margin and end with a colon
 };
 
 // What is wrong with the arguments.
@@ -27,8 +29,8 @@ using Command = std::variant<InfoOptions, ListOptions, ExtractOptions, ShowOptio
                              VerifyOptions, HelpText, UsageError>;
 
 // Reads the program's arguments. Everything that is said about options, commands and exit codes
-// comes from their definitions here.
-Command parseCommandLine(int argc, const char* const* argv);
+// comes from their definitions here. `terminal` is filled as far as the arguments can be read.
+Command parseCommandLine(int argc, const char* const* argv, TerminalOptions& terminal);
 
 } // namespace olmkit
 

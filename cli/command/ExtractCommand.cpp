@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "cli/command/ArchiveInput.h"
 #include "cli/extract/Extractor.h"
 #include "cli/terminal/Interrupt.h"
 #include "host/session/Session.h"
@@ -35,11 +36,10 @@ const char* howToGoOn(const Extractor& extractor) {
 
 ExitCode runExtract(const ExtractOptions& options, Output& output, Messages& messages) {
     Interrupt::askToStop();
+    ArchiveInput input(options.archive);
     olmhost::Session session;
-    if (const auto outcome = session.open(options.archive);
-        outcome.status != olmhost::OpenStatus::Done) {
-        messages.openFailure(options.archive, outcome);
-        return exitCodeOf(outcome.status);
+    if (const ExitCode code = input.open(session, messages); code != ExitCode::Done) {
+        return code;
     }
 
     if (options.isDryRun) {
@@ -69,7 +69,7 @@ ExitCode runExtract(const ExtractOptions& options, Output& output, Messages& mes
         messages.tell("stopped; " + std::to_string(extractor.counts().written) +
                       " messages were written" + howToGoOn(extractor));
     }
-    if (!options.isDryRun) {
+    if (!options.isDryRun && !messages.isQuiet()) {
         output.buffer() += summary(options, extractor) + extractor.books().table();
     }
     if (!output.flush() && !output.isClosed()) {

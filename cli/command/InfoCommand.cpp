@@ -1,5 +1,6 @@
 #include "cli/command/InfoCommand.h"
 
+#include "cli/command/ArchiveInput.h"
 #include "cli/info/ReportText.h"
 #include "cli/info/Surveyor.h"
 #include "cli/terminal/Interrupt.h"
@@ -9,11 +10,10 @@ namespace olmkit {
 
 ExitCode runInfo(const InfoOptions& options, Output& output, Messages& messages) {
     Interrupt::endAtOnce();
+    ArchiveInput input(options.archive);
     olmhost::Session session;
-    if (const auto outcome = session.open(options.archive);
-        outcome.status != olmhost::OpenStatus::Done) {
-        messages.openFailure(options.archive, outcome);
-        return exitCodeOf(outcome.status);
+    if (const ExitCode code = input.open(session, messages); code != ExitCode::Done) {
+        return code;
     }
 
     ArchiveReport report = Surveyor(session).survey(options.isChecking);

@@ -1,5 +1,6 @@
 #include "cli/command/ListCommand.h"
 
+#include "cli/command/ArchiveInput.h"
 #include "cli/rows/Listing.h"
 #include "cli/terminal/Interrupt.h"
 #include "host/session/Session.h"
@@ -25,11 +26,10 @@ bool listAll(olmhost::Session& session, Listing& listing, const Output& output) 
 
 ExitCode runList(const ListOptions& options, Output& output, Messages& messages) {
     Interrupt::endAtOnce();
+    ArchiveInput input(options.archive);
     olmhost::Session session;
-    if (const auto outcome = session.open(options.archive);
-        outcome.status != olmhost::OpenStatus::Done) {
-        messages.openFailure(options.archive, outcome);
-        return exitCodeOf(outcome.status);
+    if (const ExitCode code = input.open(session, messages); code != ExitCode::Done) {
+        return code;
     }
 
     Listing listing(options, output);

@@ -5,9 +5,8 @@ namespace olmkit {
 namespace {
 
 constexpr const char* examples = "Examples:\n"
-                                 "  olmkit extract mail.olm -o part1 --shard 1/2\n"
-                                 "  olmkit extract mail.olm -o part2 --shard 2/2\n"
                                  "  olmkit merge part1 part2 -o messages\n"
+                                 "  olmkit merge part1 part2 part3\n"
                                  "\n"
                                  "Every message is checked by its SHA-256, then linked, or copied "
                                  "where it can't be. The result\n"

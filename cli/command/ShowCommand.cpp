@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "cli/command/ArchiveInput.h"
 #include "cli/show/BodyText.h"
 #include "cli/show/ItemDescription.h"
 #include "cli/show/ItemText.h"
@@ -154,6 +155,9 @@ ExitCode Show::judge(const olmhost::Extraction& extraction) {
 
 // Nothing is shown, for this reason, or because the whole archive is of another kind.
 ExitCode Show::refuse(const std::string& text) {
+    while (
+        !session.list([](const olmhost::Row& /*row*/) { return olmhost::RowAnswer::Continue; })) {
+    }
     if (!session.isOlmArchive()) {
         messages.noOlmArchive(options.archive, session);
         return ExitCode::NotAnArchive;
@@ -212,11 +216,10 @@ ExitCode Show::write(const olmhost::Message& message) {
 
 ExitCode runShow(const ShowOptions& options, Output& output, Messages& messages) {
     Interrupt::endAtOnce();
+    ArchiveInput input(options.archive);
     olmhost::Session session;
-    if (const auto outcome = session.open(options.archive);
-        outcome.status != olmhost::OpenStatus::Done) {
-        messages.openFailure(options.archive, outcome);
-        return exitCodeOf(outcome.status);
+    if (const ExitCode code = input.open(session, messages); code != ExitCode::Done) {
+        return code;
     }
     return Show(options, session, output, messages).run();
 }

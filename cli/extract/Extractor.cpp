@@ -53,8 +53,9 @@ std::optional<timespec> timeOf(const olmhost::Row& row) {
 
 Extractor::Extractor(const ExtractOptions& options, olmhost::Session& session, Output& output,
                      Messages& messages)
-    : options(options), session(session), output(output), messages(messages), selection(options),
-      paths(options.layout), runOutput(options, session, messages),
+    : options(options), session(session), output(output), messages(messages),
+      progress(messages, options.archive), selection(options), paths(options.layout),
+      runOutput(options, session, messages),
       items(session, runOutput.directory(), ItemWriter::Access::ByIndex, options.attachments) {
     if (const unsigned jobs = jobsOf(options); jobs > 1 && !options.isDryRun) {
         pool = std::make_unique<WorkerPool>(session, runOutput.directory(), jobs - 1,
@@ -78,6 +79,7 @@ ExitCode Extractor::run() {
         writePlaces();
     }
     dropTasks();
+    progress.finish();
     endOutput(isAtEnd);
     return exitCode();
 }
@@ -116,6 +118,9 @@ bool Extractor::walk() {
 void Extractor::note(const olmhost::Row& row) {
     MessagePath path = paths.next(row);
     summary.list(kindOf(row));
+    for (; entriesListed <= row.entry; ++entriesListed) {
+        bytesListed += session.entrySize(entriesListed).packedSize;
+    }
     const ItemPlace place = {row.entry, row.item};
     const bool isPlaceWanted = selection.takesPlace(place);
     const bool isRowWanted = selection.takesRow(row);
@@ -131,10 +136,12 @@ void Extractor::note(const olmhost::Row& row) {
         wanted.time = timeOf(row);
     }
     if (isPlaceWanted) {
+        ++numbers.known;
         summary.request(wanted.kind);
         notedPlaces.emplace(place, wanted);
     }
     if (isRowWanted) {
+        ++numbers.known;
         summary.request(wanted.kind);
         wanted.row.index = row.index;
         noted.push_back(std::move(wanted));
@@ -199,6 +206,7 @@ void Extractor::writePlaces() {
             submit(found->second);
             continue;
         }
+        ++numbers.known;
         summary.request({});
         WantedItem wanted;
         wanted.row.entry = place.entry;
@@ -211,7 +219,6 @@ void Extractor::writePlaces() {
 }
 
 void Extractor::submit(WantedItem wanted) {
-    ++numbers.known;
     if (options.isDryRun) {
         plan(wanted);
         return;
@@ -312,17 +319,21 @@ void Extractor::finish(ItemTask& task) {
 void Extractor::finishRow(const ManifestRow& row, const std::string& line,
                           const std::string& kind) {
     ++numbers.requested;
-    const std::string title = options.archive + ": " + itemTitle(row, kind, session) + ": ";
+    const std::string title =
+        archiveTitle(options.archive) + ": " + itemTitle(row, kind, session) + ": ";
     if (row.error.empty()) {
         ++numbers.written;
         numbers.bytes += row.size;
+        if (messages.isVerbose() && !options.isDryRun) {
+            messages.detail("wrote " + options.directory + "/" + row.path);
+        }
     } else {
         messages.tell(title + row.error);
         isAtLimit =
             options.failsFast || numbers.failed() >= options.mostErrors.value_or(UINT64_MAX);
     }
     for (const std::string& warning : row.warnings) {
-        messages.tell(title + warning);
+        messages.warn(title + warning);
     }
     if (!row.warnings.empty()) {
         ++numbers.warned;
@@ -331,13 +342,19 @@ void Extractor::finishRow(const ManifestRow& row, const std::string& line,
     if (options.isDryRun) {
         return;
     }
+    progress.update(numbers.requested, 0, numbers.bytes, numbers.failed(), passedShare());
     if (const int error = runOutput.manifest().add(line.empty() ? lineOf(row) : line); error != 0) {
         outputFailed(options.directory + "/" + Manifest::fileName, error);
         isOutputLost = true;
     }
-    if (advanced) {
-        advanced(numbers);
-    }
+}
+
+// How much of the way the run has come, from 0 to 1: of what is listed so far, and of the items in
+// that.
+double Extractor::passedShare() const {
+    const auto size = static_cast<double>(session.archiveSize());
+    return std::min(1.0, static_cast<double>(bytesListed) / size) *
+           static_cast<double>(numbers.requested) / static_cast<double>(numbers.known);
 }
 
 void Extractor::endOutput(bool isAtEnd) {

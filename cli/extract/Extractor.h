@@ -22,6 +22,7 @@
 #include "cli/extract/WorkerPool.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
+#include "cli/terminal/Progress.h"
 #include "host/session/Session.h"
 
 namespace olmkit {
@@ -51,11 +52,6 @@ public:
     Extractor(const Extractor&) = delete;
     Extractor& operator=(const Extractor&) = delete;
     ~Extractor();
-
-    // Sets what is told of each item that was dealt with.
-    void whenAdvanced(std::function<void(const ExtractCounts&)> action) {
-        advanced = std::move(action);
-    }
 
     // The whole run, but for the faults of entries. Call it once.
     ExitCode run();
@@ -96,6 +92,7 @@ private:
     void finish(ItemTask& task);
     void finishRow(const ManifestRow& row, const std::string& line, const std::string& kind);
     void closeBooks(bool isAtEnd);
+    double passedShare() const;
     void endOutput(bool isAtEnd);
     void outputFailed(const std::string& name, int errorNumber);
     ExitCode exitCode() const;
@@ -104,7 +101,9 @@ private:
     olmhost::Session& session;
     Output& output;
     Messages& messages;
-    std::function<void(const ExtractCounts&)> advanced;
+    Progress progress;
+    std::uint64_t entriesListed = 0;
+    std::uint64_t bytesListed = 0; // of those, as they lie in the archive
     Selection selection;
     MessagePaths paths;
     std::vector<WantedItem> noted; // of the entry at hand

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "cli/command/ExitCode.h"
+#include "cli/terminal/Style.h"
 
 namespace olmkit {
 
@@ -32,6 +33,7 @@ struct GuardedFile {
 std::array<GuardedFile, Interrupt::guardCount> guardedFiles;
 std::atomic<bool> isAsked = false;
 std::atomic<bool> isEnding = false;
+std::atomic<bool> doesLineStand = false;
 std::atomic<int> delays = 0; // that stand
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 
@@ -54,6 +56,10 @@ void waitForDelays() {
         if (file.isSet) {
             unlinkat(file.directory, file.name.data(), 0);
         }
+    }
+    if (doesLineStand) {
+        [[maybe_unused]] const ssize_t ignored =
+            write(STDERR_FILENO, style::emptyLine.data(), style::emptyLine.size());
     }
     constexpr std::string_view text = "olmkit: interrupted\n";
     [[maybe_unused]] const ssize_t ignored = write(STDERR_FILENO, text.data(), text.size());
@@ -154,6 +160,10 @@ void Interrupt::askToStop() {
 
 bool Interrupt::isRequested() {
     return isAsked;
+}
+
+void Interrupt::setLineStands(bool stands) {
+    doesLineStand = stands;
 }
 
 } // namespace olmkit

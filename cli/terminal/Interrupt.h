@@ -62,6 +62,9 @@ public:
 
     // Whether the run has been asked to stop.
     static bool isRequested();
+
+    // Whether an unfinished line stands on the terminal, which the last message takes away.
+    static void setLineStands(bool stands);
 };
 
 } // namespace olmkit

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <system_error>
 
+#include "cli/terminal/Style.h"
+#include "cli/terminal/Terminal.h"
 #include "cli/terminal/Text.h"
 
 namespace olmkit {
@@ -48,7 +50,45 @@ const char* adviceOn(olmhost::FaultKind kind) {
     return "";
 }
 
-void writeAll(std::string_view text) {
+} // namespace
+
+void Messages::setOptions(const TerminalOptions& wanted) {
+    chosen = wanted;
+    isStyled = isColored(chosen.color, STDERR_FILENO);
+}
+
+void Messages::tell(std::string_view text) {
+    put(text, style::boldRed);
+}
+
+void Messages::warn(std::string_view text) {
+    if (!isQuiet()) {
+        put(text, style::boldYellow);
+    }
+}
+
+void Messages::detail(std::string_view text) {
+    if (isVerbose()) {
+        put(text, "");
+    }
+}
+
+void Messages::put(std::string_view text, std::string_view color) {
+    if (toldAction) {
+        toldAction();
+    }
+    std::string line;
+    if (isStyled && !color.empty()) {
+        line.append(color).append("olmkit:").append(style::plain).append(" ");
+    } else {
+        line = "olmkit: ";
+    }
+    appendPrintable(line, text);
+    line += '\n';
+    show(line);
+}
+
+void Messages::show(std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = ::write(STDERR_FILENO, text.data(), text.size());
         if (written <= 0) {
@@ -58,21 +98,12 @@ void writeAll(std::string_view text) {
     }
 }
 
-} // namespace
-
-void Messages::tell(std::string_view text) {
-    std::string line = "olmkit: ";
-    appendPrintable(line, text);
-    line += '\n';
-    writeAll(line);
-}
-
 void Messages::openFailure(const std::string& archive, const olmhost::OpenOutcome& outcome) {
     if (outcome.status == olmhost::OpenStatus::NoModule) {
         tell(outcome.text + "; " + adviceOn(outcome.status));
         return;
     }
-    tell(archive + ": " + outcome.text + "; " + adviceOn(outcome.status));
+    tell(archiveTitle(archive) + ": " + outcome.text + "; " + adviceOn(outcome.status));
 }
 
 void Messages::noOlmArchive(const std::string& archive, const olmhost::Session& session) {
@@ -81,12 +112,12 @@ void Messages::noOlmArchive(const std::string& archive, const olmhost::Session& 
         return fault.kind == olmhost::FaultKind::Encrypted;
     });
     if (isEncrypted) {
-        tell(archive + ": no document in it can be read without a password; " +
+        tell(archiveTitle(archive) + ": no document in it can be read without a password; " +
              adviceOn(olmhost::OpenStatus::Encrypted));
         return;
     }
-    tell(archive + ": a ZIP archive, but no OLM archive: no document of mail, contacts, events, "
-                   "tasks or notes was found in it");
+    tell(archiveTitle(archive) + ": a ZIP archive, but no OLM archive: no document of mail, "
+                                 "contacts, events, tasks or notes was found in it");
 }
 
 std::size_t Messages::faults(const std::string& archive, const olmhost::Session& session) {
@@ -102,13 +133,18 @@ void Messages::faults(const std::string& archive, const olmhost::Session& sessio
             continue;
         }
         const bool hasEntry = fault.entryIndex < session.entryCount();
-        tell(archive + ": " + (hasEntry ? entryTitle(session, fault.entryIndex) + ": " : "") +
-             fault.text + "; " + adviceOn(fault.kind));
+        tell(archiveTitle(archive) + ": " +
+             (hasEntry ? entryTitle(session, fault.entryIndex) + ": " : "") + fault.text + "; " +
+             adviceOn(fault.kind));
     }
 }
 
 void Messages::outputFailure(std::string_view name, int errorNumber) {
     tell(std::string(name) + " can't be written: " + errorText(errorNumber));
+}
+
+std::string archiveTitle(const std::string& archive) {
+    return archive == standardInput ? "standard input" : archive;
 }
 
 std::string entryTitle(const olmhost::Session& session, std::uint64_t entry) {

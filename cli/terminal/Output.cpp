@@ -1,10 +1,11 @@
 #include "cli/terminal/Output.h"
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <string_view>
+
+#include "cli/terminal/Terminal.h"
 
 namespace olmkit {
 
@@ -12,7 +13,6 @@ namespace {
 
 constexpr std::size_t enough = std::size_t{64} << 10; // bytes
 constexpr std::chrono::milliseconds whileAgo{100};
-constexpr unsigned usualWidth = 80; // of a terminal that doesn't tell
 
 } // namespace
 
@@ -53,14 +53,11 @@ bool Output::isClosed() const {
 }
 
 unsigned Output::terminalWidth() const {
-    if (isatty(descriptor) == 0) {
-        return 0;
-    }
-    winsize size = {};
-    if (ioctl(descriptor, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) {
-        return usualWidth;
-    }
-    return size.ws_col;
+    return olmkit::terminalWidth(descriptor);
+}
+
+bool Output::isStyled() const {
+    return isColored(color, descriptor);
 }
 
 } // namespace olmkit

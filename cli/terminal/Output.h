@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "cli/terminal/TerminalOptions.h"
+
 namespace olmkit {
 
 // Buffered text for one file descriptor, which is borrowed.
@@ -40,6 +42,10 @@ public:
     // Columns of the terminal behind the output, 0 when it is none.
     unsigned terminalWidth() const;
 
+    // Whether text may have control sequences for bold type and colours; by default on a terminal.
+    bool isStyled() const;
+    void setColor(ColorMode mode) { color = mode; }
+
 private:
     int descriptor;
     std::function<void()> closedAction;
@@ -47,6 +53,7 @@ private:
     std::chrono::steady_clock::time_point lastFlush;
     bool isFirstRecord = true;
     int error = 0;
+    ColorMode color = ColorMode::Auto;
 };
 
 } // namespace olmkit

@@ -84,6 +84,15 @@ class ProgramTest(unittest.TestCase):
         self.assertEqual(process.returncode, 0)
         return output.decode("utf-8")
 
+    def small_disk(self):
+        """A file system, the folder "disk", of 64 KiB, or a skipped test."""
+        os.mkdir(self.path("disk"))
+        mount = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k", "tmpfs",
+                                self.path("disk")], stderr=subprocess.DEVNULL, check=False)
+        if mount.returncode != 0:
+            self.skipTest("nothing can be mounted here")
+        self.addCleanup(subprocess.run, ["umount", self.path("disk")], check=False)
+
     def files(self, name, with_summary=False):
         """What lies below a folder, files and links alike, as sorted paths with "/". The summary,
         which every finished run leaves, is left out unless it is asked for."""

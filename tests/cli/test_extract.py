@@ -354,15 +354,6 @@ class ExtractTest(ProgramTest):
             self.extract(archive, code=5)
             self.assertEqual(self.files("out"), [])
 
-    def small_disk(self):
-        """A file system of 64 KiB, or a skipped test."""
-        os.mkdir(self.path("disk"))
-        mount = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k", "tmpfs",
-                                self.path("disk")], stderr=subprocess.DEVNULL, check=False)
-        if mount.returncode != 0:
-            self.skipTest("nothing can be mounted here")
-        self.addCleanup(subprocess.run, ["umount", self.path("disk")], check=False)
-
     def test_full_disk_stops_the_run_and_leaves_whole_messages_alone(self):
         self.small_disk()
         archive = self.archive(("b.xml", notes(*["x" * 1000 + str(n) for n in range(60)])))

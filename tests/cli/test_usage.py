@@ -12,7 +12,7 @@ class UsageTest(ProgramTest):
         done = self.run_program("--version")
 
         self.assertEqual(done.returncode, 0)
-        self.assertRegex(done.stdout, r"^olmkit \d+\.\d+\.\d+\n$")
+        self.assertRegex(done.stdout, r"^olmkit \d+\.\d+\.\d+\n")
         self.assertEqual(done.stderr, "")
 
     def test_help_has_examples_and_the_table_of_exit_codes(self):

@@ -1,0 +1,16 @@
+#ifndef OLMKIT_CLI_COMMAND_VERSION_H
+#define OLMKIT_CLI_COMMAND_VERSION_H
+
+#include <string>
+
+namespace olmkit {
+
+inline constexpr const char* programVersion = OLMKIT_VERSION;
+
+// The program's version on the first line, then a line for each library: those in use now, or,
+// for what has no file of its own, the one that was compiled in.
+std::string versionText();
+
+} // namespace olmkit
+
+#endif

@@ -1,0 +1,19 @@
+#ifndef OLMKIT_HOST_SESSION_LIBRARYVERSIONS_H
+#define OLMKIT_HOST_SESSION_LIBRARYVERSIONS_H
+
+#include <string>
+#include <vector>
+
+namespace olmhost {
+
+struct LibraryVersion {
+    std::string name;
+    std::string version;
+};
+
+// The libraries that the host runs on, as they are loaded in this process.
+std::vector<LibraryVersion> libraryVersions();
+
+} // namespace olmhost
+
+#endif
