@@ -3,6 +3,10 @@ set(OLMKIT_TEST_ENVIRONMENT
   "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0"
   "OLMKIT_SOURCE_DIR=${PROJECT_SOURCE_DIR}"
   "OLMKIT_BINARY_DIR=${PROJECT_BINARY_DIR}")
+# A sanitized program is some ten times slower: what is tried at many places is tried at fewer.
+if(OLMKIT_SANITIZE)
+  list(APPEND OLMKIT_TEST_ENVIRONMENT "OLMKIT_SANITIZED=1")
+endif()
 
 # The one way in for a test program written with GoogleTest:
 #   olmkit_add_test(NAME SOURCES a.cpp b.cpp LIBRARIES target... LABELS unit)

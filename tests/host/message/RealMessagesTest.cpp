@@ -91,9 +91,14 @@ TEST(RealMessagesTest, EveryMessageOfTheSampleIsRead) {
 }
 
 TEST(RealMessagesTest, NoChangedByteDoesHarm) {
+#ifdef __SANITIZE_ADDRESS__
+    constexpr std::size_t stride = 11; // every byte takes minutes there
+#else
+    constexpr std::size_t stride = 1;
+#endif
     for (const Bytes& whole : messagesOfTheSample()) {
         Bytes file = whole;
-        for (std::size_t place = 0; place < file.size(); ++place) {
+        for (std::size_t place = 0; place < file.size(); place += stride) {
             const unsigned flipped = place % 2 == 0 ? 0x01 : 0xFF;
             file[place] = whole[place] ^ static_cast<std::byte>(flipped);
             expectNoHarm(file);
