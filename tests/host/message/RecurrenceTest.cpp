@@ -145,7 +145,7 @@ TEST(RecurrenceTest, UnknownPatternAndBytesLeftOverAreRefused) {
 TEST(RecurrenceTest, EveryCutIsRefusedButTheOneBehindThePattern) {
     const std::size_t patternSize = hex(pattern).size();
     for (const std::string& rest : {noExceptions, exceptions}) {
-        Bytes value = hex(pattern + times + rest);
+        Bytes value = hex(std::string(pattern).append(times).append(rest));
         while (!value.empty()) {
             value.pop_back();
             std::string failure;
