@@ -69,7 +69,7 @@ std::string action(const Parameter& parameter) {
     return " ";
 }
 
-// One specification for each name of an option; a long one takes its value behind "=" too.
+// One line for each name of an option; a long one takes its value behind "=" too.
 std::string optionSpecs(const Parameter& option, const std::string& margin) {
     const std::string others = "(" + joined(option.names, " ") + ")";
     std::string text;

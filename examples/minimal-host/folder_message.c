@@ -46,14 +46,14 @@ HostStream* newOutput(const char* path) {
 }
 
 /* Names are plain ASCII in everything that the module makes; others are refused. */
-static int readName(const StorageSpec* spec, char* name) {
-    const size_t most = sizeof spec->name / sizeof *spec->name;
+static int readName(const StorageSpec* wanted, char* name) {
+    const size_t most = sizeof wanted->name / sizeof *wanted->name;
     size_t length = 0;
-    for (; length < most && spec->name[length] != 0; ++length) {
-        if (spec->name[length] >= 0x80 || spec->name[length] == '/') {
+    for (; length < most && wanted->name[length] != 0; ++length) {
+        if (wanted->name[length] >= 0x80 || wanted->name[length] == '/') {
             return 0;
         }
-        name[length] = (char)spec->name[length];
+        name[length] = (char)wanted->name[length];
     }
     return length != 0 && name[0] != '.';
 }
