@@ -50,7 +50,9 @@ private:
     ExitCode refuse(const std::string& text);
     void tellLosses(const olmhost::Extraction& extraction);
     ExitCode write(const olmhost::Message& message);
-    void tell(const std::string& text) { messages.tell(options.archive + ": " + text); }
+    void tell(const std::string& text) {
+        messages.tell(archiveTitle(options.archive) + ": " + text);
+    }
 
     const ShowOptions& options;
     olmhost::Session& session;

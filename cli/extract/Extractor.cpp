@@ -90,7 +90,7 @@ void Extractor::closeBooks(bool isAtEnd) {
     }
     summary.close(session, isAtEnd ? options.extent() : RunExtent::Selection);
     for (const std::string& finding : summary.findings()) {
-        messages.tell(options.archive + ": " + finding);
+        messages.tell(archiveTitle(options.archive) + ": " + finding);
         hasLosses = true;
     }
     if (const int error = summary.write(runOutput.directory()); error != 0) {

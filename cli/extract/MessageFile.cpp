@@ -1,14 +1,13 @@
 #include "cli/extract/MessageFile.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <utility>
 
+#include "cli/extract/FileBytes.h"
 #include "cli/extract/Sha256.h"
 #include "cli/terminal/Interrupt.h"
 
@@ -108,20 +107,8 @@ bool MessageFile::flush() {
 }
 
 bool MessageFile::writeAt(std::uint64_t offset, std::span<const std::byte> bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count =
-            pwrite(file->descriptor(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count <= 0) {
-            error = count < 0 ? errno : EIO;
-            return false;
-        }
-        bytes = bytes.subspan(static_cast<std::size_t>(count));
-        offset += static_cast<std::uint64_t>(count);
-    }
-    return true;
+    error = olmkit::writeAt(file->descriptor(), offset, bytes);
+    return error == 0;
 }
 
 // The start of a message is overwritten last, so only a whole one can be hashed.
@@ -129,16 +116,14 @@ bool MessageFile::hash() {
     Sha256 sha256;
     std::vector<std::byte> buffer(written > 0 ? readBytes : 0);
     for (std::uint64_t offset = 0; offset < written;) {
-        const auto wanted =
-            static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), written - offset));
-        const ssize_t count =
-            pread(file->descriptor(), buffer.data(), wanted, static_cast<off_t>(offset));
-        if (count <= 0) {
-            error = count < 0 ? errno : EIO;
+        const auto part = std::span(buffer).first(
+            static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), written - offset)));
+        error = readAt(file->descriptor(), offset, part);
+        if (error != 0) {
             return false;
         }
-        sha256.add(std::span(buffer).first(static_cast<std::size_t>(count)));
-        offset += static_cast<std::uint64_t>(count);
+        sha256.add(part);
+        offset += part.size();
     }
     sha256.add(pending);
     digest = sha256.end();

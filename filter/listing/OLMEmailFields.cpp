@@ -2,6 +2,7 @@
 
 #include "filter/listing/AddressAttributes.h"
 #include "filter/listing/OLMEmailFieldsTags.h"
+#include "filter/xml/AddressNames.h"
 #include "filter/xml/OLMXMLParser.h"
 #include "filter/xml/OLMXMLTag.h"
 
@@ -32,5 +33,5 @@ void OLMEmailFields::handleTag(const OLMXMLTag& tag, OLMXMLParser& parser) {
 }
 
 void OLMEmailFields::attributesToAddr(OLMXMLTag& tag, OLMEMailAddr& address) {
-    takeAddress(tag, "OPFContactEmailAddressAddress", "OPFContactEmailAddressName", address);
+    takeAddress(tag, addressAttribute, nameAttribute, address);
 }

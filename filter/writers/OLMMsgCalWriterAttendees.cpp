@@ -3,6 +3,7 @@
 #include "filter/storage/OLMMsgRecipient.h"
 #include "filter/writers/OLMMsgCalTags.h"
 #include "filter/writers/OLMMsgCalWriter.h"
+#include "filter/xml/AddressNames.h"
 
 namespace {
 
@@ -58,7 +59,7 @@ void OLMMsgCalWriter::addNormalAttendee(const OLMXMLTag& tag) {
     const qor::WString& address = textOf(tag.findAttribute("OPFCalendarAttendeeAddress"), empty);
     const qor::WString& type = textOf(tag.findAttribute("OPFCalendarAttendeeType"), empty);
     // The name that a mail's address has goes ahead of the attendee's, also when it is empty.
-    const OLMXMLAttribute* mailName = tag.findAttribute("OPFContactEmailAddressName");
+    const OLMXMLAttribute* mailName = tag.findAttribute(nameAttribute);
     const qor::WString& name = textOf(
         mailName != nullptr ? mailName : tag.findAttribute("OPFCalendarAttendeeName"), empty);
 

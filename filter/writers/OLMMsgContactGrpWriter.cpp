@@ -4,15 +4,12 @@
 #include "filter/storage/OpenHandle.h"
 #include "filter/storage/WriterErrors.h"
 #include "filter/writers/OLMMsgContactGrpTags.h"
+#include "filter/xml/AddressNames.h"
 
 #include <array>
 #include <string_view>
 
 namespace {
-
-constexpr std::string_view addressAttribute = "OPFContactEmailAddressAddress";
-constexpr std::string_view nameAttribute = "OPFContactEmailAddressName";
-constexpr std::string_view typeAttribute = "OPFContactEmailAddressType";
 
 // Marks an entry identifier as a one-off: {A41F2B81-A3BE-1910-9D6E-00DD010F5402}.
 constexpr std::array<unsigned char, 16> oneOffProvider = {

@@ -3,6 +3,7 @@
 #include "filter/core/Exception.h"
 #include "filter/storage/WriterErrors.h"
 #include "filter/writers/OLMMsgContactTags.h"
+#include "filter/xml/AddressNames.h"
 #include "filter/xml/TextUnits.h"
 
 #include <memory>
@@ -13,8 +14,6 @@ namespace {
 constexpr unsigned int childrensNames = 0x3A58101F;
 constexpr unsigned int wholeBusinessAddress = 0x801B001F;
 constexpr unsigned int wholeHomeAddress = 0x801A001F;
-
-constexpr std::string_view addressAttribute = "OPFContactEmailAddressAddress";
 
 constexpr const char* lineEnd = "\r\n";
 

@@ -4,6 +4,7 @@
 #include "filter/storage/OpenHandle.h"
 #include "filter/writers/OLMMsgMailTags.h"
 #include "filter/writers/OLMMsgMailWriter.h"
+#include "filter/xml/AddressNames.h"
 #include "filter/xml/TextUnits.h"
 
 #include <algorithm>
@@ -11,9 +12,6 @@
 #include <string_view>
 
 namespace {
-
-constexpr std::string_view addressAttribute = "OPFContactEmailAddressAddress";
-constexpr std::string_view nameAttribute = "OPFContactEmailAddressName";
 
 enum RecipientType : unsigned int {
     RecipientTo = 1,
