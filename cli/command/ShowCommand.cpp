@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "cli/command/ArchiveInput.h"
+#include "cli/extract/LossText.h"
 #include "cli/show/BodyText.h"
 #include "cli/show/ItemDescription.h"
 #include "cli/show/ItemText.h"
@@ -16,9 +17,6 @@
 namespace olmkit {
 
 namespace {
-
-// The module's result for a place at which no item can be.
-constexpr std::int32_t resultNoItem = 15;
 
 constexpr const char* adviceOnPlaces = "; see entry and item in the list as csv or jsonl";
 
@@ -177,7 +175,7 @@ void Show::tellLosses(const olmhost::Extraction& extraction) {
     };
     for (const olmhost::MemberRead& member : extraction.members) {
         if (!member.fault.empty()) {
-            tellLoss("the attachment \"" + member.name + "\": " + member.fault);
+            tellLoss(attachmentLoss(member));
         }
     }
     for (const olmhost::EntryFault& fault : extraction.faults) {

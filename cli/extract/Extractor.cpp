@@ -319,8 +319,9 @@ void Extractor::finish(ItemTask& task) {
 void Extractor::finishRow(const ManifestRow& row, const std::string& line,
                           const std::string& kind) {
     ++numbers.requested;
-    const std::string title =
-        archiveTitle(options.archive) + ": " + itemTitle(row, kind, session) + ": ";
+    const auto titled = [&](const std::string& text) {
+        return archiveTitle(options.archive) + ": " + itemTitle(row, kind, session) + ": " + text;
+    };
     if (row.error.empty()) {
         ++numbers.written;
         numbers.bytes += row.size;
@@ -328,12 +329,12 @@ void Extractor::finishRow(const ManifestRow& row, const std::string& line,
             messages.detail("wrote " + options.directory + "/" + row.path);
         }
     } else {
-        messages.tell(title + row.error);
+        messages.tell(titled(row.error));
         isAtLimit =
             options.failsFast || numbers.failed() >= options.mostErrors.value_or(UINT64_MAX);
     }
     for (const std::string& warning : row.warnings) {
-        messages.warn(title + warning);
+        messages.warn(titled(warning));
     }
     if (!row.warnings.empty()) {
         ++numbers.warned;

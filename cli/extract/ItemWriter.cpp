@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "cli/extract/LossText.h"
 #include "cli/extract/Sha256.h"
 #include "cli/terminal/Interrupt.h"
 #include "cli/terminal/Text.h"
@@ -12,9 +13,6 @@
 namespace olmkit {
 
 namespace {
-
-// The module's result for a place at which no item can be.
-constexpr std::int32_t resultNoItem = 15;
 
 std::string refusalText(const ManifestRow& row, const olmhost::Extraction& extraction) {
     std::string faultText;
@@ -29,14 +27,6 @@ std::string refusalText(const ManifestRow& row, const olmhost::Extraction& extra
     }
     return text + " (result " + std::to_string(row.result) + ", status " +
            std::to_string(row.status) + ")" + faultText;
-}
-
-std::string attachmentWarning(const olmhost::MemberRead& member) {
-    if (!member.entryIndex.has_value()) {
-        return "an attachment is missing: " + member.fault; // which holds the name
-    }
-    return "the attachment \"" + member.name + "\" is " +
-           (member.bytesRead == 0 ? "missing: " : "damaged: ") + member.fault;
 }
 
 std::string namelessWarning(const AttachmentRow& attachment) {
@@ -82,7 +72,7 @@ void warn(const WantedItem& wanted, const olmhost::Extraction& extraction, ItemO
     };
     for (const olmhost::MemberRead& member : extraction.members) {
         if (!member.fault.empty()) {
-            addLoss(attachmentWarning(member));
+            addLoss(attachmentLoss(member));
             outcome.faultyEntries.insert(member.entryIndex.value_or(olmhost::EntryFault::noEntry));
         }
     }
