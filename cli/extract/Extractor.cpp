@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <thread>
 #include <utility>
 
@@ -34,6 +35,11 @@ std::string itemTitle(const ManifestRow& row, const std::string& kind,
            entryTitle(session, *row.entry);
 }
 
+// What stands ahead of the bar: as short as one knows the archive by.
+std::string barLabel(const ExtractOptions& options) {
+    return std::filesystem::path(archiveTitle(options.archive)).filename().string();
+}
+
 unsigned jobsOf(const ExtractOptions& options) {
     return options.jobs != 0 ? options.jobs : std::max(std::thread::hardware_concurrency(), 1U);
 }
@@ -54,7 +60,7 @@ std::optional<timespec> timeOf(const olmhost::Row& row) {
 Extractor::Extractor(const ExtractOptions& options, olmhost::Session& session, Output& output,
                      Messages& messages)
     : options(options), session(session), output(output), messages(messages),
-      progress(messages, options.archive), selection(options), paths(options.layout),
+      progress(messages, barLabel(options)), selection(options), paths(options.layout),
       runOutput(options, session, messages),
       items(session, runOutput.directory(), ItemWriter::Access::ByIndex, options.attachments) {
     if (const unsigned jobs = jobsOf(options); jobs > 1 && !options.isDryRun) {
