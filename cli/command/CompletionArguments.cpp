@@ -6,7 +6,7 @@ namespace olmkit {
 
 namespace {
 
-constexpr const char* examples =
+constexpr const char* completionExamples =
     "Examples:\n"
     "  source <(olmkit completion bash)\n"
     "  olmkit completion zsh > ~/.zfunc/_olmkit\n"
@@ -28,7 +28,7 @@ void defineCompletion(CLI::App& app, CompletionOptions& options) {
         ->type_name("")
         ->check(CLI::IsMember({"bash", "zsh", "fish"}))
         ->required();
-    completion->footer(examples);
+    completion->footer(completionExamples);
 }
 
 } // namespace olmkit

@@ -10,7 +10,7 @@ namespace {
 
 constexpr unsigned mostJobs = 256;
 
-constexpr const char* examples =
+constexpr const char* extractExamples =
     "Examples:\n"
     "  olmkit extract mail.olm -o messages\n"
     "  olmkit extract mail.olm -o messages --item 0 --item 7\n"
@@ -153,7 +153,7 @@ void defineExtract(CLI::App& app, ExtractOptions& options) {
     addShape(*extract, options);
     addCourse(*extract, options);
     extract->final_callback([&options] { refuseFilterBesideItems(options); });
-    extract->footer(examples);
+    extract->footer(extractExamples);
 }
 
 } // namespace olmkit

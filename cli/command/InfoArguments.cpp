@@ -4,7 +4,7 @@ namespace olmkit {
 
 namespace {
 
-constexpr const char* examples =
+constexpr const char* infoExamples =
     "Examples:\n"
     "  olmkit info mail.olm\n"
     "  olmkit info mail.olm --check\n"
@@ -22,7 +22,7 @@ void defineInfo(CLI::App& app, InfoOptions& options) {
     info->add_flag("--json", options.isJson, "Print one JSON object, for programs");
     info->add_flag("--check", options.isChecking,
                    "Read every entry to its end, to find what is damaged");
-    info->footer(examples);
+    info->footer(infoExamples);
 }
 
 } // namespace olmkit

@@ -8,7 +8,7 @@ namespace olmkit {
 
 namespace {
 
-constexpr const char* examples =
+constexpr const char* listExamples =
     "Examples:\n"
     "  olmkit list mail.olm\n"
     "  olmkit list mail.olm --kind email --folder '**/Inbox' --since 2019-03\n"
@@ -87,7 +87,7 @@ void defineList(CLI::App& app, ListOptions& options) {
     addColumns(*list, options);
     addOrder(*list, options);
     addFilter(*list, options.filter);
-    list->footer(examples);
+    list->footer(listExamples);
 }
 
 } // namespace olmkit

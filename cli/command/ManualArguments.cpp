@@ -4,14 +4,14 @@ namespace olmkit {
 
 namespace {
 
-constexpr const char* examples = "Examples:\n"
-                                 "  olmkit man | man -l -\n"
-                                 "  olmkit man > olmkit.1\n";
+constexpr const char* manualExamples = "Examples:\n"
+                                       "  olmkit man | man -l -\n"
+                                       "  olmkit man > olmkit.1\n";
 
 } // namespace
 
 void defineManual(CLI::App& app, ManualOptions& /*options*/) {
-    app.add_subcommand("man", "Print the manual page, for man and groff")->footer(examples);
+    app.add_subcommand("man", "Print the manual page, for man and groff")->footer(manualExamples);
 }
 
 } // namespace olmkit

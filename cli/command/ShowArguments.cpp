@@ -5,7 +5,7 @@ namespace olmkit {
 
 namespace {
 
-constexpr const char* examples =
+constexpr const char* showExamples =
     "Examples:\n"
     "  olmkit show mail.olm 7\n"
     "  olmkit show mail.olm 7 --body\n"
@@ -52,7 +52,7 @@ void defineShow(CLI::App& app, ShowOptions& options) {
     addArchive(*show, options.archive);
     addItem(*show, options);
     addForms(*show, options);
-    show->footer(examples);
+    show->footer(showExamples);
 }
 
 } // namespace olmkit

@@ -4,14 +4,15 @@ namespace olmkit {
 
 namespace {
 
-constexpr const char* examples = "Examples:\n"
-                                 "  olmkit verify messages\n"
-                                 "  olmkit verify messages --strict\n"
-                                 "  olmkit verify messages --json\n"
-                                 "\n"
-                                 "Reads DIR/manifest.jsonl, and of every file that it names the "
-                                 "size and the SHA-256. Each file\n"
-                                 "that differs is a line; the exit code is 1 then.\n";
+constexpr const char* verifyExamples =
+    "Examples:\n"
+    "  olmkit verify messages\n"
+    "  olmkit verify messages --strict\n"
+    "  olmkit verify messages --json\n"
+    "\n"
+    "Reads DIR/manifest.jsonl, and of every file that it names the "
+    "size and the SHA-256. Each file\n"
+    "that differs is a line; the exit code is 1 then.\n";
 
 } // namespace
 
@@ -21,7 +22,7 @@ void defineVerify(CLI::App& app, VerifyOptions& options) {
     verify->add_flag("--strict", options.strict,
                      "A file that the manifest doesn't name is a difference too");
     verify->add_flag("--json", options.json, "One JSON object in place of text");
-    verify->footer(examples);
+    verify->footer(verifyExamples);
 }
 
 } // namespace olmkit

@@ -11,9 +11,6 @@ namespace olmkit {
 
 namespace {
 
-// Room that a name leaves for " (4294967295)".
-constexpr std::size_t numberRoom = 13;
-
 // A longer one, with its dot, is no type that a program opens a file by.
 constexpr std::size_t longestEnding = 17;
 
@@ -48,7 +45,7 @@ struct Parts {
 };
 
 // Whether text is "." and what tells a file's type.
-bool isEnding(std::u16string_view text) {
+bool isFileEnding(std::u16string_view text) {
     return text.size() > 1 && text.size() <= longestEnding &&
            std::ranges::all_of(text.substr(1), [](char16_t unit) {
                return (unit >= u'0' && unit <= u'9') || (unit >= u'A' && unit <= u'Z') ||
@@ -59,7 +56,7 @@ bool isEnding(std::u16string_view text) {
 Parts partsOf(std::u16string_view name) {
     Parts parts;
     const std::size_t dot = name.rfind(u'.');
-    if (dot != std::u16string_view::npos && dot > 0 && isEnding(name.substr(dot))) {
+    if (dot != std::u16string_view::npos && dot > 0 && isFileEnding(name.substr(dot))) {
         appendUtf8(parts.ending, name.substr(dot));
         name = name.substr(0, dot);
     }

@@ -17,7 +17,7 @@ namespace olmkit {
 
 namespace {
 
-constexpr std::size_t heldBytes = std::size_t{1} << 20;
+constexpr std::size_t heldAttachmentBytes = std::size_t{1} << 20;
 constexpr std::size_t copyBytes = std::size_t{256} << 10;
 
 } // namespace
@@ -34,7 +34,7 @@ void AttachmentSpool::append(std::size_t attachment, std::span<const std::byte> 
     }
     if (error == 0) {
         pending.insert(pending.end(), bytes.begin(), bytes.end());
-        if (pending.size() >= heldBytes) {
+        if (pending.size() >= heldAttachmentBytes) {
             flush();
         }
     }

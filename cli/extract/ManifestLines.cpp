@@ -3,17 +3,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 
+#include "cli/extract/LineReader.h"
 #include "cli/extract/ManifestRow.h"
 
 namespace olmkit {
-
-namespace {
-
-constexpr std::size_t partSize = std::size_t{64} << 10;
-
-} // namespace
 
 ManifestLines::~ManifestLines() {
     if (file >= 0) {
@@ -37,25 +31,17 @@ int ManifestLines::open(const OutputDirectory& directory, const std::string& nam
 }
 
 int ManifestLines::readLines() {
-    std::string text;
-    std::vector<char> part(partSize);
+    LineReader reader(file);
+    std::string line;
     std::uint64_t offset = 0;
-    ssize_t count = 0;
-    while ((count = read(file, part.data(), part.size())) > 0) {
-        const auto end = part.begin() + count;
-        auto start = part.begin();
-        for (auto stop = std::find(start, end, '\n'); stop != end;
-             stop = std::find(start, end, '\n')) {
-            text.append(start, stop + 1);
-            enter(text, offset);
-            offset += text.size();
-            text.clear();
-            start = stop + 1;
-        }
-        text.append(start, end);
+    LineReader::Answer answer = reader.next(line);
+    for (; answer == LineReader::Answer::Line; answer = reader.next(line)) {
+        line += '\n';
+        enter(line, offset);
+        offset += line.size();
     }
-    broken += text.empty() ? 0 : 1;
-    return count < 0 ? errno : 0;
+    broken += answer == LineReader::Answer::Rest ? 1 : 0;
+    return reader.errorNumber();
 }
 
 void ManifestLines::enter(const std::string& line, std::uint64_t offset) {

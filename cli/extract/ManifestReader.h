@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <vector>
 
+#include "cli/extract/LineReader.h"
 #include "cli/extract/ManifestRow.h"
 
 namespace olmkit {
@@ -21,7 +21,7 @@ public:
     };
 
     // `file` is open for reading and stands at its start; it is borrowed.
-    explicit ManifestReader(int file) : file(file) {}
+    explicit ManifestReader(int file) : reader(file, longestLine) {}
 
     // The next row goes to `row`. After anything but Row there is nothing more to read.
     Answer next(ManifestRow& row);
@@ -33,20 +33,16 @@ public:
     bool isCutOff() const { return cutOff; }
 
     // An errno value.
-    int errorNumber() const { return error; }
+    int errorNumber() const { return reader.errorNumber(); }
 
 private:
-    Answer readLine();
-    bool fill();
+    // Bytes; the line of no mail comes near, not even with 100,000 attachments.
+    static constexpr std::size_t longestLine = std::size_t{256} << 20;
 
-    int file;
-    std::vector<char> part; // of the file, read at once
-    std::size_t place = 0;  // in it, of the next byte
-    std::size_t filled = 0; // bytes in it
-    std::string line;       // without its end
+    LineReader reader;
+    std::string line;
     std::uint64_t lines = 0;
     bool cutOff = false;
-    int error = 0;
 };
 
 } // namespace olmkit

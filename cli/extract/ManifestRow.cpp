@@ -12,14 +12,6 @@ namespace olmkit {
 
 namespace {
 
-template <typename Number> JsonObject orNull(const std::optional<Number>& value) {
-    return value.has_value() ? JsonObject(*value) : JsonObject();
-}
-
-JsonObject orNull(const std::string& text) {
-    return text.empty() ? JsonObject() : JsonObject(text);
-}
-
 JsonObject objectOf(const AttachmentRow& row) {
     JsonObject object;
     object["name"] = orNull(row.name);
@@ -66,7 +58,7 @@ std::optional<Number> optionalNumber(const JsonObject& object, const char* key) 
     return value.is_null() ? std::nullopt : std::optional(numberOf<Number>(value));
 }
 
-std::string textOf(const JsonObject& value) {
+std::string requiredText(const JsonObject& value) {
     require(value.is_string());
     return value.get<std::string>();
 }
@@ -75,7 +67,7 @@ std::string textOf(const JsonObject& value) {
 std::string textOrNull(const JsonObject& object, const char* key) {
     const JsonObject& value = valueAt(object, key);
     require(!value.is_string() || !value.get_ref<const std::string&>().empty());
-    return value.is_null() ? std::string() : textOf(value);
+    return value.is_null() ? std::string() : requiredText(value);
 }
 
 std::string hashOrNull(const JsonObject& object, const char* key) {
@@ -98,7 +90,7 @@ AttachmentRow attachmentOf(const JsonObject& object) {
     AttachmentRow row;
     row.name = textOrNull(object, "name");
     if (const JsonObject& url = valueAt(object, "url"); !url.is_null()) {
-        row.url = textOf(url);
+        row.url = requiredText(url);
     }
     row.declaredSize = optionalNumber<std::uint64_t>(object, "declared_size");
     row.path = textOrNull(object, "path");
@@ -124,7 +116,7 @@ ManifestRow rowOf(const JsonObject& object) {
     row.status = numberOf<std::uint16_t>(valueAt(object, "status"));
     row.error = textOrNull(object, "error");
     for (const JsonObject& warning : listAt(object, "warnings")) {
-        row.warnings.push_back(textOf(warning));
+        row.warnings.push_back(requiredText(warning));
     }
     for (const JsonObject& attachment : listAt(object, "attachments")) {
         row.attachments.push_back(attachmentOf(attachment));

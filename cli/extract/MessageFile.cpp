@@ -17,7 +17,7 @@ namespace {
 
 // Bytes that are held in memory: most messages are never written before they are whole, and so need
 // no second reading for their hash.
-constexpr std::size_t heldBytes = std::size_t{4} << 20;
+constexpr std::size_t heldMessageBytes = std::size_t{4} << 20;
 
 constexpr std::size_t readBytes = std::size_t{256} << 10;
 
@@ -32,7 +32,7 @@ bool MessageFile::append(std::span<const std::byte> bytes) {
         return false;
     }
     pending.insert(pending.end(), bytes.begin(), bytes.end());
-    return pending.size() < heldBytes || flush();
+    return pending.size() < heldMessageBytes || flush();
 }
 
 bool MessageFile::overwrite(std::uint64_t offset, std::span<const std::byte> bytes) {

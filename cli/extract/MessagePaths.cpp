@@ -21,9 +21,6 @@ constexpr std::string_view attachmentsEnding = " (attachments)";
 // The longest name of a message without its ending, whose folder for attachments has a name too.
 constexpr std::size_t longestStem = longestName - std::max(ending.size(), attachmentsEnding.size());
 
-// Room that a name leaves for " (4294967295)".
-constexpr std::size_t numberRoom = 13;
-
 // Files that this program writes beside the messages.
 constexpr auto ownNames = std::to_array<std::string_view>({
     "manifest.jsonl",

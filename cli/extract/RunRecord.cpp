@@ -41,11 +41,7 @@ JsonObject archiveObject(const olmhost::Session& session) {
     return object;
 }
 
-template <typename Value> JsonObject orNull(const std::optional<Value>& value) {
-    return value.has_value() ? JsonObject(*value) : JsonObject();
-}
-
-JsonObject orNull(const std::optional<Moment>& moment) {
+JsonObject countOrNull(const std::optional<Moment>& moment) {
     return moment.has_value() ? JsonObject(moment->time_since_epoch().count()) : JsonObject();
 }
 
@@ -65,8 +61,8 @@ JsonObject optionsObject(const ExtractOptions& options) {
     object["folder"] = options.filter.folders;
     object["from"] = orNull(options.filter.from);
     object["subject"] = orNull(options.filter.subject);
-    object["since"] = orNull(options.filter.since);
-    object["until"] = orNull(options.filter.until);
+    object["since"] = countOrNull(options.filter.since);
+    object["until"] = countOrNull(options.filter.until);
     object["layout"] = options.layout == Layout::Flat ? "flat" : "tree";
     object["timestamps"] = options.hasTimestamps;
     object["attachments"] = options.attachments;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "cli/terminal/CellText.h"
+
 namespace olmkit {
 
 namespace {
@@ -21,12 +23,6 @@ std::string_view rowKind(ItemKind kind) {
 
 constexpr std::array headings = {"in documents", "listed", "written", "failed"};
 constexpr std::size_t firstColumn = 11; // cells of the kinds' names
-constexpr std::size_t columnGap = 2;
-
-void appendRight(std::string& out, const std::string& text, std::size_t cells) {
-    out.append(cells - std::min(cells, text.size()) + columnGap, ' ');
-    out += text;
-}
 
 const char* extentName(RunExtent extent) {
     switch (extent) {
@@ -179,8 +175,8 @@ std::string Summary::table() const {
         lines += summaryKinds[place];
         lines.append(firstColumn - summaryKinds[place].size(), ' ');
         for (std::size_t column = 0; column < numbers.size(); ++column) {
-            appendRight(lines, std::to_string(numbers[column]),
-                        std::string_view(headings[column]).size());
+            lines.append(columnGap, ' ');
+            appendRight(lines, std::to_string(numbers[column]), cellsOf(headings[column]));
         }
         lines += '\n';
     }
@@ -189,7 +185,7 @@ std::string Summary::table() const {
     }
     std::string head(firstColumn, ' ');
     for (const char* heading : headings) {
-        appendRight(head, heading, 0);
+        head.append(columnGap, ' ').append(heading);
     }
     head += '\n';
     lines.insert(0, head);

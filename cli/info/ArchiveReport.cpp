@@ -7,7 +7,7 @@ namespace olmkit {
 
 namespace {
 
-JsonObject orNull(const std::optional<Moment>& moment) {
+JsonObject momentOrNull(const std::optional<Moment>& moment) {
     return moment ? JsonObject(momentText(*moment)) : JsonObject();
 }
 
@@ -33,8 +33,8 @@ JsonObject kindsOf(const ArchiveReport& report) {
         object["documents"] = kind.counted.documents;
         object["items"] = kind.counted.items;
         object["listed"] = kind.listed;
-        object["earliest"] = orNull(kind.earliest);
-        object["latest"] = orNull(kind.latest);
+        object["earliest"] = momentOrNull(kind.earliest);
+        object["latest"] = momentOrNull(kind.latest);
         object["attachments"] = kind.counted.attachments + kind.counted.unnamedAttachments;
         list.push_back(std::move(object));
     }

@@ -3,16 +3,16 @@
 #include <algorithm>
 #include <string_view>
 
+#include "cli/terminal/CellText.h"
 #include "cli/terminal/Text.h"
 
 namespace olmkit {
 
 namespace {
 
-constexpr std::size_t numberRoom = 11; // cells
+constexpr unsigned numberCells = 11; // cells
 constexpr std::size_t kindRoom = 11;
 constexpr std::size_t momentRoom = 20;
-constexpr std::size_t gap = 2; // between columns
 
 // Decimal digits in groups of three.
 std::string grouped(std::uint64_t number) {
@@ -29,13 +29,12 @@ std::string counted(std::uint64_t number, std::string_view one, std::string_view
 
 void appendLeft(std::string& out, std::string_view text, std::size_t room) {
     out += text;
-    out.append(room - std::min(room, text.size()) + gap, ' ');
+    out.append(room - std::min(room, text.size()) + columnGap, ' ');
 }
 
-void appendRight(std::string& out, std::string_view text, std::size_t room) {
-    out.append(room - std::min(room, text.size()), ' ');
-    out += text;
-    out.append(gap, ' ');
+void appendNumber(std::string& out, std::string_view text) {
+    appendRight(out, text, numberCells);
+    out.append(columnGap, ' ');
 }
 
 void endLine(std::string& out) {
@@ -60,8 +59,8 @@ void appendKinds(std::string& out, const ArchiveReport& report) {
     }
     out += '\n';
     appendLeft(out, "KIND", kindRoom);
-    appendRight(out, "DOCUMENTS", numberRoom);
-    appendRight(out, "ITEMS", numberRoom);
+    appendNumber(out, "DOCUMENTS");
+    appendNumber(out, "ITEMS");
     appendLeft(out, "EARLIEST", momentRoom);
     out += "LATEST\n";
     for (std::size_t place = 0; place < report.kinds.size(); ++place) {
@@ -70,8 +69,8 @@ void appendKinds(std::string& out, const ArchiveReport& report) {
             continue;
         }
         appendLeft(out, olmhost::nameOf(static_cast<olmhost::ItemKind>(place)), kindRoom);
-        appendRight(out, grouped(kind.counted.documents), numberRoom);
-        appendRight(out, grouped(kind.counted.items), numberRoom);
+        appendNumber(out, grouped(kind.counted.documents));
+        appendNumber(out, grouped(kind.counted.items));
         appendLeft(out, kind.earliest ? momentText(*kind.earliest) : "", momentRoom);
         out += kind.latest ? momentText(*kind.latest) : "";
         endLine(out);
@@ -83,10 +82,10 @@ void appendAccounts(std::string& out, const ArchiveReport& report) {
         return;
     }
     out += '\n';
-    appendRight(out, "ITEMS", numberRoom);
+    appendNumber(out, "ITEMS");
     out += "ACCOUNT\n";
     for (const auto& [folder, items] : report.accounts) {
-        appendRight(out, grouped(items), numberRoom);
+        appendNumber(out, grouped(items));
         appendPrintable(out, folder);
         out += '\n';
     }
@@ -94,9 +93,9 @@ void appendAccounts(std::string& out, const ArchiveReport& report) {
 
 void appendFolder(std::string& out, const std::string& name, const Folder& folder,
                   std::size_t depth) {
-    appendRight(out, grouped(folder.own), numberRoom);
-    appendRight(out, grouped(folder.total), numberRoom);
-    out.append(depth * gap, ' ');
+    appendNumber(out, grouped(folder.own));
+    appendNumber(out, grouped(folder.total));
+    out.append(depth * columnGap, ' ');
     appendPrintable(out, name);
     out += '\n';
     for (const auto& [childName, child] : folder.children) {
@@ -110,12 +109,12 @@ void appendFolders(std::string& out, const ArchiveReport& report) {
         return;
     }
     out += '\n';
-    appendRight(out, "ITEMS", numberRoom);
-    appendRight(out, "WITH BELOW", numberRoom);
+    appendNumber(out, "ITEMS");
+    appendNumber(out, "WITH BELOW");
     out += "FOLDER\n";
     if (top.own > 0) {
-        appendRight(out, grouped(top.own), numberRoom);
-        appendRight(out, grouped(top.own), numberRoom);
+        appendNumber(out, grouped(top.own));
+        appendNumber(out, grouped(top.own));
         out += "(in no folder)\n";
     }
     for (const auto& [name, child] : top.children) {
@@ -145,12 +144,12 @@ void appendAttachments(std::string& out, const ArchiveReport& report) {
     if (report.largest.empty()) {
         return;
     }
-    appendRight(out, "BYTES", numberRoom);
-    appendRight(out, "ENTRY", numberRoom);
+    appendNumber(out, "BYTES");
+    appendNumber(out, "ENTRY");
     out += "LARGEST\n";
     for (const AttachmentReport& attachment : report.largest) {
-        appendRight(out, grouped(attachment.size), numberRoom);
-        appendRight(out, std::to_string(attachment.entry), numberRoom);
+        appendNumber(out, grouped(attachment.size));
+        appendNumber(out, std::to_string(attachment.entry));
         appendPrintable(out, attachment.name);
         out += '\n';
     }

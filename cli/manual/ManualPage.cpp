@@ -143,16 +143,17 @@ std::string exitCodes() {
     return text;
 }
 
-constexpr const char* environment = ".SH ENVIRONMENT\n"
-                                    ".TP\n\\fBNO_COLOR\\fP\n"
-                                    "When set and not empty, text is not coloured, unless "
-                                    "\\fB\\-\\-color always\\fP is given.\n"
-                                    ".TP\n\\fBTERM\\fP\n"
-                                    "On a terminal of kind \\fBdumb\\fP there are neither colours "
-                                    "nor a progress bar.\n"
-                                    ".TP\n\\fBTMPDIR\\fP\n"
-                                    "Where an archive that comes through a pipe is kept while it "
-                                    "is read, by default \\fI/tmp\\fP.\n";
+constexpr const char* environmentSection =
+    ".SH ENVIRONMENT\n"
+    ".TP\n\\fBNO_COLOR\\fP\n"
+    "When set and not empty, text is not coloured, unless "
+    "\\fB\\-\\-color always\\fP is given.\n"
+    ".TP\n\\fBTERM\\fP\n"
+    "On a terminal of kind \\fBdumb\\fP there are neither colours "
+    "nor a progress bar.\n"
+    ".TP\n\\fBTMPDIR\\fP\n"
+    "Where an archive that comes through a pipe is kept while it "
+    "is read, by default \\fI/tmp\\fP.\n";
 
 } // namespace
 
@@ -175,7 +176,7 @@ std::string manualPage(const ProgramOutline& program, const std::string& version
     for (const CommandOutline& command : program.commands) {
         text += commandText(program, command);
     }
-    return text + exitCodes() + environment;
+    return text + exitCodes() + environmentSection;
 }
 
 } // namespace olmkit

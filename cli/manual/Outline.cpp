@@ -23,7 +23,7 @@ void readType(const std::string& type, Parameter& parameter) {
     }
 }
 
-ValueKind kindOf(const Parameter& parameter) {
+ValueKind valueKindOf(const Parameter& parameter) {
     if (!parameter.choices.empty()) {
         return ValueKind::Choice;
     }
@@ -67,7 +67,7 @@ Parameter parameterOf(const CLI::Option& option) {
     parameter.isRepeated = option.get_expected_max() > 1;
     if (option.get_items_expected_max() > 0) {
         readType(option.get_type_name(), parameter);
-        parameter.kind = kindOf(parameter);
+        parameter.kind = valueKindOf(parameter);
     }
     return parameter;
 }

@@ -2,12 +2,23 @@
 #define OLMKIT_CLI_ROWS_JSONLINE_H
 
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 
 namespace olmkit {
 
 // An object whose members keep the order in which they were set.
 using JsonObject = nlohmann::ordered_json;
+
+// The value, or null where there is none.
+template <typename Value> JsonObject orNull(const std::optional<Value>& value) {
+    return value.has_value() ? JsonObject(*value) : JsonObject();
+}
+
+// The text, or null for an empty one.
+inline JsonObject orNull(const std::string& text) {
+    return text.empty() ? JsonObject() : JsonObject(text);
+}
 
 // Appends an object as one line of UTF-8; in its texts, broken bytes become U+FFFD.
 inline void appendLine(std::string& out, const JsonObject& object) {

@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <utility>
 
-#include "cli/rows/CellText.h"
 #include "cli/rows/Moment.h"
+#include "cli/terminal/CellText.h"
 #include "cli/terminal/Text.h"
 
 namespace olmkit {
 
 namespace {
 
-constexpr unsigned gap = 2;       // between columns, in cells
 constexpr unsigned leastRoom = 8; // of a column that gets a share
 constexpr std::string_view boldOn = "\x1B[1m";
 constexpr std::string_view boldOff = "\x1B[0m";
@@ -30,7 +29,7 @@ TableRowWriter::TableRowWriter(RowColumns columns, unsigned width, bool isStyled
 
 // Shares what the other columns and the gaps leave among those that take any room.
 void TableRowWriter::shareTerminal() {
-    unsigned taken = (static_cast<unsigned>(columns.size()) - 1) * gap;
+    unsigned taken = (static_cast<unsigned>(columns.size()) - 1) * columnGap;
     unsigned shares = 0;
     for (const RowColumn* column : columns) {
         taken += column->share == 0 ? column->room : 0;
@@ -91,7 +90,7 @@ void TableRowWriter::putCell(std::size_t place, std::string_view text) {
         const unsigned needed = cellsOf(text);
         line.append(rooms[place] - std::min(rooms[place], needed), ' ');
     }
-    line.append(gap, ' ');
+    line.append(columnGap, ' ');
 }
 
 void TableRowWriter::endLine(std::string& out) {

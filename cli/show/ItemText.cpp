@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "cli/terminal/CellText.h"
 #include "cli/terminal/Text.h"
 #include "host/message/PropertyNames.h"
 
@@ -10,7 +11,6 @@ namespace olmkit {
 
 namespace {
 
-constexpr unsigned gap = 2; // between columns, in cells
 constexpr unsigned leastValue =
     40; // cells for long values beside the columns; with less, they go below
 constexpr unsigned valueIndent = 4;     // of values below their columns
@@ -25,14 +25,6 @@ std::string printable(std::string_view text) {
 // That of a JSON text; empty for null.
 std::string textOf(const JsonObject& text) {
     return text.is_string() ? printable(text.get_ref<const std::string&>()) : "";
-}
-
-unsigned widthOf(std::string_view text) {
-    unsigned cells = 0;
-    while (!text.empty()) {
-        cells += cellWidth(takeCodePoint(text));
-    }
-    return cells;
 }
 
 // "Mara <mara@x>", or what there is of it.
@@ -145,7 +137,7 @@ void ItemText::write(const JsonObject& described, std::string_view entryName) {
              " in entry " + described.at("entry").dump() + " (" + printable(entryName) + ")";
     writeWrapped(title, 0, valueIndent);
     writeHeading("Properties");
-    writeProperties(described.at("properties"), gap);
+    writeProperties(described.at("properties"), columnGap);
     writeRecipients(described.at("recipients"));
     writeAttachments(described.at("attachments"));
     writeRecurrence(described.at("recurrence"));
@@ -182,7 +174,7 @@ void ItemText::writeTable(const std::vector<Row>& rows, unsigned indent) {
     for (const Row& row : rows) {
         widths.resize(std::max(widths.size(), row.cells.size()));
         for (std::size_t column = 0; column < row.cells.size(); ++column) {
-            widths[column] = std::max(widths[column], widthOf(row.cells[column]));
+            widths[column] = std::max(widths[column], cellsOf(row.cells[column]));
         }
     }
     for (const Row& row : rows) {
@@ -194,12 +186,12 @@ void ItemText::writeRow(const Row& row, const std::vector<unsigned>& widths, uns
     std::string line(indent, ' ');
     unsigned used = indent;
     for (std::size_t column = 0; column < row.cells.size(); ++column) {
-        const unsigned cells = widthOf(row.cells[column]);
+        const unsigned cells = cellsOf(row.cells[column]);
         line += row.cells[column];
-        line.append(widths[column] - cells + gap, ' ');
-        used += widths[column] + gap;
+        line.append(widths[column] - cells + columnGap, ' ');
+        used += widths[column] + columnGap;
     }
-    const auto fits = [&](const std::string& value) { return used + widthOf(value) <= width; };
+    const auto fits = [&](const std::string& value) { return used + cellsOf(value) <= width; };
     const bool isBeside =
         width == 0 || used + leastValue <= width || std::ranges::all_of(row.values, fits);
     const unsigned start = isBeside ? used : indent + valueIndent;
@@ -271,7 +263,7 @@ void ItemText::writeRecipients(const JsonObject& recipients) {
         const std::string part = textOf(recipient.at("type"));
         writeHeading("Recipient " + std::to_string(i) + (part.empty() ? "" : ", " + part) + ": " +
                      personText(recipient.at("name"), recipient.at("address")));
-        writeProperties(recipient.at("properties"), gap);
+        writeProperties(recipient.at("properties"), columnGap);
     }
 }
 
@@ -288,7 +280,7 @@ void ItemText::writeAttachments(const JsonObject& attachments) {
                      attachment.at("sha256").get<std::string>();
         }
         writeHeading(title);
-        writeProperties(attachment.at("properties"), gap);
+        writeProperties(attachment.at("properties"), columnGap);
     }
 }
 
@@ -303,7 +295,7 @@ void ItemText::writeRecurrence(const JsonObject& recurrence) {
         std::ranges::replace(key, '_', ' ');
         rows.push_back({{key}, linesOf(member.value())});
     }
-    writeTable(rows, gap);
+    writeTable(rows, columnGap);
 }
 
 } // namespace olmkit

@@ -100,21 +100,21 @@ JsonObject describeValue(const Message& message, const Property& property) {
     return values.empty() ? JsonObject() : values.front();
 }
 
-JsonObject orNull(const char* text) {
+JsonObject nameOrNull(const char* text) {
     return text == nullptr ? JsonObject() : JsonObject(text);
 }
 
 void describeName(JsonObject& described, const Property& property) {
     if (!property.name.has_value()) {
-        described["name"] = orNull(olmhost::tagName(property.id()));
+        described["name"] = nameOrNull(olmhost::tagName(property.id()));
         described["set"] = nullptr;
         described["id"] = nullptr;
         return;
     }
     const olmhost::PropertyName& name = *property.name;
     const char* set = olmhost::setName(name.set);
-    described["name"] = orNull(name.isText ? olmhost::namedPropertyName(name.set, name.text)
-                                           : olmhost::namedPropertyName(name.set, name.id));
+    described["name"] = nameOrNull(name.isText ? olmhost::namedPropertyName(name.set, name.text)
+                                               : olmhost::namedPropertyName(name.set, name.id));
     described["set"] = set == nullptr ? olmhost::setText(name.set) : set;
     described["id"] =
         name.isText ? utf8Of(name.text) : hexNumber(name.id, name.id > 0xFFFF ? 8 : 4);

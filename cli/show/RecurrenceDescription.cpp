@@ -13,7 +13,6 @@ using olmhost::Recurrence;
 
 constexpr std::array<const char*, 7> dayNames = {"sunday",   "monday", "tuesday", "wednesday",
                                                  "thursday", "friday", "saturday"};
-constexpr std::uint32_t minutesPerDay = 1'440;
 
 JsonObject frequencyName(std::uint16_t frequency) {
     switch (frequency) {
@@ -83,10 +82,6 @@ JsonObject dateList(const std::vector<std::uint32_t>& days) {
         dates.push_back(dayText(day));
     }
     return dates;
-}
-
-JsonObject orNull(const std::optional<std::uint32_t>& number) {
-    return number.has_value() ? JsonObject(*number) : JsonObject();
 }
 
 // The moment at which an occurrence on that day starts or ends; offsets may be below 0.

@@ -10,7 +10,6 @@ namespace {
 
 constexpr std::uint64_t unitsPerSecond = 10'000'000;
 constexpr std::uint64_t secondsPerDay = 86'400;
-constexpr std::uint32_t minutesPerDay = 1'440;
 
 // `mark`, and the number in at least so many digits.
 void append(std::string& text, std::string_view mark, std::uint64_t number, std::size_t digits) {

@@ -7,6 +7,8 @@
 // Times since 1601-01-01T00:00 as texts of ISO 8601.
 namespace olmkit {
 
+inline constexpr std::uint32_t minutesPerDay = 1'440;
+
 // Of units of 100 ns in universal time: "2019-03-04T08:59:59Z", with a fraction when there is one.
 std::string fileTimeText(std::uint64_t units);
 

@@ -21,8 +21,6 @@ constexpr double barPause = 0.1;
 constexpr double jsonPause = 0.25;
 constexpr double rateMemory = 3; // what lies further back hardly counts
 
-constexpr unsigned usualWidth = 80; // where a bar is wanted and there is no terminal
-
 // Some milliseconds coarse, and read in a few nanoseconds.
 double secondsNow() {
     timespec now = {};

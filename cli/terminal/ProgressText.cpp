@@ -7,7 +7,7 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 
-#include "cli/terminal/Text.h"
+#include "cli/terminal/CellText.h"
 
 namespace olmkit {
 
@@ -16,14 +16,6 @@ namespace {
 constexpr const char* gap = "  ";
 constexpr std::size_t shortestBar = 12; // cells, brackets included
 constexpr std::size_t longestBar = 52;
-
-unsigned cellsOf(std::string_view text) {
-    unsigned cells = 0;
-    while (!text.empty()) {
-        cells += cellWidth(takeCodePoint(text));
-    }
-    return cells;
-}
 
 template <typename... Values> std::string formatted(const char* format, Values... values) {
     std::array<char, 64> text = {};

@@ -10,8 +10,6 @@ namespace olmkit {
 
 namespace {
 
-constexpr unsigned usualWidth = 80; // of a terminal that doesn't tell
-
 std::string_view environment(const char* name) {
     const char* value = std::getenv(name);
     return value == nullptr ? "" : value;

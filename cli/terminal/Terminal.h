@@ -5,6 +5,9 @@
 
 namespace olmkit {
 
+// Columns where no terminal tells them.
+inline constexpr unsigned usualWidth = 80;
+
 // Columns of the terminal behind a file descriptor at this moment, 0 when it is none.
 unsigned terminalWidth(int descriptor);
 

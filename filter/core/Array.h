@@ -28,6 +28,10 @@ public:
 
     int length() const { return elementCount; }
 
+    // For going through the elements in order.
+    const T* begin() const { return data; }
+    const T* end() const { return data == nullptr ? nullptr : data + elementCount; }
+
     T get(int index) const {
         if (index < 0 || index >= elementCount) {
             throwIndexError("Array.get(): requested index is out of range");

@@ -58,6 +58,10 @@ public:
     // Forgets the elements and keeps the store for the next ones.
     void clear() { elementCount = 0; }
 
+    // For going through the elements in order; adding and removing ends that.
+    const T* begin() const { return array == nullptr ? nullptr : array->begin(); }
+    const T* end() const { return begin() + elementCount; }
+
     // Null until the first element came.
     const Array<T>* store() const { return array; }
 

@@ -8,6 +8,8 @@
 
 namespace qor {
 
+inline constexpr int32_t minutesPerHour = 60;
+
 // A moment as a Julian date: days, with their fraction, since noon of 24 November 4714 BC in the
 // proleptic Gregorian calendar, universal time. Good to the millisecond for the years up to 9999.
 class Date : public Object {

@@ -21,8 +21,8 @@ public:
     unsigned int finalizeNode(OLMXMLParser& parser) override;
 
 private:
-    SODOSPECIALARC* request; // not owned
-    HostStream* output;      // not owned
+    [[maybe_unused]] SODOSPECIALARC* request; // not owned
+    HostStream* output;                       // not owned
 };
 
 #endif

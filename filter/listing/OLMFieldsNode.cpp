@@ -23,8 +23,8 @@ bool isAddressEntry(const OLMXMLTag& tag) {
 }
 
 void deleteAddresses(qor::ArrayList<OLMEMailAddr*>& list) {
-    for (int index = 0; index < list.size(); ++index) {
-        delete list.get(index);
+    for (const OLMEMailAddr* address : list) {
+        delete address;
     }
     list.clear();
 }
@@ -67,7 +67,8 @@ void OLMDefineArcLocatorColumn(PROCtag* proc) {
 OLMFieldsNode::OLMFieldsNode(void* proc) : proc(static_cast<PROCtag*>(proc)), itemName(nullptr) {}
 
 OLMFieldsNode::~OLMFieldsNode() {
-    clearFields();
+    deleteAddresses(firstList);
+    deleteAddresses(secondList);
 }
 
 void OLMFieldsNode::addTagTable(OLMXMLParser& parser, std::span<const UTXML_STRVALPAIR> table) {

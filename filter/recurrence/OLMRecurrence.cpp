@@ -9,7 +9,6 @@ namespace {
 
 constexpr uint32_t minutesPerDay = 1440;
 constexpr uint32_t minutesPerWeek = 7 * minutesPerDay;
-constexpr int32_t minutesPerHour = 60;
 constexpr int64_t millisecondsPerMinute = 60000;
 
 // From 1601 to 1970.
@@ -125,12 +124,12 @@ void OLMRecurrence::adjustTimeZoneOffset() {
     const int32_t minute = fields.wMinute == 29 ? 30 : fields.wMinute;
 
     // Only a full hour is carried, and never west of Greenwich, where the minutes are negative.
-    const int32_t zoneMinutes = timeZoneOffset % minutesPerHour;
-    const bool isCarried = zoneMinutes > 0 && minute + zoneMinutes == minutesPerHour;
-    const int32_t hours = fields.wHour + (isCarried ? 1 : 0) + timeZoneOffset / minutesPerHour;
+    const int32_t zoneMinutes = timeZoneOffset % qor::minutesPerHour;
+    const bool isCarried = zoneMinutes > 0 && minute + zoneMinutes == qor::minutesPerHour;
+    const int32_t hours = fields.wHour + (isCarried ? 1 : 0) + timeZoneOffset / qor::minutesPerHour;
     const auto localHour = static_cast<uint16_t>(hours);
     if (localHour != 0 && localHour != 24) {
-        const uint32_t moved = static_cast<uint32_t>(timeZoneOffset) + minutesPerHour;
+        const uint32_t moved = static_cast<uint32_t>(timeZoneOffset) + qor::minutesPerHour;
         timeZoneOffset = static_cast<int32_t>(moved);
     }
 }

@@ -21,9 +21,8 @@ constexpr unsigned char messageClassId[16] = {0x0B, 0x0D, 0x02, 0x00, 0x00, 0x00
 OLMMsgWriter::OLMMsgWriter(SODOSPECIALARC* request) : request(request) {}
 
 OLMMsgWriter::~OLMMsgWriter() {
-    const int count = properties.size();
-    for (int index = 0; index < count; ++index) {
-        delete properties.get(index);
+    for (const MsgPropPair* pair : properties) {
+        delete pair;
     }
     if (rootStorage != nullptr) {
         rootStorage->close(rootStorage);

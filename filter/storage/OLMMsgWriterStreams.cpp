@@ -15,9 +15,6 @@ static_assert(std::endian::native == std::endian::little);
 
 namespace {
 
-// Units of an element's text that are held at a time.
-constexpr unsigned int chunkUnits = 1024;
-
 constexpr uint32_t maxNameUnits = std::size(StorageSpec{}.name);
 
 // From 1601 to 1970 in 100-nanosecond units, less one second: readers of these messages expect
@@ -101,7 +98,7 @@ unsigned int OLMMsgWriter::writeStringProp(HostStream* stream, const qor::WStrin
 unsigned int OLMMsgWriter::writeStringProp(HostStream* stream, OLMXMLParser& parser) {
     unsigned int total = 0;
     qor::WString chunk;
-    while (parser.content(chunk, chunkUnits) != 0) {
+    while (parser.content(chunk, OLMXMLParser::chunkUnits) != 0) {
         total += writeStringProp(stream, chunk);
     }
     return total;

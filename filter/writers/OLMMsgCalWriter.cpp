@@ -1,11 +1,11 @@
 #include "filter/writers/OLMMsgCalWriter.h"
 
+#include "filter/core/Date.h"
 #include "filter/writers/OLMMsgCalTags.h"
 
 namespace {
 
 constexpr uint64_t secondsPerMinute = 60;
-constexpr uint32_t minutesPerHour = 60;
 
 constexpr int64_t privateAppointment = 1;
 constexpr uint64_t sensitivityPrivate = 2;
@@ -67,7 +67,7 @@ void readOffset(const qor::WString& text, int32_t& offset) {
     if (behindSign == 0) {
         return;
     }
-    const uint32_t hours = numberAt(text, behindSign) * minutesPerHour;
+    const uint32_t hours = numberAt(text, behindSign) * qor::minutesPerHour;
     const uint32_t sum = hours + numberAt(text, behindFirst(text, u':'));
     offset = static_cast<int32_t>(behindPlus != 0 ? sum : 0 - sum);
 }

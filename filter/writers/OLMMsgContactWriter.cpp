@@ -24,8 +24,8 @@ public:
     StringList(const StringList&) = delete;
     StringList& operator=(const StringList&) = delete;
     ~StringList() {
-        for (int index = 0; index < strings.size(); ++index) {
-            delete strings.get(index);
+        for (const qor::WString* string : strings) {
+            delete string;
         }
     }
 
@@ -46,9 +46,8 @@ OLMMsgContactWriter::OLMMsgContactWriter(SODOSPECIALARC* request)
     : OLMMsgWriter(request), addressParts(contactAddrPartCount) {}
 
 OLMMsgContactWriter::~OLMMsgContactWriter() {
-    for (int index = 0; index < addressParts.length(); ++index) {
-        delete addressParts.get(index);
-        addressParts.set(index, nullptr);
+    for (const qor::WString* part : addressParts) {
+        delete part;
     }
 }
 

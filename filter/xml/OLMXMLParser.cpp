@@ -14,7 +14,6 @@
 namespace {
 
 constexpr unsigned int errCannotOpen = static_cast<unsigned int>(-4);
-constexpr uint32_t chunkUnits = 1024; // units of one read of content
 
 // The only option in use: white space between elements is no text.
 constexpr uint32_t skipSpaceOption = 4;
@@ -25,7 +24,7 @@ constexpr std::size_t maxSpareAttributes = 32;
 constexpr int maxSpareCapacity = 1024;
 
 // One chunk of content with a 0 unit behind it, so that a count is never sought past its end.
-using Chunk = std::array<uint16_t, chunkUnits + 1>;
+using Chunk = std::array<uint16_t, OLMXMLParser::chunkUnits + 1>;
 
 void throwFailure(int16_t status) {
     if (status != 0) {

@@ -19,6 +19,8 @@
 // nobody asks for is passed over by the next nextTag(). Serves one call of an entry point.
 class OLMXMLParser {
 public:
+    static constexpr uint32_t chunkUnits = 1024; // of text, that are read and held at a time
+
     // Opens entry `entryIndex` of `archive` (an ArchiveDirectory, borrowed until the parser's
     // end). Throws what init() throws; an entry that was opened by then stays open.
     OLMXMLParser(void* archive, unsigned long entryIndex);

@@ -12,8 +12,7 @@ bool equals(const qor::WString& text, std::string_view ascii) {
 } // namespace
 
 const OLMXMLAttribute* OLMXMLTag::findAttribute(std::string_view name) const {
-    for (int index = 0; index < attributes.size(); ++index) {
-        const OLMXMLAttribute* attribute = attributes.get(index);
+    for (const OLMXMLAttribute* attribute : attributes) {
         if (equals(attribute->name, name)) {
             return attribute;
         }
@@ -22,8 +21,8 @@ const OLMXMLAttribute* OLMXMLTag::findAttribute(std::string_view name) const {
 }
 
 void OLMXMLTag::clearAttributes() {
-    for (int index = 0; index < attributes.size(); ++index) {
-        delete attributes.get(index);
+    for (const OLMXMLAttribute* attribute : attributes) {
+        delete attribute;
     }
     attributes.clear();
 }

@@ -35,8 +35,6 @@ std::int32_t refuseSeek(HostStream* /*handle*/, std::int64_t /*offset*/,
     return Handle::statusFailed;
 }
 
-void refuseReserved() noexcept {}
-
 std::string quoted(std::string_view name) {
     return std::string("\"").append(name).append("\"");
 }
@@ -62,8 +60,8 @@ std::unique_ptr<Archive> Archive::open(ArchiveFile& owner, const std::string& pa
 
 Archive::Archive(ArchiveFile& owner, std::unique_ptr<ArchiveBytes> bytes,
                  std::shared_ptr<ArchiveContents> sharedContents)
-    : ArchiveDirectory{{closeRecord, refuseRead, refuseWrite, refuseSeek, refuseReserved,
-                        refuseReserved, openRecord},
+    : ArchiveDirectory{{closeRecord, refuseRead, refuseWrite, refuseSeek, Handle::refuseReserved,
+                        Handle::refuseReserved, openRecord},
                        nullptr,
                        0,
                        nullptr},

@@ -11,7 +11,7 @@ namespace olmhost {
 
 namespace {
 
-constexpr std::size_t longestName = 0xFFFF; // bytes
+constexpr std::size_t longestEntryName = 0xFFFF; // bytes
 
 bool isSystemError(int code) {
     return code == ZIP_ER_READ || code == ZIP_ER_SEEK || code == ZIP_ER_TELL ||
@@ -81,7 +81,7 @@ const char* ZipDirectory::name(std::uint64_t index) const {
         return raw;
     }
     const char* converted = zip_get_name(zip, index, ZIP_FL_UNCHANGED | ZIP_FL_ENC_GUESS);
-    return converted == nullptr || std::strlen(converted) > longestName ? raw : converted;
+    return converted == nullptr || std::strlen(converted) > longestEntryName ? raw : converted;
 }
 
 EntryInfo ZipDirectory::info(std::uint64_t index) const {

@@ -9,7 +9,7 @@ namespace olmhost {
 namespace {
 
 constexpr std::uint16_t firstNamedId = 0x8000;
-constexpr std::size_t entrySize = 8; // bytes
+constexpr std::size_t nameEntrySize = 8; // bytes
 
 // Numbers of the sets that are never listed, and of the first that is.
 constexpr unsigned mapiNumber = 1;
@@ -22,8 +22,8 @@ std::optional<PropertyName> MessageNames::nameOf(std::uint16_t id) const {
     if (id < firstNamedId) {
         return std::nullopt;
     }
-    const std::size_t place = std::size_t{id - 0U - firstNamedId} * entrySize;
-    if (place > entries.size() || entries.size() - place < entrySize) {
+    const std::size_t place = std::size_t{id - 0U - firstNamedId} * nameEntrySize;
+    if (place > entries.size() || entries.size() - place < nameEntrySize) {
         return std::nullopt;
     }
     const std::span<const std::byte> record = entries;

@@ -10,7 +10,7 @@ namespace olmhost {
 namespace {
 
 constexpr const char16_t* propertyStream = u"__properties_version1.0";
-constexpr std::size_t entrySize = 16; // bytes
+constexpr std::size_t propertyEntrySize = 16; // bytes
 
 // Bytes that a list of texts, or of binary values, has for the length of each.
 constexpr std::size_t textLengthSize = 4;
@@ -64,7 +64,7 @@ std::vector<Property> MessageStorage::properties(std::size_t header,
     std::vector<Property> found;
     FieldReader fields(stream);
     fields.bytes(header);
-    while (fields.remaining() >= entrySize) {
+    while (fields.remaining() >= propertyEntrySize) {
         Property property;
         property.tag = fields.number<std::uint32_t>();
         fields.number<std::uint32_t>(); // flags

@@ -36,8 +36,6 @@ std::int32_t seekRecord(HostStream* record, std::int64_t offset, std::int32_t or
     return guarded([=] { return Handle::of(record).seekTo(offset, origin); });
 }
 
-void refuseReserved() noexcept {}
-
 std::int32_t refuseOpen(HostStream** /*handle*/, std::uint32_t /*code*/, void* /*request*/,
                         std::uint32_t /*mode*/) noexcept {
     return Handle::statusFailed;

@@ -27,6 +27,9 @@ public:
     // The object behind a record that this host gave out.
     static Handle& of(HostStream* record) { return *static_cast<Handle*>(record); }
 
+    // What stands in the places of a record that nothing is ever called at.
+    static void refuseReserved() noexcept {}
+
     // At most `size` bytes into `buffer`; `count` is how many came, below `size` only shortly
     // before the end. statusEnd, without bytes, at the end. Refused unless overridden.
     virtual std::int32_t readBytes(void* buffer, std::uint32_t size, std::uint32_t& count);

@@ -1,4 +1,4 @@
-#include "cli/rows/CellText.h"
+#include "cli/terminal/CellText.h"
 
 #include <utf8proc.h>
 
@@ -97,6 +97,11 @@ void appendFitted(std::string& out, std::string_view text, unsigned room) {
     }
     out += text;
     out.append(room - used, ' ');
+}
+
+void appendRight(std::string& out, std::string_view text, unsigned room) {
+    out.append(room - std::min(room, cellsOf(text)), ' ');
+    out += text;
 }
 
 } // namespace olmkit
