@@ -6,16 +6,17 @@
 namespace olmkit {
 
 void AttachmentHashes::begin() {
-    thread.finish();
-    hashes.clear();
+    texts.clear();
+    hash.reset();
     block.clear();
     isLong = false;
 }
 
 void AttachmentHashes::add(std::size_t attachment, std::span<const std::byte> bytes) {
-    if (attachment >= hashes.size()) {
+    if (attachment >= texts.size()) {
         endAttachment();
-        hashes.resize(attachment + 1);
+        texts.resize(attachment + 1);
+        hash = std::make_shared<Sha256>();
     }
     while (!bytes.empty()) {
         if (block.capacity() < HashThread::blockSize) {
@@ -26,7 +27,7 @@ void AttachmentHashes::add(std::size_t attachment, std::span<const std::byte> by
                      bytes.begin() + static_cast<std::ptrdiff_t>(count));
         bytes = bytes.subspan(count);
         if (block.size() == HashThread::blockSize) {
-            thread.add(hashes.back(), std::exchange(block, {}));
+            thread.add(hash, std::exchange(block, {}));
             isLong = true;
         }
     }
@@ -34,26 +35,28 @@ void AttachmentHashes::add(std::size_t attachment, std::span<const std::byte> by
 
 void AttachmentHashes::finish() {
     endAttachment();
-    thread.finish();
 }
 
-std::string AttachmentHashes::sha256(std::size_t attachment) {
-    if (attachment >= hashes.size()) {
-        hashes.resize(attachment + 1);
+HashText AttachmentHashes::take(std::size_t attachment) {
+    if (attachment < texts.size() && texts[attachment].valid()) {
+        return std::move(texts[attachment]);
     }
-    return hashes[attachment].end();
+    return readyHash(Sha256().end());
 }
 
-// Hashes what is left of the last attachment.
 void AttachmentHashes::endAttachment() {
-    if (!block.empty()) {
-        if (isLong) {
-            thread.add(hashes.back(), std::exchange(block, {}));
-        } else {
-            hashes.back().add(block);
-            block.clear();
-        }
+    if (hash == nullptr) {
+        return;
     }
+    if (isLong) {
+        thread.add(hash, std::exchange(block, {}));
+        texts.back() = thread.end(std::move(hash));
+    } else {
+        hash->add(block);
+        texts.back() = readyHash(hash->end());
+        block.clear();
+    }
+    hash.reset();
     isLong = false;
 }
 

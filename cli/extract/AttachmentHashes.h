@@ -2,9 +2,8 @@
 #define OLMKIT_CLI_EXTRACT_ATTACHMENTHASHES_H
 
 #include <cstddef>
-#include <deque>
+#include <memory>
 #include <span>
-#include <string>
 #include <vector>
 
 #include "cli/extract/HashThread.h"
@@ -16,6 +15,9 @@ namespace olmkit {
 // Attachments of a block and more are hashed beside the caller's thread.
 class AttachmentHashes {
 public:
+    // `thread` is borrowed.
+    explicit AttachmentHashes(HashThread& thread) : thread(thread) {}
+
     void begin();
 
     // The next bytes of an attachment; attachments come in ascending order, some perhaps without
@@ -25,17 +27,17 @@ public:
     // No bytes are to come any more.
     void finish();
 
-    // Hexadecimal digits, once it is finished; those of no bytes for an attachment without any.
-    // Empty when the library has failed. Call it once for each.
-    std::string sha256(std::size_t attachment);
+    // Once it is finished; that of no bytes for an attachment without any. Call it once for each.
+    HashText take(std::size_t attachment);
 
 private:
     void endAttachment();
 
-    std::deque<Sha256> hashes;    // a deque: the thread has pointers to what it holds
-    std::vector<std::byte> block; // of the last one
-    bool isLong = false;          // blocks of the last one were given away
-    HashThread thread;
+    HashThread& thread;
+    std::vector<HashText> texts;  // of the attachments that had bytes and have ended
+    std::shared_ptr<Sha256> hash; // of the one at hand; null when there is none
+    HashThread::Block block;      // its bytes that are not hashed
+    bool isLong = false;          // blocks of it were given away
 };
 
 } // namespace olmkit

@@ -262,10 +262,11 @@ void Extractor::plan(const WantedItem& wanted) {
 // Finishes what is done, in order; waits as long as more than `mostLeft` tasks are left.
 void Extractor::finishTasks(std::size_t mostLeft) {
     while (!tasks.empty() && !isStopped()) {
-        if (!tasks.front()->isDone) {
-            if (tasks.size() <= mostLeft) {
-                return;
-            }
+        const ItemTask& first = *tasks.front();
+        if (tasks.size() <= mostLeft && !(first.isDone && first.outcome.isHashed())) {
+            return;
+        }
+        if (!first.isDone) {
             awaitFirst();
             continue;
         }

@@ -1,5 +1,7 @@
 #include "cli/extract/HashThread.h"
 
+#include <chrono>
+#include <system_error>
 #include <utility>
 
 #include "cli/terminal/Interrupt.h"
@@ -8,9 +10,21 @@ namespace olmkit {
 
 namespace {
 
-constexpr std::size_t mostBlocks = 4; // that are not hashed yet
+// Bytes that are not hashed yet, and room that is kept for others.
+constexpr std::size_t mostWaiting = std::size_t{2} << 20;
+constexpr std::size_t mostRoom = std::size_t{4} << 20;
 
 } // namespace
+
+HashText readyHash(std::string text) {
+    std::promise<std::string> made;
+    made.set_value(std::move(text));
+    return made.get_future();
+}
+
+bool isReady(const HashText& hash) {
+    return !hash.valid() || hash.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+}
 
 HashThread::~HashThread() {
     if (!thread.joinable()) {
@@ -24,35 +38,56 @@ HashThread::~HashThread() {
     thread.join();
 }
 
-void HashThread::add(Sha256& hash, std::vector<std::byte> block) {
-    if (!thread.joinable()) {
-        const Interrupt::Block noSignals;
-        thread = std::thread([this] { run(); });
+void HashThread::add(const std::shared_ptr<Sha256>& hash, Block block) {
+    if (!block.empty()) {
+        post({hash, std::move(block), {}});
     }
-    std::unique_lock lock(mutex);
-    changed.wait(lock, [this] { return tasks.size() < mostBlocks; });
-    tasks.push_back({&hash, std::move(block)});
-    lock.unlock();
-    changed.notify_all();
 }
 
-std::vector<std::byte> HashThread::emptyBlock() {
-    std::vector<std::byte> block;
+HashText HashThread::end(std::shared_ptr<Sha256> hash) {
+    Task task = {std::move(hash), {}, {}};
+    HashText text = task.text.get_future();
+    post(std::move(task));
+    return text;
+}
+
+HashThread::Block HashThread::emptyBlock() {
+    Block block;
     {
         const std::lock_guard lock(mutex);
-        if (!emptyBlocks.empty()) {
-            block = std::move(emptyBlocks.back());
-            emptyBlocks.pop_back();
+        if (!blocks.empty()) {
+            block = std::move(blocks.back());
+            blocks.pop_back();
+            blockBytes -= block.capacity();
         }
     }
-    block.clear();
     block.reserve(blockSize);
     return block;
 }
 
-void HashThread::finish() {
+bool HashThread::start() {
+    if (!thread.joinable() && !isRefused) {
+        const Interrupt::Block noSignals;
+        try {
+            thread = std::thread([this] { run(); });
+        } catch (const std::system_error&) {
+            isRefused = true;
+        }
+    }
+    return !isRefused;
+}
+
+void HashThread::post(Task task) {
+    if (!start()) {
+        work(task);
+        return;
+    }
     std::unique_lock lock(mutex);
-    changed.wait(lock, [this] { return tasks.empty(); });
+    changed.wait(lock, [this] { return waiting < mostWaiting; });
+    waiting += task.block.size();
+    tasks.push_back(std::move(task));
+    lock.unlock();
+    changed.notify_all();
 }
 
 void HashThread::run() {
@@ -64,11 +99,29 @@ void HashThread::run() {
         }
         Task& task = tasks.front();
         lock.unlock();
-        task.hash->add(task.block);
+        work(task);
         lock.lock();
-        emptyBlocks.push_back(std::move(task.block));
+        waiting -= task.block.size();
+        recycle(std::move(task.block));
         tasks.pop_front();
         changed.notify_all();
+    }
+}
+
+// Keeps a block for emptyBlock(), unless there are enough.
+void HashThread::recycle(Block block) {
+    block.clear();
+    if (block.capacity() > 0 && blockBytes + block.capacity() <= mostRoom) {
+        blockBytes += block.capacity();
+        blocks.push_back(std::move(block));
+    }
+}
+
+void HashThread::work(Task& task) {
+    if (task.block.empty()) {
+        task.text.set_value(task.hash->end());
+    } else {
+        task.hash->add(task.block);
     }
 }
 

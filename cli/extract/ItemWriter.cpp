@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -63,6 +64,20 @@ void fail(ItemOutcome& outcome) {
     outcome.row.attachments.clear();
 }
 
+// Waits for the hashes of a message and its attachments. False when the library has failed.
+bool enterHashes(ItemOutcome& outcome) {
+    outcome.row.sha256 = outcome.messageHash.get();
+    bool isGood = !outcome.row.sha256.empty();
+    for (std::size_t place = 0; place < outcome.attachmentHashes.size(); ++place) {
+        if (HashText& hash = outcome.attachmentHashes[place]; hash.valid()) {
+            AttachmentRow& attachment = outcome.row.attachments[place];
+            attachment.sha256 = hash.get();
+            isGood = isGood && !attachment.sha256.empty();
+        }
+    }
+    return isGood;
+}
+
 // Says in the outcome what the message lacks, and what may be wrong in it.
 void warn(const WantedItem& wanted, const olmhost::Extraction& extraction, ItemOutcome& outcome) {
     ManifestRow& row = outcome.row;
@@ -99,6 +114,10 @@ void warn(const WantedItem& wanted, const olmhost::Extraction& extraction, ItemO
 
 } // namespace
 
+bool ItemOutcome::isHashed() const {
+    return isReady(messageHash) && std::ranges::all_of(attachmentHashes, isReady);
+}
+
 ItemOutcome ItemWriter::write(const WantedItem& wanted) {
     ItemOutcome outcome;
     if (keep(wanted, outcome)) {
@@ -128,7 +147,7 @@ olmhost::Extraction ItemWriter::extract(const ManifestRow& row, ItemOutcome& out
     const auto progress = [](std::int32_t) { return Interrupt::isRequested() ? 1 : 0; };
     const olmhost::AttachmentBytes takeBytes = [&](std::size_t attachment,
                                                    std::span<const std::byte> bytes) {
-        hashes.add(attachment, bytes);
+        attachmentHashes.add(attachment, bytes);
         if (outcome.attachments != nullptr) {
             outcome.attachments->append(attachment, bytes);
         }
@@ -137,24 +156,23 @@ olmhost::Extraction ItemWriter::extract(const ManifestRow& row, ItemOutcome& out
         outcome.attachments = std::make_unique<AttachmentSpool>(directory);
     }
     message.begin();
-    hashes.begin();
+    attachmentHashes.begin();
     return row.index.has_value() && access == Access::ByIndex
                ? session.extract(*row.index, message, progress, takeBytes)
                : session.extractAt(*row.entry, *row.item, message, progress, takeBytes);
 }
 
-// Enters the attachments of a message that is finished in its row: their hashes are made meanwhile.
+// Enters the attachments of a message that is finished in its row; their hashes follow.
 void ItemWriter::addAttachments(const olmhost::Extraction& extraction, ItemOutcome& outcome) {
-    hashes.finish();
+    attachmentHashes.finish();
     if (!outcome.message.has_value()) {
         return;
     }
     std::vector<AttachmentRow>& rows = outcome.row.attachments;
     for (const olmhost::AttachmentAccount& account : extraction.attachments) {
         AttachmentRow row = attachmentRow(account, extraction);
-        if (row.size.has_value()) {
-            row.sha256 = hashes.sha256(rows.size());
-        }
+        outcome.attachmentHashes.push_back(row.size.has_value() ? attachmentHashes.take(rows.size())
+                                                                : HashText());
         rows.push_back(std::move(row));
     }
 }
@@ -195,21 +213,20 @@ bool ItemWriter::isThere(const std::string& path, std::uint64_t size,
 }
 
 void ItemWriter::finish(const WantedItem& wanted, ItemOutcome& outcome) {
-    outcome.outputError = message.finish(outcome.message, wanted.time);
+    outcome.outputError = message.finish(outcome.message, outcome.messageHash, wanted.time);
     if (outcome.outputError != 0) {
         fail(outcome);
         return;
     }
     outcome.row.size = message.size();
-    outcome.row.sha256 = message.sha256();
 }
 
 void ItemWriter::place(const WantedItem& wanted, OutputDirectory& directory, ItemOutcome& outcome) {
     if (!outcome.message.has_value()) {
         return;
     }
-    int error = 0;
-    if (outcome.attachments != nullptr) {
+    int error = enterHashes(outcome) ? 0 : EIO;
+    if (error == 0 && outcome.attachments != nullptr) {
         error = outcome.attachments->place(wanted.path, wanted.time, outcome.row.attachments);
         outcome.attachments.reset();
         outcome.isInterrupted = error == EINTR;

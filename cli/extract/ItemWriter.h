@@ -34,12 +34,17 @@ struct ItemOutcome {
     ManifestRow row;  // with neither path nor error as long as the message has no name
     std::string line; // the row's, when an earlier run has told it
     std::optional<TemporaryFile> message;         // to be placed
+    HashText messageHash;                         // to be entered in the row
+    std::vector<HashText> attachmentHashes;       // to be entered in the row's attachments
     std::unique_ptr<AttachmentSpool> attachments; // to be placed with it; null: not asked for
     bool isInterrupted = false;            // the run was asked to stop: as if it had not been begun
     bool hasLosses = false;                // something is missing in the message, or wrong
     int outputError = 0;                   // an errno value: the output took no more
     std::set<std::uint64_t> faultyEntries; // whose faults its warnings tell
     std::vector<olmhost::EntryFault> faults; // everything that was found wrong on the way
+
+    // Whether it can be placed without waiting.
+    bool isHashed() const;
 };
 
 // Makes items messages, one at a time. Each thread has one of its own.
@@ -56,13 +61,13 @@ public:
     ItemWriter(olmhost::Session& session, OutputDirectory& directory, Access access,
                bool withAttachments)
         : session(session), access(access), directory(directory), withAttachments(withAttachments),
-          message(directory) {}
+          message(directory, hashThread), attachmentHashes(hashThread) {}
 
     // Makes the message, whole but for its name; or finds that an earlier run has written it.
     ItemOutcome write(const WantedItem& wanted);
 
-    // Gives the message of an outcome its name, and first its attachments theirs. Leaves an outcome
-    // without a message as it is.
+    // Gives the message of an outcome its name, and first its attachments theirs, once their hashes
+    // are made. Leaves an outcome without a message as it is.
     static void place(const WantedItem& wanted, OutputDirectory& directory, ItemOutcome& outcome);
 
 private:
@@ -77,8 +82,9 @@ private:
     Access access;
     OutputDirectory& directory;
     bool withAttachments;
+    HashThread hashThread;
     MessageFile message;
-    AttachmentHashes hashes;
+    AttachmentHashes attachmentHashes;
 };
 
 } // namespace olmkit

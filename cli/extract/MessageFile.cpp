@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <memory>
 #include <utility>
 
 #include "cli/extract/FileBytes.h"
@@ -18,8 +19,6 @@ namespace {
 // Bytes that are held in memory: most messages are never written before they are whole, and so need
 // no second reading for their hash.
 constexpr std::size_t heldMessageBytes = std::size_t{4} << 20;
-
-constexpr std::size_t readBytes = std::size_t{256} << 10;
 
 } // namespace
 
@@ -56,9 +55,9 @@ bool MessageFile::overwrite(std::uint64_t offset, std::span<const std::byte> byt
     return true;
 }
 
-int MessageFile::finish(std::optional<TemporaryFile>& finished,
+int MessageFile::finish(std::optional<TemporaryFile>& finished, HashText& sha256,
                         const std::optional<timespec>& time) {
-    if (error == 0 && hash() && flush()) {
+    if (error == 0 && store() && hash(sha256)) {
         if (time.has_value()) {
             const std::array<timespec, 2> times = {*time, *time};
             // A file system that takes no such time keeps its own.
@@ -81,7 +80,6 @@ void MessageFile::discard() {
     pending.clear();
     written = 0;
     error = 0;
-    digest.clear();
 }
 
 bool MessageFile::isUsable() {
@@ -92,18 +90,23 @@ bool MessageFile::isUsable() {
 }
 
 bool MessageFile::flush() {
+    if (!store()) {
+        return false;
+    }
+    written += pending.size();
+    pending.clear();
+    return true;
+}
+
+// Writes what is pending, and keeps it.
+bool MessageFile::store() {
     if (!file.has_value()) {
         error = directory.createTemporary(file);
         if (error != 0) {
             return false;
         }
     }
-    if (!writeAt(written, pending)) {
-        return false;
-    }
-    written += pending.size();
-    pending.clear();
-    return true;
+    return writeAt(written, pending);
 }
 
 bool MessageFile::writeAt(std::uint64_t offset, std::span<const std::byte> bytes) {
@@ -112,23 +115,29 @@ bool MessageFile::writeAt(std::uint64_t offset, std::span<const std::byte> bytes
 }
 
 // The start of a message is overwritten last, so only a whole one can be hashed.
-bool MessageFile::hash() {
-    Sha256 sha256;
-    std::vector<std::byte> buffer(written > 0 ? readBytes : 0);
+bool MessageFile::hash(HashText& sha256) {
+    const auto hash = std::make_shared<Sha256>();
+    if (size() < HashThread::blockSize) {
+        hash->add(pending);
+        sha256 = readyHash(hash->end());
+        return true;
+    }
     for (std::uint64_t offset = 0; offset < written;) {
-        const auto part = std::span(buffer).first(
-            static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), written - offset)));
-        error = readAt(file->descriptor(), offset, part);
+        HashThread::Block block = hashThread.emptyBlock();
+        block.resize(static_cast<std::size_t>(
+            std::min<std::uint64_t>(HashThread::blockSize, written - offset)));
+        error = readAt(file->descriptor(), offset, block);
         if (error != 0) {
             return false;
         }
-        sha256.add(part);
-        offset += part.size();
+        offset += block.size();
+        hashThread.add(hash, std::move(block));
     }
-    sha256.add(pending);
-    digest = sha256.end();
-    error = digest.empty() ? EIO : 0;
-    return error == 0;
+    written += pending.size();
+    hashThread.add(hash, std::move(pending));
+    pending = hashThread.emptyBlock();
+    sha256 = hashThread.end(hash);
+    return true;
 }
 
 } // namespace olmkit

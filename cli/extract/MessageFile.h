@@ -6,9 +6,9 @@
 #include <ctime>
 #include <optional>
 #include <span>
-#include <string>
 #include <vector>
 
+#include "cli/extract/HashThread.h"
 #include "cli/extract/OutputDirectory.h"
 #include "cli/extract/TemporaryFile.h"
 #include "host/stream/ByteSink.h"
@@ -22,8 +22,9 @@ namespace olmkit {
 // or discard().
 class MessageFile : public olmhost::ByteSink {
 public:
-    // `directory` is borrowed.
-    explicit MessageFile(OutputDirectory& directory) : directory(directory) {}
+    // Both borrowed.
+    MessageFile(OutputDirectory& directory, HashThread& hashThread)
+        : directory(directory), hashThread(hashThread) {}
     MessageFile(const MessageFile&) = delete;
     MessageFile& operator=(const MessageFile&) = delete;
     ~MessageFile() override { discard(); }
@@ -34,9 +35,11 @@ public:
     bool append(std::span<const std::byte> bytes) override;
     bool overwrite(std::uint64_t offset, std::span<const std::byte> bytes) override;
 
-    // Writes what is left to write, and hands the whole message over; `time`, when given, becomes
-    // that of the file's last change. 0 or an errno value; after that the message is discarded.
-    int finish(std::optional<TemporaryFile>& finished, const std::optional<timespec>& time);
+    // Writes what is left to write, and hands the whole message over, with its SHA-256, which for a
+    // long one is made while the caller goes on; `time`, when given, becomes that of the file's
+    // last change. 0 or an errno value; after that the message is discarded.
+    int finish(std::optional<TemporaryFile>& finished, HashText& sha256,
+               const std::optional<timespec>& time);
 
     // Forgets the message.
     void discard();
@@ -44,22 +47,22 @@ public:
     // The errno value of the first failure, 0 for none.
     int errorNumber() const { return error; }
 
-    // Bytes of the message, and their SHA-256 in hexadecimal digits once it is finished.
+    // Bytes of the message.
     std::uint64_t size() const { return written + pending.size(); }
-    const std::string& sha256() const { return digest; }
 
 private:
     bool isUsable();
     bool flush();
+    bool store();
     bool writeAt(std::uint64_t offset, std::span<const std::byte> bytes);
-    bool hash();
+    bool hash(HashText& sha256);
 
     OutputDirectory& directory;
+    HashThread& hashThread;
     std::vector<std::byte> pending; // what follows the first `written` bytes
     std::uint64_t written = 0;      // bytes that are in the temporary file
     std::optional<TemporaryFile> file;
     int error = 0;
-    std::string digest;
 };
 
 } // namespace olmkit

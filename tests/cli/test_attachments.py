@@ -301,6 +301,26 @@ class AttachmentsTest(ProgramTest):
         if not sanitized():
             self.assertLess(int(done.stdout.split()[-1]), 24 << 10)
 
+    def test_hashes_are_those_of_the_files_whatever_their_sizes(self):
+        """Small ones are hashed at once, long ones beside the making of the next messages."""
+        block, held = 256 << 10, 4 << 20
+        sizes = [0, 1, block - 1, block, block + 1, 3 * block, held - 1, held, held + block + 1]
+        payload = random.Random(6).randbytes(max(sizes))
+        archive = self.archive(
+            *[(f"{n}.xml", mails(mail(f"{n}", attachment(f"x{n}", "a.bin"), attachment("x1", "b.bin"))))
+              for n in range(len(sizes))],
+            *[(f"x{n}", payload[:size]) for n, size in enumerate(sizes)], method=zipfile.ZIP_STORED)
+        for jobs in "1", "2":
+            with self.subTest(jobs=jobs):
+                self.extract(archive, "--jobs", jobs, out="out" + jobs)
+                rows = self.rows("out" + jobs)
+                self.assertEqual(len(rows), len(sizes))
+                for n, row in enumerate(rows):
+                    written = self.bytes_of(self.path("out" + jobs, row["path"]))
+                    self.assertEqual((row["size"], row["sha256"]), (len(written), sha256(written)))
+                    self.assertEqual(row["attachments"], [whole("a.bin", f"x{n}", payload[:sizes[n]]),
+                                                          whole("b.bin", "x1", payload[:1])])
+
     @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
     def test_attachments_of_the_real_archive_equal_its_entries(self):
         self.extract(REAL_ARCHIVE, "--attachments")
