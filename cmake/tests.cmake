@@ -18,7 +18,14 @@ function(olmkit_add_test name)
   # Tests are compiled more often than they are run; and -O3 of g++ 12 warns of faults in
   # std::string that it does not have.
   target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1>)
-  target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+  # The first test's serve the others too.
+  get_property(first_test GLOBAL PROPERTY OLMKIT_FIRST_TEST)
+  if(first_test)
+    target_precompile_headers(${name} REUSE_FROM ${first_test})
+  else()
+    target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+    set_property(GLOBAL PROPERTY OLMKIT_FIRST_TEST ${name})
+  endif()
   olmkit_add_test_command(${name} "${TEST_LABELS}" ${name})
 endfunction()
 

@@ -354,6 +354,38 @@ class ExtractTest(ProgramTest):
             self.extract(archive, code=5)
             self.assertEqual(self.files("out"), [])
 
+    def test_read_only_files_of_an_earlier_run_are_replaced(self):
+        archive = self.archive(("b.xml", notes("1")))
+        self.extract(archive)
+        good = self.bytes_of(self.path("out", "1.msg"))
+        for name in ("1.msg", "manifest.jsonl", "summary.json"):
+            self.write(os.path.join("out", name), b"old")
+            os.chmod(self.path("out", name), 0o444)
+        os.chmod(archive, 0o444)
+
+        self.extract(archive)
+
+        self.assertEqual(self.bytes_of(self.path("out", "1.msg")), good)
+        self.assertEqual([row["path"] for row in self.manifest()], ["1.msg"])
+        self.assertNotEqual(self.bytes_of(self.path("out", "summary.json")), b"old")
+
+    def test_read_only_file_system_is_told(self):
+        self.small_disk()
+        archive = self.archive(("b.xml", notes("1")))
+        self.extract(archive, out="disk/out")
+        before = {name: self.bytes_of(self.path("disk/out", name))
+                  for name in self.files("disk/out", with_summary=True)}
+        subprocess.run(["mount", "-o", "remount,ro", self.path("disk")], check=True)
+
+        for out in "disk/out", "disk/new":
+            with self.subTest(out):
+                done = self.extract(archive, code=5, out=out)
+                self.assertIn(self.path(out), done.stderr)
+                self.assertIn("Read-only file system", done.stderr)
+        self.assertEqual({name: self.bytes_of(self.path("disk/out", name))
+                          for name in self.files("disk/out", with_summary=True)}, before)
+        self.assertEqual(os.listdir(self.path("disk")), ["out"])
+
     def test_full_disk_stops_the_run_and_leaves_whole_messages_alone(self):
         self.small_disk()
         archive = self.archive(("b.xml", notes(*["x" * 1000 + str(n) for n in range(60)])))
