@@ -139,6 +139,16 @@ void OLMMsgWriter::addProperty(unsigned int tag, unsigned long long value) {
     static_cast<void>(pair.release()); // the list's holder deletes it
 }
 
+void OLMMsgWriter::beginMessage(OLMXMLParser& parser, std::span<const UTXML_STRVALPAIR> table,
+                                const qor::WString& messageClass) {
+    if (parser.addTags(table.data(), static_cast<unsigned short>(table.size())) != 0) {
+        throw qor::Exception(ErrTagTable, nullptr, nullptr, nullptr, 0);
+    }
+    OLMMsgWriter::initilizeWriter(parser);
+    createRequiredProps(messageClass);
+    expectedProps = static_cast<uint32_t>(table.size());
+}
+
 void OLMMsgWriter::createRequiredProps(const qor::WString& messageClass) {
     createEmptyBinaryProp(0x10090102);
     createStringProp(0x001A001F, messageClass);

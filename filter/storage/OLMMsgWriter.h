@@ -14,6 +14,7 @@
 #include "filter/xml/OLMXMLTag.h"
 
 #include <cstdint>
+#include <span>
 
 // Turns one item of the archive into a message storage. Base of the writers of all item kinds,
 // which add their tag table, their handlePropSpecial() and their default properties.
@@ -123,6 +124,12 @@ public:
     static unsigned long long convertDateProp(OLMXMLParser& parser);
 
 protected:
+    // How the message of a kind begins: gives the kind's table to the reader, then does what this
+    // class's initilizeWriter() does, and adds the required entries. Throws qor::Exception
+    // ErrTagTable for a refused table, and what initilizeWriter() throws.
+    void beginMessage(OLMXMLParser& parser, std::span<const UTXML_STRVALPAIR> table,
+                      const qor::WString& messageClass);
+
     // Adds the seven entries that every message begins with.
     void createRequiredProps(const qor::WString& messageClass);
 

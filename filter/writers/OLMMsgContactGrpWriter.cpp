@@ -1,8 +1,6 @@
 #include "filter/writers/OLMMsgContactGrpWriter.h"
 
-#include "filter/core/Exception.h"
 #include "filter/storage/OpenHandle.h"
-#include "filter/storage/WriterErrors.h"
 #include "filter/writers/OLMMsgContactGrpTags.h"
 #include "filter/xml/AddressNames.h"
 
@@ -39,12 +37,7 @@ int64_t addressTypeOf(const OLMXMLTag& tag) {
 } // namespace
 
 unsigned int OLMMsgContactGrpWriter::initilizeWriter(OLMXMLParser& parser) {
-    if (parser.addTags(contactGrpTags.data(), contactGrpTags.size()) != 0) {
-        throw qor::Exception(ErrTagTable, nullptr, nullptr, nullptr, 0);
-    }
-    OLMMsgWriter::initilizeWriter(parser);
-    createRequiredProps("IPM.DistList");
-    expectedProps = contactGrpTags.size();
+    beginMessage(parser, contactGrpTags, "IPM.DistList");
     return 0;
 }
 

@@ -1,7 +1,5 @@
 #include "filter/writers/OLMMsgContactWriter.h"
 
-#include "filter/core/Exception.h"
-#include "filter/storage/WriterErrors.h"
 #include "filter/writers/OLMMsgContactTags.h"
 #include "filter/xml/AddressNames.h"
 #include "filter/xml/TextUnits.h"
@@ -52,13 +50,8 @@ OLMMsgContactWriter::~OLMMsgContactWriter() {
 }
 
 unsigned int OLMMsgContactWriter::initilizeWriter(OLMXMLParser& parser) {
-    if (parser.addTags(contactTags.data(), contactTags.size()) != 0) {
-        throw qor::Exception(ErrTagTable, nullptr, nullptr, nullptr, 0);
-    }
-    OLMMsgWriter::initilizeWriter(parser);
-    createRequiredProps("IPM.Contact");
+    beginMessage(parser, contactTags, "IPM.Contact");
     addressParts.fill(nullptr);
-    expectedProps = contactTags.size();
     return 0;
 }
 

@@ -1,8 +1,6 @@
 #include "filter/writers/OLMMsgMailWriter.h"
 
-#include "filter/core/Exception.h"
 #include "filter/storage/OpenHandle.h"
-#include "filter/storage/WriterErrors.h"
 #include "filter/writers/OLMMsgMailTags.h"
 
 #include <algorithm>
@@ -56,12 +54,7 @@ OLMMsgMailWriter::OLMMsgMailWriter(SODOSPECIALARC* request, void* archive)
     : OLMMsgWriter(request), archiveHandle(static_cast<ArchiveDirectory*>(archive)) {}
 
 unsigned int OLMMsgMailWriter::initilizeWriter(OLMXMLParser& parser) {
-    if (parser.addTags(mailTags.data(), mailTags.size()) != 0) {
-        throw qor::Exception(ErrTagTable, nullptr, nullptr, nullptr, 0);
-    }
-    OLMMsgWriter::initilizeWriter(parser);
-    createRequiredProps("IPM.Note");
-    expectedProps = mailTags.size();
+    beginMessage(parser, mailTags, "IPM.Note");
     return 0;
 }
 

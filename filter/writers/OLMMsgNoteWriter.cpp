@@ -1,7 +1,5 @@
 #include "filter/writers/OLMMsgNoteWriter.h"
 
-#include "filter/core/Exception.h"
-#include "filter/storage/WriterErrors.h"
 #include "filter/writers/OLMMsgNoteTags.h"
 
 namespace {
@@ -24,13 +22,8 @@ constexpr NoteDefault noteDefaults[] = {
 } // namespace
 
 unsigned int OLMMsgNoteWriter::initilizeWriter(OLMXMLParser& parser) {
-    if (parser.addTags(noteTags.data(), noteTags.size()) != 0) {
-        throw qor::Exception(ErrTagTable, nullptr, nullptr, nullptr, 0);
-    }
-    OLMMsgWriter::initilizeWriter(parser);
-    createRequiredProps("IPM.StickyNote");
+    beginMessage(parser, noteTags, "IPM.StickyNote");
     setNoteDefaults();
-    expectedProps = noteTags.size();
     return 0;
 }
 

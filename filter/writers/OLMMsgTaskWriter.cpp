@@ -1,7 +1,5 @@
 #include "filter/writers/OLMMsgTaskWriter.h"
 
-#include "filter/core/Exception.h"
-#include "filter/storage/WriterErrors.h"
 #include "filter/writers/OLMMsgTaskTags.h"
 
 #include <bit>
@@ -27,13 +25,8 @@ constexpr int32_t noTimeZone = 0;
 } // namespace
 
 unsigned int OLMMsgTaskWriter::initilizeWriter(OLMXMLParser& parser) {
-    if (parser.addTags(taskTags.data(), taskTags.size()) != 0) {
-        throw qor::Exception(ErrTagTable, nullptr, nullptr, nullptr, 0);
-    }
-    OLMMsgWriter::initilizeWriter(parser);
-    createRequiredProps("IPM.Task");
+    beginMessage(parser, taskTags, "IPM.Task");
     hasRecurrence = false;
-    expectedProps = taskTags.size();
     return 0;
 }
 
