@@ -29,11 +29,11 @@ typedef struct Tag {
 } Tag;
 
 /* Where a reader stands: all of a saved state. */
-typedef struct Place {
+typedef struct TagPlace {
     size_t next; /* the tag that comes next */
     size_t text; /* the unread text of the one ahead of it */
     uint64_t isTold;
-} Place;
+} TagPlace;
 
 typedef struct Document {
     Tag* tags; /* the first stands for the document itself */
@@ -45,11 +45,11 @@ typedef struct Document {
     UTXML_STRVALPAIR* rows; /* of all tag maps */
     size_t rowCount;
     const UTXML_STRVALPAIR* lastMap;
-    Place place;
+    TagPlace place;
     size_t attribute; /* the next one */
 } Document;
 
-_Static_assert(sizeof(Place) <= sizeof(tagUTXMLSaveData), "a place fits into a saved state");
+_Static_assert(sizeof(TagPlace) <= sizeof(tagUTXMLSaveData), "a place fits into a saved state");
 
 static Document* documentOf(const UTXMLReader* reader) {
     return (Document*)(uintptr_t)reader->host[0];
@@ -228,7 +228,7 @@ static void number(Document* document, Tag* tag) {
 
 int16_t UTXMLReadNextTag(UTXMLReader* reader, UTXMLTagRecord* tag, uint64_t* extra) {
     Document* const document = documentOf(reader);
-    Place* const place = &document->place;
+    TagPlace* const place = &document->place;
     if (!place->isTold && document->units[place->text] != 0) {
         place->isTold = 1;
         return UTXML_CONTENT_PENDING;
@@ -240,7 +240,7 @@ int16_t UTXMLReadNextTag(UTXMLReader* reader, UTXMLTagRecord* tag, uint64_t* ext
     }
     Tag* const found = &document->tags[index];
     number(document, found);
-    *place = (Place){.next = index + 1, .text = found->text};
+    *place = (TagPlace){.next = index + 1, .text = found->text};
     document->attribute = found->attributes;
     *tag = (UTXMLTagRecord){.host0 = (uint32_t)index, .id = found->id, .flags = found->flags};
     *extra = index;
@@ -285,7 +285,7 @@ int16_t UTXMLReadContent(UTXMLReader* reader, uint32_t always1, uint16_t* buffer
 /* Refuses a tag whose element isn't open any more, or never ends. */
 int16_t UTXMLSkipTag(UTXMLReader* reader, uint64_t firstHalf, uint64_t secondHalf) {
     Document* const document = documentOf(reader);
-    Place* const place = &document->place;
+    TagPlace* const place = &document->place;
     const size_t opening = (uint32_t)firstHalf;
     (void)secondHalf;
     if (opening >= place->next || document->tags[opening].flags == UTXML_CLOSING_TAG) {
@@ -296,20 +296,20 @@ int16_t UTXMLSkipTag(UTXMLReader* reader, uint64_t firstHalf, uint64_t secondHal
         return -1;
     }
     document->attribute = 0;
-    *place = (Place){.next = closing > opening ? closing + 1 : document->tagCount};
+    *place = (TagPlace){.next = closing > opening ? closing + 1 : document->tagCount};
     return closing > opening ? 0 : -1;
 }
 
 int16_t UTXMLGetStateInfo(UTXMLReader* reader, tagUTXMLSaveData* save) {
     memset(save, 0, sizeof *save);
-    memcpy(save, &documentOf(reader)->place, sizeof(Place));
+    memcpy(save, &documentOf(reader)->place, sizeof(TagPlace));
     return 0;
 }
 
 /* The state may come from another reader of the same entry: it parsed the same tags. */
 int16_t UTXMLRestoreStateInfo(UTXMLReader* reader, const tagUTXMLSaveData* save) {
     Document* const document = documentOf(reader);
-    memcpy(&document->place, save, sizeof(Place));
+    memcpy(&document->place, save, sizeof(TagPlace));
     document->attribute = 0;
     return 0;
 }

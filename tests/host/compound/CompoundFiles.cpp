@@ -109,6 +109,14 @@ void addStream(HostStream* parent, std::u16string_view name, std::span<const std
     close(stream);
 }
 
+std::uint32_t numberAt(std::span<const std::byte> bytes, std::size_t offset) {
+    std::uint32_t number = 0;
+    for (std::size_t i = 4; i-- > 0;) {
+        number = number << 8 | std::to_integer<std::uint32_t>(bytes[offset + i]);
+    }
+    return number;
+}
+
 Bytes pattern(std::size_t size, std::uint32_t seed) {
     std::mt19937 numbers(seed);
     Bytes bytes(size);

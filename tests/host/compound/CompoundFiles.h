@@ -76,6 +76,9 @@ void addStream(HostStream* parent, std::u16string_view name, std::span<const std
 // `size` bytes that look like no others: a fixed sequence for each seed.
 Bytes pattern(std::size_t size, std::uint32_t seed);
 
+// The little-endian number at an offset.
+std::uint32_t numberAt(std::span<const std::byte> bytes, std::size_t offset);
+
 // What is to be read from a stream.
 struct StreamFacts {
     std::uint64_t size; // bytes

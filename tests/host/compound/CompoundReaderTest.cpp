@@ -19,12 +19,6 @@ constexpr std::size_t tableCountField = 44;
 constexpr std::size_t directoryField = 48;
 constexpr std::size_t firstTableField = 76;
 
-std::uint32_t numberAt(const Bytes& file, std::size_t place) {
-    std::uint32_t number = 0;
-    std::memcpy(&number, &file[place], sizeof number);
-    return number;
-}
-
 void setNumber(Bytes& file, std::size_t place, std::uint32_t number) {
     std::memcpy(&file[place], &number, sizeof number);
 }

@@ -8,14 +8,6 @@ namespace olmhost::test {
 
 namespace {
 
-std::uint32_t numberAt(const Bytes& bytes, std::size_t offset) {
-    std::uint32_t number = 0;
-    for (std::size_t i = 4; i-- > 0;) {
-        number = number << 8 | std::to_integer<std::uint32_t>(bytes[offset + i]);
-    }
-    return number;
-}
-
 // A store with one chain of so many sectors, finished.
 Bytes fileOfSectors(std::size_t count) {
     MemorySink sink;

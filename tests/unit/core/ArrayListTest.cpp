@@ -2,20 +2,17 @@
 
 #include "filter/core/WString.h"
 #include "tests/unit/core/IndexError.h"
+#include "tests/unit/core/IntegerEnds.h"
 
 #include <gtest/gtest.h>
-#include <limits>
 #include <utility>
 #include <vector>
 
 namespace {
 
-constexpr const char* getMessage = "ArrayList.get(): invalid parameter";
-constexpr const char* removeMessage = "ArrayList.remove(): invalid parameter";
-constexpr const char* insertMessage = "ArrayList.insert(): invalid parameter";
-
-constexpr int lowest = std::numeric_limits<int>::min();
-constexpr int highest = std::numeric_limits<int>::max();
+constexpr const char* listGetMessage = "ArrayList.get(): invalid parameter";
+constexpr const char* listRemoveMessage = "ArrayList.remove(): invalid parameter";
+constexpr const char* listInsertMessage = "ArrayList.insert(): invalid parameter";
 
 enum SmallIndex : int { FirstIndex, SecondIndex };
 
@@ -123,7 +120,7 @@ TEST(ArrayListTest, GrowingKeepsTheElementsAndZeroesTheNewSlots) {
 TEST(ArrayListTest, GetOfAListWithoutElementsFailsWithTheListsMessage) {
     const qor::ArrayList<long> list;
 
-    EXPECT_EQ(indexErrorOf([&] { (void)list.get(0); }), getMessage);
+    EXPECT_EQ(indexErrorOf([&] { (void)list.get(0); }), listGetMessage);
 }
 
 TEST(ArrayListTest, GetOutsideTheSizeFailsThoughTheStoreIsLonger) {
@@ -132,7 +129,7 @@ TEST(ArrayListTest, GetOutsideTheSizeFailsThoughTheStoreIsLonger) {
     ASSERT_EQ(list.store()->length(), 4);
 
     for (const int index : {-1, 2, 3, 4, lowest, highest}) {
-        EXPECT_EQ(indexErrorOf([&] { (void)list.get(index); }), getMessage) << index;
+        EXPECT_EQ(indexErrorOf([&] { (void)list.get(index); }), listGetMessage) << index;
     }
 }
 
@@ -143,7 +140,7 @@ TEST(ArrayListTest, GetBehindAStoreThatIsTooShortFailsWithTheArraysMessage) {
     EXPECT_EQ(list.get(0), 0);
     EXPECT_EQ(indexErrorOf([&] { (void)list.get(1); }),
               "Array.get(): requested index is out of range");
-    EXPECT_EQ(indexErrorOf([&] { (void)list.get(2); }), getMessage);
+    EXPECT_EQ(indexErrorOf([&] { (void)list.get(2); }), listGetMessage);
 }
 
 TEST(ArrayListTest, RemoveMovesTheElementsBehindDown) {
@@ -172,11 +169,11 @@ TEST(ArrayListTest, RemoveOfTheLastElementLeavesAnEmptyListWithItsStore) {
 
 TEST(ArrayListTest, RemoveOutsideTheSizeFailsAndChangesNothing) {
     qor::ArrayList<long> list;
-    EXPECT_EQ(indexErrorOf([&] { list.remove(0); }), removeMessage);
+    EXPECT_EQ(indexErrorOf([&] { list.remove(0); }), listRemoveMessage);
     addAll(list, {1, 2});
 
     for (const int index : {-1, 2, 3, lowest, highest}) {
-        EXPECT_EQ(indexErrorOf([&] { list.remove(index); }), removeMessage) << index;
+        EXPECT_EQ(indexErrorOf([&] { list.remove(index); }), listRemoveMessage) << index;
     }
 
     EXPECT_EQ(elementsOf(list), (std::vector<long>{1, 2}));
@@ -206,12 +203,12 @@ TEST(ArrayListTest, InsertAheadOfManyElementsKeepsThemAll) {
 
 TEST(ArrayListTest, InsertOutsideTheSizeFailsAndChangesNothing) {
     qor::ArrayList<long> list;
-    EXPECT_EQ(indexErrorOf([&] { list.insert(1, 7); }), insertMessage);
+    EXPECT_EQ(indexErrorOf([&] { list.insert(1, 7); }), listInsertMessage);
     EXPECT_EQ(list.store(), nullptr);
     addAll(list, {1, 2});
 
     for (const int index : {-1, 3, lowest, highest}) {
-        EXPECT_EQ(indexErrorOf([&] { list.insert(index, 7); }), insertMessage) << index;
+        EXPECT_EQ(indexErrorOf([&] { list.insert(index, 7); }), listInsertMessage) << index;
     }
 
     EXPECT_EQ(elementsOf(list), (std::vector<long>{1, 2}));
@@ -225,7 +222,7 @@ TEST(ArrayListTest, ClearKeepsTheStoreForTheNextElements) {
     list.clear();
 
     EXPECT_EQ(list.size(), 0);
-    EXPECT_EQ(indexErrorOf([&] { (void)list.get(0); }), getMessage);
+    EXPECT_EQ(indexErrorOf([&] { (void)list.get(0); }), listGetMessage);
     list.add(9);
     EXPECT_EQ(elementsOf(list), std::vector<long>{9});
     EXPECT_EQ(list.store(), store);

@@ -3,22 +3,19 @@
 #include "filter/core/ArrayList.h"
 #include "filter/core/WString.h"
 #include "tests/unit/core/IndexError.h"
+#include "tests/unit/core/IntegerEnds.h"
 
 #include <cstdint>
 #include <gtest/gtest.h>
-#include <limits>
 #include <vector>
 
 namespace {
 
-constexpr const char* getMessage = "Array.get(): requested index is out of range";
-constexpr const char* setMessage = "Array.set: requested index is out of range";
-constexpr const char* fillMessage = "Array.fill: requested index is out of range";
-constexpr const char* copyMessage =
+constexpr const char* arrayGetMessage = "Array.get(): requested index is out of range";
+constexpr const char* arraySetMessage = "Array.set: requested index is out of range";
+constexpr const char* arrayFillMessage = "Array.fill: requested index is out of range";
+constexpr const char* arrayCopyMessage =
     "Array.copyFromArray: copy operation would exceed destination array length";
-
-constexpr int lowest = std::numeric_limits<int>::min();
-constexpr int highest = std::numeric_limits<int>::max();
 
 template <class T> std::vector<T> elementsOf(const qor::Array<T>& array) {
     std::vector<T> elements;
@@ -45,7 +42,7 @@ TEST(ArrayTest, KeepsALengthOfZeroOrLessAndHasNoElementThen) {
         const qor::Array<long> array(length);
 
         EXPECT_EQ(array.length(), length);
-        EXPECT_EQ(indexErrorOf([&] { (void)array.get(0); }), getMessage);
+        EXPECT_EQ(indexErrorOf([&] { (void)array.get(0); }), arrayGetMessage);
     }
 }
 
@@ -62,7 +59,7 @@ TEST(ArrayTest, GetOutsideTheLengthFails) {
     const qor::Array<long> array(2);
 
     for (const int index : {-1, 2, 3, lowest, highest}) {
-        EXPECT_EQ(indexErrorOf([&] { (void)array.get(index); }), getMessage) << index;
+        EXPECT_EQ(indexErrorOf([&] { (void)array.get(index); }), arrayGetMessage) << index;
     }
 }
 
@@ -70,7 +67,7 @@ TEST(ArrayTest, SetOutsideTheLengthFailsAndChangesNothing) {
     qor::Array<long> array(2);
 
     for (const int index : {-1, 2, 3, lowest, highest}) {
-        EXPECT_EQ(indexErrorOf([&] { array.set(index, 7); }), setMessage) << index;
+        EXPECT_EQ(indexErrorOf([&] { array.set(index, 7); }), arraySetMessage) << index;
     }
 
     EXPECT_EQ(elementsOf(array), (std::vector<long>{0, 0}));
@@ -89,7 +86,7 @@ TEST(ArrayTest, FillOfAnEmptyArrayFails) {
     for (const int length : {0, -1, lowest}) {
         qor::Array<long> array(length);
 
-        EXPECT_EQ(indexErrorOf([&] { array.fill(1); }), fillMessage) << length;
+        EXPECT_EQ(indexErrorOf([&] { array.fill(1); }), arrayFillMessage) << length;
     }
 }
 
@@ -122,7 +119,7 @@ TEST(ArrayTest, CopyFromALongerArrayFailsAndChangesNothing) {
     source.fill(6);
     qor::Array<long> target(2);
 
-    EXPECT_EQ(indexErrorOf([&] { target.copyFromArray(source); }), copyMessage);
+    EXPECT_EQ(indexErrorOf([&] { target.copyFromArray(source); }), arrayCopyMessage);
 
     EXPECT_EQ(elementsOf(target), (std::vector<long>{0, 0}));
 }

@@ -1,6 +1,7 @@
 #include "filter/core/Date.h"
 
 #include "filter/core/WString.h"
+#include "tests/unit/core/IntegerEnds.h"
 
 #include <cmath>
 #include <cstring>
@@ -254,8 +255,6 @@ TEST(DateTest, OtherFieldsRunOnToo) {
 }
 
 TEST(DateTest, AnyFieldsGiveAFiniteDate) {
-    constexpr int lowest = std::numeric_limits<int>::min();
-    constexpr int highest = std::numeric_limits<int>::max();
     // 365.2425 days a year from the first day of the year 0, which is 1721059.5.
     EXPECT_NEAR(qor::Date::calendarDateToJulian(highest, 1, 1, 0, 0, 0, 0), 784354016998.9, 2);
     EXPECT_NEAR(qor::Date::calendarDateToJulian(lowest, 1, 1, 0, 0, 0, 0), -784350575245.1, 2);

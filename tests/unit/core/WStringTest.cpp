@@ -2,9 +2,9 @@
 
 #include "filter/core/ArrayList.h"
 #include "tests/unit/core/AllocationCount.h"
+#include "tests/unit/core/IntegerEnds.h"
 
 #include <gtest/gtest.h>
-#include <limits>
 #include <new>
 #include <string>
 #include <type_traits>
@@ -12,9 +12,6 @@
 #include <vector>
 
 namespace {
-
-constexpr int lowest = std::numeric_limits<int>::min();
-constexpr int highest = std::numeric_limits<int>::max();
 
 // The text as a value that can be compared and printed. Checks the terminator on the way.
 std::u16string unitsOf(const qor::WString& text) {

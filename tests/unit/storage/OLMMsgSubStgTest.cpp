@@ -3,6 +3,7 @@
 #include "filter/storage/OLMMsgEmailAttachment.h"
 #include "filter/storage/OLMMsgRecipient.h"
 #include "tests/fakehost/FakeHost.h"
+#include "tests/unit/storage/PropertyBytes.h"
 #include "tests/unit/storage/Thrown.h"
 #include "tests/unit/storage/Wide.h"
 
@@ -50,10 +51,6 @@ protected:
     std::unique_ptr<OpenSubStg> sub = std::make_unique<OpenSubStg>();
     int openBefore = 0;
 };
-
-Bytes entryBytes(uint32_t tag, uint64_t value) {
-    return le32(tag) + le32(6) + le64(value);
-}
 
 // `count` bytes that differ from their neighbours, with no period of 1024.
 Bytes patternBytes(size_t count) {

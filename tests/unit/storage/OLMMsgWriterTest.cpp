@@ -2,6 +2,7 @@
 
 #include "tests/fakehost/FakeHost.h"
 #include "tests/fakehost/Matchers.h"
+#include "tests/unit/storage/PropertyBytes.h"
 #include "tests/unit/storage/Thrown.h"
 
 #include <functional>
@@ -141,18 +142,6 @@ protected:
 
 ItemDocument item() {
     return document("notes").open("item");
-}
-
-PropertyEntry entry(uint32_t tag, uint64_t value) {
-    return {tag, 6, value};
-}
-
-Bytes entryBytes(uint32_t tag, uint64_t value) {
-    return le32(tag) + le32(6) + le64(value);
-}
-
-Bytes headerBytes(uint32_t recipients) {
-    return le64(0) + le32(recipients) + le32(0) + le32(recipients) + le32(0) + le64(0);
 }
 
 const Bytes messageClassId = hex("0B 0D 02 00 00 00 00 00 C0 00 00 00 00 00 00 46");
@@ -629,7 +618,7 @@ TEST_F(OLMMsgWriterTest, PropertyStreamIsHeaderAndEntriesInOrderOfAddition) {
     EXPECT_EQ(writer->finalizeNode(*parser), 0u);
 
     EXPECT_EQ(message().stream("__properties_version1.0"),
-              headerBytes(0) + entryBytes(0x340D0003, 7) +
+              headerBytes(0, 0) + entryBytes(0x340D0003, 7) +
                   entryBytes(0x001A001F, 0x1122334455667788) + entryBytes(0x340D0003, 8));
 }
 
@@ -652,7 +641,7 @@ TEST_F(OLMMsgWriterTest, EntryThatComesWithTheHeaderIsNotWritten) {
     EXPECT_EQ(writer->finalizeNode(*parser), 0u);
 
     EXPECT_EQ(message().stream("__properties_version1.0"),
-              headerBytes(0) + entryBytes(0x340D0003, 7));
+              headerBytes(0, 0) + entryBytes(0x340D0003, 7));
 }
 
 TEST_F(OLMMsgWriterTest, PropertyStreamThatCannotBeMadeIsLeftOutAndNamedPropertiesFollow) {
@@ -672,7 +661,7 @@ class OLMMsgWriterShortWriteTest : public OLMMsgWriterTest,
 
 // Eight numbers of the header, then two entries with tag, flags and value.
 TEST_P(OLMMsgWriterShortWriteTest, PropertyStreamEndsThereAndNamedPropertiesFollow) {
-    const Bytes whole = headerBytes(0) + entryBytes(0x80000003, 3) + entryBytes(0x00170003, 1);
+    const Bytes whole = headerBytes(0, 0) + entryBytes(0x80000003, 3) + entryBytes(0x00170003, 1);
     const size_t starts[] = {0, 4, 8, 12, 16, 20, 24, 28, 32, 36, 40, 48, 52, 56};
     const size_t start = starts[GetParam()];
     begin(item());
@@ -705,7 +694,7 @@ TEST_F(OLMMsgWriterTest, FailureOfTheNamedPropertiesIsTheResult) {
     writer->namedPropsResult = 1;
 
     EXPECT_EQ(writer->finalizeNode(*parser), 461u);
-    EXPECT_EQ(message().stream("__properties_version1.0"), headerBytes(0));
+    EXPECT_EQ(message().stream("__properties_version1.0"), headerBytes(0, 0));
 }
 
 TEST_F(OLMMsgWriterTest, ExceptionOfTheNamedPropertiesPasses) {
@@ -714,7 +703,7 @@ TEST_F(OLMMsgWriterTest, ExceptionOfTheNamedPropertiesPasses) {
     host.shortenWrite(8, 0, 0);
 
     EXPECT_EQ(thrownCode([&] { writer->finalizeNode(*parser); }), shortWriteCode);
-    EXPECT_EQ(message().stream("__properties_version1.0"), headerBytes(0));
+    EXPECT_EQ(message().stream("__properties_version1.0"), headerBytes(0, 0));
 }
 
 TEST_F(OLMMsgWriterTest, PendingEntriesAreBoundChecked) {

@@ -6,9 +6,6 @@
 
 // What the tests of the calendar writer share.
 
-inline constexpr const char* calRecurrenceElement = "OPFCalendarEventCopyRecurrence";
-
-// The writer with its inside open.
 class OpenCalWriter : public OpenRecurringWriter<OLMMsgCalWriter> {
 public:
     using OpenRecurringWriter::OpenRecurringWriter;
@@ -16,6 +13,6 @@ public:
     using OLMMsgCalWriter::timeZoneOffset;
 };
 
-class CalWriterTest : public RecurringWriterTest<OpenCalWriter> {};
+class CalWriterTest : public WriterTest<OpenCalWriter> {};
 
 #endif

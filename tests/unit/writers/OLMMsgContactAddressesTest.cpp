@@ -1,19 +1,14 @@
 #include "filter/writers/OLMMsgContactWriter.h"
 
-#include "tests/fakehost/Matchers.h"
-#include "tests/unit/storage/Thrown.h"
 #include "tests/unit/storage/Wide.h"
 #include "tests/unit/writers/ContactMessages.h"
+#include "tests/unit/writers/FullItems.h"
 
 #include <algorithm>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <tuple>
 
 using namespace fakehost;
-using namespace contacts;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -117,8 +112,7 @@ TEST(OLMMsgContactAddressesTest, HomePartHasNoNamedTwin) {
 
     EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x3A5B001F, 10), entry(0x3A59001F, 12),
                                                  entry(0x3A5D001F, 14), entry(0x3A5C001F, 10)));
-    EXPECT_EQ(message.stream("__nameid_version1.0/__substg1.0_00030102"),
-              nameEntry(0x801B, 0) + nameEntry(0x801A, 1));
+    EXPECT_EQ(nameStream(message, "00030102"), nameEntry(0x801B, 0) + nameEntry(0x801A, 1));
     EXPECT_EQ(wholeAddress(message, wholeBusiness), Bytes());
     EXPECT_EQ(wholeAddress(message, wholeHome), utf16(u"Hill 2\r\nFjord\r\nWest\r\n5003"));
 }
@@ -152,11 +146,11 @@ TEST(OLMMsgContactAddressesTest, ContactWithoutPartsHasTwoEmptyWholeAddresses) {
     const StoredMessage message = writeItem(contact().element("OPFContactCopyFirstName", "Ann"));
 
     EXPECT_EQ(message.stream(propertyStream),
-              propertyBytes({entry(0x3A06001F, 8), entry(0x8000001F, 2), entry(0x8001001F, 2)}));
+              streamBegin(contactKind) +
+                  entryBytes({entry(0x3A06001F, 8), entry(0x8000001F, 2), entry(0x8001001F, 2)}));
     EXPECT_EQ(message.stream("__substg1.0_8000001F"), Bytes());
     EXPECT_EQ(message.stream("__substg1.0_8001001F"), Bytes());
-    EXPECT_EQ(message.stream("__nameid_version1.0/__substg1.0_00030102"),
-              nameEntry(0x801B, 0) + nameEntry(0x801A, 1));
+    EXPECT_EQ(nameStream(message, "00030102"), nameEntry(0x801B, 0) + nameEntry(0x801A, 1));
 }
 
 TEST(OLMMsgContactAddressesTest, OrderOfThePartsIsTheirOwnInEveryOrderOfTheElements) {
@@ -286,8 +280,6 @@ TEST_F(OLMMsgContactAddressesObjectTest, ElementIsReadIntoATextOrAnEmptyOne) {
     const std::unique_ptr<qor::WString> text(writer->readStringValue(*parser));
     EXPECT_TRUE(*text == wide(u"High water"));
 
-    OLMXMLTag closing;
-    ASSERT_EQ(parser->nextTag(closing), 1);
     enterElement();
     const std::unique_ptr<qor::WString> none(writer->readStringValue(*parser));
     EXPECT_EQ(none->length(), 0);
@@ -309,8 +301,6 @@ TEST_F(OLMMsgContactAddressesObjectTest, ElementIsAddedPlainAndNamed) {
 
     enterElement();
     writer->handleDupProps(*parser, 0x3A27001F, 0x8046001F);
-    OLMXMLTag closing;
-    ASSERT_EQ(parser->nextTag(closing), 1);
     enterElement();
     writer->handleDupProps(*parser, 0x3A28001F, 0x8047001F);
 
@@ -328,8 +318,6 @@ TEST_F(OLMMsgContactAddressesObjectTest, ElementIsAddedNamed) {
 
     enterElement();
     writer->handleNamedStrProp(*parser, 0x804F001F);
-    OLMXMLTag closing;
-    ASSERT_EQ(parser->nextTag(closing), 1);
     enterElement();
     writer->handleNamedStrProp(*parser, 0x8050001F);
 
@@ -346,8 +334,6 @@ TEST_F(OLMMsgContactAddressesObjectTest, UnknownNameIsLeftOutSilently) {
     writer->handleNamedStrProp(wide(u"Mole"), unknownName);
     enterElement();
     writer->handleDupProps(*parser, 0x3A27001F, unknownName);
-    OLMXMLTag closing;
-    ASSERT_EQ(parser->nextTag(closing), 1);
     enterElement();
     writer->handleNamedStrProp(*parser, unknownName);
 
@@ -440,6 +426,7 @@ TEST(OLMMsgContactAddressesTest, WholeAddressWhoseStreamCannotBeMadeIsLeftOutAlo
 
     const StoredMessage message = writeItem(contact(), run);
 
-    EXPECT_EQ(message.stream(propertyStream), propertyBytes({entry(0x8001001F, 2)}));
+    EXPECT_EQ(message.stream(propertyStream),
+              streamBegin(contactKind) + entryBytes({entry(0x8001001F, 2)}));
     EXPECT_FALSE(message.has("__substg1.0_8000001F"));
 }

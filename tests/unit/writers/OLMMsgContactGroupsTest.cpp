@@ -1,13 +1,8 @@
 #include "filter/writers/OLMMsgContactWriter.h"
 
-#include "tests/fakehost/Matchers.h"
 #include "tests/unit/writers/ContactMessages.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 using namespace fakehost;
-using namespace contacts;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -46,7 +41,7 @@ TEST(OLMMsgContactGroupsTest, FirstTagWithoutAnAddressGivesNoneWhateverFollows) 
     const StoredMessage message = writeItem(contact()
                                                 .open(list1)
                                                 .element("contactEmailAddress")
-                                                .attribute("OPFContactEmailAddressName", "Ann")
+                                                .attribute(nameAttribute, "Ann")
                                                 .element("contactEmailAddress")
                                                 .attribute(addressAttribute, "b@x")
                                                 .close()
@@ -56,8 +51,7 @@ TEST(OLMMsgContactGroupsTest, FirstTagWithoutAnAddressGivesNoneWhateverFollows) 
                                                 .attribute(addressAttribute, "c@x"));
 
     EXPECT_THAT(ownEntries(message), IsEmpty());
-    EXPECT_EQ(message.stream("__nameid_version1.0/__substg1.0_00030102"),
-              nameEntry(0x801B, 0) + nameEntry(0x801A, 1))
+    EXPECT_EQ(nameStream(message, "00030102"), nameEntry(0x801B, 0) + nameEntry(0x801A, 1))
         << "no number is used up";
 }
 
@@ -65,12 +59,13 @@ TEST(OLMMsgContactGroupsTest, NameAndTypeOfAnAddressAreNotRead) {
     const StoredMessage message = writeItem(contact()
                                                 .open(defaultEmail)
                                                 .element("contactEmailAddress", "text")
-                                                .attribute("OPFContactEmailAddressType", "0")
-                                                .attribute("OPFContactEmailAddressName", "Ann Low")
+                                                .attribute(typeAttribute, "0")
+                                                .attribute(nameAttribute, "Ann Low")
                                                 .attribute(addressAttribute, "a@x"));
 
     EXPECT_EQ(message.stream(propertyStream),
-              propertyBytes({entry(0x8000001F, 8), entry(0x8001001F, 2), entry(0x8002001F, 2)}));
+              streamBegin(contactKind) +
+                  entryBytes({entry(0x8000001F, 8), entry(0x8001001F, 2), entry(0x8002001F, 2)}));
     EXPECT_EQ(message.stream("__substg1.0_8000001F"), utf16(u"a@x"));
 }
 
@@ -152,7 +147,8 @@ TEST(OLMMsgContactGroupsTest, GroupThatClosesAtOnceSwallowsWhatFollowsToTheEnd) 
 
     EXPECT_EQ(outcome.result, VwSpecialDone);
     EXPECT_EQ(outcome.message.stream(propertyStream),
-              propertyBytes({entry(0x3A06001F, 8), entry(0x8000001F, 2), entry(0x8001001F, 2)}));
+              streamBegin(contactKind) +
+                  entryBytes({entry(0x3A06001F, 8), entry(0x8000001F, 2), entry(0x8001001F, 2)}));
     EXPECT_EQ(outcome.message.stream("__substg1.0_3A06001F"), utf16(u"Ann"));
     EXPECT_THAT(outcome.progress, ElementsAre(1, 1, 3, 100));
 }
@@ -213,9 +209,9 @@ TEST(OLMMsgContactGroupsTest, ChildrenAreOneMultiValuedString) {
 
     EXPECT_THAT(ownEntries(message), ElementsAre(entry(childrensNames, 12), entry(0x3A45001F, 6)));
     EXPECT_EQ(message.stream(valueStream(childrensNames)), le32(8) + le32(18) + le32(6));
-    EXPECT_EQ(message.stream(valueStream(childrensNames, 0)), utf16(u"Ida") + hex("00 00"));
-    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), utf16(u"Per Olav") + hex("00 00"));
-    EXPECT_EQ(message.stream(valueStream(childrensNames, 2)), utf16(u"Bo") + hex("00 00"));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 0)), terminated(u"Ida"));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), terminated(u"Per Olav"));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 2)), terminated(u"Bo"));
     EXPECT_THAT(message, HasText(0x3A45001F, u"Dr"));
 }
 
@@ -230,8 +226,8 @@ TEST(OLMMsgContactGroupsTest, ChildrenWithoutTextTakeNoIndex) {
 
     EXPECT_THAT(ownEntries(message), ElementsAre(entry(childrensNames, 8)));
     EXPECT_EQ(message.stream(valueStream(childrensNames)), le32(8) + le32(8));
-    EXPECT_EQ(message.stream(valueStream(childrensNames, 0)), utf16(u"Ida") + hex("00 00"));
-    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), utf16(u"Per") + hex("00 00"));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 0)), terminated(u"Ida"));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), terminated(u"Per"));
     EXPECT_FALSE(message.has(valueStream(childrensNames, 2)));
 }
 
@@ -254,8 +250,8 @@ TEST(OLMMsgContactGroupsTest, ChildrenAtAnyDepthAreListed) {
                                                 .close());
 
     EXPECT_THAT(ownEntries(message), ElementsAre(entry(childrensNames, 8)));
-    EXPECT_EQ(message.stream(valueStream(childrensNames, 0)), utf16(u"Ida") + hex("00 00"));
-    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), utf16(u"Per") + hex("00 00"));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 0)), terminated(u"Ida"));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), terminated(u"Per"));
 }
 
 TEST(OLMMsgContactGroupsTest, GroupOfChildrenInsideItselfEndsTheOuterOne) {
@@ -269,7 +265,7 @@ TEST(OLMMsgContactGroupsTest, GroupOfChildrenInsideItselfEndsTheOuterOne) {
                                                 .close());
 
     EXPECT_THAT(ownEntries(message), ElementsAre(entry(childrensNames, 8)));
-    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), utf16(u"Per") + hex("00 00"));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), terminated(u"Per"));
     EXPECT_FALSE(message.has(valueStream(childrensNames, 2)));
 }
 
@@ -279,7 +275,7 @@ TEST(OLMMsgContactGroupsTest, ChildrenUpToTheBreakOfTheDocumentAreWritten) {
 
     EXPECT_THAT(ownEntries(message), ElementsAre(entry(childrensNames, 8)));
     EXPECT_EQ(message.stream(valueStream(childrensNames)), le32(8) + le32(8));
-    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), utf16(u"Per") + hex("00 00"));
+    EXPECT_EQ(message.stream(valueStream(childrensNames, 1)), terminated(u"Per"));
 
     const StoredMessage none = writeItem(contact().open(children).breakOff());
     EXPECT_THAT(ownEntries(none), ElementsAre(entry(childrensNames, 0)));
@@ -314,8 +310,8 @@ TEST(OLMMsgContactGroupsTest, CategoriesAreKeywordsAndEndAtTheirOwnTag) {
 
     EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x8000101F, 8), entry(0x3A45001F, 6)));
     EXPECT_EQ(message.stream("__substg1.0_8000101F"), le32(8) + le32(14));
-    EXPECT_EQ(message.stream("__substg1.0_8000101F-00000000"), utf16(u"Sea") + hex("00 00"));
-    EXPECT_EQ(message.stream("__substg1.0_8000101F-00000001"), utf16(u"Family") + hex("00 00"));
-    EXPECT_EQ(message.stream("__nameid_version1.0/__substg1.0_00030102"),
+    EXPECT_EQ(message.stream("__substg1.0_8000101F-00000000"), terminated(u"Sea"));
+    EXPECT_EQ(message.stream("__substg1.0_8000101F-00000001"), terminated(u"Family"));
+    EXPECT_EQ(nameStream(message, "00030102"),
               keywordsEntry(0) + nameEntry(0x801B, 1) + nameEntry(0x801A, 2));
 }

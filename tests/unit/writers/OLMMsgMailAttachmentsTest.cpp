@@ -1,12 +1,8 @@
 #include "filter/writers/OLMMsgMailWriter.h"
 
-#include "tests/fakehost/Matchers.h"
-#include "tests/unit/storage/Thrown.h"
 #include "tests/unit/writers/MailMessages.h"
 
 #include <cstring>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 using namespace fakehost;
 using testing::ElementsAre;
@@ -17,8 +13,8 @@ namespace {
 
 constexpr const char* attachmentList = "OPFMessageCopyAttachmentList";
 constexpr const char* urlAttribute = "OPFAttachmentURL";
-constexpr const char* idAttribute = "OPFAttachmentContentID";
-constexpr const char* typeAttribute = "OPFAttachmentContentType";
+constexpr const char* contentIdAttribute = "OPFAttachmentContentID";
+constexpr const char* contentTypeAttribute = "OPFAttachmentContentType";
 constexpr const char* fileNameAttribute = "OPFAttachmentName";
 
 // A mail with its attachment list open.
@@ -44,14 +40,18 @@ ItemRun withEntries(std::vector<std::pair<std::string, Bytes>> entries) {
     return run;
 }
 
-std::string valueStream(uint32_t number, const char* tag) {
-    return attachmentStorage(number) + "/__substg1.0_" + tag;
+// The entries of an attachment that names an entry of the archive: `data` if that can be read, its
+// number, its texts, and what stands behind them in every one.
+std::vector<PropertyEntry> attachmentEntries(uint32_t number,
+                                             const std::vector<PropertyEntry>& texts = {},
+                                             const std::vector<PropertyEntry>& data = {}) {
+    std::vector<PropertyEntry> entries = data;
+    entries.push_back(entry(0x0E210003, number));
+    entries.insert(entries.end(), texts.begin(), texts.end());
+    entries.insert(entries.end(),
+                   {entry(0x0FFE0003, 7), entry(0x0FF40003, 2), entry(0x0FF70003, 0)});
+    return entries;
 }
-
-// The properties that stand behind the text of every attachment that names an entry.
-const PropertyEntry objectType = entry(0x0FFE0003, 7);
-const PropertyEntry objectAccess = entry(0x0FF40003, 2);
-const PropertyEntry objectAccessLevel = entry(0x0FF70003, 0);
 
 // `count` bytes that differ from their neighbours.
 Bytes longData(size_t count) {
@@ -78,9 +78,9 @@ TEST(OLMMsgMailAttachmentsTest, AttachmentHasItsElevenPropertiesInOrder) {
     const StoredMessage message = writeItem(attachments()
                                                 .element("messageAttachment")
                                                 .attribute(fileNameAttribute, "tide.csv")
-                                                .attribute(typeAttribute, "text/csv")
+                                                .attribute(contentTypeAttribute, "text/csv")
                                                 .attribute("OPFAttachmentContentExtension", "csv")
-                                                .attribute(idAttribute, "t@s")
+                                                .attribute(contentIdAttribute, "t@s")
                                                 .attribute(urlAttribute, "Local/a/tide.csv"),
                                             withEntries({{"Local/a/tide.csv", bytesOf("14:05")}}));
 
@@ -102,49 +102,46 @@ TEST(OLMMsgMailAttachmentsTest, AttachmentHasItsElevenPropertiesInOrder) {
                 ElementsAre(propertyStream, "__substg1.0_37010102", "__substg1.0_3712001F",
                             "__substg1.0_370E001F", "__substg1.0_3704001F", "__substg1.0_3001001F",
                             "__substg1.0_3703001F"));
-    EXPECT_EQ(message.stream(valueStream(0, "37010102")), bytesOf("14:05"));
-    EXPECT_EQ(message.stream(valueStream(0, "3712001F")), utf16(u"t@s"));
-    EXPECT_EQ(message.stream(valueStream(0, "370E001F")), utf16(u"text/csv"));
-    EXPECT_EQ(message.stream(valueStream(0, "3704001F")), utf16(u"tide.csv"));
-    EXPECT_EQ(message.stream(valueStream(0, "3001001F")), utf16(u"tide.csv"));
-    EXPECT_EQ(message.stream(valueStream(0, "3703001F")), utf16(u"tide"));
-    EXPECT_EQ(message.stream(propertyStream),
-              headerBytes(0, 1) + requiredEntries() + flagsEntry(0x10));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x37010102)), bytesOf("14:05"));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x3712001F)), utf16(u"t@s"));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x370E001F)), utf16(u"text/csv"));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x3704001F)), utf16(u"tide.csv"));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x3001001F)), utf16(u"tide.csv"));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x3703001F)), utf16(u"tide"));
+    EXPECT_EQ(message.stream(propertyStream), streamBegin(mailKind, 0, 1) + flagsEntry(0x10));
 }
 
 TEST(OLMMsgMailAttachmentsTest, AttachmentThatNamesNoEntryHasItsHeaderAloneAndCounts) {
     const StoredMessage message = writeItem(attachments()
                                                 .element("messageAttachment")
                                                 .attribute(fileNameAttribute, "tide.csv")
-                                                .attribute(idAttribute, "t@s"));
+                                                .attribute(contentIdAttribute, "t@s"));
 
     EXPECT_THAT(message.names(attachmentStorage(0)), ElementsAre(propertyStream));
     EXPECT_EQ(message.stream(attachmentStorage(0) + "/" + propertyStream), Bytes(8));
-    EXPECT_EQ(message.stream(propertyStream),
-              headerBytes(0, 1) + requiredEntries() + flagsEntry(0x10));
+    EXPECT_EQ(message.stream(propertyStream), streamBegin(mailKind, 0, 1) + flagsEntry(0x10));
 }
 
 TEST(OLMMsgMailAttachmentsTest, TagWithoutAttributesCountsToo) {
     const StoredMessage message = writeItem(attachments().element("messageAttachment"));
 
     EXPECT_EQ(message.stream(attachmentStorage(0) + "/" + propertyStream), Bytes(8));
-    EXPECT_EQ(message.stream(propertyStream),
-              headerBytes(0, 1) + requiredEntries() + flagsEntry(0x10));
+    EXPECT_EQ(message.stream(propertyStream), streamBegin(mailKind, 0, 1) + flagsEntry(0x10));
 }
 
 TEST(OLMMsgMailAttachmentsTest, UrlWithoutAnEntryHasAllButTheData) {
     const StoredMessage message = writeItem(attachments()
                                                 .element("messageAttachment")
                                                 .attribute(urlAttribute, "Local/a/none.csv")
-                                                .attribute(idAttribute, "t@s")
-                                                .attribute(typeAttribute, "text/csv")
+                                                .attribute(contentIdAttribute, "t@s")
+                                                .attribute(contentTypeAttribute, "text/csv")
                                                 .attribute(fileNameAttribute, "tide.csv"));
 
-    EXPECT_THAT(message.subEntries(attachmentStorage(0)),
-                ElementsAre(entry(0x0E210003, 1), entry(0x3712001F, 8), entry(0x370E001F, 18),
-                            entry(0x3704001F, 18), entry(0x3001001F, 18), entry(0x3703001F, 10),
-                            objectType, objectAccess, objectAccessLevel));
-    EXPECT_FALSE(message.has(valueStream(0, "37010102")));
+    EXPECT_EQ(
+        message.subEntries(attachmentStorage(0)),
+        attachmentEntries(1, {entry(0x3712001F, 8), entry(0x370E001F, 18), entry(0x3704001F, 18),
+                              entry(0x3001001F, 18), entry(0x3703001F, 10)}));
+    EXPECT_FALSE(message.has(attachmentValue(0, 0x37010102)));
     EXPECT_EQ(messageFlags(message), 0x10u);
 }
 
@@ -155,15 +152,13 @@ TEST(OLMMsgMailAttachmentsTest, EntryThatCannotBeOpenedHasAllButTheData) {
     const StoredMessage message =
         writeItem(attachments().element("a").attribute(urlAttribute, "Local/a/tide.csv"), run);
 
-    EXPECT_THAT(message.subEntries(attachmentStorage(0)),
-                ElementsAre(entry(0x0E210003, 1), objectType, objectAccess, objectAccessLevel));
+    EXPECT_EQ(message.subEntries(attachmentStorage(0)), attachmentEntries(1));
 }
 
 TEST(OLMMsgMailAttachmentsTest, EmptyUrlIsAUrl) {
     const StoredMessage message = writeItem(attachments().element("a").attribute(urlAttribute, ""));
 
-    EXPECT_THAT(message.subEntries(attachmentStorage(0)),
-                ElementsAre(entry(0x0E210003, 1), objectType, objectAccess, objectAccessLevel));
+    EXPECT_EQ(message.subEntries(attachmentStorage(0)), attachmentEntries(1));
 }
 
 TEST(OLMMsgMailAttachmentsTest, EmptyEntryIsAnEmptyStreamAndHasItsMethod) {
@@ -171,24 +166,22 @@ TEST(OLMMsgMailAttachmentsTest, EmptyEntryIsAnEmptyStreamAndHasItsMethod) {
         writeItem(attachments().element("a").attribute(urlAttribute, "empty"),
                   withEntries({{"empty", Bytes()}}));
 
-    EXPECT_THAT(message.subEntries(attachmentStorage(0)),
-                ElementsAre(entry(0x37010102, 0), entry(0x37050003, 1), entry(0x0E210003, 1),
-                            objectType, objectAccess, objectAccessLevel));
-    EXPECT_EQ(message.stream(valueStream(0, "37010102")), Bytes());
+    EXPECT_EQ(message.subEntries(attachmentStorage(0)),
+              attachmentEntries(1, {}, {entry(0x37010102, 0), entry(0x37050003, 1)}));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x37010102)), Bytes());
 }
 
 TEST(OLMMsgMailAttachmentsTest, EmptyContentIdAndTypeAreEmptyStreamsOfSizeTwo) {
     const StoredMessage message = writeItem(attachments()
                                                 .element("messageAttachment")
                                                 .attribute(urlAttribute, "nowhere")
-                                                .attribute(idAttribute, "")
-                                                .attribute(typeAttribute, ""));
+                                                .attribute(contentIdAttribute, "")
+                                                .attribute(contentTypeAttribute, ""));
 
-    EXPECT_THAT(message.subEntries(attachmentStorage(0)),
-                ElementsAre(entry(0x0E210003, 1), entry(0x3712001F, 2), entry(0x370E001F, 2),
-                            objectType, objectAccess, objectAccessLevel));
-    EXPECT_EQ(message.stream(valueStream(0, "3712001F")), Bytes());
-    EXPECT_EQ(message.stream(valueStream(0, "370E001F")), Bytes());
+    EXPECT_EQ(message.subEntries(attachmentStorage(0)),
+              attachmentEntries(1, {entry(0x3712001F, 2), entry(0x370E001F, 2)}));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x3712001F)), Bytes());
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x370E001F)), Bytes());
 }
 
 TEST(OLMMsgMailAttachmentsTest, FirstOfTwoAttributesOfANameCountsAndCaseTells) {
@@ -203,61 +196,60 @@ TEST(OLMMsgMailAttachmentsTest, FirstOfTwoAttributesOfANameCountsAndCaseTells) {
                       .attribute(fileNameAttribute, "two"),
                   withEntries({{"second", bytesOf("22")}, {"first", bytesOf("1")}}));
 
-    EXPECT_EQ(message.stream(valueStream(0, "37010102")), bytesOf("1"));
-    EXPECT_EQ(message.stream(valueStream(0, "3704001F")), utf16(u"one"));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x37010102)), bytesOf("1"));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x3704001F)), utf16(u"one"));
 }
 
 // --- Names of files.
 
 namespace {
 
-struct NameCase {
+struct FileNameCase {
     const char* name;
     const char16_t* fileName;
     const char16_t* aheadOfDot; // null for no dot
 };
 
-class OLMMsgMailAttachmentsNameTest : public testing::TestWithParam<NameCase> {};
+class OLMMsgMailAttachmentsNameTest : public testing::TestWithParam<FileNameCase> {};
 
 } // namespace
 
 TEST_P(OLMMsgMailAttachmentsNameTest, NameStandsTwiceAndIsCutAtItsLastDot) {
     const Bytes name = utf16(GetParam().fileName);
-    std::vector<PropertyEntry> expected = {entry(0x0E210003, 1), entry(0x3704001F, name.size() + 2),
-                                           entry(0x3001001F, name.size() + 2)};
+    std::vector<PropertyEntry> texts = {entry(0x3704001F, name.size() + 2),
+                                        entry(0x3001001F, name.size() + 2)};
     if (GetParam().aheadOfDot != nullptr) {
-        expected.push_back(entry(0x3703001F, utf16(GetParam().aheadOfDot).size() + 2));
+        texts.push_back(entry(0x3703001F, utf16(GetParam().aheadOfDot).size() + 2));
     }
-    expected.insert(expected.end(), {objectType, objectAccess, objectAccessLevel});
 
     const StoredMessage message = writeItem(named(GetParam().fileName));
 
-    EXPECT_EQ(message.subEntries(attachmentStorage(0)), expected);
-    EXPECT_EQ(message.stream(valueStream(0, "3704001F")), name);
-    EXPECT_EQ(message.stream(valueStream(0, "3001001F")), name);
-    EXPECT_EQ(message.has(valueStream(0, "3703001F")), GetParam().aheadOfDot != nullptr);
+    EXPECT_EQ(message.subEntries(attachmentStorage(0)), attachmentEntries(1, texts));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x3704001F)), name);
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x3001001F)), name);
+    EXPECT_EQ(message.has(attachmentValue(0, 0x3703001F)), GetParam().aheadOfDot != nullptr);
     if (GetParam().aheadOfDot != nullptr) {
-        EXPECT_EQ(message.stream(valueStream(0, "3703001F")), utf16(GetParam().aheadOfDot));
+        EXPECT_EQ(message.stream(attachmentValue(0, 0x3703001F)), utf16(GetParam().aheadOfDot));
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Names, OLMMsgMailAttachmentsNameTest,
-    testing::Values(NameCase{"OneDot", u"tide.csv", u"tide"},
-                    NameCase{"SeveralDots", u"tide.table.tar.gz", u"tide.table.tar"},
-                    NameCase{"NoDot", u"README", nullptr}, NameCase{"Empty", u"", nullptr},
-                    NameCase{"LeadingDot", u".profile", u""},
-                    NameCase{"TrailingDot", u"tide.", u"tide"}, NameCase{"DotAlone", u".", u""},
-                    NameCase{"WideDot", u"tide\uFF0Ecsv", nullptr},
-                    NameCase{"Surrogates", u"\U0001F30A.csv", u"\U0001F30A"}),
-    [](const auto& row) { return row.param.name; });
+    testing::Values(FileNameCase{"OneDot", u"tide.csv", u"tide"},
+                    FileNameCase{"SeveralDots", u"tide.table.tar.gz", u"tide.table.tar"},
+                    FileNameCase{"NoDot", u"README", nullptr}, FileNameCase{"Empty", u"", nullptr},
+                    FileNameCase{"LeadingDot", u".profile", u""},
+                    FileNameCase{"TrailingDot", u"tide.", u"tide"},
+                    FileNameCase{"DotAlone", u".", u""},
+                    FileNameCase{"WideDot", u"tide\uFF0Ecsv", nullptr},
+                    FileNameCase{"Surrogates", u"\U0001F30A.csv", u"\U0001F30A"}),
+    rowName);
 
 TEST(OLMMsgMailAttachmentsTest, MissingNameHasNoneOfItsProperties) {
     const StoredMessage message =
         writeItem(attachments().element("a").attribute(urlAttribute, "nowhere.csv"));
 
-    EXPECT_THAT(message.subEntries(attachmentStorage(0)),
-                ElementsAre(entry(0x0E210003, 1), objectType, objectAccess, objectAccessLevel));
+    EXPECT_EQ(message.subEntries(attachmentStorage(0)), attachmentEntries(1));
 }
 
 // --- Lists.
@@ -270,13 +262,10 @@ TEST(OLMMsgMailAttachmentsTest, NumbersOfPropertiesAreOneAboveThoseOfStorages) {
                                                 .element("a")
                                                 .attribute(urlAttribute, "x"));
 
-    EXPECT_THAT(message.subEntries(attachmentStorage(0)),
-                ElementsAre(entry(0x0E210003, 1), objectType, objectAccess, objectAccessLevel));
+    EXPECT_EQ(message.subEntries(attachmentStorage(0)), attachmentEntries(1));
     EXPECT_THAT(message.subEntries(attachmentStorage(1)), IsEmpty());
-    EXPECT_THAT(message.subEntries(attachmentStorage(2)),
-                ElementsAre(entry(0x0E210003, 3), objectType, objectAccess, objectAccessLevel));
-    EXPECT_EQ(message.stream(propertyStream),
-              headerBytes(0, 3) + requiredEntries() + flagsEntry(0x10));
+    EXPECT_EQ(message.subEntries(attachmentStorage(2)), attachmentEntries(3));
+    EXPECT_EQ(message.stream(propertyStream), streamBegin(mailKind, 0, 3) + flagsEntry(0x10));
 }
 
 TEST(OLMMsgMailAttachmentsTest, EmptyListIsNoAttachment) {
@@ -337,10 +326,9 @@ TEST(OLMMsgMailAttachmentsTest, ListThatTheDocumentBreaksKeepsWhatWasWritten) {
                                             withEntries({{"tide", bytesOf("14:05")}}));
 
     for (const uint32_t number : {0U, 1U}) {
-        EXPECT_EQ(message.stream(valueStream(number, "37010102")), bytesOf("14:05"));
+        EXPECT_EQ(message.stream(attachmentValue(number, 0x37010102)), bytesOf("14:05"));
     }
-    EXPECT_EQ(message.stream(propertyStream),
-              headerBytes(0, 2) + requiredEntries() + flagsEntry(0x10));
+    EXPECT_EQ(message.stream(propertyStream), streamBegin(mailKind, 0, 2) + flagsEntry(0x10));
 }
 
 // --- The request.
@@ -361,14 +349,14 @@ TEST_F(OLMMsgMailAttachmentsObjectTest, EntryIsAskedForByItsNameAsItStands) {
 
 namespace {
 
-struct LongNameCase {
+struct LongFileNameCase {
     size_t length;
     size_t kept;
     uint64_t index;
 };
 
 class OLMMsgMailAttachmentsLongNameTest : public MailWriterTest,
-                                          public testing::WithParamInterface<LongNameCase> {};
+                                          public testing::WithParamInterface<LongFileNameCase> {};
 
 } // namespace
 
@@ -387,16 +375,15 @@ TEST_P(OLMMsgMailAttachmentsLongNameTest, NameIsCutAndItsEndMayFallOnTheIndex) {
     EXPECT_EQ(request.qword(520), GetParam().index);
     EXPECT_EQ(request.part(528, 8), hex("00 00 00 00  01 00  00 00"));
     EXPECT_EQ(request.qword(0), reinterpret_cast<uint64_t>(archive));
-    EXPECT_THAT(message().subEntries(attachmentStorage(0)),
-                ElementsAre(entry(0x0E210003, 1), objectType, objectAccess, objectAccessLevel));
+    EXPECT_EQ(message().subEntries(attachmentStorage(0)), attachmentEntries(1));
 }
 
 INSTANTIATE_TEST_SUITE_P(Lengths, OLMMsgMailAttachmentsLongNameTest,
-                         testing::Values(LongNameCase{0, 0, 0xFFFFFFFFFFFFFFFF},
-                                         LongNameCase{511, 511, 0xFFFFFFFFFFFFFFFF},
-                                         LongNameCase{512, 512, 0xFFFFFFFFFFFFFF00},
-                                         LongNameCase{513, 512, 0xFFFFFFFFFFFFFF00},
-                                         LongNameCase{3000, 512, 0xFFFFFFFFFFFFFF00}));
+                         testing::Values(LongFileNameCase{0, 0, 0xFFFFFFFFFFFFFFFF},
+                                         LongFileNameCase{511, 511, 0xFFFFFFFFFFFFFFFF},
+                                         LongFileNameCase{512, 512, 0xFFFFFFFFFFFFFF00},
+                                         LongFileNameCase{513, 512, 0xFFFFFFFFFFFFFF00},
+                                         LongFileNameCase{3000, 512, 0xFFFFFFFFFFFFFF00}));
 
 TEST_F(OLMMsgMailAttachmentsObjectTest, OpenedEntryIsTheCallersAndAMissingOneIsNull) {
     entries = {{"tide", bytesOf("14:05")}};
@@ -447,10 +434,9 @@ TEST_F(OLMMsgMailAttachmentsObjectTest, DataWithoutAStreamLeavesTheMethodStandin
 
     run();
 
-    EXPECT_THAT(message().subEntries(attachmentStorage(0)),
-                ElementsAre(entry(0x37050003, 1), entry(0x0E210003, 1), objectType, objectAccess,
-                            objectAccessLevel));
-    EXPECT_FALSE(message().has(valueStream(0, "37010102")));
+    EXPECT_EQ(message().subEntries(attachmentStorage(0)),
+              attachmentEntries(1, {}, {entry(0x37050003, 1)}));
+    EXPECT_FALSE(message().has(attachmentValue(0, 0x37010102)));
     EXPECT_EQ(host.openHandles(), openBefore) << "the entry is closed too";
 }
 
@@ -467,10 +453,9 @@ TEST_F(OLMMsgMailAttachmentsObjectTest, DataThatFailsHalfWayHasTheSizeReachedSoF
         const StoredMessage stored =
             writeItem(attachments().element("a").attribute(urlAttribute, "tide"), run);
 
-        EXPECT_THAT(stored.subEntries(attachmentStorage(0)),
-                    ElementsAre(entry(0x37010102, 2048), entry(0x37050003, 1), entry(0x0E210003, 1),
-                                objectType, objectAccess, objectAccessLevel));
-        EXPECT_EQ(stored.stream(valueStream(0, "37010102")), data.part(0, 2048));
+        EXPECT_EQ(stored.subEntries(attachmentStorage(0)),
+                  attachmentEntries(1, {}, {entry(0x37010102, 2048), entry(0x37050003, 1)}));
+        EXPECT_EQ(stored.stream(attachmentValue(0, 0x37010102)), data.part(0, 2048));
     }
 }
 
@@ -481,9 +466,8 @@ TEST_F(OLMMsgMailAttachmentsObjectTest, TextWithoutAStreamIsLeftOutAlone) {
 
     run();
 
-    EXPECT_THAT(message().subEntries(attachmentStorage(0)),
-                ElementsAre(entry(0x0E210003, 1), entry(0x3704001F, 18), entry(0x3703001F, 10),
-                            objectType, objectAccess, objectAccessLevel));
+    EXPECT_EQ(message().subEntries(attachmentStorage(0)),
+              attachmentEntries(1, {entry(0x3704001F, 18), entry(0x3703001F, 10)}));
 }
 
 TEST_F(OLMMsgMailAttachmentsObjectTest, StorageThatCannotBeMadeThrowsAndIsNotCounted) {
@@ -503,41 +487,36 @@ TEST(OLMMsgMailAttachmentsTest, StorageThatCannotBeMadeFailsTheRequest) {
 
     const Outcome outcome = extractItem(named("tide.csv"), run);
 
-    EXPECT_EQ(outcome.result, VwSpecialFailed);
-    EXPECT_EQ(outcome.status, VwSpecialStatusFailed);
-    EXPECT_FALSE(outcome.message.has(propertyStream));
-    EXPECT_EQ(outcome.openHandles, 0);
+    expectFailedRequest(outcome);
 }
 
 // --- Text and data of every length.
 
 namespace {
 
-class OLMMsgMailAttachmentsLengthTest : public testing::TestWithParam<size_t> {};
+class OLMMsgMailAttachmentsLengthTest : public TextLengthTest {};
 
 } // namespace
 
 TEST_P(OLMMsgMailAttachmentsLengthTest, TextsAreWhole) {
-    const std::u16string text = patternText(GetParam());
     const std::u16string fileName = text + u".csv";
 
     const StoredMessage message = writeItem(attachments()
                                                 .element("messageAttachment")
                                                 .attribute(urlAttribute, "nowhere")
-                                                .attribute(idAttribute, text)
-                                                .attribute(typeAttribute, text)
+                                                .attribute(contentIdAttribute, text)
+                                                .attribute(contentTypeAttribute, text)
                                                 .attribute(fileNameAttribute, fileName));
 
-    const uint64_t size = 2 * GetParam() + 2;
-    EXPECT_THAT(message.subEntries(attachmentStorage(0)),
-                ElementsAre(entry(0x0E210003, 1), entry(0x3712001F, size), entry(0x370E001F, size),
-                            entry(0x3704001F, size + 8), entry(0x3001001F, size + 8),
-                            entry(0x3703001F, size), objectType, objectAccess, objectAccessLevel));
-    EXPECT_EQ(message.stream(valueStream(0, "3712001F")), utf16(text));
-    EXPECT_EQ(message.stream(valueStream(0, "370E001F")), utf16(text));
-    EXPECT_EQ(message.stream(valueStream(0, "3704001F")), utf16(fileName));
-    EXPECT_EQ(message.stream(valueStream(0, "3001001F")), utf16(fileName));
-    EXPECT_EQ(message.stream(valueStream(0, "3703001F")), utf16(text));
+    EXPECT_EQ(message.subEntries(attachmentStorage(0)),
+              attachmentEntries(1, {entry(0x3712001F, size), entry(0x370E001F, size),
+                                    entry(0x3704001F, size + 8), entry(0x3001001F, size + 8),
+                                    entry(0x3703001F, size)}));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x3712001F)), utf16(text));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x370E001F)), utf16(text));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x3704001F)), utf16(fileName));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x3001001F)), utf16(fileName));
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x3703001F)), utf16(text));
 }
 
 TEST_P(OLMMsgMailAttachmentsLengthTest, DataIsWhole) {
@@ -547,8 +526,7 @@ TEST_P(OLMMsgMailAttachmentsLengthTest, DataIsWhole) {
         attachments().element("a").attribute(urlAttribute, "tide"), withEntries({{"tide", data}}));
 
     EXPECT_EQ(message.subEntries(attachmentStorage(0)).front(), entry(0x37010102, GetParam()));
-    EXPECT_EQ(message.stream(valueStream(0, "37010102")), data);
+    EXPECT_EQ(message.stream(attachmentValue(0, 0x37010102)), data);
 }
 
-INSTANTIATE_TEST_SUITE_P(Units, OLMMsgMailAttachmentsLengthTest,
-                         testing::Values(0, 1, 1023, 1024, 1025, 3000));
+INSTANTIATE_TEST_SUITE_P(Units, OLMMsgMailAttachmentsLengthTest, testing::ValuesIn(textLengths));

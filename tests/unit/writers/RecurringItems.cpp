@@ -1,36 +1,8 @@
 #include "tests/unit/writers/RecurringItems.h"
 
-#include "tests/unit/writers/MailMessages.h"
-
 #include <algorithm>
-#include <gmock/gmock.h>
-#include <string>
 
 using namespace fakehost;
-
-Bytes entryBytes(uint32_t tag, uint64_t value) {
-    return le32(tag) + le32(6) + le64(value);
-}
-
-Bytes requiredEntriesOf(std::u16string_view messageClass) {
-    return entryBytes(0x10090102, 0) + entryBytes(0x001A001F, 2 * messageClass.size() + 2) +
-           entryBytes(0x0E1F000B, 0) + entryBytes(0x0FF70003, 0) + entryBytes(0x0FF40003, 2) +
-           entryBytes(0x340D0003, 0x40E79) + entryBytes(0x3FDE0003, 1200);
-}
-
-std::vector<PropertyEntry> entriesBehindRequired(const StoredMessage& message) {
-    std::vector<PropertyEntry> entries = message.entries();
-    if (entries.size() < requiredCount) {
-        ADD_FAILURE() << "not even what every message has: " << testing::PrintToString(entries);
-        return {};
-    }
-    entries.erase(entries.begin(), entries.begin() + static_cast<long>(requiredCount));
-    return entries;
-}
-
-Bytes nameStream(const StoredMessage& message, const char* tag) {
-    return message.stream(std::string("__nameid_version1.0/__substg1.0_") + tag);
-}
 
 ItemDocument& addWeekly(ItemDocument& item, const char* element) {
     return item.open(element)

@@ -1,0 +1,60 @@
+#ifndef OLMKIT_TESTS_UNIT_STORAGE_NUMBEREDSTORAGES_H
+#define OLMKIT_TESTS_UNIT_STORAGE_NUMBEREDSTORAGES_H
+
+#include "tests/fakehost/FakeHost.h"
+#include "tests/unit/storage/PropertyBytes.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+
+// What the storages of recipients and attachments have in common: a number in their name.
+
+struct StorageNumber {
+    const char* name;
+    unsigned int number;
+    const char* digits; // as the storage's name ends
+};
+
+inline constexpr StorageNumber storageNumbers[] = {
+    {"First", 0, "00000000"},
+    {"Ten", 10, "0000000A"},
+    {"TwoDigits", 255, "000000FF"},
+    {"AllDigits", 0x89ABCDEF, "89ABCDEF"},
+};
+
+inline const auto numberName = [](const auto& row) { return row.param.name; };
+
+// A storage of that number is made below a root: `prefix` and the digits are its name, and it has
+// an empty property stream.
+template <class SubStg>
+void expectNameOfNumber(const std::string& prefix, const StorageNumber& row) {
+    fakehost::FakeHost host;
+    { const SubStg sub(host.newRoot(), row.number); }
+
+    const std::string storage = prefix + row.digits;
+    const std::string properties = storage + "/__properties_version1.0";
+    EXPECT_THAT(host.message().paths(), testing::ElementsAre(storage, properties));
+    EXPECT_EQ(host.message().stream(properties), fakehost::Bytes(8));
+}
+
+// Two storages are made one after the other, each with a property of its own.
+template <class SubStg> void expectSeveralBesideEachOther(const std::string& prefix) {
+    fakehost::FakeHost host;
+    HostStream* root = host.newRoot();
+    {
+        SubStg first(root, 0);
+        first.addProperty(0x3000, 1);
+    }
+    {
+        SubStg second(root, 1);
+        second.addProperty(0x3000, 2);
+    }
+
+    const std::string names[] = {prefix + "00000000", prefix + "00000001"};
+    EXPECT_THAT(host.message().names(), testing::ElementsAreArray(names));
+    EXPECT_THAT(host.message().subEntries(names[0]), testing::ElementsAre(entry(0x30000003, 1)));
+    EXPECT_THAT(host.message().subEntries(names[1]), testing::ElementsAre(entry(0x30000003, 2)));
+}
+
+#endif

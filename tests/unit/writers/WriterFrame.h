@@ -1,0 +1,130 @@
+#ifndef OLMKIT_TESTS_UNIT_WRITERS_WRITERFRAME_H
+#define OLMKIT_TESTS_UNIT_WRITERS_WRITERFRAME_H
+
+#include "filter/core/Exception.h"
+#include "filter/xml/OLMXMLParser.h"
+#include "tests/unit/writers/ItemMessages.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+// The inside of any writer, as members of OLMMsgWriter: writer.*(&WriterInside::rootTag).
+class WriterInside : public OLMMsgWriter {
+public:
+    using OLMMsgWriter::expectedProps;
+    using OLMMsgWriter::properties;
+    using OLMMsgWriter::recipientCount;
+    using OLMMsgWriter::rootStorage;
+    using OLMMsgWriter::rootTag;
+};
+
+// A writer on the first item of a document, for failures of one call and for what no message
+// shows.
+class WriterFrame : public testing::Test {
+protected:
+    WriterFrame();
+
+    // Opens the document, puts the reader ahead of the item and makes the writer.
+    void openDocument(const fakehost::ItemDocument& item);
+
+    // The same, and begins the message: calls of the host count from here.
+    void begin(const fakehost::ItemDocument& item);
+
+    // Moves behind the next opening tag.
+    void enterElement();
+
+    // Handles the item's elements and gives the progress values.
+    std::vector<int> run();
+
+    // The entries added behind the required ones.
+    [[nodiscard]] std::vector<fakehost::PropertyEntry> added();
+
+    [[nodiscard]] fakehost::StoredMessage message() const { return host.message(request.output); }
+
+    // Makes the writer on `request` and `archive`, and gives the one made last.
+    virtual void makeWriter() = 0;
+    virtual OLMMsgWriter& anyWriter() = 0;
+
+    fakehost::FakeHost host;
+    // Entries that the archive has behind the document's, to be set ahead of the opening.
+    std::vector<std::pair<std::string, fakehost::Bytes>> entries;
+    SODOSPECIALARC request{};
+    ArchiveDirectory* archive = nullptr;
+    std::optional<OLMXMLParser> parser;
+    int openBefore = 0; // handles that were open when begin() ended
+};
+
+// The frame of a writer of that class.
+template <class Writer> class WriterTest : public WriterFrame {
+protected:
+    void makeWriter() override { writer = newWriter<Writer>(&request, archive); }
+    OLMMsgWriter& anyWriter() override { return *writer; }
+
+    std::unique_ptr<Writer> writer;
+};
+
+// The frame of a writer of any class: that of `kind`, which is set first.
+class AnyWriterTest : public WriterFrame {
+protected:
+    void makeWriter() override { writer = kind->writer(&request, archive); }
+    OLMMsgWriter& anyWriter() override { return *writer; }
+
+    const ItemKind* kind = nullptr;
+    std::unique_ptr<OLMMsgWriter> writer;
+};
+
+// A writer with its common inside open, and a switch that makes its entries fail.
+template <class Writer> class OpenWriter : public Writer {
+public:
+    using Writer::Writer;
+
+    using Writer::expectedProps;
+    using Writer::handledProps;
+    using Writer::namedProps;
+    using Writer::properties;
+    using Writer::recipientCount;
+    using Writer::rootStorage;
+
+    // Tells by its type whether it was thrown on itself or as a copy.
+    struct Refused : qor::Exception {
+        explicit Refused(unsigned int code) : Exception(code, "refused", nullptr, nullptr, 0) {}
+    };
+
+    void addProperty(unsigned int tag, unsigned long long value) override {
+        if (refusal.has_value() && refusedTag.value_or(tag) == tag) {
+            throw Refused(*refusal);
+        }
+        Writer::addProperty(tag, value);
+    }
+
+    std::optional<unsigned int> refusal;    // code of the exception in an entry's place
+    std::optional<unsigned int> refusedTag; // the one tag that is refused; all without it
+};
+
+// Names the instances of a test after the rows of its table, or after their kinds of items.
+inline constexpr auto rowName = [](const auto& row) { return row.param.name; };
+inline constexpr auto kindName = [](const auto& row) { return row.param.kind->name; };
+
+// An element's text and the number that it becomes.
+struct NumberCase {
+    const char* name;
+    const char* text;
+    uint64_t value;
+
+    friend void PrintTo(const NumberCase& row, std::ostream* out) { *out << row.name; }
+};
+class NumberTest : public testing::TestWithParam<NumberCase> {};
+
+// Numbers of units around the size of the chunks that text is copied in.
+inline constexpr size_t textLengths[] = {0, 1, 1023, 1024, 1025, 3000};
+
+class TextLengthTest : public testing::TestWithParam<size_t> {
+protected:
+    const std::u16string text = fakehost::patternText(GetParam());
+    const uint64_t size = 2 * GetParam() + 2; // of a string property with that text
+};
+
+#endif
