@@ -15,6 +15,7 @@
 #include "cli/command/InfoCommand.h"
 #include "cli/command/ListCommand.h"
 #include "cli/command/MergeCommand.h"
+#include "cli/command/ReportCommand.h"
 #include "cli/command/ShowCommand.h"
 #include "cli/command/VerifyCommand.h"
 #include "cli/terminal/Messages.h"
@@ -56,6 +57,9 @@ struct Run {
     }
     ExitCode operator()(const olmkit::ShowOptions& options) const {
         return olmkit::runShow(options, output, messages);
+    }
+    ExitCode operator()(const olmkit::ReportOptions& options) const {
+        return olmkit::runReport(options, output, messages);
     }
     ExitCode operator()(const olmkit::MergeOptions& options) const {
         return olmkit::runMerge(options, output, messages);

@@ -15,6 +15,7 @@
 #include "cli/command/ListOptions.h"
 #include "cli/command/ManualOptions.h"
 #include "cli/command/MergeOptions.h"
+#include "cli/command/ReportOptions.h"
 #include "cli/command/ShowOptions.h"
 #include "cli/command/VerifyOptions.h"
 #include "cli/rows/FilterOptions.h"
@@ -29,6 +30,7 @@ void defineInfo(CLI::App& app, InfoOptions& options);
 void defineList(CLI::App& app, ListOptions& options);
 void defineExtract(CLI::App& app, ExtractOptions& options);
 void defineShow(CLI::App& app, ShowOptions& options);
+void defineReport(CLI::App& app, ReportOptions& options);
 void defineMerge(CLI::App& app, MergeOptions& options);
 void defineVerify(CLI::App& app, VerifyOptions& options);
 void defineCompletion(CLI::App& app, CompletionOptions& options);

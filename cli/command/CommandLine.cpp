@@ -57,6 +57,7 @@ public:
         add(defineList, list);
         add(defineExtract, extract);
         add(defineShow, show);
+        add(defineReport, report);
         add(defineMerge, merge);
         add(defineVerify, verify);
         add(defineCompletion, completion, [this] { return HelpText{completionText()}; });
@@ -67,6 +68,7 @@ public:
                    "  olmkit list mail.olm\n"
                    "  olmkit extract mail.olm -o messages\n"
                    "  olmkit show mail.olm 7\n"
+                   "  olmkit report mail.olm -o mail.html\n"
                    "  olmkit verify messages\n"
                    "\n" +
                    exitCodeText() + "\nolmkit COMMAND --help tells more about a command.\n");
@@ -161,6 +163,7 @@ private:
     ListOptions list;
     ExtractOptions extract;
     ShowOptions show;
+    ReportOptions report;
     MergeOptions merge;
     VerifyOptions verify;
     CompletionOptions completion;

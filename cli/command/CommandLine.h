@@ -8,6 +8,7 @@
 #include "cli/command/InfoOptions.h"
 #include "cli/command/ListOptions.h"
 #include "cli/command/MergeOptions.h"
+#include "cli/command/ReportOptions.h"
 #include "cli/command/ShowOptions.h"
 #include "cli/command/VerifyOptions.h"
 #include "cli/terminal/TerminalOptions.h"
@@ -25,8 +26,8 @@ struct UsageError {
     std::string text;
 };
 
-using Command = std::variant<InfoOptions, ListOptions, ExtractOptions, ShowOptions, MergeOptions,
-                             VerifyOptions, HelpText, UsageError>;
+using Command = std::variant<InfoOptions, ListOptions, ExtractOptions, ShowOptions, ReportOptions,
+                             MergeOptions, VerifyOptions, HelpText, UsageError>;
 
 // Reads the program's arguments. Everything that is said about options, commands and exit codes
 // comes from their definitions here. `terminal` is filled as far as the arguments can be read.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
 #include <thread>
 #include <utility>
 
@@ -35,11 +34,6 @@ std::string itemTitle(const ManifestRow& row, const std::string& kind,
            entryTitle(session, *row.entry);
 }
 
-// What stands ahead of the bar: as short as one knows the archive by.
-std::string barLabel(const ExtractOptions& options) {
-    return std::filesystem::path(archiveTitle(options.archive)).filename().string();
-}
-
 unsigned jobsOf(const ExtractOptions& options) {
     return options.jobs != 0 ? options.jobs : std::max(std::thread::hardware_concurrency(), 1U);
 }
@@ -60,8 +54,8 @@ std::optional<timespec> timeOf(const olmhost::Row& row) {
 Extractor::Extractor(const ExtractOptions& options, olmhost::Session& session, Output& output,
                      Messages& messages)
     : options(options), session(session), output(output), messages(messages),
-      progress(messages, barLabel(options)), selection(options), paths(options.layout),
-      runOutput(options, session, messages),
+      progress(messages, archiveName(options.archive)), listed(session), selection(options),
+      paths(options.layout), runOutput(options, session, messages),
       items(session, runOutput.directory(), ItemWriter::Access::ByIndex, options.attachments) {
     if (const unsigned jobs = jobsOf(options); jobs > 1 && !options.isDryRun) {
         pool = std::make_unique<WorkerPool>(session, runOutput.directory(), jobs - 1,
@@ -124,9 +118,7 @@ bool Extractor::walk() {
 void Extractor::note(const olmhost::Row& row) {
     MessagePath path = paths.next(row);
     summary.list(kindOf(row));
-    for (; entriesListed <= row.entry; ++entriesListed) {
-        bytesListed += session.entrySize(entriesListed).packedSize;
-    }
+    listed.reach(row.entry);
     const ItemPlace place = {row.entry, row.item};
     const bool isPlaceWanted = selection.takesPlace(place);
     const bool isRowWanted = selection.takesRow(row);
@@ -360,9 +352,8 @@ void Extractor::finishRow(const ManifestRow& row, const std::string& line,
 // How much of the way the run has come, from 0 to 1: of what is listed so far, and of the items in
 // that.
 double Extractor::passedShare() const {
-    const auto size = static_cast<double>(session.archiveSize());
-    return std::min(1.0, static_cast<double>(bytesListed) / size) *
-           static_cast<double>(numbers.requested) / static_cast<double>(numbers.known);
+    return listed.value() * static_cast<double>(numbers.requested) /
+           static_cast<double>(numbers.known);
 }
 
 void Extractor::endOutput(bool isAtEnd) {

@@ -20,6 +20,7 @@
 #include "cli/extract/Selection.h"
 #include "cli/extract/Summary.h"
 #include "cli/extract/WorkerPool.h"
+#include "cli/rows/ListedShare.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 #include "cli/terminal/Progress.h"
@@ -102,8 +103,7 @@ private:
     Output& output;
     Messages& messages;
     Progress progress;
-    std::uint64_t entriesListed = 0;
-    std::uint64_t bytesListed = 0; // of those, as they lie in the archive
+    ListedShare listed;
     Selection selection;
     MessagePaths paths;
     std::vector<WantedItem> noted; // of the entry at hand

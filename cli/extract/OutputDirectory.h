@@ -29,7 +29,7 @@ public:
     // another process writes to it.
     int open(const std::string& path);
 
-    // Opens the folder when it is there, to read from it.
+    // Opens the folder when it is there, to read from it, or to put single files in it.
     int openForReading(const std::string& path);
 
     // Makes an empty file for reading and writing.

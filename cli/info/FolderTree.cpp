@@ -15,26 +15,49 @@ std::uint64_t totalOf(Folder& folder) {
     return folder.total;
 }
 
+// Takes the next level off the front of a path; empty at its end.
+std::string_view takeLevel(std::string_view& path) {
+    std::string_view name;
+    while (name.empty() && !path.empty()) {
+        const std::size_t end = std::min(path.find('/'), path.size());
+        name = path.substr(0, end);
+        path.remove_prefix(std::min(end + 1, path.size()));
+    }
+    return name;
+}
+
 } // namespace
 
 void FolderTree::add(std::string_view path, std::uint64_t items) {
     Folder* folder = &top;
-    std::size_t depth = 0;
-    while (!path.empty() && depth < deepest) {
-        const std::size_t end = std::min(path.find('/'), path.size());
-        const std::string_view name = path.substr(0, end);
-        path.remove_prefix(std::min(end + 1, path.size()));
+    for (std::size_t depth = 0; depth < deepest; ++depth) {
+        const std::string_view name = takeLevel(path);
         if (name.empty()) {
-            continue;
+            break;
         }
         auto child = folder->children.find(name);
         if (child == folder->children.end()) {
             child = folder->children.emplace(name, Folder()).first;
         }
         folder = &child->second;
-        ++depth;
     }
     folder->own += items;
+}
+
+const Folder* FolderTree::find(std::string_view path) const {
+    const Folder* folder = &top;
+    for (std::size_t depth = 0; depth < deepest; ++depth) {
+        const std::string_view name = takeLevel(path);
+        if (name.empty()) {
+            break;
+        }
+        const auto child = folder->children.find(name);
+        if (child == folder->children.end()) {
+            return nullptr;
+        }
+        folder = &child->second;
+    }
+    return folder;
 }
 
 void FolderTree::total() {

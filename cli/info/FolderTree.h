@@ -29,6 +29,9 @@ public:
     // are left out.
     void add(std::string_view path, std::uint64_t items);
 
+    // The folder of a path as add() takes it, or null.
+    const Folder* find(std::string_view path) const;
+
     // Works out the totals. Call it when everything was added.
     void total();
 

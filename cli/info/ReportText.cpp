@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "cli/info/NumberText.h"
 #include "cli/terminal/CellText.h"
 #include "cli/terminal/Text.h"
 
@@ -13,19 +14,6 @@ namespace {
 constexpr unsigned numberCells = 11; // cells
 constexpr std::size_t kindRoom = 11;
 constexpr std::size_t momentRoom = 20;
-
-// Decimal digits in groups of three.
-std::string grouped(std::uint64_t number) {
-    std::string text = std::to_string(number);
-    for (std::size_t end = text.size(); end > 3; end -= 3) {
-        text.insert(end - 3, 1, ',');
-    }
-    return text;
-}
-
-std::string counted(std::uint64_t number, std::string_view one, std::string_view more) {
-    return grouped(number) + " " + std::string(number == 1 ? one : more);
-}
 
 void appendLeft(std::string& out, std::string_view text, std::size_t room) {
     out += text;
@@ -123,24 +111,11 @@ void appendFolders(std::string& out, const ArchiveReport& report) {
 }
 
 void appendAttachments(std::string& out, const ArchiveReport& report) {
-    std::uint64_t named = 0;
-    std::uint64_t unnamed = 0;
-    for (const KindReport& kind : report.kinds) {
-        named += kind.counted.attachments;
-        unnamed += kind.counted.unnamedAttachments;
-    }
-    if (named + unnamed == 0) {
+    const std::string count = attachmentCount(report);
+    if (count.empty()) {
         return;
     }
-    out += '\n';
-    out += counted(named + unnamed, "attachment", "attachments");
-    if (report.missingAttachments > 0) {
-        out += ", " + grouped(report.missingAttachments) + " of them missing";
-    }
-    if (unnamed > 0) {
-        out += ", " + grouped(unnamed) + " without the name of a file";
-    }
-    out += '\n';
+    out += "\n" + count + "\n";
     if (report.largest.empty()) {
         return;
     }
@@ -206,14 +181,38 @@ void appendDamage(std::string& out, const ArchiveReport& report) {
 
 } // namespace
 
+std::string attachmentCount(const ArchiveReport& report) {
+    std::uint64_t named = 0;
+    std::uint64_t unnamed = 0;
+    for (const KindReport& kind : report.kinds) {
+        named += kind.counted.attachments;
+        unnamed += kind.counted.unnamedAttachments;
+    }
+    if (named + unnamed == 0) {
+        return "";
+    }
+    std::string text = counted(named + unnamed, "attachment", "attachments");
+    if (report.missingAttachments > 0) {
+        text += ", " + grouped(report.missingAttachments) + " of them missing";
+    }
+    if (unnamed > 0) {
+        text += ", " + grouped(unnamed) + " without the name of a file";
+    }
+    return text;
+}
+
+void appendFindings(std::string& out, const ArchiveReport& report) {
+    appendDocuments(out, report);
+    appendDamage(out, report);
+}
+
 void appendReport(std::string& out, const ArchiveReport& report) {
     appendHead(out, report);
     appendKinds(out, report);
     appendAccounts(out, report);
     appendFolders(out, report);
     appendAttachments(out, report);
-    appendDocuments(out, report);
-    appendDamage(out, report);
+    appendFindings(out, report);
 }
 
 } // namespace olmkit

@@ -11,6 +11,13 @@ namespace olmkit {
 // act on a terminal is taken out of the archive's texts.
 void appendReport(std::string& out, const ArchiveReport& report);
 
+// The last blocks alone, each behind an empty line: documents without their items in the list, what
+// is encrypted, damaged or not readable.
+void appendFindings(std::string& out, const ArchiveReport& report);
+
+// How many attachments there are, and how many of them are missing; empty for none.
+std::string attachmentCount(const ArchiveReport& report);
+
 } // namespace olmkit
 
 #endif

@@ -23,7 +23,9 @@ bool isLarger(const AttachmentReport& left, const AttachmentReport& right) {
 } // namespace
 
 ArchiveReport Surveyor::survey(bool isChecking) {
-    listItems();
+    if (!listItems()) {
+        return std::move(report);
+    }
     report.size = session.archiveSize();
     report.entries = session.entryCount();
     report.isChecked = isChecking;
@@ -36,20 +38,27 @@ ArchiveReport Surveyor::survey(bool isChecking) {
     return std::move(report);
 }
 
-void Surveyor::listItems() {
+// Whether the archive was listed to its end.
+bool Surveyor::listItems() {
     session.tellAttachments(
         [this](const olmhost::NamedAttachment& attachment) { addAttachment(attachment); });
-    const olmhost::RowCallback take = [this](const olmhost::Row& row) {
-        addRow(row);
-        return olmhost::RowAnswer::Continue;
+    bool isStopped = false;
+    const olmhost::RowCallback take = [this, &isStopped](const olmhost::Row& row) {
+        const RowUse use = isStopped ? RowUse::Stop : visit ? visit(row) : RowUse::Counted;
+        if (use == RowUse::Counted) {
+            addRow(row);
+        }
+        isStopped = use == RowUse::Stop;
+        return isStopped ? olmhost::RowAnswer::Pause : olmhost::RowAnswer::Continue;
     };
-    while (!session.list(take)) {
+    while (!session.list(take) && !isStopped) {
     }
     session.tellAttachments(nullptr);
     endFolder();
     for (std::size_t place = 0; place < report.kinds.size(); ++place) {
         report.kinds[place].counted = session.census().kinds[place];
     }
+    return !isStopped;
 }
 
 void Surveyor::addRow(const olmhost::Row& row) {

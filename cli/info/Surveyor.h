@@ -2,25 +2,37 @@
 #define OLMKIT_CLI_INFO_SURVEYOR_H
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "cli/info/ArchiveReport.h"
 #include "host/session/Session.h"
 
 namespace olmkit {
 
+// What a report makes of a row.
+enum class RowUse {
+    Counted,
+    LeftOut, // of the rows, folders and dates; what the documents hold is told nevertheless
+    Stop,    // and list no more: nobody wants the report
+};
+using RowVisitor = std::function<RowUse(const olmhost::Row&)>;
+
 // Finds out all that a report tells. Keeps no item: memory grows with the folders, and with what is
 // wrong.
 class Surveyor {
 public:
     // `session` is borrowed; it is open and not yet listed.
-    explicit Surveyor(olmhost::Session& session) : session(session) {}
+    // `visit` is shown each row.
+    explicit Surveyor(olmhost::Session& session, RowVisitor visit = nullptr)
+        : session(session), visit(std::move(visit)) {}
 
     // Lists the archive; with `isChecking` it reads the data of every entry, too. Call it once.
     ArchiveReport survey(bool isChecking);
 
 private:
-    void listItems();
+    bool listItems();
     void addRow(const olmhost::Row& row);
     void endFolder();
     void addAttachment(const olmhost::NamedAttachment& attachment);
@@ -30,6 +42,7 @@ private:
     EntryReport reportOn(std::uint64_t entry, const std::string& text) const;
 
     olmhost::Session& session;
+    RowVisitor visit;
     ArchiveReport report;
     std::u16string folderAtHand; // of the rows that came last, as rows have it
     std::uint64_t itemsAtHand = 0;

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <system_error>
 
 #include "cli/terminal/Style.h"
@@ -145,6 +146,10 @@ void Messages::outputFailure(std::string_view name, int errorNumber) {
 
 std::string archiveTitle(const std::string& archive) {
     return archive == standardInput ? "standard input" : archive;
+}
+
+std::string archiveName(const std::string& archive) {
+    return std::filesystem::path(archiveTitle(archive)).filename().string();
 }
 
 std::string entryTitle(const olmhost::Session& session, std::uint64_t entry) {

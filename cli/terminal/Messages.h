@@ -71,6 +71,9 @@ inline constexpr std::string_view standardInput = "-";
 // How messages call an archive that was given by that path.
 std::string archiveTitle(const std::string& archive);
 
+// The same without its folders.
+std::string archiveName(const std::string& archive);
+
 // How an entry is called in messages: its index and name.
 std::string entryTitle(const olmhost::Session& session, std::uint64_t entry);
 

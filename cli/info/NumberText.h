@@ -1,0 +1,18 @@
+#ifndef OLMKIT_CLI_INFO_NUMBERTEXT_H
+#define OLMKIT_CLI_INFO_NUMBERTEXT_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace olmkit {
+
+// Decimal digits in groups of three.
+std::string grouped(std::uint64_t number);
+
+// The number and what it counts: "1 item", "2,000 items".
+std::string counted(std::uint64_t number, std::string_view one, std::string_view more);
+
+} // namespace olmkit
+
+#endif

@@ -1,0 +1,54 @@
+#include "cli/report/Markup.h"
+
+#include <algorithm>
+
+#include "cli/terminal/Text.h"
+
+namespace olmkit {
+
+void appendHtml(std::string& out, std::string_view text) {
+    std::string printable;
+    appendPrintable(printable, text);
+    for (const char byte : printable) {
+        switch (byte) {
+        case '&':
+            out += "&amp;";
+            break;
+        case '<':
+            out += "&lt;";
+            break;
+        case '>':
+            out += "&gt;";
+            break;
+        case '"':
+            out += "&quot;";
+            break;
+        case '\'':
+            out += "&#39;";
+            break;
+        default:
+            out += byte;
+        }
+    }
+}
+
+void appendIsolated(std::string& out, std::string_view text) {
+    out += "<bdi>";
+    appendHtml(out, text);
+    out += "</bdi>";
+}
+
+void appendScriptData(std::string& out, const JsonObject& value) {
+    const std::string text = value.dump(-1, ' ', false, JsonObject::error_handler_t::replace);
+    // Only texts hold a "<", and there it may be written so.
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = std::min(text.find('<', start), text.size());
+        out.append(text, start, end - start);
+        if (end < text.size()) {
+            out += "\\u003c";
+        }
+        start = end + 1;
+    }
+}
+
+} // namespace olmkit
