@@ -18,16 +18,8 @@ std::string_view withoutBlanks(std::string_view text) {
 
 } // namespace
 
-std::size_t Correspondents::Hash::operator()(std::string_view name) const {
-    std::uint64_t hash = 14695981039346656037U; // FNV-1a
-    for (const char letter : name) {
-        hash = (hash ^ static_cast<unsigned char>(lowerAscii(letter))) * 1099511628211U;
-    }
-    return hash;
-}
-
-bool Correspondents::Equal::operator()(std::string_view left, std::string_view right) const {
-    return std::ranges::equal(left, right, {}, lowerAscii, lowerAscii);
+bool Correspondents::Less::operator()(std::string_view left, std::string_view right) const {
+    return std::ranges::lexicographical_compare(left, right, {}, lowerAscii, lowerAscii);
 }
 
 void Correspondents::add(std::string_view senders, std::string_view to, std::string_view cc) {

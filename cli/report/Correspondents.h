@@ -3,9 +3,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory_resource>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace olmkit {
@@ -38,10 +38,7 @@ private:
         std::uint32_t lastSent = 0; // numbers of items, from 1
         std::uint32_t lastReceived = 0;
     };
-    struct Hash {
-        std::size_t operator()(std::string_view name) const;
-    };
-    struct Equal {
+    struct Less {
         bool operator()(std::string_view left, std::string_view right) const;
     };
 
@@ -49,7 +46,8 @@ private:
     Tally& tallyOf(std::string_view name);
 
     std::pmr::monotonic_buffer_resource memory; // for what is never freed
-    std::pmr::unordered_map<std::string_view, Tally, Hash, Equal> tallies{&memory};
+    // No hashes: an archive could be made whose names all have the same one.
+    std::pmr::map<std::string_view, Tally, Less> tallies{&memory};
     std::uint32_t item = 0; // the one at hand
 };
 
