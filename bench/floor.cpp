@@ -8,10 +8,6 @@
 //
 // Prints how many documents, elements and bytes it has seen, and how many files it has written.
 
-#include <expat.h>
-#include <nlohmann/json.hpp>
-#include <zip.h>
-
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -20,6 +16,10 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <expat.h>
+#include <nlohmann/json.hpp>
+#include <zip.h>
 
 namespace {
 

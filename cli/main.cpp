@@ -10,7 +10,6 @@
 #include <variant>
 
 #include "cli/command/CommandLine.h"
-#include "cli/command/ExitCode.h"
 #include "cli/command/ExtractCommand.h"
 #include "cli/command/InfoCommand.h"
 #include "cli/command/ListCommand.h"
@@ -18,6 +17,7 @@
 #include "cli/command/ReportCommand.h"
 #include "cli/command/ShowCommand.h"
 #include "cli/command/VerifyCommand.h"
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 #include "cli/terminal/Style.h"
@@ -77,8 +77,8 @@ struct Run {
         return ExitCode::OutputFailed;
     }
     ExitCode operator()(const olmkit::UsageError& error) const {
-        messages.tell(error.text + (error.text.ends_with('?') ? " See" : "; see") +
-                      " olmkit --help");
+        messages.error(error.text + (error.text.ends_with('?') ? " See" : "; see") +
+                       " olmkit --help");
         return ExitCode::Usage;
     }
 };

@@ -81,9 +81,10 @@ bool isReadable(const std::string& path) {
 }
 
 ExitCode spoolFailed(const std::string& archive, int errorNumber, Messages& messages) {
-    messages.tell(archiveTitle(archive) + " can't be kept in a temporary file in " +
-                  temporaryFolder() + ": " + errorText(errorNumber) +
-                  "; set TMPDIR to a folder with room for the archive, or give the archive's path");
+    messages.error(
+        archiveTitle(archive) + " can't be kept in a temporary file in " + temporaryFolder() +
+        ": " + errorText(errorNumber) +
+        "; set TMPDIR to a folder with room for the archive, or give the archive's path");
     return ExitCode::OutputFailed;
 }
 
@@ -126,7 +127,7 @@ ExitCode ArchiveInput::prepare(Messages& messages) {
 
 ExitCode ArchiveInput::takeStandardInput(Messages& messages) {
     if (::isatty(STDIN_FILENO) != 0) {
-        messages.tell("standard input is a terminal; pipe an archive into it, or give its path");
+        messages.error("standard input is a terminal; pipe an archive into it, or give its path");
         return ExitCode::Usage;
     }
     struct stat state = {};
@@ -164,7 +165,7 @@ ExitCode ArchiveInput::copy(int source, int target, Messages& messages) {
     std::vector<std::byte> chunk(chunkSize);
     for (;;) {
         if (Interrupt::isRequested()) {
-            messages.tell("interrupted; nothing was written");
+            messages.error("interrupted; nothing was written");
             return ExitCode::Interrupted;
         }
         const ssize_t taken = ::read(source, chunk.data(), chunk.size());
@@ -185,8 +186,8 @@ ExitCode ArchiveInput::copy(int source, int target, Messages& messages) {
 }
 
 ExitCode ArchiveInput::readFailed(int errorNumber, Messages& messages) const {
-    messages.tell(archiveTitle(archive) + ": can't be read: " + errorText(errorNumber) +
-                  "; check where it comes from, then try again");
+    messages.error(archiveTitle(archive) + ": can't be read: " + errorText(errorNumber) +
+                   "; check where it comes from, then try again");
     return ExitCode::Unreadable;
 }
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "cli/command/ExitCode.h"
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "host/session/Session.h"
 

@@ -1,25 +1,25 @@
 #ifndef OLMKIT_CLI_COMMAND_ARGUMENTS_H
 #define OLMKIT_CLI_COMMAND_ARGUMENTS_H
 
-#include <CLI/CLI.hpp>
-
 #include <charconv>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include <CLI/CLI.hpp>
+
 #include "cli/command/CompletionOptions.h"
-#include "cli/command/ExtractOptions.h"
-#include "cli/command/InfoOptions.h"
-#include "cli/command/ListOptions.h"
 #include "cli/command/ManualOptions.h"
-#include "cli/command/MergeOptions.h"
-#include "cli/command/ReportOptions.h"
-#include "cli/command/ShowOptions.h"
-#include "cli/command/VerifyOptions.h"
+#include "cli/extract/ExtractOptions.h"
+#include "cli/extract/MergeOptions.h"
+#include "cli/info/InfoOptions.h"
+#include "cli/report/ReportOptions.h"
 #include "cli/rows/FilterOptions.h"
+#include "cli/rows/ListOptions.h"
+#include "cli/show/ShowOptions.h"
 #include "cli/terminal/TerminalOptions.h"
+#include "cli/verify/VerifyOptions.h"
 
 // The arguments of each command: what they are called, what is said about them, and what they are
 // read into. `options` is borrowed and filled while the command line is parsed.

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "cli/command/Arguments.h"
-#include "cli/command/ExitCode.h"
 #include "cli/command/HelpFormatter.h"
 #include "cli/command/Suggestion.h"
 #include "cli/command/Version.h"
@@ -17,6 +16,7 @@
 #include "cli/manual/FishCompletion.h"
 #include "cli/manual/ManualPage.h"
 #include "cli/manual/ZshCompletion.h"
+#include "cli/terminal/ExitCode.h"
 
 namespace olmkit {
 

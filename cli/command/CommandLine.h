@@ -4,14 +4,14 @@
 #include <string>
 #include <variant>
 
-#include "cli/command/ExtractOptions.h"
-#include "cli/command/InfoOptions.h"
-#include "cli/command/ListOptions.h"
-#include "cli/command/MergeOptions.h"
-#include "cli/command/ReportOptions.h"
-#include "cli/command/ShowOptions.h"
-#include "cli/command/VerifyOptions.h"
+#include "cli/extract/ExtractOptions.h"
+#include "cli/extract/MergeOptions.h"
+#include "cli/info/InfoOptions.h"
+#include "cli/report/ReportOptions.h"
+#include "cli/rows/ListOptions.h"
+#include "cli/show/ShowOptions.h"
 #include "cli/terminal/TerminalOptions.h"
+#include "cli/verify/VerifyOptions.h"
 
 namespace olmkit {
 

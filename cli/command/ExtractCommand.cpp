@@ -49,13 +49,13 @@ ExitCode runExtract(const ExtractOptions& options, Output& output, Messages& mes
     Extractor extractor(options, session, output, messages);
     ExitCode code = extractor.run();
     const std::vector<olmhost::EntryFault> faults = extractor.faults();
-    messages.faults(options.archive, session, faults, extractor.toldEntries());
+    messages.faults(options.archive, session, faults, extractor.reportedEntries());
     if (!faults.empty() && code == ExitCode::Done) {
         code = ExitCode::Partial;
     }
     if (code == ExitCode::Interrupted) {
-        messages.tell("interrupted; " + std::to_string(extractor.counts().written) +
-                      " messages were written" + howToGoOn(extractor));
+        messages.error("interrupted; " + std::to_string(extractor.counts().written) +
+                       " messages were written" + howToGoOn(extractor));
         return code;
     }
     if (code == ExitCode::NotAnArchive) {
@@ -66,8 +66,8 @@ ExitCode runExtract(const ExtractOptions& options, Output& output, Messages& mes
         return code;
     }
     if (extractor.canBeResumed()) {
-        messages.tell("stopped; " + std::to_string(extractor.counts().written) +
-                      " messages were written" + howToGoOn(extractor));
+        messages.error("stopped; " + std::to_string(extractor.counts().written) +
+                       " messages were written" + howToGoOn(extractor));
     }
     if (!options.isDryRun && !messages.isQuiet()) {
         output.buffer() += summary(options, extractor) + extractor.books().table();

@@ -1,8 +1,8 @@
 #ifndef OLMKIT_CLI_COMMAND_EXTRACTCOMMAND_H
 #define OLMKIT_CLI_COMMAND_EXTRACTCOMMAND_H
 
-#include "cli/command/ExitCode.h"
-#include "cli/command/ExtractOptions.h"
+#include "cli/extract/ExtractOptions.h"
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 

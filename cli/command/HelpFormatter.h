@@ -1,9 +1,9 @@
 #ifndef OLMKIT_CLI_COMMAND_HELPFORMATTER_H
 #define OLMKIT_CLI_COMMAND_HELPFORMATTER_H
 
-#include <CLI/CLI.hpp>
-
 #include <string>
+
+#include <CLI/CLI.hpp>
 
 namespace olmkit {
 

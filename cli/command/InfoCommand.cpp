@@ -1,7 +1,7 @@
 #include "cli/command/InfoCommand.h"
 
 #include "cli/command/ArchiveInput.h"
-#include "cli/info/ReportText.h"
+#include "cli/info/SurveyText.h"
 #include "cli/info/Surveyor.h"
 #include "cli/terminal/Interrupt.h"
 #include "host/session/Session.h"
@@ -16,7 +16,7 @@ ExitCode runInfo(const InfoOptions& options, Output& output, Messages& messages)
         return code;
     }
 
-    ArchiveReport report = Surveyor(session).survey(options.isChecking);
+    ArchiveSurvey report = Surveyor(session).survey(options.isChecking);
     if (!session.isOlmArchive()) {
         messages.faults(options.archive, session);
         messages.noOlmArchive(options.archive, session);

@@ -1,8 +1,8 @@
 #ifndef OLMKIT_CLI_COMMAND_INFOCOMMAND_H
 #define OLMKIT_CLI_COMMAND_INFOCOMMAND_H
 
-#include "cli/command/ExitCode.h"
-#include "cli/command/InfoOptions.h"
+#include "cli/info/InfoOptions.h"
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "cli/command/ExtractOptions.h"
+#include "cli/extract/ExtractOptions.h"
 
 namespace olmkit {
 

@@ -1,8 +1,8 @@
 #ifndef OLMKIT_CLI_COMMAND_LISTCOMMAND_H
 #define OLMKIT_CLI_COMMAND_LISTCOMMAND_H
 
-#include "cli/command/ExitCode.h"
-#include "cli/command/ListOptions.h"
+#include "cli/rows/ListOptions.h"
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 

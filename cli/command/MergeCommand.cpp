@@ -12,7 +12,7 @@ ExitCode runMerge(const MergeOptions& options, Output& output, Messages& message
     Merger merger(options, messages);
     const ExitCode code = merger.run();
     if (code == ExitCode::Interrupted) {
-        messages.tell("interrupted; the same command begins anew");
+        messages.error("interrupted; the same command begins anew");
     }
     if (!merger.isDone()) {
         return code;

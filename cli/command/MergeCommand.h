@@ -1,8 +1,8 @@
 #ifndef OLMKIT_CLI_COMMAND_MERGECOMMAND_H
 #define OLMKIT_CLI_COMMAND_MERGECOMMAND_H
 
-#include "cli/command/ExitCode.h"
-#include "cli/command/MergeOptions.h"
+#include "cli/extract/MergeOptions.h"
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 

@@ -3,7 +3,7 @@
 #include <sys/stat.h>
 
 #include "cli/command/ArchiveInput.h"
-#include "cli/extract/OutputDirectory.h"
+#include "cli/files/OutputDirectory.h"
 #include "cli/info/NumberText.h"
 #include "cli/info/Surveyor.h"
 #include "cli/report/PageFile.h"
@@ -35,9 +35,9 @@ public:
           progress(messages, archiveName(options.archive)), listed(session) {}
 
     // Writes the page, unless the file fails.
-    ArchiveReport write() {
+    ArchiveSurvey write() {
         page.begin();
-        ArchiveReport report =
+        ArchiveSurvey report =
             Surveyor(session, [this](const olmhost::Row& row) { return take(row); }).survey(false);
         progress.finish();
         if (!file.failed() && session.isOlmArchive()) {
@@ -68,7 +68,7 @@ private:
 };
 
 ExitCode pageFailed(const std::string& file, int error, Messages& messages) {
-    messages.tell(file + " can't be written: " + outputErrorText(error));
+    messages.error(file + " can't be written: " + outputErrorText(error));
     return ExitCode::OutputFailed;
 }
 
@@ -82,7 +82,7 @@ ExitCode runReport(const ReportOptions& options, Output& output, Messages& messa
         return code;
     }
     if (areSameFile(input.path(), options.file)) {
-        messages.tell(options.file + " is the archive itself; give the page another name");
+        messages.error(options.file + " is the archive itself; give the page another name");
         return ExitCode::Usage;
     }
     PageFile file;
@@ -91,7 +91,7 @@ ExitCode runReport(const ReportOptions& options, Output& output, Messages& messa
     }
 
     PageRun run(options, session, file, messages);
-    const ArchiveReport report = run.write();
+    const ArchiveSurvey report = run.write();
     const std::size_t faultCount = messages.faults(options.archive, session);
     if (!file.failed() && !session.isOlmArchive()) {
         messages.noOlmArchive(options.archive, session);
@@ -101,8 +101,8 @@ ExitCode runReport(const ReportOptions& options, Output& output, Messages& messa
         return pageFailed(options.file, error, messages);
     }
     if (report.isDamaged() && faultCount == 0) {
-        messages.tell(archiveTitle(options.archive) + ": not all of it is whole; " + options.file +
-                      " tells what is missing");
+        messages.error(archiveTitle(options.archive) + ": not all of it is whole; " + options.file +
+                       " tells what is missing");
     }
     if (!messages.isQuiet()) {
         output.buffer() +=

@@ -1,8 +1,8 @@
 #ifndef OLMKIT_CLI_COMMAND_REPORTCOMMAND_H
 #define OLMKIT_CLI_COMMAND_REPORTCOMMAND_H
 
-#include "cli/command/ExitCode.h"
-#include "cli/command/ReportOptions.h"
+#include "cli/report/ReportOptions.h"
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 

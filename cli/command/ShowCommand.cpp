@@ -49,7 +49,7 @@ private:
     void tellLosses(const olmhost::Extraction& extraction);
     ExitCode write(const olmhost::Message& message);
     void tell(const std::string& text) {
-        messages.tell(archiveTitle(options.archive) + ": " + text);
+        messages.error(archiveTitle(options.archive) + ": " + text);
     }
 
     const ShowOptions& options;

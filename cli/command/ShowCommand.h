@@ -1,8 +1,8 @@
 #ifndef OLMKIT_CLI_COMMAND_SHOWCOMMAND_H
 #define OLMKIT_CLI_COMMAND_SHOWCOMMAND_H
 
-#include "cli/command/ExitCode.h"
-#include "cli/command/ShowOptions.h"
+#include "cli/show/ShowOptions.h"
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 

@@ -6,7 +6,7 @@
 
 #include "cli/extract/Manifest.h"
 #include "cli/extract/ManifestReader.h"
-#include "cli/extract/OutputDirectory.h"
+#include "cli/files/OutputDirectory.h"
 #include "cli/terminal/Interrupt.h"
 #include "cli/verify/Verifier.h"
 #include "cli/verify/VerifyReport.h"
@@ -33,13 +33,13 @@ ExitCode checkRows(int file, const std::string& name, Verifier& verifier, Messag
     const std::string line = "line " + std::to_string(reader.lineNumber());
     switch (answer) {
     case ManifestReader::Answer::Unreadable:
-        messages.tell(name + ": it can't be read: " + errorText(reader.errorNumber()) +
-                      "; check the disk, then try again");
+        messages.error(name + ": it can't be read: " + errorText(reader.errorNumber()) +
+                       "; check the disk, then try again");
         return ExitCode::Unreadable;
     case ManifestReader::Answer::Broken:
-        messages.tell(name + ": " + line +
-                      (reader.isCutOff() ? " is cut off" : " is no line of a manifest") +
-                      "; extract again");
+        messages.error(name + ": " + line +
+                       (reader.isCutOff() ? " is cut off" : " is no line of a manifest") +
+                       "; extract again");
         return ExitCode::NotAnArchive;
     case ManifestReader::Answer::Row:
     case ManifestReader::Answer::End:
@@ -54,14 +54,14 @@ ExitCode runVerify(const VerifyOptions& options, Output& output, Messages& messa
     Interrupt::endAtOnce();
     OutputDirectory directory;
     if (const int error = directory.openForReading(options.directory); error != 0) {
-        messages.tell(options.directory + " can't be read: " + errorText(error) +
-                      "; give the folder that olmkit extract has written to");
+        messages.error(options.directory + " can't be read: " + errorText(error) +
+                       "; give the folder that olmkit extract has written to");
         return ExitCode::Unreadable;
     }
     const std::string name = options.directory + "/" + Manifest::fileName;
     int file = -1;
     if (const int error = directory.openFile(Manifest::fileName, file); error != 0) {
-        messages.tell(name + ": " + openFailureText(error));
+        messages.error(name + ": " + openFailureText(error));
         return ExitCode::Unreadable;
     }
 

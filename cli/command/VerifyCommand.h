@@ -1,10 +1,10 @@
 #ifndef OLMKIT_CLI_COMMAND_VERIFYCOMMAND_H
 #define OLMKIT_CLI_COMMAND_VERIFYCOMMAND_H
 
-#include "cli/command/ExitCode.h"
-#include "cli/command/VerifyOptions.h"
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
+#include "cli/verify/VerifyOptions.h"
 
 namespace olmkit {
 

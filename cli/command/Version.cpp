@@ -1,9 +1,8 @@
 #include "cli/command/Version.h"
 
-#include <openssl/crypto.h>
-
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
+#include <openssl/crypto.h>
 
 #include "host/session/LibraryVersions.h"
 

@@ -6,8 +6,8 @@
 #include <span>
 #include <vector>
 
-#include "cli/extract/HashThread.h"
-#include "cli/extract/Sha256.h"
+#include "cli/files/HashThread.h"
+#include "cli/files/Sha256.h"
 
 namespace olmkit {
 

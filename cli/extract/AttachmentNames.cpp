@@ -4,7 +4,7 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "cli/extract/SafeName.h"
+#include "cli/files/SafeName.h"
 #include "cli/terminal/Text.h"
 
 namespace olmkit {

@@ -9,8 +9,8 @@
 #include <cerrno>
 
 #include "cli/extract/AttachmentNames.h"
-#include "cli/extract/FileBytes.h"
-#include "cli/extract/TemporaryFile.h"
+#include "cli/files/FileBytes.h"
+#include "cli/files/TemporaryFile.h"
 #include "cli/terminal/Interrupt.h"
 
 namespace olmkit {

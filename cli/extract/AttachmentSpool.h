@@ -10,7 +10,7 @@
 
 #include "cli/extract/ManifestRow.h"
 #include "cli/extract/MessagePaths.h"
-#include "cli/extract/OutputDirectory.h"
+#include "cli/files/OutputDirectory.h"
 
 namespace olmkit {
 

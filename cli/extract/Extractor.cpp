@@ -90,7 +90,7 @@ void Extractor::closeBooks(bool isAtEnd) {
     }
     summary.close(session, isAtEnd ? options.extent() : RunExtent::Selection);
     for (const std::string& finding : summary.findings()) {
-        messages.tell(archiveTitle(options.archive) + ": " + finding);
+        messages.error(archiveTitle(options.archive) + ": " + finding);
         hasLosses = true;
     }
     if (const int error = summary.write(runOutput.directory()); error != 0) {
@@ -328,7 +328,7 @@ void Extractor::finishRow(const ManifestRow& row, const std::string& line,
             messages.detail("wrote " + options.directory + "/" + row.path);
         }
     } else {
-        messages.tell(titled(row.error));
+        messages.error(titled(row.error));
         isAtLimit =
             options.failsFast || numbers.failed() >= options.mostErrors.value_or(UINT64_MAX);
     }
@@ -372,7 +372,7 @@ void Extractor::outputFailed(const std::string& name, int errorNumber) {
         isOutputLost = true;
     }
     hasOutputFailed = true;
-    messages.tell(name + " can't be written: " + outputErrorText(errorNumber));
+    messages.error(name + " can't be written: " + outputErrorText(errorNumber));
 }
 
 bool Extractor::isStopped() const {

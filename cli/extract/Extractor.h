@@ -12,8 +12,7 @@
 #include <tuple>
 #include <vector>
 
-#include "cli/command/ExitCode.h"
-#include "cli/command/ExtractOptions.h"
+#include "cli/extract/ExtractOptions.h"
 #include "cli/extract/ItemWriter.h"
 #include "cli/extract/MessagePaths.h"
 #include "cli/extract/RunOutput.h"
@@ -21,6 +20,7 @@
 #include "cli/extract/Summary.h"
 #include "cli/extract/WorkerPool.h"
 #include "cli/rows/ListedShare.h"
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 #include "cli/terminal/Progress.h"
@@ -71,7 +71,7 @@ public:
     // What was found wrong with entries, each once, in the order of the entries.
     std::vector<olmhost::EntryFault> faults() const;
     // The entries whose faults were told as an item's warnings.
-    const std::set<std::uint64_t>& toldEntries() const { return told; }
+    const std::set<std::uint64_t>& reportedEntries() const { return told; }
 
 private:
     // Of an entry, or of no entry; what was found; the text where there is no entry.

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "cli/extract/LossText.h"
-#include "cli/extract/Sha256.h"
+#include "cli/files/Sha256.h"
 #include "cli/terminal/Interrupt.h"
 #include "cli/terminal/Text.h"
 

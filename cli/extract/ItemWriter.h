@@ -14,7 +14,7 @@
 #include "cli/extract/ManifestRow.h"
 #include "cli/extract/MessageFile.h"
 #include "cli/extract/MessagePaths.h"
-#include "cli/extract/OutputDirectory.h"
+#include "cli/files/OutputDirectory.h"
 #include "host/session/Session.h"
 
 namespace olmkit {

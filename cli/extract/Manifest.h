@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "cli/extract/ManifestLines.h"
-#include "cli/extract/OutputDirectory.h"
+#include "cli/files/OutputDirectory.h"
 
 namespace olmkit {
 

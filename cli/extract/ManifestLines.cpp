@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "cli/extract/LineReader.h"
 #include "cli/extract/ManifestRow.h"
+#include "cli/files/LineReader.h"
 
 namespace olmkit {
 

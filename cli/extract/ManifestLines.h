@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/extract/OutputDirectory.h"
+#include "cli/files/OutputDirectory.h"
 
 namespace olmkit {
 

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
-#include "cli/extract/LineReader.h"
 #include "cli/extract/ManifestRow.h"
+#include "cli/files/LineReader.h"
 
 namespace olmkit {
 

@@ -7,7 +7,7 @@
 #include <set>
 #include <string_view>
 
-#include "cli/extract/Sha256.h"
+#include "cli/files/Sha256.h"
 #include "cli/terminal/Interrupt.h"
 
 namespace olmkit {
@@ -40,7 +40,7 @@ ExitCode Merger::run() {
 }
 
 ExitCode Merger::refuse(ExitCode code, const std::string& text) {
-    messages.tell(text);
+    messages.error(text);
     return code;
 }
 
@@ -198,8 +198,8 @@ ExitCode Merger::closeBooks() {
         if (!source.summary.has_value()) {
             summary.reset();
             hasLosses = true;
-            messages.tell(source.path + "/" + Summary::fileName +
-                          " can't be read, so the joined folder has none");
+            messages.error(source.path + "/" + Summary::fileName +
+                           " can't be read, so the joined folder has none");
             return ExitCode::Done;
         }
         if (!joined.insert(source.record->shard()->number).second) {
@@ -213,7 +213,7 @@ ExitCode Merger::closeBooks() {
     }
     summary->closeJoined();
     for (const std::string& finding : summary->findings()) {
-        messages.tell(options.target() + ": " + finding);
+        messages.error(options.target() + ": " + finding);
         hasLosses = true;
     }
     const int error = summary->write(target);
@@ -249,7 +249,7 @@ bool Merger::isRepeatedAsItIs(std::uint64_t index, const std::string& line) {
 int Merger::add(const Source& source, const std::string& line) {
     std::optional<ManifestRow> row = readRow(line);
     if (!row.has_value()) {
-        messages.tell(source.path + "/" + Manifest::fileName + ": a line can't be read");
+        messages.error(source.path + "/" + Manifest::fileName + ": a line can't be read");
         return EIO;
     }
     ++numbers.items;
@@ -262,7 +262,7 @@ int Merger::add(const Source& source, const std::string& line) {
         numbers.messages += fault.empty() ? 1 : 0;
         return targetError != 0 ? targetError : manifest.add(line);
     }
-    messages.tell(source.path + "/" + row->path + ": " + fault);
+    messages.error(source.path + "/" + row->path + ": " + fault);
     hasLosses = true;
     row->path.clear();
     row->sha256.clear();

@@ -7,14 +7,14 @@
 #include <optional>
 #include <string>
 
-#include "cli/command/ExitCode.h"
-#include "cli/command/MergeOptions.h"
 #include "cli/extract/Manifest.h"
 #include "cli/extract/ManifestLines.h"
 #include "cli/extract/ManifestRow.h"
-#include "cli/extract/OutputDirectory.h"
+#include "cli/extract/MergeOptions.h"
 #include "cli/extract/RunRecord.h"
 #include "cli/extract/Summary.h"
+#include "cli/files/OutputDirectory.h"
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 
 namespace olmkit {

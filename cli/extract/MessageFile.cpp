@@ -8,8 +8,8 @@
 #include <memory>
 #include <utility>
 
-#include "cli/extract/FileBytes.h"
-#include "cli/extract/Sha256.h"
+#include "cli/files/FileBytes.h"
+#include "cli/files/Sha256.h"
 #include "cli/terminal/Interrupt.h"
 
 namespace olmkit {

@@ -8,9 +8,9 @@
 #include <span>
 #include <vector>
 
-#include "cli/extract/HashThread.h"
-#include "cli/extract/OutputDirectory.h"
-#include "cli/extract/TemporaryFile.h"
+#include "cli/files/HashThread.h"
+#include "cli/files/OutputDirectory.h"
+#include "cli/files/TemporaryFile.h"
 #include "host/stream/ByteSink.h"
 
 namespace olmkit {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "cli/extract/SafeName.h"
+#include "cli/files/SafeName.h"
 #include "cli/rows/ItemRow.h"
 
 namespace olmkit {

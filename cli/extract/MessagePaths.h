@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "cli/command/ExtractOptions.h"
+#include "cli/extract/ExtractOptions.h"
 #include "host/session/Row.h"
 
 namespace olmkit {

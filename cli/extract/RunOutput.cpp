@@ -47,9 +47,9 @@ ExitCode RunOutput::checkShard(const std::optional<RunRecord>& unfinished) {
 ExitCode RunOutput::begin(const RunRecord& record, const std::optional<RunRecord>& unfinished) {
     const bool goesOn = options.isResumed && unfinished.has_value();
     if (unfinished.has_value() && !goesOn) {
-        messages.tell(options.directory +
-                      " holds a run that was not finished; it is begun anew. --resume would have "
-                      "gone on with it");
+        messages.error(options.directory +
+                       " holds a run that was not finished; it is begun anew. --resume would have "
+                       "gone on with it");
     }
     // Also those of a run that was killed ahead of its record.
     int error = folder.removeLeftovers();
@@ -77,7 +77,7 @@ std::optional<RunRecord> RunOutput::recordIn(const char* name) const {
 }
 
 ExitCode RunOutput::refuse(ExitCode code, const std::string& text) {
-    messages.tell(options.directory + text);
+    messages.error(options.directory + text);
     return code;
 }
 

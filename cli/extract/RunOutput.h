@@ -5,11 +5,11 @@
 #include <optional>
 #include <string>
 
-#include "cli/command/ExitCode.h"
-#include "cli/command/ExtractOptions.h"
+#include "cli/extract/ExtractOptions.h"
 #include "cli/extract/Manifest.h"
-#include "cli/extract/OutputDirectory.h"
 #include "cli/extract/RunRecord.h"
+#include "cli/files/OutputDirectory.h"
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "host/session/Session.h"
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <span>
 
-#include "cli/extract/Sha256.h"
+#include "cli/files/Sha256.h"
 #include "cli/rows/JsonLine.h"
 
 namespace olmkit {

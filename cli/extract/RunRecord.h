@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "cli/command/ExtractOptions.h"
+#include "cli/extract/ExtractOptions.h"
 #include "host/session/Session.h"
 
 namespace olmkit {

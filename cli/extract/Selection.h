@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "cli/command/ExtractOptions.h"
+#include "cli/extract/ExtractOptions.h"
 #include "cli/rows/ItemFilter.h"
 #include "host/session/Row.h"
 

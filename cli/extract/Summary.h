@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/command/ExtractOptions.h"
-#include "cli/extract/OutputDirectory.h"
+#include "cli/extract/ExtractOptions.h"
+#include "cli/files/OutputDirectory.h"
 #include "cli/rows/JsonLine.h"
 #include "host/session/Session.h"
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "cli/extract/ItemWriter.h"
-#include "cli/extract/OutputDirectory.h"
+#include "cli/files/OutputDirectory.h"
 #include "host/session/Session.h"
 
 namespace olmkit {

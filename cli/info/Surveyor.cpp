@@ -22,7 +22,7 @@ bool isLarger(const AttachmentReport& left, const AttachmentReport& right) {
 
 } // namespace
 
-ArchiveReport Surveyor::survey(bool isChecking) {
+ArchiveSurvey Surveyor::survey(bool isChecking) {
     if (!listItems()) {
         return std::move(report);
     }
@@ -74,7 +74,7 @@ void Surveyor::addRow(const olmhost::Row& row) {
     if (!itemKind) {
         return;
     }
-    KindReport& kind = report.kinds[static_cast<std::size_t>(*itemKind)];
+    KindSurvey& kind = report.kinds[static_cast<std::size_t>(*itemKind)];
     ++kind.listed;
     if (const std::optional<Moment> moment = momentOf(row)) {
         kind.earliest = std::min(kind.earliest.value_or(*moment), *moment);
@@ -107,12 +107,12 @@ void Surveyor::addAttachment(const olmhost::NamedAttachment& attachment) {
     const auto offset = static_cast<std::size_t>(place - largest.begin());
     // Several items may name one entry.
     const bool isKnown = place != largest.end() && place->entry == *entry;
-    if (isKnown || offset == ArchiveReport::mostAttachments) {
+    if (isKnown || offset == ArchiveSurvey::mostAttachments) {
         return;
     }
     added.name = name;
     largest.insert(place, std::move(added));
-    if (largest.size() > ArchiveReport::mostAttachments) {
+    if (largest.size() > ArchiveSurvey::mostAttachments) {
         largest.pop_back();
     }
 }
@@ -123,7 +123,7 @@ void Surveyor::addEntry(std::uint64_t entry, bool isChecking) {
     report.unpackedSize += size.size;
     if (size.isEncrypted) {
         ++report.encryptedEntries;
-        if (report.encrypted.size() < ArchiveReport::mostEncrypted) {
+        if (report.encrypted.size() < ArchiveSurvey::mostEncrypted) {
             report.encrypted.push_back(reportOn(entry, ""));
         }
     }

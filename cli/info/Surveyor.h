@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "cli/info/ArchiveReport.h"
+#include "cli/info/ArchiveSurvey.h"
 #include "host/session/Session.h"
 
 namespace olmkit {
@@ -29,7 +29,7 @@ public:
         : session(session), visit(std::move(visit)) {}
 
     // Lists the archive; with `isChecking` it reads the data of every entry, too. Call it once.
-    ArchiveReport survey(bool isChecking);
+    ArchiveSurvey survey(bool isChecking);
 
 private:
     bool listItems();
@@ -43,7 +43,7 @@ private:
 
     olmhost::Session& session;
     RowVisitor visit;
-    ArchiveReport report;
+    ArchiveSurvey report;
     std::u16string folderAtHand; // of the rows that came last, as rows have it
     std::uint64_t itemsAtHand = 0;
 };

@@ -3,7 +3,7 @@
 #include <sstream>
 #include <string_view>
 
-#include "cli/command/ExitCode.h"
+#include "cli/terminal/ExitCode.h"
 
 namespace olmkit {
 

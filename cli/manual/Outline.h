@@ -1,10 +1,10 @@
 #ifndef OLMKIT_CLI_MANUAL_OUTLINE_H
 #define OLMKIT_CLI_MANUAL_OUTLINE_H
 
-#include <CLI/CLI.hpp>
-
 #include <string>
 #include <vector>
+
+#include <CLI/CLI.hpp>
 
 namespace olmkit {
 

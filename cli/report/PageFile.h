@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "cli/extract/OutputDirectory.h"
-#include "cli/extract/TemporaryFile.h"
+#include "cli/files/OutputDirectory.h"
+#include "cli/files/TemporaryFile.h"
 #include "cli/terminal/Output.h"
 
 namespace olmkit {

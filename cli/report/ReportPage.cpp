@@ -4,7 +4,7 @@
 
 #include "cli/command/Version.h"
 #include "cli/info/NumberText.h"
-#include "cli/info/ReportText.h"
+#include "cli/info/SurveyText.h"
 #include "cli/report/Markup.h"
 #include "cli/report/PageParts.h"
 #include "cli/terminal/Text.h"
@@ -44,7 +44,7 @@ bool ReportPage::add(const olmhost::Row& row, std::optional<olmhost::ItemKind> k
     return file.endRecord();
 }
 
-void ReportPage::finish(const ArchiveReport& found) {
+void ReportPage::finish(const ArchiveSurvey& found) {
     report = &found;
     bars = rows.timeLine().bars();
     people = rows.correspondents().most(shownPeople);
@@ -103,7 +103,7 @@ void ReportPage::writeFacts() {
     std::uint64_t inDocuments = 0;
     std::optional<Moment> earliest;
     std::optional<Moment> latest;
-    for (const KindReport& kind : report->kinds) {
+    for (const KindSurvey& kind : report->kinds) {
         inDocuments += kind.counted.items;
         if (kind.earliest) {
             earliest = std::min(earliest.value_or(*kind.earliest), *kind.earliest);
@@ -157,7 +157,7 @@ void ReportPage::writeKinds() {
     const std::vector<std::string> titles = ReportRows::kindTitles();
     std::string& out = file.buffer();
     for (std::size_t place = 0; place < report->kinds.size(); ++place) {
-        const KindReport& kind = report->kinds[place];
+        const KindSurvey& kind = report->kinds[place];
         if (kind.listed == 0 && kind.counted.items == 0) {
             continue;
         }

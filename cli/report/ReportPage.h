@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "cli/info/ArchiveReport.h"
+#include "cli/info/ArchiveSurvey.h"
 #include "cli/report/PageFile.h"
 #include "cli/report/ReportRows.h"
 #include "host/session/Census.h"
@@ -30,7 +30,7 @@ public:
     // when it has failed.
     void begin();
     bool add(const olmhost::Row& row, std::optional<olmhost::ItemKind> kind);
-    void finish(const ArchiveReport& report);
+    void finish(const ArchiveSurvey& report);
 
     std::uint64_t rowCount() const { return rows.count(); }
 
@@ -50,7 +50,7 @@ private:
     std::string name;
     ReportRows rows;
     std::string_view rest; // of the template
-    const ArchiveReport* report = nullptr;
+    const ArchiveSurvey* report = nullptr;
     std::unordered_map<const Folder*, std::size_t> places; // of folders among those that are shown
     std::vector<TimeBar> bars;
     std::vector<Correspondent> people;

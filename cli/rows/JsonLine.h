@@ -1,9 +1,10 @@
 #ifndef OLMKIT_CLI_ROWS_JSONLINE_H
 #define OLMKIT_CLI_ROWS_JSONLINE_H
 
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+
+#include <nlohmann/json.hpp>
 
 namespace olmkit {
 

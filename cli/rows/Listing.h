@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "cli/command/ListOptions.h"
 #include "cli/rows/ItemFilter.h"
+#include "cli/rows/ListOptions.h"
 #include "cli/rows/RowSorter.h"
 #include "cli/rows/RowWriter.h"
 #include "cli/terminal/Output.h"

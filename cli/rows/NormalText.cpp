@@ -1,11 +1,11 @@
 #include "cli/rows/NormalText.h"
 
-#include <utf8proc.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <new>
+
+#include <utf8proc.h>
 
 #include "cli/terminal/Text.h"
 

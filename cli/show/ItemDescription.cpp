@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "cli/extract/Sha256.h"
+#include "cli/files/Sha256.h"
 #include "cli/show/PropertyDescription.h"
 #include "cli/show/RecurrenceDescription.h"
 

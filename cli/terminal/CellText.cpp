@@ -1,8 +1,8 @@
 #include "cli/terminal/CellText.h"
 
-#include <utf8proc.h>
-
 #include <algorithm>
+
+#include <utf8proc.h>
 
 #include "cli/terminal/Text.h"
 

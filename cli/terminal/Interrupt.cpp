@@ -13,7 +13,7 @@
 #include <string_view>
 #include <utility>
 
-#include "cli/command/ExitCode.h"
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Style.h"
 
 namespace olmkit {

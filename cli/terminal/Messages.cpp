@@ -58,7 +58,7 @@ void Messages::setOptions(const TerminalOptions& wanted) {
     isStyled = isColored(chosen.color, STDERR_FILENO);
 }
 
-void Messages::tell(std::string_view text) {
+void Messages::error(std::string_view text) {
     put(text, style::boldRed);
 }
 
@@ -75,8 +75,8 @@ void Messages::detail(std::string_view text) {
 }
 
 void Messages::put(std::string_view text, std::string_view color) {
-    if (toldAction) {
-        toldAction();
+    if (beforeMessage) {
+        beforeMessage();
     }
     std::string line;
     if (isStyled && !color.empty()) {
@@ -101,10 +101,10 @@ void Messages::show(std::string_view text) {
 
 void Messages::openFailure(const std::string& archive, const olmhost::OpenOutcome& outcome) {
     if (outcome.status == olmhost::OpenStatus::NoModule) {
-        tell(outcome.text + "; " + adviceOn(outcome.status));
+        error(outcome.text + "; " + adviceOn(outcome.status));
         return;
     }
-    tell(archiveTitle(archive) + ": " + outcome.text + "; " + adviceOn(outcome.status));
+    error(archiveTitle(archive) + ": " + outcome.text + "; " + adviceOn(outcome.status));
 }
 
 void Messages::noOlmArchive(const std::string& archive, const olmhost::Session& session) {
@@ -113,12 +113,12 @@ void Messages::noOlmArchive(const std::string& archive, const olmhost::Session& 
         return fault.kind == olmhost::FaultKind::Encrypted;
     });
     if (isEncrypted) {
-        tell(archiveTitle(archive) + ": no document in it can be read without a password; " +
-             adviceOn(olmhost::OpenStatus::Encrypted));
+        error(archiveTitle(archive) + ": no document in it can be read without a password; " +
+              adviceOn(olmhost::OpenStatus::Encrypted));
         return;
     }
-    tell(archiveTitle(archive) + ": a ZIP archive, but no OLM archive: no document of mail, "
-                                 "contacts, events, tasks or notes was found in it");
+    error(archiveTitle(archive) + ": a ZIP archive, but no OLM archive: no document of mail, "
+                                  "contacts, events, tasks or notes was found in it");
 }
 
 std::size_t Messages::faults(const std::string& archive, const olmhost::Session& session) {
@@ -134,14 +134,14 @@ void Messages::faults(const std::string& archive, const olmhost::Session& sessio
             continue;
         }
         const bool hasEntry = fault.entryIndex < session.entryCount();
-        tell(archiveTitle(archive) + ": " +
-             (hasEntry ? entryTitle(session, fault.entryIndex) + ": " : "") + fault.text + "; " +
-             adviceOn(fault.kind));
+        error(archiveTitle(archive) + ": " +
+              (hasEntry ? entryTitle(session, fault.entryIndex) + ": " : "") + fault.text + "; " +
+              adviceOn(fault.kind));
     }
 }
 
 void Messages::outputFailure(std::string_view name, int errorNumber) {
-    tell(std::string(name) + " can't be written: " + errorText(errorNumber));
+    error(std::string(name) + " can't be written: " + errorText(errorNumber));
 }
 
 std::string archiveTitle(const std::string& archive) {

@@ -27,7 +27,7 @@ public:
     bool isVerbose() const { return chosen.loudness == Loudness::Verbose; }
 
     // What is wrong, or has gone wrong.
-    void tell(std::string_view text);
+    void error(std::string_view text);
     // What is worth a look. Not told when only errors are wanted.
     void warn(std::string_view text);
     // What happens. Told only when everything is wanted.
@@ -38,7 +38,7 @@ public:
 
     // Sets what takes away a line that stands unfinished on the terminal; it is called ahead of
     // each message. An empty function ends that.
-    void whenTold(std::function<void()> action) { toldAction = std::move(action); }
+    void beforeEachMessage(std::function<void()> action) { beforeMessage = std::move(action); }
 
     // An archive that did not open, and what to do about it.
     void openFailure(const std::string& archive, const olmhost::OpenOutcome& outcome);
@@ -62,7 +62,7 @@ private:
 
     TerminalOptions chosen;
     bool isStyled = false;
-    std::function<void()> toldAction;
+    std::function<void()> beforeMessage;
 };
 
 // The name that stands for standard input where an archive is wanted.

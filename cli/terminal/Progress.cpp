@@ -44,13 +44,13 @@ Progress::Progress(Messages& messages, const std::string& label)
       nextDraw(start + (mode == ProgressMode::Json ? jsonPause : barDelay)), lastRateTime(start) {
     appendPrintable(this->label, label);
     if (mode == ProgressMode::Bar) {
-        messages.whenTold([this] { hide(); });
+        messages.beforeEachMessage([this] { hide(); });
     }
 }
 
 Progress::~Progress() {
     finish();
-    messages.whenTold(nullptr);
+    messages.beforeEachMessage(nullptr);
 }
 
 void Progress::update(std::uint64_t done, std::uint64_t total, std::uint64_t bytes,

@@ -4,8 +4,9 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
-#include <nlohmann/json.hpp>
 #include <string_view>
+
+#include <nlohmann/json.hpp>
 
 #include "cli/terminal/CellText.h"
 

@@ -1,8 +1,8 @@
 #include "cli/terminal/Text.h"
 
-#include <utf8proc.h>
-
 #include <algorithm>
+
+#include <utf8proc.h>
 
 namespace olmkit {
 

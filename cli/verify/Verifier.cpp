@@ -11,7 +11,7 @@
 #include <system_error>
 #include <vector>
 
-#include "cli/extract/Sha256.h"
+#include "cli/files/Sha256.h"
 #include "cli/terminal/Messages.h"
 
 namespace olmkit {

@@ -7,7 +7,7 @@
 #include <unordered_set>
 
 #include "cli/extract/ManifestRow.h"
-#include "cli/extract/OutputDirectory.h"
+#include "cli/files/OutputDirectory.h"
 #include "cli/verify/Difference.h"
 
 namespace olmkit {

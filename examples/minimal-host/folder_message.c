@@ -4,13 +4,13 @@
  * A request that fails leaves its handles open; here the program's end closes them. Better: keep a
  * list of them, and write a compound file (MS-CFB), which is what mail programs read.
  */
-#include "minimal_host.h"
-
 #include <errno.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/stat.h>
+
+#include "minimal_host.h"
 
 typedef struct Place {
     HostStream stream; /* comes first: the module's HostStream* is our Place* */

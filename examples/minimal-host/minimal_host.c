@@ -8,13 +8,14 @@
  * at the end. Exit status: 0 done, 1 something failed and was told, 2 wrong usage.
  */
 #include "minimal_host.h"
-#include "utf16.h"
 
 #include <dlfcn.h>
 #include <errno.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+
+#include "utf16.h"
 
 static int faults; /* told so far */
 

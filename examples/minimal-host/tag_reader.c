@@ -6,12 +6,13 @@
  * doesn't grow with the document, and let a saved state tell a place in the entry's bytes, so that
  * the way back is a seek.
  */
-#include "minimal_host.h"
-#include "utf16.h"
-
-#include <expat.h>
 #include <stdlib.h>
 #include <string.h>
+
+#include <expat.h>
+
+#include "minimal_host.h"
+#include "utf16.h"
 
 enum { ChunkSize = 65536 };
 

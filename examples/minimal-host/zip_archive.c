@@ -4,11 +4,12 @@
  * Better: set limits against small files that inflate to huge ones; take entries' names in any
  * Unicode form, and with "\" for "/".
  */
-#include "minimal_host.h"
-
 #include <stdlib.h>
 #include <string.h>
+
 #include <zip.h>
+
+#include "minimal_host.h"
 
 /* The archive's file, or one of its entries. */
 typedef struct Source {

@@ -1,9 +1,9 @@
 #ifndef OLMKIT_FILTER_CORE_ABSTRACTSTRING_H
 #define OLMKIT_FILTER_CORE_ABSTRACTSTRING_H
 
-#include "filter/core/Object.h"
-
 #include <cstring>
+
+#include "filter/core/Object.h"
 
 namespace qor {
 

@@ -1,11 +1,11 @@
 #ifndef OLMKIT_FILTER_CORE_ARRAY_H
 #define OLMKIT_FILTER_CORE_ARRAY_H
 
-#include "filter/core/Exception.h"
-#include "filter/core/Object.h"
-
 #include <algorithm>
 #include <type_traits>
+
+#include "filter/core/Exception.h"
+#include "filter/core/Object.h"
 
 namespace qor {
 

@@ -1,12 +1,12 @@
 #ifndef OLMKIT_FILTER_CORE_ARRAYLIST_H
 #define OLMKIT_FILTER_CORE_ARRAYLIST_H
 
-#include "filter/core/Array.h"
-
 #include <cstdint>
 #include <limits>
 #include <memory>
 #include <new>
+
+#include "filter/core/Array.h"
 
 namespace qor {
 

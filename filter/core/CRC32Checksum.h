@@ -1,9 +1,9 @@
 #ifndef OLMKIT_FILTER_CORE_CRC32CHECKSUM_H
 #define OLMKIT_FILTER_CORE_CRC32CHECKSUM_H
 
-#include "filter/core/Checksum.h"
-
 #include <cstdint>
+
+#include "filter/core/Checksum.h"
 
 namespace qor {
 

@@ -1,9 +1,9 @@
 #include "filter/core/Date.h"
 
-#include "filter/core/NumberText.h"
-
 #include <cmath>
 #include <limits>
+
+#include "filter/core/NumberText.h"
 
 namespace qor {
 

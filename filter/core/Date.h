@@ -1,10 +1,10 @@
 #ifndef OLMKIT_FILTER_CORE_DATE_H
 #define OLMKIT_FILTER_CORE_DATE_H
 
+#include <cstdint>
+
 #include "filter/core/Object.h"
 #include "filter/core/_SYSTEMTIME.h"
-
-#include <cstdint>
 
 namespace qor {
 

@@ -1,12 +1,13 @@
 #include "filter/core/Object.h"
 
-#include "filter/core/String.h"
+#include <cxxabi.h>
 
 #include <cstdint>
 #include <cstdlib>
-#include <cxxabi.h>
 #include <memory>
 #include <typeinfo>
+
+#include "filter/core/String.h"
 
 namespace qor {
 

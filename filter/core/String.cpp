@@ -1,10 +1,10 @@
 #include "filter/core/String.h"
 
-#include "filter/core/NumberText.h"
-
 #include <cstring>
 #include <limits>
 #include <new>
+
+#include "filter/core/NumberText.h"
 
 namespace qor {
 

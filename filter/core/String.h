@@ -1,10 +1,10 @@
 #ifndef OLMKIT_FILTER_CORE_STRING_H
 #define OLMKIT_FILTER_CORE_STRING_H
 
-#include "filter/core/Object.h"
-
 #include <cstdint>
 #include <string>
+
+#include "filter/core/Object.h"
 
 namespace qor {
 

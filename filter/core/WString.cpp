@@ -1,13 +1,13 @@
 #include "filter/core/WString.h"
 
-#include "filter/core/NumberText.h"
-#include "filter/core/Utf8.h"
-
 #include <algorithm>
 #include <functional>
 #include <limits>
 #include <new>
 #include <string_view>
+
+#include "filter/core/NumberText.h"
+#include "filter/core/Utf8.h"
 
 namespace qor {
 

@@ -1,10 +1,10 @@
 #ifndef OLMKIT_FILTER_CORE_WSTRING_H
 #define OLMKIT_FILTER_CORE_WSTRING_H
 
+#include <cstdint>
+
 #include "filter/core/AbstractMutableString.h"
 #include "filter/core/String.h"
-
-#include <cstdint>
 
 namespace qor {
 

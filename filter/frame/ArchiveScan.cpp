@@ -3,10 +3,10 @@
 #include <memory>
 #include <string_view>
 
-#include "filter/frame/ArchiveOpenRequest.h"
+#include "filter/boundary/Archive.h"
 #include "filter/frame/OLMNodeFactory.h"
-#include "filter/frame/PROC.h"
 #include "filter/listing/OLMFieldsNode.h"
+#include "filter/state/PROC.h"
 #include "filter/xml/OLMXMLParser.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "filter/frame/EntryPoints.h"
+#include "filter/boundary/EntryPoints.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstring>
 
-#include "filter/frame/EntryPoints.h"
-#include "filter/frame/PROC.h"
+#include "filter/boundary/EntryPoints.h"
+#include "filter/state/PROC.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include <memory>
 
+#include "filter/boundary/Memory.h"
 #include "filter/frame/OLMNodeFactory.h"
-#include "filter/frame/PROC.h"
-#include "filter/frame/SYSNative.h"
+#include "filter/state/PROC.h"
 #include "filter/xml/OLMXMLParser.h"
 
 namespace {

@@ -1,9 +1,9 @@
 #ifndef OLMKIT_FILTER_FRAME_OLMNODEFACTORY_H
 #define OLMKIT_FILTER_FRAME_OLMNODEFACTORY_H
 
-#include "filter/frame/OLMNodeWriter.h"
-#include "filter/frame/SODOSPECIALARC.h"
+#include "filter/boundary/Request.h"
 #include "filter/listing/OLMNodeInt.h"
+#include "filter/storage/OLMNodeWriter.h"
 
 class OLMXMLParser;
 

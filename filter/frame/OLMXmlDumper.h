@@ -1,9 +1,9 @@
 #ifndef OLMKIT_FILTER_FRAME_OLMXMLDUMPER_H
 #define OLMKIT_FILTER_FRAME_OLMXMLDUMPER_H
 
-#include "filter/frame/OLMNodeWriter.h"
-#include "filter/frame/SODOSPECIALARC.h"
-#include "filter/xml/HostStream.h"
+#include "filter/boundary/HostStream.h"
+#include "filter/boundary/Request.h"
+#include "filter/storage/OLMNodeWriter.h"
 
 // Copies a whole entry, for documents of a type that no writer knows. It never reports the item's
 // end: every writeNode() copies the entry once more, until the progress callback cancels.

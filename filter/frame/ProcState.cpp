@@ -3,8 +3,8 @@
 #include <cstring>
 #include <new>
 
-#include "filter/frame/PROC.h"
-#include "filter/frame/SYSNative.h"
+#include "filter/boundary/Memory.h"
+#include "filter/state/PROC.h"
 
 namespace {
 

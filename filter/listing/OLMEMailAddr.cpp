@@ -1,6 +1,6 @@
 #include "filter/listing/OLMEMailAddr.h"
 
-#include "filter/frame/PROC.h"
+#include "filter/state/PROC.h"
 #include "filter/xml/TextUnits.h"
 
 void OLMEMailAddr::setAddress(const uint16_t* text) {

@@ -2,10 +2,10 @@
 
 #include <memory>
 
+#include "filter/boundary/Request.h"
 #include "filter/core/Exception.h"
-#include "filter/frame/PROC.h"
-#include "filter/listing/ItemLocator.h"
 #include "filter/listing/OLMColumns.h"
+#include "filter/state/PROC.h"
 #include "filter/xml/OLMXMLParser.h"
 #include "filter/xml/OLMXMLTag.h"
 

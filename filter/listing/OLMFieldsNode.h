@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <span>
 
+#include "filter/boundary/Reader.h"
 #include "filter/core/ArrayList.h"
 #include "filter/core/WString.h"
 #include "filter/listing/OLMEMailAddr.h"
 #include "filter/listing/OLMFieldCodes.h"
 #include "filter/listing/OLMNodeInt.h"
-#include "filter/xml/UTXML_STRVALPAIR.h"
 
 class OLMXMLParser;
 class OLMXMLTag;

@@ -1,9 +1,9 @@
 #include "filter/recurrence/OLMRecurrence.h"
 
+#include <bit>
+
 #include "filter/core/Exception.h"
 #include "filter/recurrence/OLMRecurrenceTags.h"
-
-#include <bit>
 
 namespace {
 

@@ -1,13 +1,13 @@
 #ifndef OLMKIT_FILTER_RECURRENCE_OLMRECURRENCE_H
 #define OLMKIT_FILTER_RECURRENCE_OLMRECURRENCE_H
 
+#include <cstdint>
+#include <memory>
+
 #include "filter/core/Date.h"
 #include "filter/core/WString.h"
 #include "filter/xml/OLMXMLParser.h"
 #include "filter/xml/OLMXMLTag.h"
-
-#include <cstdint>
-#include <memory>
 
 // Codes of the qor::Exception that ends an item because of its recurrence.
 enum RecurrenceError : unsigned int {

@@ -1,10 +1,10 @@
 #ifndef OLMKIT_FILTER_RECURRENCE_OLMRECURRENCETAGS_H
 #define OLMKIT_FILTER_RECURRENCE_OLMRECURRENCETAGS_H
 
-#include "filter/xml/TagTable.h"
-
 #include <array>
 #include <cstdint>
+
+#include "filter/xml/TagTable.h"
 
 // Codes of OLMRecurrence. They keep clear of the codes of the writers, whose tables are in the
 // same reader.

@@ -1,10 +1,10 @@
 #ifndef OLMKIT_FILTER_RECURRENCE_RECURRENCEVALUE_H
 #define OLMKIT_FILTER_RECURRENCE_RECURRENCEVALUE_H
 
-#include "filter/recurrence/OLMRecurrence.h"
-#include "filter/xml/HostStream.h"
-
 #include <cstdint>
+
+#include "filter/boundary/HostStream.h"
+#include "filter/recurrence/OLMRecurrence.h"
 
 // Writes a parsed recurrence as the AppointmentRecurrencePattern structure of [MS-OXOCAL], which
 // appointments and tasks share. `stream` is borrowed. Gives the bytes written: 76, or 80 and 84

@@ -1,9 +1,9 @@
 #ifndef OLMKIT_FILTER_STORAGE_MAPIGUIDMAP_H
 #define OLMKIT_FILTER_STORAGE_MAPIGUIDMAP_H
 
-#include "filter/storage/MapiGUIDIndex.h"
-
 #include <cstdint>
+
+#include "filter/storage/MapiGUIDIndex.h"
 
 // A GUID in the parts in which it is written.
 struct MapiGUID {

@@ -1,10 +1,10 @@
 #ifndef OLMKIT_FILTER_STORAGE_MAPINAMEDPROP_H
 #define OLMKIT_FILTER_STORAGE_MAPINAMEDPROP_H
 
+#include <cstdint>
+
 #include "filter/core/WString.h"
 #include "filter/storage/MapiGUIDIndex.h"
-
-#include <cstdint>
 
 // One named property that can be written: a row of MapiNamedPropMap::supportedProps.
 // NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): 41 rows; the order is for the reader

@@ -1,14 +1,14 @@
 #ifndef OLMKIT_FILTER_STORAGE_MAPINAMEDPROPMAP_H
 #define OLMKIT_FILTER_STORAGE_MAPINAMEDPROPMAP_H
 
+#include <cstdint>
+
+#include "filter/boundary/HostStream.h"
 #include "filter/core/ArrayList.h"
 #include "filter/core/WString.h"
 #include "filter/storage/MapiGUIDIndex.h"
 #include "filter/storage/MapiGUIDMap.h"
 #include "filter/storage/MapiNamedProp.h"
-#include "filter/xml/HostStream.h"
-
-#include <cstdint>
 
 // Gives the named properties of one message their tags and writes the message's
 // __nameid_version1.0 storage, which tells a reader what the tags mean.

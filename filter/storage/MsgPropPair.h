@@ -1,7 +1,7 @@
 #ifndef OLMKIT_FILTER_STORAGE_MSGPROPPAIR_H
 #define OLMKIT_FILTER_STORAGE_MSGPROPPAIR_H
 
-#include "filter/layout.h"
+#include "filter/boundary/Layout.h"
 
 // The attributes that every entry carries: readable (2) and writable (4).
 inline constexpr uint32_t propertyFlags = 6;

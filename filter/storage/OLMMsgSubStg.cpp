@@ -1,12 +1,12 @@
 #include "filter/storage/OLMMsgSubStg.h"
 
+#include <algorithm>
+#include <array>
+
 #include "filter/core/Exception.h"
 #include "filter/storage/OLMMsgWriter.h"
 #include "filter/storage/OpenHandle.h"
 #include "filter/storage/PropertyType.h"
-
-#include <algorithm>
-#include <array>
 
 namespace {
 

@@ -1,11 +1,11 @@
 #ifndef OLMKIT_FILTER_STORAGE_OLMMSGSUBSTG_H
 #define OLMKIT_FILTER_STORAGE_OLMMSGSUBSTG_H
 
+#include <cstdint>
+
+#include "filter/boundary/HostStream.h"
 #include "filter/core/String.h"
 #include "filter/core/WString.h"
-#include "filter/xml/HostStream.h"
-
-#include <cstdint>
 
 // A storage below a message's root with properties of its own: one recipient or one attachment.
 // Its property stream is open for the object's whole life, and every property is written to it at

@@ -1,7 +1,7 @@
 #include "filter/storage/OLMMsgWriter.h"
 
+#include "filter/boundary/Storage.h"
 #include "filter/core/Exception.h"
-#include "filter/storage/IOStorage.h"
 #include "filter/storage/OpenHandle.h"
 #include "filter/storage/PropertyType.h"
 #include "filter/storage/WriterErrors.h"

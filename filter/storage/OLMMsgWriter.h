@@ -1,20 +1,20 @@
 #ifndef OLMKIT_FILTER_STORAGE_OLMMSGWRITER_H
 #define OLMKIT_FILTER_STORAGE_OLMMSGWRITER_H
 
+#include <cstdint>
+#include <span>
+
+#include "filter/boundary/HostStream.h"
+#include "filter/boundary/Request.h"
 #include "filter/core/ArrayList.h"
 #include "filter/core/Exception.h"
 #include "filter/core/WString.h"
-#include "filter/frame/OLMNodeWriter.h"
-#include "filter/frame/SODOSPECIALARC.h"
 #include "filter/storage/MapiNamedPropMap.h"
 #include "filter/storage/MsgPropPair.h"
+#include "filter/storage/OLMNodeWriter.h"
 #include "filter/storage/WriterErrors.h"
-#include "filter/xml/HostStream.h"
 #include "filter/xml/OLMXMLParser.h"
 #include "filter/xml/OLMXMLTag.h"
-
-#include <cstdint>
-#include <span>
 
 // Turns one item of the archive into a message storage. Base of the writers of all item kinds,
 // which add their tag table, their handlePropSpecial() and their default properties.

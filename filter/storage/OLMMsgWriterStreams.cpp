@@ -1,14 +1,14 @@
 // The stream operations of OLMMsgWriter, which need no writer object.
 
+#include <bit>
+#include <iterator>
+
+#include "filter/boundary/Storage.h"
 #include "filter/core/Date.h"
 #include "filter/core/Exception.h"
-#include "filter/storage/IOStorage.h"
 #include "filter/storage/OLMMsgWriter.h"
 #include "filter/storage/OpenHandle.h"
 #include "filter/storage/WriterErrors.h"
-
-#include <bit>
-#include <iterator>
 
 // Numbers and text go out as they lie in memory.
 static_assert(std::endian::native == std::endian::little);

@@ -1,9 +1,9 @@
 #ifndef OLMKIT_FILTER_STORAGE_OPENHANDLE_H
 #define OLMKIT_FILTER_STORAGE_OPENHANDLE_H
 
-#include "filter/xml/HostStream.h"
-
 #include <memory>
+
+#include "filter/boundary/HostStream.h"
 
 struct CloseHandle {
     void operator()(HostStream* handle) const { handle->close(handle); }

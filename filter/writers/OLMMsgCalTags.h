@@ -1,9 +1,9 @@
 #ifndef OLMKIT_FILTER_WRITERS_OLMMSGCALTAGS_H
 #define OLMKIT_FILTER_WRITERS_OLMMSGCALTAGS_H
 
-#include "filter/xml/TagTable.h"
-
 #include <array>
+
+#include "filter/xml/TagTable.h"
 
 // Codes of OLMMsgCalWriter. A code is below 0x100, a property tag is not.
 enum CalCode : unsigned int {

@@ -1,9 +1,9 @@
 #ifndef OLMKIT_FILTER_WRITERS_OLMMSGCALWRITER_H
 #define OLMKIT_FILTER_WRITERS_OLMMSGCALWRITER_H
 
-#include "filter/writers/OLMMsgRecurringWriter.h"
-
 #include <cstdint>
+
+#include "filter/writers/OLMMsgRecurringWriter.h"
 
 // The recipient type of an attendee: 2 for the number 1, 3 for 2, 1 for any other.
 int mapAttendeeVal(int attendeeType);

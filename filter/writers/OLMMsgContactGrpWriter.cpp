@@ -1,11 +1,11 @@
 #include "filter/writers/OLMMsgContactGrpWriter.h"
 
+#include <array>
+#include <string_view>
+
 #include "filter/storage/OpenHandle.h"
 #include "filter/writers/OLMMsgContactGrpTags.h"
 #include "filter/xml/AddressNames.h"
-
-#include <array>
-#include <string_view>
 
 namespace {
 

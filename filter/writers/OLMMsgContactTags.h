@@ -1,9 +1,9 @@
 #ifndef OLMKIT_FILTER_WRITERS_OLMMSGCONTACTTAGS_H
 #define OLMKIT_FILTER_WRITERS_OLMMSGCONTACTTAGS_H
 
-#include "filter/xml/TagTable.h"
-
 #include <array>
+
+#include "filter/xml/TagTable.h"
 
 // Codes of OLMMsgContactWriter. A code is below 0x100, a property tag is not; a value from
 // 0x80000000 up is the key of a named property.

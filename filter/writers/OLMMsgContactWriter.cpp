@@ -1,11 +1,11 @@
 #include "filter/writers/OLMMsgContactWriter.h"
 
+#include <memory>
+#include <string_view>
+
 #include "filter/writers/OLMMsgContactTags.h"
 #include "filter/xml/AddressNames.h"
 #include "filter/xml/TextUnits.h"
-
-#include <memory>
-#include <string_view>
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include "filter/writers/OLMMsgMailWriter.h"
 
+#include <algorithm>
+
 #include "filter/storage/OpenHandle.h"
 #include "filter/writers/OLMMsgMailTags.h"
-
-#include <algorithm>
 
 namespace {
 

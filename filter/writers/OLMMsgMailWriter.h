@@ -1,12 +1,12 @@
 #ifndef OLMKIT_FILTER_WRITERS_OLMMSGMAILWRITER_H
 #define OLMKIT_FILTER_WRITERS_OLMMSGMAILWRITER_H
 
+#include <cstdint>
+
+#include "filter/boundary/Archive.h"
 #include "filter/core/String.h"
 #include "filter/core/WString.h"
 #include "filter/storage/OLMMsgWriter.h"
-#include "filter/xml/ArchiveDirectory.h"
-
-#include <cstdint>
 
 // Turns one mail into a message of class IPM.Note.
 //

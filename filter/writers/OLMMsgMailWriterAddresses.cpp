@@ -1,15 +1,15 @@
 // The people of OLMMsgMailWriter: the sender and the three groups of recipients.
 
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
 #include "filter/storage/OLMMsgRecipient.h"
 #include "filter/storage/OpenHandle.h"
 #include "filter/writers/OLMMsgMailTags.h"
 #include "filter/writers/OLMMsgMailWriter.h"
 #include "filter/xml/AddressNames.h"
 #include "filter/xml/TextUnits.h"
-
-#include <algorithm>
-#include <iterator>
-#include <string_view>
 
 namespace {
 

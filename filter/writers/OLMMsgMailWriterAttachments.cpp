@@ -1,14 +1,14 @@
 // The attachments of OLMMsgMailWriter.
 
+#include <algorithm>
+#include <cstddef>
+
+#include "filter/boundary/Archive.h"
 #include "filter/storage/OLMMsgEmailAttachment.h"
 #include "filter/storage/OpenHandle.h"
 #include "filter/writers/OLMMsgMailTags.h"
 #include "filter/writers/OLMMsgMailWriter.h"
-#include "filter/xml/MemberOpenRequest.h"
 #include "filter/xml/TextUnits.h"
-
-#include <algorithm>
-#include <cstddef>
 
 namespace {
 

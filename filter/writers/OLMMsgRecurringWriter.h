@@ -1,11 +1,11 @@
 #ifndef OLMKIT_FILTER_WRITERS_OLMMSGRECURRINGWRITER_H
 #define OLMKIT_FILTER_WRITERS_OLMMSGRECURRINGWRITER_H
 
+#include <cstdint>
+
+#include "filter/boundary/Reader.h"
 #include "filter/core/WString.h"
 #include "filter/storage/OLMMsgWriter.h"
-#include "filter/xml/tagUTXMLSaveData.h"
-
-#include <cstdint>
 
 // A writer of items that may repeat: what appointments and tasks have in common.
 //

@@ -1,8 +1,8 @@
 #include "filter/writers/OLMMsgTaskWriter.h"
 
-#include "filter/writers/OLMMsgTaskTags.h"
-
 #include <bit>
+
+#include "filter/writers/OLMMsgTaskTags.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #ifndef OLMKIT_FILTER_WRITERS_ONEOFFENTRYIDDATA_H
 #define OLMKIT_FILTER_WRITERS_ONEOFFENTRYIDDATA_H
 
-#include "filter/core/WString.h"
-
 #include <cstdint>
+
+#include "filter/core/WString.h"
 
 // One member of a group: what a one-off entry identifier tells of it. Texts that the document
 // doesn't give are empty.

@@ -4,12 +4,11 @@
 #include <array>
 #include <bit>
 
+#include "filter/boundary/Archive.h"
+#include "filter/boundary/Reader.h"
 #include "filter/core/Exception.h"
-#include "filter/xml/ArchiveDirectory.h"
-#include "filter/xml/MemberOpenRequest.h"
 #include "filter/xml/OLMRootTags.h"
 #include "filter/xml/TextUnits.h"
-#include "filter/xml/UTXML.h"
 
 namespace {
 

@@ -5,13 +5,11 @@
 #include <memory>
 #include <vector>
 
+#include "filter/boundary/Archive.h"
+#include "filter/boundary/HostStream.h"
+#include "filter/boundary/Reader.h"
 #include "filter/core/WString.h"
-#include "filter/xml/ArchiveDirectory.h"
-#include "filter/xml/HostStream.h"
 #include "filter/xml/OLMXMLTag.h"
-#include "filter/xml/UTXMLReader.h"
-#include "filter/xml/UTXML_STRVALPAIR.h"
-#include "filter/xml/tagUTXMLSaveData.h"
 
 // Reads one archive entry as a sequence of numbered tags with attributes and text.
 //

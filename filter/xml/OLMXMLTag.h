@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string_view>
 
+#include "filter/boundary/Reader.h"
 #include "filter/core/ArrayList.h"
 #include "filter/xml/OLMXMLAttribute.h"
-#include "filter/xml/UTXMLTagRecord.h"
 
 // One tag of an item document, with its attributes. OLMXMLParser::nextTag() fills it, and may do
 // so any number of times; when that fails the record stays and the attributes are gone.

@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "filter/xml/UTXML_STRVALPAIR.h"
+#include "filter/boundary/Reader.h"
 
 // True when the names stand in ascending byte order and none stands twice, as the reader takes
 // its tag maps. Meant for static_assert.

@@ -1,11 +1,11 @@
 #include "host/archive/Archive.h"
 
-#include "host/archive/ArchiveFile.h"
-#include "host/archive/StoredEntry.h"
-
 #include <algorithm>
 #include <cstring>
 #include <utility>
+
+#include "host/archive/ArchiveFile.h"
+#include "host/archive/StoredEntry.h"
 
 namespace olmhost {
 

@@ -1,20 +1,19 @@
 #ifndef OLMKIT_HOST_ARCHIVE_ARCHIVE_H
 #define OLMKIT_HOST_ARCHIVE_ARCHIVE_H
 
-#include "filter/xml/ArchiveDirectory.h"
-#include "filter/xml/MemberOpenRequest.h"
-#include "host/archive/ArchiveBytes.h"
-#include "host/archive/ArchiveContents.h"
-#include "host/archive/EntryStream.h"
-#include "host/archive/InflatedEntries.h"
-#include "host/archive/OpenFailure.h"
-
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "filter/boundary/Archive.h"
+#include "host/archive/ArchiveBytes.h"
+#include "host/archive/ArchiveContents.h"
+#include "host/archive/EntryStream.h"
+#include "host/archive/InflatedEntries.h"
+#include "host/archive/OpenFailure.h"
 
 namespace olmhost {
 

@@ -1,13 +1,13 @@
 #ifndef OLMKIT_HOST_ARCHIVE_ARCHIVEBYTES_H
 #define OLMKIT_HOST_ARCHIVE_ARCHIVEBYTES_H
 
-#include "host/archive/OpenFailure.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
+
+#include "host/archive/OpenFailure.h"
 
 namespace olmhost {
 

@@ -1,11 +1,6 @@
 #ifndef OLMKIT_HOST_ARCHIVE_ARCHIVECONTENTS_H
 #define OLMKIT_HOST_ARCHIVE_ARCHIVECONTENTS_H
 
-#include "filter/xml/ArchiveDirectory.h"
-#include "host/archive/NameIndex.h"
-#include "host/archive/OpenFailure.h"
-#include "host/archive/ZipDirectory.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -14,6 +9,11 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "filter/boundary/Archive.h"
+#include "host/archive/NameIndex.h"
+#include "host/archive/OpenFailure.h"
+#include "host/archive/ZipDirectory.h"
 
 namespace olmhost {
 

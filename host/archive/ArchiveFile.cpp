@@ -1,11 +1,10 @@
 #include "host/archive/ArchiveFile.h"
 
-#include "filter/frame/ArchiveOpenRequest.h"
-#include "filter/xml/MemberOpenRequest.h"
-#include "host/archive/Archive.h"
-
 #include <new>
 #include <utility>
+
+#include "filter/boundary/Archive.h"
+#include "host/archive/Archive.h"
 
 namespace olmhost {
 

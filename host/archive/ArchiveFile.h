@@ -1,13 +1,6 @@
 #ifndef OLMKIT_HOST_ARCHIVE_ARCHIVEFILE_H
 #define OLMKIT_HOST_ARCHIVE_ARCHIVEFILE_H
 
-#include "host/archive/EntryInfo.h"
-#include "host/archive/OpenFailure.h"
-#include "host/archive/ReadAccount.h"
-#include "host/stream/EntryFault.h"
-#include "host/stream/Handle.h"
-#include "host/stream/Limits.h"
-
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -16,6 +9,13 @@
 #include <string_view>
 #include <tuple>
 #include <vector>
+
+#include "host/archive/EntryInfo.h"
+#include "host/archive/OpenFailure.h"
+#include "host/archive/ReadAccount.h"
+#include "host/stream/EntryFault.h"
+#include "host/stream/Handle.h"
+#include "host/stream/Limits.h"
 
 namespace olmhost {
 

@@ -1,6 +1,7 @@
 #include "host/archive/EntryData.h"
 
 #include <system_error>
+
 #include <zlib.h>
 
 namespace olmhost {

@@ -1,13 +1,13 @@
 #ifndef OLMKIT_HOST_ARCHIVE_ENTRYDATA_H
 #define OLMKIT_HOST_ARCHIVE_ENTRYDATA_H
 
-#include "host/archive/ArchiveBytes.h"
-#include "host/archive/ArchiveFile.h"
-#include "host/archive/EntryInfo.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <string>
+
+#include "host/archive/ArchiveBytes.h"
+#include "host/archive/ArchiveFile.h"
+#include "host/archive/EntryInfo.h"
 
 namespace olmhost {
 

@@ -1,9 +1,9 @@
 #include "host/archive/EntryStream.h"
 
-#include "host/archive/Archive.h"
-
 #include <algorithm>
 #include <utility>
+
+#include "host/archive/Archive.h"
 
 namespace olmhost {
 

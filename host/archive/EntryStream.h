@@ -1,11 +1,11 @@
 #ifndef OLMKIT_HOST_ARCHIVE_ENTRYSTREAM_H
 #define OLMKIT_HOST_ARCHIVE_ENTRYSTREAM_H
 
-#include "host/archive/EntryData.h"
-#include "host/stream/Handle.h"
-
 #include <cstdint>
 #include <memory>
+
+#include "host/archive/EntryData.h"
+#include "host/stream/Handle.h"
 
 namespace olmhost {
 

@@ -1,12 +1,12 @@
 #ifndef OLMKIT_HOST_ARCHIVE_INFLATEPOINTS_H
 #define OLMKIT_HOST_ARCHIVE_INFLATEPOINTS_H
 
-#include "host/archive/Inflater.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <utility>
+
+#include "host/archive/Inflater.h"
 
 namespace olmhost {
 

@@ -1,12 +1,12 @@
 #ifndef OLMKIT_HOST_ARCHIVE_INFLATEDENTRIES_H
 #define OLMKIT_HOST_ARCHIVE_INFLATEDENTRIES_H
 
-#include "host/archive/InflatedEntry.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
+
+#include "host/archive/InflatedEntry.h"
 
 namespace olmhost {
 

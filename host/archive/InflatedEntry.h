@@ -1,14 +1,14 @@
 #ifndef OLMKIT_HOST_ARCHIVE_INFLATEDENTRY_H
 #define OLMKIT_HOST_ARCHIVE_INFLATEDENTRY_H
 
-#include "host/archive/EntryData.h"
-#include "host/archive/InflatePoints.h"
-#include "host/archive/Inflater.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
+
+#include "host/archive/EntryData.h"
+#include "host/archive/InflatePoints.h"
+#include "host/archive/Inflater.h"
 
 namespace olmhost {
 

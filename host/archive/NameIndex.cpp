@@ -1,8 +1,8 @@
 #include "host/archive/NameIndex.h"
 
-#include "host/archive/NameText.h"
-
 #include <algorithm>
+
+#include "host/archive/NameText.h"
 
 namespace olmhost {
 

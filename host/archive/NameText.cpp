@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+
 #include <utf8proc.h>
 
 namespace olmhost {

@@ -1,11 +1,11 @@
 #ifndef OLMKIT_HOST_ARCHIVE_READACCOUNT_H
 #define OLMKIT_HOST_ARCHIVE_READACCOUNT_H
 
-#include "host/stream/EntryFault.h"
-#include "host/stream/MemberRead.h"
-
 #include <memory>
 #include <vector>
+
+#include "host/stream/EntryFault.h"
+#include "host/stream/MemberRead.h"
 
 namespace olmhost {
 

@@ -1,11 +1,11 @@
 #include "host/archive/ZipDirectory.h"
 
-#include "host/archive/NameText.h"
-
 #include <cstring>
 #include <new>
 #include <string_view>
 #include <system_error>
+
+#include "host/archive/NameText.h"
 
 namespace olmhost {
 

@@ -1,15 +1,16 @@
 #ifndef OLMKIT_HOST_ARCHIVE_ZIPDIRECTORY_H
 #define OLMKIT_HOST_ARCHIVE_ZIPDIRECTORY_H
 
-#include "host/archive/ArchiveBytes.h"
-#include "host/archive/EntryInfo.h"
-#include "host/archive/OpenFailure.h"
-
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
+
 #include <zip.h>
+
+#include "host/archive/ArchiveBytes.h"
+#include "host/archive/EntryInfo.h"
+#include "host/archive/OpenFailure.h"
 
 namespace olmhost {
 

@@ -1,11 +1,11 @@
 #ifndef OLMKIT_HOST_COMPOUND_COMPOUNDHANDLE_H
 #define OLMKIT_HOST_COMPOUND_COMPOUNDHANDLE_H
 
-#include "host/compound/Directory.h"
-#include "host/stream/Handle.h"
-
 #include <list>
 #include <memory>
+
+#include "host/compound/Directory.h"
+#include "host/stream/Handle.h"
 
 namespace olmhost {
 

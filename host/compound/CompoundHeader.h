@@ -1,9 +1,9 @@
 #ifndef OLMKIT_HOST_COMPOUND_COMPOUNDHEADER_H
 #define OLMKIT_HOST_COMPOUND_COMPOUNDHEADER_H
 
-#include "host/compound/CompoundFormat.h"
-
 #include <array>
+
+#include "host/compound/CompoundFormat.h"
 
 namespace olmhost {
 

@@ -1,12 +1,12 @@
 #ifndef OLMKIT_HOST_COMPOUND_COMPOUNDLOADER_H
 #define OLMKIT_HOST_COMPOUND_COMPOUNDLOADER_H
 
+#include <string>
+#include <vector>
+
 #include "host/compound/CompoundReader.h"
 #include "host/compound/DirectoryEntry.h"
 #include "host/compound/FieldReader.h"
-
-#include <string>
-#include <vector>
 
 namespace olmhost {
 

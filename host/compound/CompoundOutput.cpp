@@ -1,10 +1,10 @@
 #include "host/compound/CompoundOutput.h"
 
-#include "host/compound/StorageHandle.h"
-#include "host/compound/StreamHandle.h"
-
 #include <type_traits>
 #include <utility>
+
+#include "host/compound/StorageHandle.h"
+#include "host/compound/StreamHandle.h"
 
 namespace olmhost {
 

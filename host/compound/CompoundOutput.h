@@ -1,17 +1,17 @@
 #ifndef OLMKIT_HOST_COMPOUND_COMPOUNDOUTPUT_H
 #define OLMKIT_HOST_COMPOUND_COMPOUNDOUTPUT_H
 
-#include "host/compound/CompoundHandle.h"
-#include "host/compound/CompoundWatcher.h"
-#include "host/compound/CompoundWriter.h"
-#include "host/stream/ByteSink.h"
-#include "host/stream/Handle.h"
-
 #include <cstddef>
 #include <list>
 #include <memory>
 #include <optional>
 #include <string_view>
+
+#include "host/compound/CompoundHandle.h"
+#include "host/compound/CompoundWatcher.h"
+#include "host/compound/CompoundWriter.h"
+#include "host/stream/ByteSink.h"
+#include "host/stream/Handle.h"
 
 namespace olmhost {
 

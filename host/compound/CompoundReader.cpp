@@ -1,8 +1,8 @@
 #include "host/compound/CompoundReader.h"
 
-#include "host/compound/CompoundLoader.h"
-
 #include <algorithm>
+
+#include "host/compound/CompoundLoader.h"
 
 namespace olmhost {
 

@@ -1,12 +1,12 @@
 #ifndef OLMKIT_HOST_COMPOUND_COMPOUNDREADER_H
 #define OLMKIT_HOST_COMPOUND_COMPOUNDREADER_H
 
-#include "host/compound/CompoundFormat.h"
-
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "host/compound/CompoundFormat.h"
 
 namespace olmhost {
 

@@ -1,9 +1,9 @@
 #ifndef OLMKIT_HOST_COMPOUND_COMPOUNDWATCHER_H
 #define OLMKIT_HOST_COMPOUND_COMPOUNDWATCHER_H
 
-#include "host/compound/CompoundFormat.h"
-
 #include <string_view>
+
+#include "host/compound/CompoundFormat.h"
 
 namespace olmhost {
 

@@ -1,14 +1,14 @@
 #ifndef OLMKIT_HOST_COMPOUND_COMPOUNDWRITER_H
 #define OLMKIT_HOST_COMPOUND_COMPOUNDWRITER_H
 
+#include <optional>
+#include <string_view>
+
 #include "host/compound/CompoundFormat.h"
 #include "host/compound/Directory.h"
 #include "host/compound/MiniStream.h"
 #include "host/compound/SectorStore.h"
 #include "host/stream/ByteSink.h"
-
-#include <optional>
-#include <string_view>
 
 namespace olmhost {
 

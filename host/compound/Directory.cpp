@@ -1,11 +1,11 @@
 #include "host/compound/Directory.h"
 
-#include "host/compound/EntryName.h"
-#include "host/compound/SectorChain.h"
-
 #include <algorithm>
 #include <bit>
 #include <cassert>
+
+#include "host/compound/EntryName.h"
+#include "host/compound/SectorChain.h"
 
 namespace olmhost {
 

@@ -1,15 +1,15 @@
 #ifndef OLMKIT_HOST_COMPOUND_DIRECTORY_H
 #define OLMKIT_HOST_COMPOUND_DIRECTORY_H
 
-#include "host/compound/CompoundFormat.h"
-#include "host/compound/DirectoryEntry.h"
-#include "host/compound/SectorStore.h"
-
 #include <deque>
 #include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
+
+#include "host/compound/CompoundFormat.h"
+#include "host/compound/DirectoryEntry.h"
+#include "host/compound/SectorStore.h"
 
 namespace olmhost {
 

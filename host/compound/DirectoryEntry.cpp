@@ -1,8 +1,8 @@
 #include "host/compound/DirectoryEntry.h"
 
-#include "host/compound/FieldWriter.h"
-
 #include <algorithm>
+
+#include "host/compound/FieldWriter.h"
 
 namespace olmhost {
 

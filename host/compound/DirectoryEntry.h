@@ -1,10 +1,10 @@
 #ifndef OLMKIT_HOST_COMPOUND_DIRECTORYENTRY_H
 #define OLMKIT_HOST_COMPOUND_DIRECTORYENTRY_H
 
-#include "host/compound/CompoundFormat.h"
-
 #include <array>
 #include <string_view>
+
+#include "host/compound/CompoundFormat.h"
 
 namespace olmhost {
 

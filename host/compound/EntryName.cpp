@@ -1,10 +1,10 @@
 #include "host/compound/EntryName.h"
 
-#include "host/compound/CompoundFormat.h"
+#include <algorithm>
 
 #include <utf8proc.h>
 
-#include <algorithm>
+#include "host/compound/CompoundFormat.h"
 
 namespace olmhost {
 

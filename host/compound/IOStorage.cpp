@@ -1,12 +1,11 @@
-#include "filter/storage/IOStorage.h"
-
-#include "host/compound/CompoundOutput.h"
-#include "host/compound/StorageHandle.h"
-
 #include <algorithm>
 #include <cstring>
 #include <iterator>
 #include <string>
+
+#include "filter/boundary/Storage.h"
+#include "host/compound/CompoundOutput.h"
+#include "host/compound/StorageHandle.h"
 
 namespace olmhost {
 

@@ -1,10 +1,10 @@
 #ifndef OLMKIT_HOST_COMPOUND_OUTPUTBUFFER_H
 #define OLMKIT_HOST_COMPOUND_OUTPUTBUFFER_H
 
+#include <memory>
+
 #include "host/compound/CompoundFormat.h"
 #include "host/stream/ByteSink.h"
-
-#include <memory>
 
 namespace olmhost {
 

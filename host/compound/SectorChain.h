@@ -1,10 +1,10 @@
 #ifndef OLMKIT_HOST_COMPOUND_SECTORCHAIN_H
 #define OLMKIT_HOST_COMPOUND_SECTORCHAIN_H
 
+#include <array>
+
 #include "host/compound/CompoundFormat.h"
 #include "host/compound/SectorStore.h"
-
-#include <array>
 
 namespace olmhost {
 

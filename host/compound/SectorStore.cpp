@@ -1,10 +1,10 @@
 #include "host/compound/SectorStore.h"
 
-#include "host/compound/FieldWriter.h"
-
 #include <algorithm>
 #include <cassert>
 #include <vector>
+
+#include "host/compound/FieldWriter.h"
 
 namespace olmhost {
 

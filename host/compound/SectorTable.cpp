@@ -1,8 +1,8 @@
 #include "host/compound/SectorTable.h"
 
-#include "host/compound/FieldWriter.h"
-
 #include <cassert>
+
+#include "host/compound/FieldWriter.h"
 
 namespace olmhost {
 

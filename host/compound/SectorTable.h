@@ -1,11 +1,11 @@
 #ifndef OLMKIT_HOST_COMPOUND_SECTORTABLE_H
 #define OLMKIT_HOST_COMPOUND_SECTORTABLE_H
 
-#include "host/compound/CompoundFormat.h"
-
 #include <array>
 #include <memory>
 #include <vector>
+
+#include "host/compound/CompoundFormat.h"
 
 namespace olmhost {
 

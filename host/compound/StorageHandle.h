@@ -1,10 +1,10 @@
 #ifndef OLMKIT_HOST_COMPOUND_STORAGEHANDLE_H
 #define OLMKIT_HOST_COMPOUND_STORAGEHANDLE_H
 
+#include <string_view>
+
 #include "host/compound/CompoundHandle.h"
 #include "host/compound/CompoundWriter.h"
-
-#include <string_view>
 
 namespace olmhost {
 

@@ -1,13 +1,13 @@
 #ifndef OLMKIT_HOST_COMPOUND_STREAMHANDLE_H
 #define OLMKIT_HOST_COMPOUND_STREAMHANDLE_H
 
+#include <memory>
+#include <vector>
+
 #include "host/compound/CompoundHandle.h"
 #include "host/compound/CompoundWatcher.h"
 #include "host/compound/CompoundWriter.h"
 #include "host/compound/SectorChain.h"
-
-#include <memory>
-#include <vector>
 
 namespace olmhost {
 

@@ -1,11 +1,11 @@
 #ifndef OLMKIT_HOST_MARKUP_EVENTQUEUE_H
 #define OLMKIT_HOST_MARKUP_EVENTQUEUE_H
 
-#include "host/markup/ByteArena.h"
-
 #include <cstdint>
 #include <string_view>
 #include <vector>
+
+#include "host/markup/ByteArena.h"
 
 namespace olmhost {
 

@@ -1,10 +1,10 @@
 #ifndef OLMKIT_HOST_MARKUP_LINECOUNT_H
 #define OLMKIT_HOST_MARKUP_LINECOUNT_H
 
+#include <cstdint>
+
 #include "host/markup/DocumentEncoding.h"
 #include "host/stream/Handle.h"
-
-#include <cstdint>
 
 namespace olmhost {
 

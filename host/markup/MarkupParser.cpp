@@ -1,14 +1,15 @@
 #include "host/markup/MarkupParser.h"
 
-#include "host/markup/LineCount.h"
-#include "host/markup/NameHash.h"
-
 #include <algorithm>
 #include <cstring>
-#include <expat.h>
 #include <new>
 #include <random>
 #include <utility>
+
+#include <expat.h>
+
+#include "host/markup/LineCount.h"
+#include "host/markup/NameHash.h"
 
 namespace olmhost {
 
@@ -139,7 +140,7 @@ void MarkupParser::close() {
     }
 }
 
-bool MarkupParser::startAt(const SavedPlace& saved) {
+bool MarkupParser::startAt(const SavedState& saved) {
     watch = nullptr;
     queue.clear();
     skipFloor = 0;
@@ -153,13 +154,13 @@ bool MarkupParser::startAt(const SavedPlace& saved) {
         unseen.assign(saved.names.begin(), saved.names.begin() + saved.depth);
         openAtStart = unseen;
         startInMiddle(place);
-        beginRun(saved.has(SavedPlace::AfterOpening) && !saved.has(SavedPlace::TextDone));
+        beginRun(saved.has(SavedState::AfterOpening) && !saved.has(SavedState::TextDone));
     }
     if (stream->seekTo(static_cast<std::int64_t>(place), 0) != Handle::statusDone) {
         queue.addEnd();
         return false;
     }
-    if (saved.needsReplay() || saved.has(SavedPlace::SelfClosed)) {
+    if (saved.needsReplay() || saved.has(SavedState::SelfClosed)) {
         target = saved;
         while (target && queue.empty()) {
             fill();
@@ -414,7 +415,7 @@ void MarkupParser::onOpening(const char* name, const char** attributes) {
     const std::uint64_t place = hasTypeDeclaration ? tagCount : begin + tagLength;
     if (target) {
         unseen.push_back(nameHash(name));
-        const bool hasTextLeft = !target->has(SavedPlace::TextDone);
+        const bool hasTextLeft = !target->has(SavedState::TextDone);
         beginRun(passesTarget(EventKind::Opening, begin, place) && hasTextLeft);
         return;
     }
@@ -482,9 +483,9 @@ void MarkupParser::closed(std::string_view name, std::uint64_t place) {
 // tag is the one that the place was saved behind.
 bool MarkupParser::passesTarget(EventKind kind, std::uint64_t begin, std::uint64_t place) {
     const bool isOpening = kind == EventKind::Opening;
-    const bool byBegin = target->has(SavedPlace::SelfClosed);
+    const bool byBegin = target->has(SavedState::SelfClosed);
     const std::uint64_t reached = isOpening && byBegin ? begin : place;
-    if (reached == target->place && isOpening == target->has(SavedPlace::AfterOpening)) {
+    if (reached == target->place && isOpening == target->has(SavedState::AfterOpening)) {
         target.reset();
         openAtStart = unseen;
         return true;

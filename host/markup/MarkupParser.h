@@ -1,11 +1,6 @@
 #ifndef OLMKIT_HOST_MARKUP_MARKUPPARSER_H
 #define OLMKIT_HOST_MARKUP_MARKUPPARSER_H
 
-#include "host/markup/DocumentEncoding.h"
-#include "host/markup/EventQueue.h"
-#include "host/markup/SavedPlace.h"
-#include "host/stream/Handle.h"
-
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -13,6 +8,11 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "host/markup/DocumentEncoding.h"
+#include "host/markup/EventQueue.h"
+#include "host/markup/SavedState.h"
+#include "host/stream/Handle.h"
 
 struct XML_ParserStruct;
 
@@ -43,7 +43,7 @@ public:
 
     // Goes on behind the tag that a place was saved at. False when the stream can't be moved or
     // the document has no such tag; the queue then holds the End alone.
-    bool startAt(const SavedPlace& saved);
+    bool startAt(const SavedState& saved);
 
     // Parses one more chunk. Adds End, once, when nothing more can come.
     void fill();
@@ -126,7 +126,7 @@ private:
     std::vector<std::uint32_t> openAtStart;
     bool hasTypeDeclaration = false;
     std::uint64_t tagCount = 0;
-    std::optional<SavedPlace> target; // tags up to this place are left out
+    std::optional<SavedState> target; // tags up to this place are left out
     std::uint32_t skipFloor = 0;      // 0, or see skipUntilFewerThan()
 
     // The run of text behind the tag met last.

@@ -1,9 +1,9 @@
 #include "host/markup/MarkupReader.h"
 
-#include "host/markup/NameHash.h"
-
 #include <algorithm>
 #include <array>
+
+#include "host/markup/NameHash.h"
 
 namespace olmhost {
 
@@ -180,7 +180,7 @@ void MarkupReader::save(tagUTXMLSaveData& block) const {
 }
 
 bool MarkupReader::restore(const tagUTXMLSaveData& block) {
-    const SavedPlace saved = SavedPlace::from(block);
+    const SavedState saved = SavedState::from(block);
     if (!saved.isValid()) {
         return false;
     }
@@ -198,10 +198,10 @@ bool MarkupReader::restore(const tagUTXMLSaveData& block) {
         elements.front() = *root;
     }
     lastPlace = saved.place;
-    isAfterOpening = saved.has(SavedPlace::AfterOpening);
-    isSelfClosed = saved.has(SavedPlace::SelfClosed);
-    isTextDone = !isAfterOpening || isSelfClosed || saved.has(SavedPlace::TextDone);
-    isTextTold = saved.has(SavedPlace::TextTold);
+    isAfterOpening = saved.has(SavedState::AfterOpening);
+    isSelfClosed = saved.has(SavedState::SelfClosed);
+    isTextDone = !isAfterOpening || isSelfClosed || saved.has(SavedState::TextDone);
+    isTextTold = saved.has(SavedState::TextTold);
     textRead = saved.textRead;
     textToPass = isTextDone ? 0 : saved.textRead;
     textUnits.dropHalf();
@@ -209,8 +209,8 @@ bool MarkupReader::restore(const tagUTXMLSaveData& block) {
     return isThere;
 }
 
-SavedPlace MarkupReader::currentPlace() const {
-    SavedPlace saved;
+SavedState MarkupReader::currentPlace() const {
+    SavedState saved;
     if (lastPlace == 0 && !isAfterOpening) {
         return saved;
     }
@@ -220,11 +220,11 @@ SavedPlace MarkupReader::currentPlace() const {
     const auto flagIf = [](bool isSet, std::uint8_t flag) {
         return isSet ? flag : std::uint8_t{0};
     };
-    saved.flags = flagIf(isAfterOpening, SavedPlace::AfterOpening) |
-                  flagIf(isSelfClosed, SavedPlace::SelfClosed) |
-                  flagIf(isAfterOpening && isTextTold, SavedPlace::TextTold) |
-                  flagIf(isAfterOpening && isTextDone, SavedPlace::TextDone) |
-                  flagIf(parser.countsTags(), SavedPlace::ByCount);
+    saved.flags = flagIf(isAfterOpening, SavedState::AfterOpening) |
+                  flagIf(isSelfClosed, SavedState::SelfClosed) |
+                  flagIf(isAfterOpening && isTextTold, SavedState::TextTold) |
+                  flagIf(isAfterOpening && isTextDone, SavedState::TextDone) |
+                  flagIf(parser.countsTags(), SavedState::ByCount);
     const std::size_t depth = elements.size() - (isSelfClosed ? 1 : 0);
     saved.depth = static_cast<std::uint16_t>(depth);
     if (!saved.needsReplay()) {

@@ -1,16 +1,15 @@
 #ifndef OLMKIT_HOST_MARKUP_MARKUPREADER_H
 #define OLMKIT_HOST_MARKUP_MARKUPREADER_H
 
-#include "filter/xml/UTXMLTagRecord.h"
-#include "filter/xml/tagUTXMLSaveData.h"
-#include "host/markup/MarkupParser.h"
-#include "host/markup/TagMaps.h"
-#include "host/markup/TextUnits.h"
-
 #include <cstdint>
 #include <optional>
 #include <string_view>
 #include <vector>
+
+#include "filter/boundary/Reader.h"
+#include "host/markup/MarkupParser.h"
+#include "host/markup/TagMaps.h"
+#include "host/markup/TextUnits.h"
 
 namespace olmhost {
 
@@ -79,7 +78,7 @@ private:
     void deliverOpening(UTXMLTagRecord& tag);
     void deliverClosing(UTXMLTagRecord& tag);
     void reportFault();
-    SavedPlace currentPlace() const;
+    SavedState currentPlace() const;
 
     Handle* stream = nullptr; // borrowed
     MarkupParser parser;
@@ -87,7 +86,7 @@ private:
     std::optional<OpenElement> root;   // when its opening tag was delivered
     std::uint32_t lastSerial = 0;
 
-    // The tag read last, in the terms of SavedPlace.
+    // The tag read last, in the terms of SavedState.
     std::uint64_t lastPlace = 0;
     bool isAfterOpening = false;
     bool isSelfClosed = false;

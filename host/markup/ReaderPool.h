@@ -1,10 +1,10 @@
 #ifndef OLMKIT_HOST_MARKUP_READERPOOL_H
 #define OLMKIT_HOST_MARKUP_READERPOOL_H
 
-#include "host/markup/MarkupReader.h"
-
 #include <memory>
 #include <vector>
+
+#include "host/markup/MarkupReader.h"
 
 namespace olmhost {
 

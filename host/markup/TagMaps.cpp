@@ -1,9 +1,9 @@
 #include "host/markup/TagMaps.h"
 
-#include "host/markup/NameHash.h"
-
 #include <algorithm>
 #include <cstring>
+
+#include "host/markup/NameHash.h"
 
 namespace olmhost {
 

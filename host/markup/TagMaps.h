@@ -1,13 +1,12 @@
 #ifndef OLMKIT_HOST_MARKUP_TAGMAPS_H
 #define OLMKIT_HOST_MARKUP_TAGMAPS_H
 
-#include "filter/xml/UTXMLTagRecord.h"
-#include "filter/xml/UTXML_STRVALPAIR.h"
-
 #include <cstdint>
 #include <span>
 #include <string_view>
 #include <vector>
+
+#include "filter/boundary/Reader.h"
 
 namespace olmhost {
 

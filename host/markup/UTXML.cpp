@@ -1,10 +1,9 @@
-#include "filter/xml/UTXML.h"
-
-#include "host/markup/ReaderPool.h"
-
 #include <cstring>
 #include <memory>
 #include <span>
+
+#include "filter/boundary/Reader.h"
+#include "host/markup/ReaderPool.h"
 
 // The C functions over MarkupReader. The module's block holds a pointer to the reader; a block
 // whose reader has ended holds null, and every function refuses it.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "filter/frame/SYSNative.h"
+#include "filter/boundary/Memory.h"
 #include "host/memory/MemoryOwner.h"
 
 namespace olmhost {

@@ -1,13 +1,13 @@
 #ifndef OLMKIT_HOST_SESSION_ATTACHMENTLEDGER_H
 #define OLMKIT_HOST_SESSION_ATTACHMENTLEDGER_H
 
-#include "host/archive/ReadAccount.h"
-#include "host/compound/CompoundWatcher.h"
-#include "host/session/AttachmentAccount.h"
-
 #include <deque>
 #include <exception>
 #include <vector>
+
+#include "host/archive/ReadAccount.h"
+#include "host/compound/CompoundWatcher.h"
+#include "host/session/AttachmentAccount.h"
 
 namespace olmhost {
 

@@ -1,9 +1,9 @@
 #include "host/session/CensusTaker.h"
 
-#include "host/markup/MarkupParser.h"
-
 #include <algorithm>
 #include <string_view>
+
+#include "host/markup/MarkupParser.h"
 
 namespace olmhost {
 

@@ -1,15 +1,15 @@
 #ifndef OLMKIT_HOST_SESSION_CENSUSTAKER_H
 #define OLMKIT_HOST_SESSION_CENSUSTAKER_H
 
-#include "host/archive/ArchiveFile.h"
-#include "host/session/Census.h"
-#include "host/session/ItemCounter.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
+
+#include "host/archive/ArchiveFile.h"
+#include "host/session/Census.h"
+#include "host/session/ItemCounter.h"
 
 namespace olmhost {
 

@@ -1,11 +1,11 @@
 #ifndef OLMKIT_HOST_SESSION_ITEMCOUNTER_H
 #define OLMKIT_HOST_SESSION_ITEMCOUNTER_H
 
-#include "host/session/Census.h"
-#include "host/stream/TagWatch.h"
-
 #include <optional>
 #include <string>
+
+#include "host/session/Census.h"
+#include "host/stream/TagWatch.h"
 
 namespace olmhost {
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "filter/listing/ItemLocator.h"
+#include "filter/boundary/Request.h"
 
 namespace olmhost {
 

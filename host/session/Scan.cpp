@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "filter/frame/SoRoutines.h"
+#include "filter/boundary/Routines.h"
 
 namespace olmhost {
 

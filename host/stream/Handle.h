@@ -1,7 +1,7 @@
 #ifndef OLMKIT_HOST_STREAM_HANDLE_H
 #define OLMKIT_HOST_STREAM_HANDLE_H
 
-#include "filter/xml/HostStream.h"
+#include "filter/boundary/HostStream.h"
 #include "host/stream/EntryFault.h"
 #include "host/stream/Limits.h"
 #include "host/stream/TagWatch.h"

@@ -1,10 +1,10 @@
 #ifndef OLMKIT_TESTS_FAKEHOST_EXTRACTION_H
 #define OLMKIT_TESTS_FAKEHOST_EXTRACTION_H
 
-#include "tests/fakehost/Scan.h"
-
 #include <functional>
 #include <vector>
+
+#include "tests/fakehost/Scan.h"
 
 namespace fakehost {
 

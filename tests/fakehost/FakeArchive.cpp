@@ -1,7 +1,7 @@
-#include "tests/fakehost/Parts.h"
-
 #include <algorithm>
 #include <cstring>
+
+#include "tests/fakehost/Parts.h"
 
 namespace fakehost {
 

@@ -1,13 +1,13 @@
 #include "tests/fakehost/FakeHost.h"
 
-#include "tests/fakehost/Parts.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+
+#include <gtest/gtest.h>
+
+#include "tests/fakehost/Parts.h"
 
 namespace fakehost {
 

@@ -1,17 +1,17 @@
 #ifndef OLMKIT_TESTS_FAKEHOST_FAKEHOST_H
 #define OLMKIT_TESTS_FAKEHOST_FAKEHOST_H
 
-#include "filter/olmfilter.h"
-#include "tests/fakehost/Bytes.h"
-#include "tests/fakehost/HostCall.h"
-#include "tests/fakehost/ItemDocument.h"
-#include "tests/fakehost/StoredMessage.h"
-
 #include <functional>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "filter/olmfilter.h"
+#include "tests/fakehost/Bytes.h"
+#include "tests/fakehost/HostCall.h"
+#include "tests/fakehost/ItemDocument.h"
+#include "tests/fakehost/StoredMessage.h"
 
 namespace fakehost {
 

@@ -1,11 +1,11 @@
 #include "tests/fakehost/FakeHost.h"
 
-#include "tests/fakehost/Text.h"
+#include <array>
+#include <cstring>
 
 #include <gmock/gmock.h>
 
-#include <array>
-#include <cstring>
+#include "tests/fakehost/Text.h"
 
 namespace fakehost {
 namespace {

@@ -1,6 +1,6 @@
-#include "tests/fakehost/Parts.h"
-
 #include <algorithm>
+
+#include "tests/fakehost/Parts.h"
 
 using fakehost::Block;
 using fakehost::CallKind;

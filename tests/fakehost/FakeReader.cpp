@@ -1,8 +1,8 @@
-#include "tests/fakehost/Parts.h"
-
 #include <algorithm>
 #include <cstring>
 #include <stdexcept>
+
+#include "tests/fakehost/Parts.h"
 
 using fakehost::CallKind;
 using fakehost::FakeHost;

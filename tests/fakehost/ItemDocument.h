@@ -1,11 +1,11 @@
 #ifndef OLMKIT_TESTS_FAKEHOST_ITEMDOCUMENT_H
 #define OLMKIT_TESTS_FAKEHOST_ITEMDOCUMENT_H
 
-#include "tests/fakehost/Text.h"
-
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "tests/fakehost/Text.h"
 
 namespace fakehost {
 

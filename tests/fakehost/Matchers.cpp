@@ -1,8 +1,8 @@
 #include "tests/fakehost/Matchers.h"
 
-#include "tests/fakehost/Text.h"
-
 #include <cstdio>
+
+#include "tests/fakehost/Text.h"
 
 namespace fakehost {
 

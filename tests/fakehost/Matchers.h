@@ -1,9 +1,9 @@
 #ifndef OLMKIT_TESTS_FAKEHOST_MATCHERS_H
 #define OLMKIT_TESTS_FAKEHOST_MATCHERS_H
 
-#include "tests/fakehost/StoredMessage.h"
-
 #include <gmock/gmock.h>
+
+#include "tests/fakehost/StoredMessage.h"
 
 namespace fakehost {
 

@@ -1,14 +1,14 @@
 #ifndef OLMKIT_TESTS_FAKEHOST_PARTS_H
 #define OLMKIT_TESTS_FAKEHOST_PARTS_H
 
-#include "tests/fakehost/FakeHost.h"
-
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include "tests/fakehost/FakeHost.h"
 
 // What the parts of the host share; nothing for tests.
 namespace fakehost {

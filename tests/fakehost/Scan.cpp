@@ -1,12 +1,12 @@
 #include "tests/fakehost/Scan.h"
 
-#include "tests/fakehost/Text.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <bit>
 #include <cstring>
+
+#include <gtest/gtest.h>
+
+#include "tests/fakehost/Text.h"
 
 namespace fakehost {
 

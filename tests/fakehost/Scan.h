@@ -1,13 +1,13 @@
 #ifndef OLMKIT_TESTS_FAKEHOST_SCAN_H
 #define OLMKIT_TESTS_FAKEHOST_SCAN_H
 
-#include "tests/fakehost/FakeHost.h"
-
 #include <array>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "tests/fakehost/FakeHost.h"
 
 namespace fakehost {
 

@@ -1,9 +1,9 @@
 #include "tests/fakehost/StoredMessage.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
 #include <ostream>
+
+#include <gtest/gtest.h>
 
 namespace fakehost {
 

@@ -1,12 +1,12 @@
 #ifndef OLMKIT_TESTS_FAKEHOST_STOREDMESSAGE_H
 #define OLMKIT_TESTS_FAKEHOST_STOREDMESSAGE_H
 
-#include "tests/fakehost/Bytes.h"
-
 #include <iosfwd>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "tests/fakehost/Bytes.h"
 
 namespace fakehost {
 

@@ -1,16 +1,16 @@
 // The example host's XML reader, asked function by function as the module asks it.
 
-#include "filter/olmfilter.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "filter/olmfilter.h"
 
 namespace {
 

@@ -1,11 +1,12 @@
 #include "host/archive/ArchiveBytes.h"
 
-#include "host/archive/ZipDirectory.h"
-#include "tests/host/archive/ArchiveFixture.h"
+#include <fcntl.h>
 
 #include <cerrno>
-#include <fcntl.h>
 #include <random>
+
+#include "host/archive/ZipDirectory.h"
+#include "tests/host/archive/ArchiveFixture.h"
 
 namespace olmhost::test {
 

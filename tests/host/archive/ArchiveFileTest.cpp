@@ -1,10 +1,11 @@
 #include "host/archive/ArchiveFile.h"
 
-#include "tests/host/archive/ArchiveFixture.h"
-
 #include <sys/stat.h>
 #include <unistd.h>
+
 #include <zip.h>
+
+#include "tests/host/archive/ArchiveFixture.h"
 
 namespace olmhost::test {
 

@@ -1,20 +1,21 @@
 #ifndef OLMKIT_TESTS_HOST_ARCHIVE_ARCHIVEFIXTURE_H
 #define OLMKIT_TESTS_HOST_ARCHIVE_ARCHIVEFIXTURE_H
 
-#include "filter/frame/ArchiveOpenRequest.h"
-#include "filter/xml/MemberOpenRequest.h"
-#include "host/archive/ArchiveFile.h"
-#include "tests/host/archive/ZipBuilder.h"
+#include <stdlib.h>
 
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <memory>
 #include <optional>
-#include <stdlib.h>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
+
+#include "filter/boundary/Archive.h"
+#include "host/archive/ArchiveFile.h"
+#include "tests/host/archive/ZipBuilder.h"
 
 namespace olmhost::test {
 

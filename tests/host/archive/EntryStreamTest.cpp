@@ -1,12 +1,12 @@
 #include "host/archive/EntryStream.h"
 
-#include "host/archive/InflatePoints.h"
-#include "host/archive/InflatedEntries.h"
-#include "tests/host/archive/ArchiveFixture.h"
-
 #include <algorithm>
 #include <random>
 #include <vector>
+
+#include "host/archive/InflatePoints.h"
+#include "host/archive/InflatedEntries.h"
+#include "tests/host/archive/ArchiveFixture.h"
 
 namespace olmhost::test {
 

@@ -1,9 +1,10 @@
 #include "host/archive/InflatePoints.h"
 
-#include "tests/host/archive/ZipBuilder.h"
+#include <string>
 
 #include <gtest/gtest.h>
-#include <string>
+
+#include "tests/host/archive/ZipBuilder.h"
 
 namespace olmhost::test {
 

@@ -1,9 +1,10 @@
-#include "tests/host/archive/ArchiveFixture.h"
-
 #include <array>
 #include <cstdio>
 #include <sstream>
+
 #include <zlib.h>
+
+#include "tests/host/archive/ArchiveFixture.h"
 
 namespace olmhost::test {
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <random>
 #include <stdexcept>
+
 #include <zlib.h>
 
 namespace olmhost::test {

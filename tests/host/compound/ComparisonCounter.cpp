@@ -1,10 +1,11 @@
 #include "tests/host/compound/ComparisonCounter.h"
 
-#include "host/compound/EntryName.h"
+#include <dlfcn.h>
 
 #include <cstdio>
 #include <cstdlib>
-#include <dlfcn.h>
+
+#include "host/compound/EntryName.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // The strict checker itself: a good file passes, and a file with one fault never does.
 
-#include "tests/host/compound/CompoundFiles.h"
+#include <set>
 
 #include <gtest/gtest.h>
 
-#include <set>
+#include "tests/host/compound/CompoundFiles.h"
 
 namespace olmhost::test {
 

@@ -1,15 +1,16 @@
 #include "tests/host/compound/CompoundFiles.h"
 
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-#include <openssl/sha.h>
+#include <sys/wait.h>
 
 #include <array>
 #include <cstdio>
 #include <cstring>
 #include <random>
 #include <sstream>
-#include <sys/wait.h>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <openssl/sha.h>
 
 namespace olmhost::test {
 

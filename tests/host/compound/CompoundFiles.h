@@ -1,10 +1,6 @@
 #ifndef OLMKIT_TESTS_HOST_COMPOUND_COMPOUNDFILES_H
 #define OLMKIT_TESTS_HOST_COMPOUND_COMPOUNDFILES_H
 
-#include "filter/storage/IOStorage.h"
-#include "host/compound/CompoundOutput.h"
-#include "host/stream/ByteSink.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -14,6 +10,10 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "filter/boundary/Storage.h"
+#include "host/compound/CompoundOutput.h"
+#include "host/stream/ByteSink.h"
 
 namespace olmhost::test {
 

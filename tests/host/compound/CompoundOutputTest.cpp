@@ -1,10 +1,10 @@
 #include "host/compound/CompoundOutput.h"
 
-#include "tests/host/compound/CompoundFiles.h"
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
+#include "tests/host/compound/CompoundFiles.h"
 
 namespace olmhost::test {
 

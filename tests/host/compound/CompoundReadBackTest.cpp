@@ -1,10 +1,10 @@
 // Files of the compound writer, read by programs and libraries that share no code with it.
 
-#include "tests/host/compound/CompoundFiles.h"
+#include <random>
 
 #include <gtest/gtest.h>
 
-#include <random>
+#include "tests/host/compound/CompoundFiles.h"
 
 namespace olmhost::test {
 

@@ -1,12 +1,12 @@
 #include "host/compound/CompoundReader.h"
 
-#include "CompoundFiles.h"
+#include <cstring>
+#include <map>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <map>
+#include "CompoundFiles.h"
 
 namespace olmhost::test {
 namespace {

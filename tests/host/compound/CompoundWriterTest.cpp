@@ -1,11 +1,12 @@
 #include "host/compound/CompoundWriter.h"
 
+#include <cmath>
+
+#include <gtest/gtest.h>
+
 #include "tests/host/compound/ComparisonCounter.h"
 #include "tests/host/compound/CompoundFiles.h"
 #include "tests/host/compound/HeapCounter.h"
-
-#include <cmath>
-#include <gtest/gtest.h>
 
 namespace olmhost::test {
 

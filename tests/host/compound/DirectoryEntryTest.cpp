@@ -1,9 +1,9 @@
 #include "host/compound/DirectoryEntry.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace olmhost {
 

@@ -1,8 +1,9 @@
 #include "tests/host/compound/HeapCounter.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdlib>
-#include <malloc.h>
 #include <new>
 
 namespace {

@@ -1,12 +1,11 @@
-#include "filter/storage/IOStorage.h"
-
-#include "tests/host/compound/CompoundFiles.h"
-
-#include <gtest/gtest.h>
-
 #include <array>
 #include <limits>
 #include <numeric>
+
+#include <gtest/gtest.h>
+
+#include "filter/boundary/Storage.h"
+#include "tests/host/compound/CompoundFiles.h"
 
 namespace olmhost::test {
 

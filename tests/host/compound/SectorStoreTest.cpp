@@ -1,8 +1,8 @@
 #include "host/compound/SectorStore.h"
 
-#include "tests/host/compound/CompoundFiles.h"
-
 #include <gtest/gtest.h>
+
+#include "tests/host/compound/CompoundFiles.h"
 
 namespace olmhost::test {
 

@@ -1,11 +1,10 @@
-#include "host/markup/MarkupParser.h"
-
-#include "tests/host/markup/Puller.h"
+#include <sys/resource.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
+#include "host/markup/MarkupParser.h"
+#include "tests/host/markup/Puller.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include "host/markup/MarkupReader.h"
 
-#include "tests/host/markup/Puller.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "tests/host/markup/Puller.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 #ifndef OLMKIT_TESTS_HOST_MARKUP_MEMORYDOCUMENT_H
 #define OLMKIT_TESTS_HOST_MARKUP_MEMORYDOCUMENT_H
 
-#include "host/stream/Handle.h"
-
 #include <algorithm>
 #include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "host/stream/Handle.h"
 
 namespace olmtest {
 

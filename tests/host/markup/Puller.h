@@ -1,13 +1,13 @@
 #ifndef OLMKIT_TESTS_HOST_MARKUP_PULLER_H
 #define OLMKIT_TESTS_HOST_MARKUP_PULLER_H
 
-#include "filter/xml/UTXML.h"
-#include "tests/host/markup/MemoryDocument.h"
-
 #include <cstdint>
 #include <span>
 #include <string>
 #include <vector>
+
+#include "filter/boundary/Reader.h"
+#include "tests/host/markup/MemoryDocument.h"
 
 namespace olmtest {
 

@@ -1,6 +1,4 @@
-#include "tests/host/markup/Puller.h"
-
-#include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -11,7 +9,9 @@
 #include <memory>
 #include <sstream>
 
-#include <unistd.h>
+#include <gtest/gtest.h>
+
+#include "tests/host/markup/Puller.h"
 
 namespace {
 

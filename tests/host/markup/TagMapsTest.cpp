@@ -1,11 +1,11 @@
 #include "host/markup/TagMaps.h"
 
-#include "host/markup/NameHash.h"
+#include <deque>
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <deque>
-#include <string>
+#include "host/markup/NameHash.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "host/memory/MemoryOwner.h"
 
-#include <gtest/gtest.h>
-
 #include <thread>
+
+#include <gtest/gtest.h>
 
 #include "host/memory/NativeMemory.h"
 

@@ -1,7 +1,5 @@
 #include "host/memory/NativeMemory.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -9,7 +7,9 @@
 #include <thread>
 #include <vector>
 
-#include "filter/frame/SYSNative.h"
+#include <gtest/gtest.h>
+
+#include "filter/boundary/Memory.h"
 
 #ifdef __SANITIZE_ADDRESS__
 // A refused block is what a test wants to see, not the end of the process.

@@ -1,13 +1,13 @@
 #include "host/message/MessageSpool.h"
 
-#include "MessageBuilder.h"
-#include "tests/host/compound/CompoundFiles.h"
-
-#include <gtest/gtest.h>
-
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "MessageBuilder.h"
+#include "tests/host/compound/CompoundFiles.h"
 
 namespace olmhost::test {
 namespace {

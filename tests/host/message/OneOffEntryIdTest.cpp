@@ -1,8 +1,8 @@
 #include "host/message/OneOffEntryId.h"
 
-#include "MessageBuilder.h"
-
 #include <gtest/gtest.h>
+
+#include "MessageBuilder.h"
 
 namespace olmhost::test {
 namespace {

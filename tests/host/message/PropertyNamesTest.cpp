@@ -1,11 +1,11 @@
 #include "host/message/PropertyNames.h"
-#include "host/message/PropertyType.h"
 
-#include "MessageBuilder.h"
+#include <algorithm>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include "MessageBuilder.h"
+#include "host/message/PropertyType.h"
 
 namespace olmhost::test {
 namespace {

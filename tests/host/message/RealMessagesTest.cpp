@@ -1,17 +1,16 @@
 // Messages that the module wrote, whole and spoilt.
 
+#include <cstdlib>
+#include <string>
+
+#include <gtest/gtest.h>
+
 #include "host/message/Message.h"
 #include "host/message/MessageSpool.h"
 #include "host/message/OneOffEntryId.h"
 #include "host/message/Recurrence.h"
 #include "host/session/Session.h"
-
 #include "tests/host/compound/CompoundFiles.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <string>
 
 namespace olmhost::test {
 namespace {

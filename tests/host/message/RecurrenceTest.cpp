@@ -1,9 +1,9 @@
 #include "host/message/Recurrence.h"
 
-#include "MessageBuilder.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "MessageBuilder.h"
 
 namespace olmhost::test {
 namespace {

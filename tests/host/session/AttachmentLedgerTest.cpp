@@ -1,13 +1,13 @@
 #include "host/session/AttachmentLedger.h"
 
-#include "host/session/Session.h"
-#include "tests/host/compound/CompoundFiles.h"
-#include "tests/host/session/MadeArchive.h"
+#include <stdexcept>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <stdexcept>
+#include "host/session/Session.h"
+#include "tests/host/compound/CompoundFiles.h"
+#include "tests/host/session/MadeArchive.h"
 
 namespace olmhost::test {
 

@@ -1,11 +1,11 @@
 #include "host/session/Census.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "host/session/Session.h"
 #include "tests/host/session/MadeArchive.h"

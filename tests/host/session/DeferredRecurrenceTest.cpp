@@ -2,15 +2,14 @@
 // item: the message must not show where the recurrence stands, how deep, or how the document was
 // written and packed.
 
-#include "host/session/Session.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
+#include "host/session/Session.h"
 #include "tests/host/archive/ZipBuilder.h"
 #include "tests/host/session/RawArchive.h"
 

@@ -1,11 +1,12 @@
 #include "tests/host/session/MadeArchive.h"
 
 #include <unistd.h>
-#include <zip.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
+
+#include <zip.h>
 
 namespace olmhost {
 

@@ -1,9 +1,9 @@
 #include "host/session/Module.h"
 
+#include <cstdlib>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <cstdlib>
 
 namespace olmhost {
 namespace {

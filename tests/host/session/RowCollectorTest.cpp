@@ -1,10 +1,10 @@
 #include "host/session/RowCollector.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 
-#include "filter/listing/ItemLocator.h"
+#include <gtest/gtest.h>
+
+#include "filter/boundary/Request.h"
 
 namespace olmhost {
 namespace {

@@ -1,12 +1,12 @@
 #include "host/session/Scan.h"
 
-#include <gtest/gtest.h>
-
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "filter/frame/SoRoutines.h"
+#include <gtest/gtest.h>
+
+#include "filter/boundary/Routines.h"
 
 namespace olmhost {
 namespace {

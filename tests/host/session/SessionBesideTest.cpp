@@ -1,13 +1,12 @@
-#include "host/session/Session.h"
-
-#include <gtest/gtest.h>
-
 #include <cstddef>
 #include <filesystem>
 #include <memory>
 #include <thread>
 #include <vector>
 
+#include <gtest/gtest.h>
+
+#include "host/session/Session.h"
 #include "tests/host/session/MadeArchive.h"
 
 namespace olmhost {

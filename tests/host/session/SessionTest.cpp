@@ -1,14 +1,14 @@
 #include "host/session/Session.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
 #include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "host/memory/NativeMemory.h"
 #include "tests/host/session/MadeArchive.h"

@@ -1,9 +1,9 @@
 /* What a host written in C sees: the one header, nothing of C++, records of the told layout. */
 
-#include "filter/olmfilter.h"
-
 #include <stdio.h>
 #include <string.h>
+
+#include "filter/olmfilter.h"
 
 static int failures = 0;
 

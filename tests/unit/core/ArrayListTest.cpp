@@ -1,12 +1,13 @@
 #include "filter/core/ArrayList.h"
 
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
 #include "filter/core/WString.h"
 #include "tests/unit/core/IndexError.h"
 #include "tests/unit/core/IntegerEnds.h"
-
-#include <gtest/gtest.h>
-#include <utility>
-#include <vector>
 
 namespace {
 

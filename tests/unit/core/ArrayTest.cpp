@@ -1,13 +1,14 @@
 #include "filter/core/Array.h"
 
+#include <cstdint>
+#include <vector>
+
+#include <gtest/gtest.h>
+
 #include "filter/core/ArrayList.h"
 #include "filter/core/WString.h"
 #include "tests/unit/core/IndexError.h"
 #include "tests/unit/core/IntegerEnds.h"
-
-#include <cstdint>
-#include <gtest/gtest.h>
-#include <vector>
 
 namespace {
 

@@ -1,8 +1,9 @@
 #include "filter/core/CRC32Checksum.h"
 
-#include <gtest/gtest.h>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,15 +1,16 @@
 #include "filter/core/Date.h"
 
-#include "filter/core/WString.h"
-#include "tests/unit/core/IntegerEnds.h"
-
 #include <cmath>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <initializer_list>
 #include <limits>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include "filter/core/WString.h"
+#include "tests/unit/core/IntegerEnds.h"
 
 namespace {
 

@@ -1,9 +1,10 @@
 #include "filter/core/Exception.h"
 
-#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <type_traits>
+
+#include <gtest/gtest.h>
 
 TEST(ExceptionTest, KeepsWhatItWasGiven) {
     qor::Exception cause(15, nullptr, nullptr, nullptr, 0);

@@ -1,9 +1,9 @@
 #ifndef OLMKIT_TESTS_UNIT_CORE_INDEXERROR_H
 #define OLMKIT_TESTS_UNIT_CORE_INDEXERROR_H
 
-#include "filter/core/Exception.h"
-
 #include <string>
+
+#include "filter/core/Exception.h"
 
 // What a call threw: the message, with the code ahead of it when it isn't the code of a bound.
 template <class Call> std::string indexErrorOf(Call call) {

@@ -1,12 +1,13 @@
 #include "filter/core/NumberText.h"
 
-#include "filter/core/String.h"
-#include "filter/core/WString.h"
-
 #include <algorithm>
-#include <gtest/gtest.h>
 #include <limits>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include "filter/core/String.h"
+#include "filter/core/WString.h"
 
 namespace {
 

@@ -1,12 +1,13 @@
 #include "filter/core/Object.h"
 
-#include "filter/core/ArrayList.h"
-#include "filter/core/WString.h"
-
-#include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 #include <type_traits>
+
+#include <gtest/gtest.h>
+
+#include "filter/core/ArrayList.h"
+#include "filter/core/WString.h"
 
 namespace {
 

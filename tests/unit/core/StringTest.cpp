@@ -1,10 +1,11 @@
 #include "filter/core/String.h"
 
-#include "filter/core/WString.h"
-
-#include <gtest/gtest.h>
 #include <string>
 #include <utility>
+
+#include <gtest/gtest.h>
+
+#include "filter/core/WString.h"
 
 namespace {
 

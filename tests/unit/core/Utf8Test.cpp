@@ -1,9 +1,10 @@
 #include "filter/core/Utf8.h"
 
-#include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace {
 

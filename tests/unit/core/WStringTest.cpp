@@ -1,15 +1,16 @@
 #include "filter/core/WString.h"
 
-#include "filter/core/ArrayList.h"
-#include "tests/unit/core/AllocationCount.h"
-#include "tests/unit/core/IntegerEnds.h"
-
-#include <gtest/gtest.h>
 #include <new>
 #include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include "filter/core/ArrayList.h"
+#include "tests/unit/core/AllocationCount.h"
+#include "tests/unit/core/IntegerEnds.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
-#include "tests/fakehost/Extraction.h"
-#include "tests/fakehost/LeakExemption.h"
-#include "tests/fakehost/Matchers.h"
-
-#include <gmock/gmock.h>
-
 #include <cstring>
 #include <memory>
 #include <stdexcept>
 #include <thread>
+
+#include <gmock/gmock.h>
+
+#include "tests/fakehost/Extraction.h"
+#include "tests/fakehost/LeakExemption.h"
+#include "tests/fakehost/Matchers.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "filter/olmfilter.h"
+#include <array>
 
 #include <gmock/gmock.h>
 
-#include <array>
+#include "filter/olmfilter.h"
 
 namespace {
 

@@ -1,10 +1,9 @@
-#include "filter/olmfilter.h"
-
-#include "tests/fakehost/Bytes.h"
+#include <cstring>
 
 #include <gmock/gmock.h>
 
-#include <cstring>
+#include "filter/olmfilter.h"
+#include "tests/fakehost/Bytes.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "tests/fakehost/Extraction.h"
-#include "tests/fakehost/Matchers.h"
-
-#include <gmock/gmock.h>
-
 #include <cstring>
 #include <memory>
 #include <stdexcept>
+
+#include <gmock/gmock.h>
+
+#include "tests/fakehost/Extraction.h"
+#include "tests/fakehost/Matchers.h"
 
 namespace {
 

@@ -1,5 +1,7 @@
 #include "filter/frame/OLMNodeFactory.h"
 
+#include <gmock/gmock.h>
+
 #include "filter/frame/OLMXmlDumper.h"
 #include "filter/listing/OLMCalFields.h"
 #include "filter/listing/OLMContactFields.h"
@@ -15,8 +17,6 @@
 #include "filter/writers/OLMMsgTaskWriter.h"
 #include "filter/xml/OLMXMLParser.h"
 #include "tests/fakehost/Scan.h"
-
-#include <gmock/gmock.h>
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "tests/fakehost/Extraction.h"
-#include "tests/fakehost/Text.h"
+#include <memory>
 
 #include <gmock/gmock.h>
 
-#include <memory>
+#include "tests/fakehost/Extraction.h"
+#include "tests/fakehost/Text.h"
 
 namespace {
 

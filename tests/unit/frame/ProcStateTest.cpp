@@ -1,11 +1,10 @@
-#include "filter/olmfilter.h"
-
-#include "tests/fakehost/FakeHost.h"
+#include <cstring>
+#include <numeric>
 
 #include <gmock/gmock.h>
 
-#include <cstring>
-#include <numeric>
+#include "filter/olmfilter.h"
+#include "tests/fakehost/FakeHost.h"
 
 namespace {
 

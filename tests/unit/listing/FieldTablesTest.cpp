@@ -1,10 +1,10 @@
-#include "tests/fakehost/Scan.h"
-
-#include <gmock/gmock.h>
-
 #include <array>
 #include <map>
 #include <set>
+
+#include <gmock/gmock.h>
+
+#include "tests/fakehost/Scan.h"
 
 namespace {
 

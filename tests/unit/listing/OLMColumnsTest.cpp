@@ -1,8 +1,7 @@
-#include "filter/listing/OLMFieldsNode.h"
-
-#include "tests/fakehost/Scan.h"
-
 #include <gmock/gmock.h>
+
+#include "filter/listing/OLMFieldsNode.h"
+#include "tests/fakehost/Scan.h"
 
 namespace {
 

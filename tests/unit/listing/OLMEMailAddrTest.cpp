@@ -1,9 +1,9 @@
 #include "filter/listing/OLMEMailAddr.h"
 
+#include <gmock/gmock.h>
+
 #include "tests/fakehost/Scan.h"
 #include "tests/fakehost/Text.h"
-
-#include <gmock/gmock.h>
 
 namespace {
 

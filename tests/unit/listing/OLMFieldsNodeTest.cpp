@@ -1,5 +1,9 @@
 #include "filter/listing/OLMFieldsNode.h"
 
+#include <memory>
+
+#include <gmock/gmock.h>
+
 #include "filter/core/Exception.h"
 #include "filter/listing/OLMCalFields.h"
 #include "filter/listing/OLMContactFields.h"
@@ -10,10 +14,6 @@
 #include "filter/xml/OLMXMLParser.h"
 #include "tests/fakehost/Scan.h"
 #include "tests/fakehost/Text.h"
-
-#include <gmock/gmock.h>
-
-#include <memory>
 
 namespace {
 

@@ -1,11 +1,11 @@
 // Numbers, dates and documents that no calendar writes, above all for the sanitizers.
 
-#include "tests/unit/recurrence/ParsedRecurrence.h"
-#include "tests/unit/storage/Thrown.h"
+#include <limits>
 
 #include <gmock/gmock.h>
 
-#include <limits>
+#include "tests/unit/recurrence/ParsedRecurrence.h"
+#include "tests/unit/storage/Thrown.h"
 
 using fakehost::ItemDocument;
 

@@ -1,9 +1,9 @@
 #include "filter/recurrence/OLMRecurrence.h"
 
+#include <gmock/gmock.h>
+
 #include "tests/unit/recurrence/ParsedRecurrence.h"
 #include "tests/unit/storage/Thrown.h"
-
-#include <gmock/gmock.h>
 
 using fakehost::CallKind;
 using fakehost::FakeHost;

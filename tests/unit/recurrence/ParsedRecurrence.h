@@ -1,13 +1,13 @@
 #ifndef OLMKIT_TESTS_UNIT_RECURRENCE_PARSEDRECURRENCE_H
 #define OLMKIT_TESTS_UNIT_RECURRENCE_PARSEDRECURRENCE_H
 
-#include "filter/recurrence/OLMRecurrence.h"
-#include "filter/recurrence/RecurrenceValue.h"
-#include "tests/fakehost/FakeHost.h"
-
 #include <memory>
 #include <optional>
 #include <string>
+
+#include "filter/recurrence/OLMRecurrence.h"
+#include "filter/recurrence/RecurrenceValue.h"
+#include "tests/fakehost/FakeHost.h"
 
 // A document whose recurrence element is open: recurrence().element(...).
 fakehost::ItemDocument recurrence();

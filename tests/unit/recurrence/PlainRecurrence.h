@@ -1,15 +1,15 @@
 #ifndef OLMKIT_TESTS_UNIT_RECURRENCE_PLAINRECURRENCE_H
 #define OLMKIT_TESTS_UNIT_RECURRENCE_PLAINRECURRENCE_H
 
-#include "tests/fakehost/Bytes.h"
-#include "tests/fakehost/ItemDocument.h"
-#include "tests/unit/recurrence/ParsedRecurrence.h"
-
 #include <chrono>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
+
+#include "tests/fakehost/Bytes.h"
+#include "tests/fakehost/ItemDocument.h"
+#include "tests/unit/recurrence/ParsedRecurrence.h"
 
 // One of the six patterns, in the numbers of [MS-OXOCAL].
 struct PlainPattern {

@@ -1,9 +1,9 @@
 // Values of many recurrences against a plain computation of their own.
 
+#include <gmock/gmock.h>
+
 #include "tests/unit/recurrence/ParsedRecurrence.h"
 #include "tests/unit/recurrence/PlainRecurrence.h"
-
-#include <gmock/gmock.h>
 
 using fakehost::Bytes;
 

@@ -1,10 +1,10 @@
 #include "filter/recurrence/RecurrenceValue.h"
 
+#include <gmock/gmock.h>
+
 #include "filter/storage/OLMMsgWriter.h"
 #include "tests/unit/recurrence/ParsedRecurrence.h"
 #include "tests/unit/storage/Thrown.h"
-
-#include <gmock/gmock.h>
 
 using fakehost::Bytes;
 using fakehost::CallKind;

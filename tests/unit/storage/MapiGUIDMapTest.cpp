@@ -1,9 +1,9 @@
 #include "filter/storage/MapiGUIDMap.h"
 
+#include <gtest/gtest.h>
+
 #include "tests/fakehost/Bytes.h"
 #include "tests/unit/storage/Thrown.h"
-
-#include <gtest/gtest.h>
 
 using namespace fakehost;
 

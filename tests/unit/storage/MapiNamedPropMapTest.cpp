@@ -1,11 +1,12 @@
 #include "filter/storage/MapiNamedPropMap.h"
 
-#include "tests/fakehost/FakeHost.h"
-#include "tests/unit/storage/Thrown.h"
+#include <optional>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <optional>
+
+#include "tests/fakehost/FakeHost.h"
+#include "tests/unit/storage/Thrown.h"
 
 using namespace fakehost;
 using testing::ElementsAre;

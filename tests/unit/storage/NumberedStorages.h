@@ -1,12 +1,13 @@
 #ifndef OLMKIT_TESTS_UNIT_STORAGE_NUMBEREDSTORAGES_H
 #define OLMKIT_TESTS_UNIT_STORAGE_NUMBEREDSTORAGES_H
 
-#include "tests/fakehost/FakeHost.h"
-#include "tests/unit/storage/PropertyBytes.h"
+#include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <string>
+
+#include "tests/fakehost/FakeHost.h"
+#include "tests/unit/storage/PropertyBytes.h"
 
 // What the storages of recipients and attachments have in common: a number in their name.
 

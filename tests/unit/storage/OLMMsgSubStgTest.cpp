@@ -1,16 +1,17 @@
 #include "filter/storage/OLMMsgSubStg.h"
 
+#include <algorithm>
+#include <memory>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "filter/storage/OLMMsgEmailAttachment.h"
 #include "filter/storage/OLMMsgRecipient.h"
 #include "tests/fakehost/FakeHost.h"
 #include "tests/unit/storage/PropertyBytes.h"
 #include "tests/unit/storage/Thrown.h"
 #include "tests/unit/storage/Wide.h"
-
-#include <algorithm>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <memory>
 
 using namespace fakehost;
 using testing::Each;

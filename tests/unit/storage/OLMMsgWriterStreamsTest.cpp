@@ -1,13 +1,13 @@
-#include "filter/storage/OLMMsgWriter.h"
+#include <deque>
+#include <functional>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "filter/storage/OLMMsgWriter.h"
 #include "tests/fakehost/FakeHost.h"
 #include "tests/unit/storage/Thrown.h"
 #include "tests/unit/storage/Wide.h"
-
-#include <deque>
-#include <functional>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 using namespace fakehost;
 using testing::ElementsAre;

@@ -1,14 +1,15 @@
 #include "filter/storage/OLMMsgWriter.h"
 
+#include <functional>
+#include <optional>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "tests/fakehost/FakeHost.h"
 #include "tests/fakehost/Matchers.h"
 #include "tests/unit/storage/PropertyBytes.h"
 #include "tests/unit/storage/Thrown.h"
-
-#include <functional>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <optional>
 
 using namespace fakehost;
 using testing::ElementsAre;

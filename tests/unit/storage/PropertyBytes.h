@@ -1,9 +1,9 @@
 #ifndef OLMKIT_TESTS_UNIT_STORAGE_PROPERTYBYTES_H
 #define OLMKIT_TESTS_UNIT_STORAGE_PROPERTYBYTES_H
 
-#include "tests/fakehost/StoredMessage.h"
-
 #include <vector>
+
+#include "tests/fakehost/StoredMessage.h"
 
 // The parts of a property stream: what a test expects, as entries and as bytes.
 

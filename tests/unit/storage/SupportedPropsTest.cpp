@@ -1,9 +1,9 @@
-#include "filter/storage/MapiNamedPropMap.h"
-
-#include "tests/fakehost/Bytes.h"
+#include <iterator>
 
 #include <gtest/gtest.h>
-#include <iterator>
+
+#include "filter/storage/MapiNamedPropMap.h"
+#include "tests/fakehost/Bytes.h"
 
 using namespace fakehost;
 

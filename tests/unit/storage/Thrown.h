@@ -1,11 +1,12 @@
 #ifndef OLMKIT_TESTS_UNIT_STORAGE_THROWN_H
 #define OLMKIT_TESTS_UNIT_STORAGE_THROWN_H
 
-#include "filter/core/Exception.h"
-
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <optional>
+
+#include <gtest/gtest.h>
+
+#include "filter/core/Exception.h"
 
 // -15 as a code: a stream took fewer bytes than it was given.
 inline constexpr unsigned int shortWriteCode = 0xFFFFFFF1;

@@ -1,9 +1,9 @@
 #ifndef OLMKIT_TESTS_UNIT_STORAGE_WIDE_H
 #define OLMKIT_TESTS_UNIT_STORAGE_WIDE_H
 
-#include "filter/core/WString.h"
-
 #include <string_view>
+
+#include "filter/core/WString.h"
 
 // A text of the module with exactly these units.
 inline qor::WString wide(std::u16string_view units) {

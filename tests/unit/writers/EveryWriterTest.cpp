@@ -1,13 +1,13 @@
 // What is the same for the writers of all kinds of items.
 
+#include <tuple>
+
 #include "tests/unit/writers/ContactMessages.h"
 #include "tests/unit/writers/FullItems.h"
 #include "tests/unit/writers/MailMessages.h"
 #include "tests/unit/writers/RecurringItems.h"
 #include "tests/unit/writers/Sweeps.h"
 #include "tests/unit/writers/WriterFacts.h"
-
-#include <tuple>
 
 using namespace fakehost;
 using testing::ElementsAre;

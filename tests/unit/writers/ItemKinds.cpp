@@ -1,5 +1,7 @@
 #include "tests/unit/writers/ItemKinds.h"
 
+#include <ostream>
+
 #include "filter/writers/OLMMsgCalWriter.h"
 #include "filter/writers/OLMMsgContactGrpWriter.h"
 #include "filter/writers/OLMMsgContactWriter.h"
@@ -7,8 +9,6 @@
 #include "filter/writers/OLMMsgNoteWriter.h"
 #include "filter/writers/OLMMsgTaskWriter.h"
 #include "tests/unit/writers/FullItems.h"
-
-#include <ostream>
 
 using namespace fakehost;
 

@@ -1,14 +1,14 @@
 #ifndef OLMKIT_TESTS_UNIT_WRITERS_ITEMKINDS_H
 #define OLMKIT_TESTS_UNIT_WRITERS_ITEMKINDS_H
 
-#include "filter/storage/OLMMsgWriter.h"
-#include "tests/fakehost/Extraction.h"
-
 #include <iosfwd>
 #include <memory>
 #include <span>
 #include <string_view>
 #include <type_traits>
+
+#include "filter/storage/OLMMsgWriter.h"
+#include "tests/fakehost/Extraction.h"
 
 // A writer of that class; those that read the archive get it.
 template <class Writer>

@@ -1,18 +1,19 @@
 #ifndef OLMKIT_TESTS_UNIT_WRITERS_ITEMMESSAGES_H
 #define OLMKIT_TESTS_UNIT_WRITERS_ITEMMESSAGES_H
 
-#include "tests/fakehost/Matchers.h"
-#include "tests/unit/storage/PropertyBytes.h"
-#include "tests/unit/storage/Thrown.h"
-#include "tests/unit/writers/ItemKinds.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/fakehost/Matchers.h"
+#include "tests/unit/storage/PropertyBytes.h"
+#include "tests/unit/storage/Thrown.h"
+#include "tests/unit/writers/ItemKinds.h"
 
 // What the tests of all writers share: parts of items, and the parts that the messages of every
 // kind have.

@@ -1,8 +1,8 @@
 // The people of OLMMsgCalWriter: organizer and attendees.
 
-#include "tests/unit/writers/CalMessages.h"
-
 #include <limits>
+
+#include "tests/unit/writers/CalMessages.h"
 
 using namespace fakehost;
 using testing::ElementsAre;

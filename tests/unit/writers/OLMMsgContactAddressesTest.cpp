@@ -1,12 +1,11 @@
-#include "filter/writers/OLMMsgContactWriter.h"
-
-#include "tests/unit/storage/Wide.h"
-#include "tests/unit/writers/ContactMessages.h"
-#include "tests/unit/writers/FullItems.h"
-
 #include <algorithm>
 #include <memory>
 #include <tuple>
+
+#include "filter/writers/OLMMsgContactWriter.h"
+#include "tests/unit/storage/Wide.h"
+#include "tests/unit/writers/ContactMessages.h"
+#include "tests/unit/writers/FullItems.h"
 
 using namespace fakehost;
 using testing::ElementsAre;

@@ -1,5 +1,4 @@
 #include "filter/writers/OLMMsgContactWriter.h"
-
 #include "tests/unit/writers/ContactMessages.h"
 
 using namespace fakehost;

@@ -1,9 +1,9 @@
 #include "filter/writers/OLMMsgContactGrpWriter.h"
 
+#include <typeinfo>
+
 #include "tests/unit/writers/FullItems.h"
 #include "tests/unit/writers/WriterFrame.h"
-
-#include <typeinfo>
 
 using namespace fakehost;
 using testing::Contains;

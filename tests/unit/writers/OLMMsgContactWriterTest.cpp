@@ -1,10 +1,10 @@
 #include "filter/writers/OLMMsgContactWriter.h"
 
+#include <ostream>
+
 #include "filter/writers/OLMMsgContactTags.h"
 #include "tests/unit/writers/ContactMessages.h"
 #include "tests/unit/writers/FullItems.h"
-
-#include <ostream>
 
 using namespace fakehost;
 using testing::ElementsAre;

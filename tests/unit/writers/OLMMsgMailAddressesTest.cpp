@@ -1,5 +1,4 @@
 #include "filter/writers/OLMMsgMailWriter.h"
-
 #include "tests/unit/storage/Wide.h"
 #include "tests/unit/writers/MailMessages.h"
 

@@ -1,8 +1,7 @@
-#include "filter/writers/OLMMsgMailWriter.h"
-
-#include "tests/unit/writers/MailMessages.h"
-
 #include <cstring>
+
+#include "filter/writers/OLMMsgMailWriter.h"
+#include "tests/unit/writers/MailMessages.h"
 
 using namespace fakehost;
 using testing::ElementsAre;

@@ -1,13 +1,13 @@
 // What is the same for the writers of appointments and of tasks.
 
-#include "filter/writers/OLMMsgRecurringWriter.h"
-#include "tests/unit/writers/FullItems.h"
-#include "tests/unit/writers/RecurringItems.h"
-
 #include <algorithm>
 #include <map>
 #include <numeric>
 #include <tuple>
+
+#include "filter/writers/OLMMsgRecurringWriter.h"
+#include "tests/unit/writers/FullItems.h"
+#include "tests/unit/writers/RecurringItems.h"
 
 using namespace fakehost;
 using testing::IsEmpty;

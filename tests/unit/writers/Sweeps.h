@@ -1,9 +1,9 @@
 #ifndef OLMKIT_TESTS_UNIT_WRITERS_SWEEPS_H
 #define OLMKIT_TESTS_UNIT_WRITERS_SWEEPS_H
 
-#include "tests/fakehost/Extraction.h"
-
 #include <functional>
+
+#include "tests/fakehost/Extraction.h"
 
 // The first item of `item` again and again, each time with another call of the host failing: the
 // request ends as a result and the host gets everything back. `doneWithoutRoot` is how many of

@@ -1,12 +1,12 @@
 #ifndef OLMKIT_TESTS_UNIT_WRITERS_WRITERFACTS_H
 #define OLMKIT_TESTS_UNIT_WRITERS_WRITERFACTS_H
 
-#include "tests/unit/writers/ItemMessages.h"
-
 #include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "tests/unit/writers/ItemMessages.h"
 
 // Names and values, in the order of the table.
 using TagRows = std::vector<std::pair<std::string, uint64_t>>;

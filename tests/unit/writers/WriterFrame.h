@@ -1,15 +1,15 @@
 #ifndef OLMKIT_TESTS_UNIT_WRITERS_WRITERFRAME_H
 #define OLMKIT_TESTS_UNIT_WRITERS_WRITERFRAME_H
 
-#include "filter/core/Exception.h"
-#include "filter/xml/OLMXMLParser.h"
-#include "tests/unit/writers/ItemMessages.h"
-
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "filter/core/Exception.h"
+#include "filter/xml/OLMXMLParser.h"
+#include "tests/unit/writers/ItemMessages.h"
 
 // The inside of any writer, as members of OLMMsgWriter: writer.*(&WriterInside::rootTag).
 class WriterInside : public OLMMsgWriter {

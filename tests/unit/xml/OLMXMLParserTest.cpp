@@ -1,15 +1,15 @@
 #include "filter/xml/OLMXMLParser.h"
 
+#include <cstring>
+#include <memory>
+#include <optional>
+
+#include <gmock/gmock.h>
+
 #include "filter/core/Exception.h"
 #include "tests/fakehost/FakeHost.h"
 #include "tests/fakehost/Text.h"
 #include "tests/unit/xml/UnitsOf.h"
-
-#include <gmock/gmock.h>
-
-#include <cstring>
-#include <memory>
-#include <optional>
 
 namespace {
 

@@ -1,9 +1,9 @@
 #ifndef OLMKIT_TESTS_UNIT_XML_UNITSOF_H
 #define OLMKIT_TESTS_UNIT_XML_UNITSOF_H
 
-#include "filter/core/WString.h"
-
 #include <string>
+
+#include "filter/core/WString.h"
 
 // The units of a text, as many as its length says.
 inline std::u16string unitsOf(const qor::WString& text) {

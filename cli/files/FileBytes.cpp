@@ -1,0 +1,42 @@
+#include "cli/files/FileBytes.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace olmkit {
+
+namespace {
+
+// Calls `step` for what is left until nothing is.
+template <typename Byte, typename Step>
+int repeat(std::uint64_t offset, std::span<Byte> bytes, const Step& step) {
+    while (!bytes.empty()) {
+        const ssize_t count = step(bytes, static_cast<off_t>(offset));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            return count < 0 ? errno : EIO;
+        }
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+        offset += static_cast<std::uint64_t>(count);
+    }
+    return 0;
+}
+
+} // namespace
+
+int writeAt(int file, std::uint64_t offset, std::span<const std::byte> bytes) {
+    return repeat(offset, bytes, [file](std::span<const std::byte> rest, off_t place) {
+        return pwrite(file, rest.data(), rest.size(), place);
+    });
+}
+
+int readAt(int file, std::uint64_t offset, std::span<std::byte> bytes) {
+    return repeat(offset, bytes, [file](std::span<std::byte> rest, off_t place) {
+        return pread(file, rest.data(), rest.size(), place);
+    });
+}
+
+} // namespace olmkit

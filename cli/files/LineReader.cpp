@@ -1,0 +1,50 @@
+#include "cli/files/LineReader.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace olmkit {
+
+namespace {
+
+constexpr std::size_t partSize = std::size_t{64} << 10;
+
+} // namespace
+
+LineReader::Answer LineReader::next(std::string& line) {
+    line.clear();
+    while (place < filled || fill()) {
+        const auto start = part.begin() + static_cast<std::ptrdiff_t>(place);
+        const auto end = part.begin() + static_cast<std::ptrdiff_t>(filled);
+        const auto stop = std::find(start, end, '\n');
+        line.append(start, stop);
+        place = static_cast<std::size_t>(stop - part.begin()) + (stop != end ? 1 : 0);
+        if (line.size() > longest) {
+            return Answer::TooLong;
+        }
+        if (stop != end) {
+            return Answer::Line;
+        }
+    }
+    if (error != 0) {
+        return Answer::Unreadable;
+    }
+    return line.empty() ? Answer::End : Answer::Rest;
+}
+
+// False at the end, and when the file can't be read.
+bool LineReader::fill() {
+    part.resize(partSize);
+    ssize_t count = 0;
+    do {
+        count = read(file, part.data(), part.size());
+    } while (count < 0 && errno == EINTR);
+    error = count < 0 ? errno : 0;
+    place = 0;
+    filled = count < 0 ? 0 : static_cast<std::size_t>(count);
+    return filled > 0;
+}
+
+} // namespace olmkit

@@ -1,0 +1,95 @@
+#include "cli/files/OpenBelow.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string_view>
+#include <utility>
+
+namespace olmkit {
+
+namespace {
+
+constexpr int pathFlags = O_NOFOLLOW | O_CLOEXEC;
+
+// The levels from the outside in; none unless all of them lead down.
+bool leadsDown(std::string_view path) {
+    if (path.find('\0') != std::string_view::npos) {
+        return false;
+    }
+    for (;;) {
+        const std::size_t end = path.find('/');
+        const std::string_view level = path.substr(0, end);
+        if (level.empty() || level == "." || level == "..") {
+            return false;
+        }
+        if (end == std::string_view::npos) {
+            return true;
+        }
+        path.remove_prefix(end + 1);
+    }
+}
+
+bool isLink(int folder, const char* name) {
+    struct stat status = {};
+    return fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
+}
+
+// The errno value of a file that is none.
+int faultOf(int file) {
+    struct stat status = {};
+    if (fstat(file, &status) != 0) {
+        return errno;
+    }
+    if (S_ISREG(status.st_mode)) {
+        return 0;
+    }
+    return S_ISDIR(status.st_mode) ? EISDIR : ENODEV;
+}
+
+// Opens one level in `parent`.
+int openLevel(int parent, const std::string& level, int flags, int& entered) {
+    entered = openat(parent, level.c_str(), flags | pathFlags);
+    if (entered >= 0) {
+        return 0;
+    }
+    const int error = errno;
+    return isLink(parent, level.c_str()) ? ELOOP : error;
+}
+
+} // namespace
+
+int openBelow(int folder, const std::string& path, int& file) {
+    file = -1;
+    if (!leadsDown(path)) {
+        return EINVAL;
+    }
+    int parent = fcntl(folder, F_DUPFD_CLOEXEC, 0);
+    int error = parent < 0 ? errno : 0;
+    std::string_view rest = path;
+    for (std::size_t end = rest.find('/'); error == 0 && end != std::string_view::npos;
+         end = rest.find('/')) {
+        int entered = -1;
+        error = openLevel(parent, std::string(rest.substr(0, end)), O_PATH | O_DIRECTORY, entered);
+        close(std::exchange(parent, entered));
+        rest.remove_prefix(end + 1);
+    }
+    if (error == 0) {
+        // A pipe that nobody writes to is opened at once, too.
+        error = openLevel(parent, std::string(rest), O_RDONLY | O_NONBLOCK, file);
+    }
+    if (parent >= 0) {
+        close(parent);
+    }
+    if (error == 0) {
+        error = faultOf(file);
+    }
+    if (error != 0 && file >= 0) {
+        close(std::exchange(file, -1));
+    }
+    return error;
+}
+
+} // namespace olmkit

@@ -1,0 +1,287 @@
+#include "cli/files/OutputDirectory.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/sendfile.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "cli/files/OpenBelow.h"
+#include "cli/terminal/Messages.h"
+#include "cli/terminal/Output.h"
+
+namespace olmkit {
+
+namespace {
+
+constexpr mode_t folderMode = 0777; // less the umask
+constexpr mode_t fileMode = 0666;
+constexpr std::string_view temporaryStart = ".olmkit-";
+constexpr std::string_view temporaryEnd = ".part";
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
+// Errors that come of one name or one place.
+constexpr std::array localErrors = {EACCES, EEXIST, EFBIG,   EILSEQ,       EINVAL,    EISDIR,
+                                    ELOOP,  EPERM,  ENOTDIR, ENAMETOOLONG, ENOTEMPTY, EXDEV};
+
+// A folder inside `parent`, made when it is missing. Takes the place of `parent`, which is closed.
+int enterFolder(int& parent, const std::string& name) {
+    int error = 0;
+    if (mkdirat(parent, name.c_str(), folderMode) != 0 && errno != EEXIST) {
+        error = errno;
+    }
+    int entered = -1;
+    if (error == 0) {
+        entered = openat(parent, name.c_str(), folderFlags | O_NOFOLLOW);
+        error = entered < 0 ? errno : 0;
+    }
+    struct stat status = {};
+    if (error != 0 && fstatat(parent, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+        S_ISLNK(status.st_mode)) {
+        error = ELOOP;
+    }
+    close(parent);
+    parent = entered;
+    return error;
+}
+
+// Copies all of a file, and its time.
+int copyFile(int from, int to) {
+    ssize_t count = 0;
+    do {
+        constexpr std::size_t most = std::size_t{1} << 30;
+        count = sendfile(to, from, nullptr, most);
+    } while (count > 0);
+    struct stat status = {};
+    if (count < 0 || fstat(from, &status) != 0) {
+        return errno;
+    }
+    const std::array<timespec, 2> times = {status.st_atim, status.st_mtim};
+    return futimens(to, times.data()) == 0 ? 0 : errno;
+}
+
+} // namespace
+
+OutputDirectory::~OutputDirectory() {
+    closeFolder();
+    if (root >= 0) {
+        close(root);
+    }
+}
+
+int OutputDirectory::open(const std::string& path) {
+    std::error_code error;
+    std::filesystem::create_directories(path, error);
+    root = ::open(path.c_str(), folderFlags);
+    if (root < 0) {
+        return errno == ENOENT && error ? error.value() : errno;
+    }
+    // Where a file system knows no locks, nobody holds one.
+    return flock(root, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK ? EWOULDBLOCK : 0;
+}
+
+int OutputDirectory::openForReading(const std::string& path) {
+    root = ::open(path.c_str(), folderFlags);
+    return root < 0 ? errno : 0;
+}
+
+std::string OutputDirectory::nextTemporaryName() {
+    return std::string(temporaryStart) + std::to_string(getpid()) + "-" +
+           std::to_string(++temporaries) + std::string(temporaryEnd);
+}
+
+int OutputDirectory::createTemporary(std::optional<TemporaryFile>& file) {
+    const Interrupt::Delay delay;
+    std::string name;
+    int made = -1;
+    do {
+        name = nextTemporaryName();
+        made = openat(root, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                      fileMode);
+    } while (made < 0 && errno == EEXIST);
+    if (made < 0) {
+        return errno;
+    }
+    Interrupt::Guard guard(root, name);
+    file.emplace(root, std::move(name), made, std::move(guard));
+    return 0;
+}
+
+int OutputDirectory::place(TemporaryFile& file, const MessagePath& path) {
+    if (const int error = openFolders(path.folders); error != 0) {
+        return error;
+    }
+    if (renameat(root, file.name().c_str(), folder, path.file.c_str()) != 0) {
+        return errno;
+    }
+    file.keep();
+    return 0;
+}
+
+int OutputDirectory::removeLeftovers() {
+    const int again = openat(root, ".", folderFlags);
+    DIR* const listing = again < 0 ? nullptr : fdopendir(again);
+    if (listing == nullptr) {
+        return errno;
+    }
+    while (const dirent* const entry = readdir(listing)) {
+        const std::string_view name = entry->d_name;
+        if (name.starts_with(temporaryStart) && name.ends_with(temporaryEnd)) {
+            unlinkat(root, entry->d_name, 0);
+        }
+    }
+    closedir(listing);
+    return 0;
+}
+
+int OutputDirectory::openFile(const std::string& path, int& file) const {
+    return openBelow(root, path, file);
+}
+
+int OutputDirectory::createFile(const std::string& name, int& file) {
+    // Not truncated: it may be a link, or have another name besides.
+    if (const int error = remove(name); error != 0) {
+        return error;
+    }
+    file = openat(root, name.c_str(),
+                  O_WRONLY | O_APPEND | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, fileMode);
+    return file < 0 ? errno : 0;
+}
+
+int OutputDirectory::openToAppend(const std::string& name, int& file) {
+    file = openat(root, name.c_str(), O_WRONLY | O_APPEND | O_NOFOLLOW | O_CLOEXEC);
+    return file < 0 ? errno : 0;
+}
+
+int OutputDirectory::rename(const std::string& from, const std::string& to) {
+    return renameat(root, from.c_str(), root, to.c_str()) == 0 ? 0 : errno;
+}
+
+int OutputDirectory::remove(const std::string& name) {
+    return unlinkat(root, name.c_str(), 0) == 0 || errno == ENOENT ? 0 : errno;
+}
+
+bool OutputDirectory::has(const std::string& name) const {
+    struct stat status = {};
+    return fstatat(root, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+           S_ISREG(status.st_mode);
+}
+
+int OutputDirectory::putFile(const std::string& name, const std::string& content) {
+    std::optional<TemporaryFile> file;
+    if (const int error = createTemporary(file); error != 0) {
+        return error;
+    }
+    Output output(file->descriptor());
+    output.buffer() = content;
+    if (!output.flush()) {
+        return output.errorNumber();
+    }
+    const int error = file->close();
+    return error != 0 ? error : place(*file, {{}, name});
+}
+
+std::optional<std::string> OutputDirectory::readFile(const std::string& name) const {
+    int file = -1;
+    if (openFile(name, file) != 0) {
+        return std::nullopt;
+    }
+    std::string content;
+    std::array<char, 4096> part = {};
+    ssize_t count = 0;
+    while ((count = read(file, part.data(), part.size())) > 0) {
+        content.append(part.data(), static_cast<std::size_t>(count));
+    }
+    close(file);
+    return count == 0 ? std::optional(content) : std::nullopt;
+}
+
+int OutputDirectory::linkFrom(const OutputDirectory& from, const std::string& source,
+                              const MessagePath& path) {
+    int original = -1;
+    if (const int error = from.openFile(source, original); error != 0) {
+        return error;
+    }
+    std::optional<TemporaryFile> file;
+    int error = linkTemporary(original, file);
+    if (error != 0) {
+        file.reset();
+        error = createTemporary(file);
+        error = error == 0 ? copyFile(original, file->descriptor()) : error;
+    }
+    close(original);
+    if (error == 0) {
+        error = file->close();
+    }
+    return error == 0 ? place(*file, path) : error;
+}
+
+// A temporary file that is another name of the file `original`.
+int OutputDirectory::linkTemporary(int original, std::optional<TemporaryFile>& file) {
+    const Interrupt::Delay delay;
+    const std::string name = nextTemporaryName();
+    const std::string source = "/proc/self/fd/" + std::to_string(original);
+    if (linkat(AT_FDCWD, source.c_str(), root, name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+        return errno;
+    }
+    Interrupt::Guard guard(root, name);
+    file.emplace(root, name, -1, std::move(guard));
+    return 0;
+}
+
+bool OutputDirectory::isSameAs(const OutputDirectory& other) const {
+    struct stat own = {};
+    struct stat others = {};
+    return fstat(root, &own) == 0 && fstat(other.root, &others) == 0 &&
+           own.st_dev == others.st_dev && own.st_ino == others.st_ino;
+}
+
+int OutputDirectory::openFolders(const std::vector<std::string>& folders) {
+    if (folder >= 0 && folders == openedFolders) {
+        return 0;
+    }
+    closeFolder();
+    int entered = fcntl(root, F_DUPFD_CLOEXEC, 0);
+    int error = entered < 0 ? errno : 0;
+    for (const std::string& name : folders) {
+        if (error == 0) {
+            error = enterFolder(entered, name);
+        }
+    }
+    if (error == 0) {
+        folder = entered;
+        openedFolders = folders;
+    }
+    return error;
+}
+
+void OutputDirectory::closeFolder() {
+    if (folder >= 0) {
+        close(std::exchange(folder, -1));
+    }
+}
+
+std::string outputErrorText(int errorNumber) {
+    if (errorNumber == ELOOP) {
+        return "a symbolic link stands where a folder has to be, and is not followed";
+    }
+    if (errorNumber == EWOULDBLOCK) {
+        return "another run is writing to it; wait for its end";
+    }
+    return errorText(errorNumber);
+}
+
+bool stopsEverything(int errorNumber) {
+    return std::ranges::find(localErrors, errorNumber) == localErrors.end();
+}
+
+} // namespace olmkit

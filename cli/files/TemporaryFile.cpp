@@ -1,0 +1,36 @@
+#include "cli/files/TemporaryFile.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace olmkit {
+
+TemporaryFile::TemporaryFile(int directory, std::string name, int file, Interrupt::Guard guard)
+    : directory(directory), fileName(std::move(name)), file(file), guard(std::move(guard)) {}
+
+TemporaryFile::TemporaryFile(TemporaryFile&& other) noexcept
+    : directory(other.directory), fileName(std::exchange(other.fileName, {})),
+      file(std::exchange(other.file, -1)), guard(std::move(other.guard)) {}
+
+TemporaryFile& TemporaryFile::operator=(TemporaryFile&& other) noexcept {
+    std::swap(directory, other.directory);
+    std::swap(fileName, other.fileName);
+    std::swap(file, other.file);
+    std::swap(guard, other.guard);
+    return *this;
+}
+
+TemporaryFile::~TemporaryFile() {
+    close();
+    if (!fileName.empty()) {
+        unlinkat(directory, fileName.c_str(), 0);
+    }
+}
+
+int TemporaryFile::close() {
+    return file >= 0 && ::close(std::exchange(file, -1)) != 0 ? errno : 0;
+}
+
+} // namespace olmkit

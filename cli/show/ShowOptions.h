@@ -1,0 +1,28 @@
+#ifndef OLMKIT_CLI_SHOW_SHOWOPTIONS_H
+#define OLMKIT_CLI_SHOW_SHOWOPTIONS_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "cli/extract/ExtractOptions.h"
+
+namespace olmkit {
+
+enum class ShowForm {
+    Text, // everything, for people
+    Json, // everything, as one object
+    Body, // the item's text alone
+};
+
+// Either an index or a place is set.
+struct ShowOptions {
+    std::string archive;
+    std::optional<std::uint64_t> index;
+    std::optional<ItemPlace> place;
+    ShowForm form = ShowForm::Text;
+};
+
+} // namespace olmkit
+
+#endif
