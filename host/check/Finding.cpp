@@ -121,7 +121,7 @@ constexpr FindingRow findingRows[] = {
     {FindingCode::ListSize,              Error,   "list-size",               "MS-OXMSG 2.1.4"},
     {FindingCode::ListValueMissing,      Error,   "list-value-missing",      "MS-OXMSG 2.1.4.2"},
     {FindingCode::ListValueSize,         Error,   "list-value-size",         "MS-OXMSG 2.1.4.2"},
-    {FindingCode::ListValueStray,        Error,   "list-value-stray",        "MS-OXMSG 2.1.4.2"},
+    {FindingCode::ListValueStray,        Warning, "list-value-stray",        "MS-OXMSG 2.1.4.2"},
     {FindingCode::ListTextEnd,           Warning, "list-text-end",           "MS-OXMSG 2.1.4.2"},
     {FindingCode::ObjectSize,            Warning, "object-size",             "MS-OXMSG 2.4.2.2"},
     {FindingCode::AttachmentData,        Warning, "attachment-data",         "MS-OXMSG 2.2.2"},
