@@ -53,22 +53,21 @@ ChainWalk AllocationTable::walk(SectorNumber first, std::vector<SectorNumber>* k
     return walk;
 }
 
-bool AllocationTable::report(const ChainWalk& walk, const std::string& place, std::uint64_t size,
-                             std::size_t partSize) {
-    const std::uint64_t needed = size / partSize + (size % partSize != 0 ? 1 : 0);
-    if (reportEnd(walk, place) && walk.length != needed) {
+void AllocationTable::report(const ChainWalk& walk, const std::string& place,
+                             std::uint64_t needed) {
+    reportEnd(walk, place);
+    if (walk.end == ChainWalk::End::Mark && walk.length != needed) {
         findings.add(FindingCode::ChainLength, place,
-                     "its chain has " + counted(walk.length, noun) + ", and its " +
-                         counted(size, "byte") + " take " + std::to_string(needed));
+                     "its chain has " + counted(walk.length, noun) + ", and its bytes take " +
+                         std::to_string(needed));
     }
-    return walk.length >= needed;
 }
 
-bool AllocationTable::reportEnd(const ChainWalk& walk, const std::string& place) {
+void AllocationTable::reportEnd(const ChainWalk& walk, const std::string& place) {
     const std::string sector = std::string(noun) + " " + numberText(walk.last);
     switch (walk.end) {
     case ChainWalk::End::Mark:
-        return true;
+        break;
     case ChainWalk::End::OutOfFile:
         findings.add(FindingCode::ChainOutOfFile, place,
                      "its chain leads to " + sector + ", which does not exist");
@@ -82,7 +81,6 @@ bool AllocationTable::reportEnd(const ChainWalk& walk, const std::string& place)
                      "its chain leads to " + sector + ", which is marked as free");
         break;
     }
-    return false;
 }
 
 std::uint64_t AllocationTable::reportOrphans() {

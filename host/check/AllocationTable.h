@@ -59,13 +59,12 @@ public:
     // is null.
     ChainWalk walk(SectorNumber first, std::vector<SectorNumber>* kept = nullptr);
 
-    // Reports what is wrong with a chain of `place`: where it ended, and whether its length is that
-    // of `size` bytes in parts of `partSize`. True when it is long enough for them all.
-    bool report(const ChainWalk& walk, const std::string& place, std::uint64_t size,
-                std::size_t partSize);
+    // Reports what is wrong with the chain of what findings call `place`: where it ended or, unless
+    // it has `needed` sectors, its length.
+    void report(const ChainWalk& walk, const std::string& place, std::uint64_t needed);
 
-    // The same without a length to compare. True when the chain has its end.
-    bool reportEnd(const ChainWalk& walk, const std::string& place);
+    // Reports where a chain ended, unless that is its mark.
+    void reportEnd(const ChainWalk& walk, const std::string& place);
 
     // Reports the sectors that are not free and that nothing owns. Returns how many are free.
     std::uint64_t reportOrphans();

@@ -16,7 +16,6 @@ ByteSpan CheckedDirectory::bytes(EntryId id) const {
 }
 
 void CheckedDirectory::addMember(EntryId storage, EntryId previous, EntryId id) {
-    places[id].parent = storage;
     if (previous == noEntry) {
         places[storage].firstMember = id;
     } else {
@@ -30,12 +29,11 @@ std::string CheckedDirectory::path(EntryId id) const {
     }
     constexpr int maxNames = 8;
     std::string text;
-    int names = 0;
-    for (; id != rootEntry && id != noEntry && names < maxNames; id = places[id].parent) {
+    for (int names = 0; id != rootEntry && names < maxNames; ++names) {
         text.insert(0, "/" + nameText(record(id).name()));
-        ++names;
+        id = places[id].parent;
     }
-    return id == rootEntry || names < maxNames ? text : "/..." + text;
+    return id == rootEntry ? text : "/..." + text;
 }
 
 std::string CheckedDirectory::place(EntryId id) const {

@@ -28,8 +28,10 @@ public:
     ByteSpan bytes(EntryId id) const; // valid until the file is read again
     DirectoryRecord record(EntryId id) const { return DirectoryRecord(bytes(id)); }
 
-    // Adds an entry, which is in no storage yet, to a storage, after `previous` or, when that is
-    // noEntry, as its first member.
+    // Puts an entry, which is in no storage yet, into a storage. addMember() has to follow.
+    void setParent(EntryId id, EntryId storage) { places[id].parent = storage; }
+
+    // Makes an entry the member after `previous` or, when that is noEntry, the first.
     void addMember(EntryId storage, EntryId previous, EntryId id);
 
     // Whether it is the root or a member of a storage.

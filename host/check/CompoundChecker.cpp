@@ -5,6 +5,15 @@
 
 namespace olmhost {
 
+namespace {
+
+// How many sectors the bytes of a stream take.
+std::uint64_t partsIn(std::uint64_t size, std::size_t partSize) {
+    return size / partSize + (size % partSize != 0 ? 1 : 0);
+}
+
+} // namespace
+
 bool CompoundChecker::check() {
     const std::optional<CompoundLayout> header = HeaderChecker(file, findings).check();
     if (!header.has_value()) {
@@ -52,7 +61,7 @@ void CompoundChecker::checkMiniStream() {
                      "it has " + counted(size, "byte") + ", so its last mini sector is cut");
     }
     const ChainWalk walk = fat->walk(root.firstSector, &miniStream);
-    fat->report(walk, "mini stream", size, layout.sectorSize);
+    fat->report(walk, "mini stream", partsIn(size, layout.sectorSize));
     const std::uint64_t held = walk.length * layout.sectorSize;
     checkMiniFat(std::min(size, held) / miniSectorSize);
 }
@@ -108,8 +117,13 @@ bool CompoundChecker::checkStream(EntryId id, const DirectoryRecord& record) {
     }
     const bool isMini = size < miniStreamLimit;
     AllocationTable& table = isMini ? *miniFat : *fat;
-    return table.report(table.walk(record.firstSector), directory->place(id), size,
-                        isMini ? miniSectorSize : layout.sectorSize);
+    const std::uint64_t needed = partsIn(size, isMini ? miniSectorSize : layout.sectorSize);
+    const ChainWalk walk = table.walk(record.firstSector);
+    if (walk.end == ChainWalk::End::Mark && walk.length == needed) {
+        return true;
+    }
+    table.report(walk, directory->place(id), needed);
+    return walk.length >= needed;
 }
 
 void CompoundChecker::checkOrphans() {

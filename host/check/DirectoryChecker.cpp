@@ -74,6 +74,7 @@ void DirectoryChecker::descend(Walk& walk, EntryId id, const Step* parent) {
     bool isTop = parent == nullptr;
     while (id != noEntry && isLinkGood(walk.storage, id)) {
         taken[id] = true;
+        directory.setParent(id, walk.storage);
         const DirectoryRecord record = directory.record(id);
         const bool isRed = !record.isBlack();
         if (isRed && isTop) {

@@ -41,42 +41,43 @@ void StorageContents::take(const CompoundChecker& compound, FindingList& finding
     using Kind = MessageChild::Kind;
     const DirectoryRecord record = compound.entries().record(id);
     const MessageChild child(record.name());
-    const std::string place = compound.entries().path(id);
+    const auto add = [&](FindingCode code, std::string text) {
+        findings.add(code, compound.entries().path(id), std::move(text));
+    };
     if (child.hasSmallDigits && child.kind != Kind::Other) {
-        findings.add(FindingCode::ChildNameCase, place, "its name has digits below A");
+        add(FindingCode::ChildNameCase, "its name has hexadecimal digits in small letters");
     }
     const bool isValue = child.kind == Kind::Value || child.kind == Kind::ListValue;
     const bool isObject = child.kind == Kind::Value && child.number == objectOfAttachment &&
                           level == MessageLevel::Attachment;
     const bool shouldBeStream = child.kind == Kind::PropertyStream || (isValue && !isObject);
     if (child.kind != Kind::Other && shouldBeStream != record.isStream()) {
-        findings.add(FindingCode::ChildKind, place,
-                     shouldBeStream ? "it is not a stream" : "it is not a storage");
+        add(FindingCode::ChildKind, shouldBeStream ? "it is not a stream" : "it is not a storage");
     } else if (child.kind == Kind::PropertyStream) {
         propertyStream = id;
     } else if (isValue) {
         values.push_back({child.number, child.kind == Kind::ListValue, child.index, id});
-    } else {
-        takeStorage(findings, child, id, place, level);
+    } else if (child.kind == Kind::NameStorage && level == MessageLevel::Embedded) {
+        add(FindingCode::NamesEmbedded, "an embedded message has names of its own, which readers "
+                                        "take from the whole message");
+    } else if (!takeStorage(child, id, level)) {
+        add(FindingCode::ChildName, "nothing of that name belongs there");
     }
 }
 
-void StorageContents::takeStorage(FindingList& findings, const MessageChild& child, EntryId id,
-                                  const std::string& place, MessageLevel level) {
+// False when a storage of this level has no such member.
+bool StorageContents::takeStorage(const MessageChild& child, EntryId id, MessageLevel level) {
     using Kind = MessageChild::Kind;
     if (child.kind == Kind::NameStorage && level == MessageLevel::Top) {
         nameStorage = id;
-    } else if (child.kind == Kind::NameStorage && level == MessageLevel::Embedded) {
-        findings.add(FindingCode::NamesEmbedded, place,
-                     "an embedded message has names of its own, which readers take from the whole "
-                     "message");
     } else if (child.kind == Kind::Recipient && isMessage(level)) {
         recipients.push_back({child.number, id});
     } else if (child.kind == Kind::Attachment && isMessage(level)) {
         attachments.push_back({child.number, id});
     } else {
-        findings.add(FindingCode::ChildName, place, "nothing of that name belongs there");
+        return false;
     }
+    return true;
 }
 
 } // namespace olmhost

@@ -62,8 +62,7 @@ public:
 private:
     void take(const CompoundChecker& compound, FindingList& findings, EntryId id,
               MessageLevel level);
-    void takeStorage(FindingList& findings, const MessageChild& child, EntryId id,
-                     const std::string& place, MessageLevel level);
+    bool takeStorage(const MessageChild& child, EntryId id, MessageLevel level);
 };
 
 } // namespace olmhost

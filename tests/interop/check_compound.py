@@ -210,7 +210,7 @@ class Checker:
                 self.check_entry(entry)
         root = self.entries[0]
         self.require(root.type == ROOT, "entry 0 is no root")
-        self.expect(bytes(root.units) == b"Root Entry", "the root is called otherwise: %s", root)
+        self.expect(list(root.units) == list(b"Root Entry"), "the root is called otherwise: %s", root)
         self.expect(root.left == NO_ENTRY and root.right == NO_ENTRY, "the root has siblings")
         self.expect(root.created == 0, "the root has a creation time")
 

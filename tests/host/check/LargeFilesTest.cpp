@@ -188,11 +188,14 @@ TEST(HugeFileTest, CountsThatTheFileStatesAreNotBelieved) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
-TEST(HugeFileTest, TreeThatIsAListIsWalked) {
-    // A directory of 16,384 entries in which each storage is the left sibling of the one before and
-    // has the next one as its child, too: no stack of calls could follow it.
-    constexpr std::uint32_t sectors = 512;
-    constexpr std::uint32_t entries = sectors * 32;
+namespace {
+
+constexpr std::uint32_t listLength = 16384; // entries
+
+// A directory in which the root has a child, and each entry, a storage, links to the next one by
+// the field at `link`.
+SparseAccess listOfStorages(std::size_t link) {
+    constexpr std::uint32_t sectors = listLength / 32;
     SparseAccess file(bigSector * (2 + sectors));
     putHeader(file, 1, 1, 0xFFFFFFFE);
     file.put(40, sectors, 4);
@@ -202,22 +205,50 @@ TEST(HugeFileTest, TreeThatIsAListIsWalked) {
         file.put(bigSector + 4ULL * sector, sector == sectors ? 0xFFFFFFFE : sector + 1, 4);
         putDirectory(file, bigSector * (sector + 1));
     }
-    for (std::uint32_t entry = 0; entry < entries; ++entry) {
+    file.put(2 * bigSector + 76, 1, 4);
+    for (std::uint32_t entry = 1; entry < listLength; ++entry) {
         const std::uint64_t offset = 2 * bigSector + 128ULL * entry;
-        putEntry(file, offset, u"Root Entry");
-        file.put(offset + 66, entry == 0 ? 5 : 1, 1);
+        putEntry(file, offset, u"Storage001");
+        file.put(offset + 66, 1, 1);
         file.put(offset + 68, 0xFFFFFFFFFFFFFFFF, 8);
-        const std::uint32_t next = entry + 1 < entries ? entry + 1 : 0xFFFFFFFF;
-        file.put(offset + (entry % 2 == 0 ? 76 : 68), next, 4);
-        file.put(offset + (entry % 2 == 0 ? 68 : 76), entry == 0 ? 0xFFFFFFFF : next, 4);
+        file.put(offset + 116, 0, 4);
+        file.put(offset + link, entry + 1 < listLength ? entry + 1 : 0xFFFFFFFF, 4);
     }
+    return file;
+}
 
-    const CheckResult result = checkFile(file, {.maxFindings = 20000});
+} // namespace
 
-    expectFinding(result, StorageStart, "entry 1, '/Root Entry'");
-    EXPECT_EQ(result.storages, entries - 1);
-    EXPECT_FALSE(std::ranges::any_of(
-        result.findings, [](const Finding& finding) { return finding.code == EntryOrphan; }));
+// No stack of calls could follow these.
+TEST(HugeFileTest, StoragesInsideEachOtherAreWalked) {
+    SparseAccess file = listOfStorages(76);
+    const CheckResult result = checkFile(file, {.kind = FileKind::CompoundFile});
+    expectNone(result);
+    EXPECT_EQ(result.storages, listLength - 1);
+}
+
+TEST(HugeFileTest, TreesThatAreListsAreWalked) {
+    for (const std::size_t link : {68, 72}) {
+        SCOPED_TRACE(link);
+        SparseAccess file = listOfStorages(link);
+        const CheckResult result = checkFile(file, {.kind = FileKind::CompoundFile});
+        EXPECT_EQ(result.storages, listLength - 1);
+        EXPECT_EQ(result.errors, listLength - 2) << "names that are equal";
+        EXPECT_EQ(result.advice, 1U) << "the height of the tree";
+        expectFinding(result, NamesEqual, "entry 0, '/'");
+    }
+}
+
+// The path of a deep entry is short all the same.
+TEST(HugeFileTest, PlacesInDeepStoragesAreShort) {
+    SparseAccess file = listOfStorages(76);
+    file.put(2 * bigSector + 128ULL * 9 + 67, 7, 1);
+    std::string path = "/...";
+    for (int name = 0; name < 8; ++name) {
+        path += "/Storage001";
+    }
+    expectFinding(checkFile(file, {.kind = FileKind::CompoundFile}), EntryColour,
+                  "entry 9, '" + path + "'");
 }
 
 namespace {

@@ -379,7 +379,7 @@ const MessageFault nameFaults[] = {
      "/__nameid_version1.0/__substg1.0_00030102"},
     {"TextAmongTheTexts", patchName(0x00030102, 16, 4, 4), NamesEntryText,
      "/__nameid_version1.0/__substg1.0_00030102"},
-    {"NameTwice", patchName(0x00030102, 16, 0x0007000000000000, 8), NamesTwice,
+    {"NameTwice", patchName(0x00030102, 16, 0x0002000700000000, 8), NamesTwice,
      "/__nameid_version1.0/__substg1.0_00030102"},
     {"TextLongerThanItsStream", patchName(0x00040102, 16, 18, 4), NamesTextLayout,
      "/__nameid_version1.0/__substg1.0_00040102"},

@@ -50,9 +50,9 @@ TEST(RealMessagesCheckTest, MessagesOfTheSampleHaveNoFindings) {
 
 TEST(RealMessagesCheckTest, NoChangedByteDoesHarm) {
     for (const Bytes& whole : sample()) {
-        const bool isEveryByteTried = !isSanitized() || &whole == &smallestOfTheSample();
+        const std::size_t stride = &whole == &smallestOfTheSample() ? 1 : 41;
         Bytes file = whole;
-        for (std::size_t i = 0; i < file.size(); i += isEveryByteTried ? 1 : 11) {
+        for (std::size_t i = 0; i < file.size(); i += stride) {
             for (const unsigned flipped : {0x01U, 0xFFU}) {
                 file[i] = whole[i] ^ static_cast<std::byte>(flipped);
                 SCOPED_TRACE(i);
@@ -76,7 +76,7 @@ TEST(RealMessagesCheckTest, EveryCutIsAnError) {
 // anywhere.
 TEST(RealMessagesCheckTest, NoChangedNumbersDoHarm) {
     std::mt19937 random(11);
-    const unsigned rounds = isSanitized() ? 3000 : 30000;
+    const unsigned rounds = isSanitized() ? 1000 : 5000;
     for (unsigned round = 0; round < rounds; ++round) {
         Bytes file = sample()[random() % sample().size()];
         const std::size_t sectors = file.size() / 512;
