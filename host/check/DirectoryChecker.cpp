@@ -190,6 +190,7 @@ void DirectoryChecker::checkRoot(const DirectoryRecord& record) {
     if (record.created != 0) {
         add(FindingCode::RootCreated, rootEntry, "the root has a time of creation");
     }
+    checkSize(rootEntry, record);
     if (record.state != 0) {
         add(FindingCode::StorageState, rootEntry, "its state bits are " + hexText(record.state));
     }
@@ -221,6 +222,11 @@ void DirectoryChecker::checkStream(EntryId id, const DirectoryRecord& record) {
     if (record.created != 0 || record.modified != 0) {
         add(FindingCode::StreamTimes, id, "it is a stream and has time stamps");
     }
+    checkSize(id, record);
+}
+
+// The size of a stream or, in the root's entry, of the mini stream.
+void DirectoryChecker::checkSize(EntryId id, const DirectoryRecord& record) {
     if (layout.version != 3) {
         return;
     }

@@ -49,6 +49,7 @@ private:
     void checkRoot(const DirectoryRecord& record);
     void checkStorage(EntryId id, const DirectoryRecord& record);
     void checkStream(EntryId id, const DirectoryRecord& record);
+    void checkSize(EntryId id, const DirectoryRecord& record);
     void checkUnused(EntryId id);
 
     const CompoundLayout& layout;

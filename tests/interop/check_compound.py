@@ -283,8 +283,8 @@ class Checker:
         root = self.entries[0]
         self.expect(root.size % MINI_SECTOR == 0, "the mini stream ends within a mini sector")
         sectors = self.chain(root.start, "mini stream")
-        self.expect(len(sectors) == -(-root.size // SECTOR),
-                    "the mini stream has %d sectors for %d bytes", len(sectors), root.size)
+        self.require(len(sectors) == -(-root.size // SECTOR),
+                     "the mini stream has %d sectors for %d bytes", len(sectors), root.size)
         self.mini_count = root.size // MINI_SECTOR
         self.mini_owner = bytearray(self.mini_count)
 

@@ -165,6 +165,7 @@ const Fault faults[] = {
     {"SameNameTwice",          field(2, 2),        '2',  1, NamesEqual,     "entry 0, '/'"},
     {"SameNameInCapitals",     field(2, 0), '2' << 16 | 'S', 4, NamesEqual, "entry 0, '/'"},
 
+    {"UpperHalfOfTheMiniStreamsSize", field(0, size + 4), 1, 4, StreamSizeHigh, "entry 0, '/'"},
     {"MiniStreamOfOddSize",    field(0, size),     255,  4, MiniStreamSize, "mini stream"},
     {"MiniStreamTooShort",     field(0, size),     64,   4, MiniFatPastEnd, "mini FAT"},
     {"MiniStreamTooLong",      field(0, size),     1024, 4, ChainLength,    "mini stream"},
