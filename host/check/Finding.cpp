@@ -53,7 +53,6 @@ constexpr FindingRow findingRows[] = {
     {FindingCode::RangeLock,             Error,   "range-lock",              "MS-CFB 2.8"},
 
     {FindingCode::DirectoryMissing,      Error,   "directory-missing",       "MS-CFB 2.6"},
-    {FindingCode::DirectoryChain,        Error,   "directory-chain",         "MS-CFB 2.6"},
     {FindingCode::RootType,              Error,   "root-type",               "MS-CFB 2.6.2"},
     {FindingCode::RootName,              Error,   "root-name",               "MS-CFB 2.6.2"},
     {FindingCode::RootSiblings,          Error,   "root-siblings",           "MS-CFB 2.6.2"},
@@ -85,8 +84,6 @@ constexpr FindingRow findingRows[] = {
     {FindingCode::TreeHeight,            Advice,  "tree-height",             "MS-CFB 2.6.4"},
 
     {FindingCode::MiniStreamSize,        Error,   "mini-stream-size",        "MS-CFB 2.6.2"},
-    {FindingCode::MiniStreamChain,       Error,   "mini-stream-chain",       "MS-CFB 2.6.2"},
-    {FindingCode::MiniFatChain,          Error,   "mini-fat-chain",          "MS-CFB 2.4"},
     {FindingCode::MiniFatCount,          Error,   "mini-fat-count",          "MS-CFB 2.2"},
     {FindingCode::MiniFatTooShort,       Error,   "mini-fat-too-short",      "MS-CFB 2.4"},
     {FindingCode::MiniFatPastEnd,        Error,   "mini-fat-past-end",       "MS-CFB 2.4"},

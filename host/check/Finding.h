@@ -52,7 +52,6 @@ enum class FindingCode : std::uint8_t {
 
     // The directory.
     DirectoryMissing,
-    DirectoryChain,
     RootType,
     RootName,
     RootSiblings,
@@ -85,8 +84,6 @@ enum class FindingCode : std::uint8_t {
 
     // The mini stream and its table.
     MiniStreamSize,
-    MiniStreamChain,
-    MiniFatChain,
     MiniFatCount,
     MiniFatTooShort,
     MiniFatPastEnd,

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "host/check/NamedPropertyChecker.h"
+#include "host/check/PropertyValueChecker.h"
 
 namespace olmhost {
 
@@ -49,9 +50,14 @@ void MessageChecker::checkStorage(Pending current) {
     if (current.level == MessageLevel::Top) {
         checkNames(contents);
     }
-    PropertyChecker properties(compound, findings, facts, contents, current.storage, current.level);
-    properties.check();
-    found.properties += properties.propertyCount();
+    PropertyStreamChecker properties(compound, findings, facts, contents, current.storage,
+                                     current.level);
+    const bool isRead = properties.check();
+    found.properties += properties.count();
+    // What is missing or stray can be said only when all properties and values are known.
+    if (isRead && contents.isComplete && properties.count() == properties.entries().size()) {
+        PropertyValueChecker(compound, findings, contents, properties.entries()).check();
+    }
     if (current.level == MessageLevel::Attachment) {
         checkAttachment(current.storage, contents, properties.attachMethod());
     }

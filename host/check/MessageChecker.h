@@ -5,7 +5,7 @@
 
 #include "host/check/CompoundChecker.h"
 #include "host/check/FindingList.h"
-#include "host/check/PropertyChecker.h"
+#include "host/check/PropertyStreamChecker.h"
 #include "host/check/StorageContents.h"
 
 namespace olmhost {

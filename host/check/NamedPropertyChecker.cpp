@@ -23,6 +23,10 @@ constexpr std::uint64_t maxNames = 0x7FFF;
 // A message with the largest number of names has some 2 MB of texts.
 constexpr std::uint64_t maxTextBytes = std::uint64_t{16} << 20;
 
+// A name has at most 254 bytes. What is longer is not one, and is not read: texts that overlap
+// would be read for each of their names.
+constexpr std::uint32_t maxNameBytes = 4096;
+
 // Sets below this number are known without the GUID stream: PS_MAPI is 1, PS_PUBLIC_STRINGS 2.
 constexpr unsigned firstListedGuid = 3;
 
@@ -229,7 +233,7 @@ void NamedPropertyChecker::checkName(std::uint32_t number, Name& name) {
     if (!text.has_value()) {
         findings.add(FindingCode::NamesEntryText, pathOf(streams.entries),
                      which + " is the text at offset " + std::to_string(name.identifier) +
-                         ", where there is none");
+                         ", where there is no name");
         return;
     }
     name.identifier = textChecksum(*text);
@@ -243,7 +247,7 @@ std::optional<std::u16string> NamedPropertyChecker::textAt(std::uint32_t offset)
     FieldReader fields(ByteSpan(texts).subspan(offset));
     const auto size = fields.number<std::uint32_t>();
     FieldReader units(fields.bytes(size));
-    if (!fields.isGood() || size == 0 || size % 2 != 0) {
+    if (!fields.isGood() || size == 0 || size % 2 != 0 || size > maxNameBytes) {
         return std::nullopt;
     }
     std::u16string text;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <set>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -32,6 +33,31 @@ namespace {
 
 constexpr std::size_t sparsePage = 4096; // bytes
 
+// The codes that a test has expected so far.
+std::set<FindingCode>& expectedCodes() {
+    static std::set<FindingCode> codes;
+    return codes;
+}
+
+// Fails a run of all tests in which some code of a finding was never expected: no rule goes without
+// a test.
+class EveryCodeIsTested : public testing::Environment {
+public:
+    void TearDown() override {
+        if (GTEST_FLAG_GET(filter) != "*") {
+            return;
+        }
+        for (int i = 0; i <= static_cast<int>(FindingCode::CheckLimit); ++i) {
+            const auto code = static_cast<FindingCode>(i);
+            EXPECT_TRUE(expectedCodes().contains(code)) << findingName(code) << " has no test";
+        }
+    }
+};
+
+// GoogleTest deletes it.
+const testing::Environment* const everyCodeIsTested =
+    testing::AddGlobalTestEnvironment(new EveryCodeIsTested);
+
 } // namespace
 
 CheckResult checkBytes(const Bytes& file, const CheckOptions& options) {
@@ -44,6 +70,7 @@ CheckResult checkCompoundBytes(const Bytes& file) {
 }
 
 void expectFinding(const CheckResult& result, FindingCode code, std::string_view place) {
+    expectedCodes().insert(code);
     const bool isFound = std::ranges::any_of(result.findings, [&](const Finding& finding) {
         return finding.code == code && finding.place == place;
     });

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <chrono>
 #include <set>
 #include <string>
 
@@ -145,6 +146,34 @@ TEST(FileCheckTest, TextsOfNamesAreReadUpToALimit) {
 
     expectFinding(result, FindingCode::CheckLimit, "/__nameid_version1.0/__substg1.0_00040102");
     EXPECT_LT(heap.peak(), std::size_t{18} << 20);
+}
+
+// Texts of a megabyte that overlap, each with a name of its own.
+TEST(FileCheckTest, TextsThatAreTooLongForNamesAreNotRead) {
+    Part part;
+    part.isMessage = true;
+    Part& names = part.storages[u"__nameid_version1.0"];
+    names.hasProperties = false;
+    names.streams[streamName(0x00020102)] = {};
+    constexpr std::uint32_t nameCount = 0x7FFF;
+    for (std::uint32_t name = 0; name < nameCount; ++name) {
+        Bytes& entries = names.streams[streamName(0x00030102)];
+        entries.resize(entries.size() + 8);
+        put(entries, 8UL * name, 4 * name, 4);
+        put(entries, 8UL * name + 4, name << 16 | 5, 4);
+    }
+    Bytes& texts = names.streams[streamName(0x00040102)];
+    texts.resize(std::size_t{4} << 20);
+    for (std::size_t i = 0; i < texts.size(); i += 4) {
+        put(texts, i, 1U << 20, 4);
+    }
+
+    const auto start = std::chrono::steady_clock::now();
+    const CheckResult result = checkBytes(fileOf(part));
+
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+    EXPECT_GE(result.errors, nameCount);
+    expectFinding(result, FindingCode::NamesEntryText, "/__nameid_version1.0/__substg1.0_00030102");
 }
 
 TEST(FindingTest, NamesAreUniqueAndOfSmallLetters) {
