@@ -1,6 +1,7 @@
 #include "host/check/StorageContents.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace olmhost {
 
@@ -26,9 +27,12 @@ StorageContents::StorageContents(const CompoundChecker& compound, FindingList& f
         }
         take(compound, findings, id, level);
     }
-    std::ranges::sort(recipients);
-    std::ranges::sort(attachments);
-    std::ranges::sort(values);
+    std::ranges::sort(recipients, {}, &PartChild::number);
+    std::ranges::sort(attachments, {}, &PartChild::number);
+    std::ranges::sort(values, [](const ValueChild& left, const ValueChild& right) {
+        return std::tie(left.tag, left.isListValue, left.index) <
+               std::tie(right.tag, right.isListValue, right.index);
+    });
 }
 
 const ValueChild* StorageContents::find(std::uint32_t tag) const {

@@ -1,7 +1,6 @@
 #ifndef OLMKIT_HOST_CHECK_STORAGECONTENTS_H
 #define OLMKIT_HOST_CHECK_STORAGECONTENTS_H
 
-#include <compare>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -26,16 +25,12 @@ struct ValueChild {
     bool isListValue;
     std::uint32_t index; // in the list
     EntryId id;
-
-    std::strong_ordering operator<=>(const ValueChild&) const = default;
 };
 
 // A recipient or an attachment.
 struct PartChild {
     std::uint32_t number;
     EntryId id;
-
-    std::strong_ordering operator<=>(const PartChild&) const = default;
 };
 
 // The storages and streams in one storage of a message, by their names.
