@@ -69,7 +69,8 @@ void MessageChecker::checkStorage(Pending current) {
 
 void MessageChecker::checkNames(const StorageContents& contents) {
     if (!contents.nameStorage.has_value()) {
-        findings.add(FindingCode::NamesMissing, "/", "it has no storage for names of properties");
+        findings.add(FindingCode::NamesMissing, "/",
+                     "there is no storage with the names of its properties");
         return;
     }
     facts.namedCount = NamedPropertyChecker(compound, findings, *contents.nameStorage).check();
@@ -110,7 +111,8 @@ void MessageChecker::checkAttachment(EntryId storage, const StorageContents& con
                                                     : isStored && object == nullptr;
     if (isMissing) {
         findings.add(FindingCode::AttachmentData, compound.entries().path(storage),
-                     "its method is " + std::to_string(*method) + ", and it has no such data");
+                     "its attach method is " + std::to_string(*method) +
+                         ", and it has no data of that kind");
     }
     if (*method == attachMessage && object != nullptr) {
         ++found.embeddedMessages;

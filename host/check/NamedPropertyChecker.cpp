@@ -47,7 +47,7 @@ std::uint32_t textChecksum(std::u16string_view text) {
     return static_cast<std::uint32_t>(sum ^ 0xFFFFFFFF);
 }
 
-std::u16string inSmallLetters(std::u16string_view text) {
+std::u16string lowercase(std::u16string_view text) {
     std::u16string small(text);
     for (char16_t& unit : small) {
         if (unit >= u'A' && unit <= u'Z') {
@@ -101,7 +101,7 @@ NamedPropertyChecker::Streams NamedPropertyChecker::findStreams() {
                               child.number % bucketTagStep == firstBucketTag % bucketTagStep;
         if (child.kind != MessageChild::Kind::Value || !record.isStream()) {
             findings.add(FindingCode::ChildName, directory.path(id),
-                         "nothing of that name and kind belongs there");
+                         "its name has no meaning in this storage");
         } else if (child.number == guidStreamTag) {
             found.guids = id;
         } else if (child.number == entryStreamTag) {
@@ -112,7 +112,7 @@ NamedPropertyChecker::Streams NamedPropertyChecker::findStreams() {
             found.buckets[bucket] = id;
         } else {
             findings.add(FindingCode::ChildName, directory.path(id),
-                         "no stream of that tag belongs there");
+                         "its name has no meaning in this storage");
         }
     }
     return found;
@@ -152,14 +152,12 @@ void NamedPropertyChecker::checkGuids() {
     }
     std::ranges::sort(sets);
     if (const auto twice = std::ranges::adjacent_find(sets); twice != sets.end()) {
-        findings.add(
-            FindingCode::NamesGuidTwice, pathOf(streams.guids),
-            "it has " + setText(*twice) +
-                ", which has another number already: readers look names up by one of them");
+        findings.add(FindingCode::NamesGuidTwice, pathOf(streams.guids),
+                     "it lists " + setText(*twice) + ", which has another number already");
     }
 }
 
-// Each text has its size ahead and is filled up to four bytes (MS-OXMSG 2.2.3.1.3).
+// Each text follows its size and is padded to four bytes (MS-OXMSG 2.2.3.1.3).
 void NamedPropertyChecker::checkTexts() {
     FieldReader fields(texts);
     bool isPadded = true;
@@ -168,7 +166,7 @@ void NamedPropertyChecker::checkTexts() {
         fields.bytes(size);
         if (!fields.isGood() || size % 2 != 0) {
             findings.add(FindingCode::NamesTextLayout, pathOf(streams.texts),
-                         "it is not a row of texts with their sizes");
+                         "a text in it has an odd size or runs past its end");
             return;
         }
         const ByteSpan padding = fields.bytes(std::min(paddingAfter(size), fields.remaining()));
@@ -190,7 +188,7 @@ void NamedPropertyChecker::checkNames() {
                          std::to_string(maxNames) + " names");
     }
     const auto bytes = readStream(compound, *streams.entries, maxNames * nameSize);
-    smallSums.reserve(bytes.size() / nameSize);
+    lowercaseSums.reserve(bytes.size() / nameSize);
     for (std::size_t start = 0; start + nameSize <= bytes.size(); start += nameSize) {
         Name name = readName(std::span(bytes).subspan(start, nameSize));
         checkName(static_cast<std::uint32_t>(names.size()), name);
@@ -207,7 +205,8 @@ void NamedPropertyChecker::checkNames() {
             std::tie(std::get<0>(sorted[i - 1]), std::get<1>(sorted[i - 1]))) {
             findings.add(FindingCode::NamesTwice, pathOf(streams.entries),
                          "names " + std::to_string(std::get<2>(sorted[i - 1])) + " and " +
-                             std::to_string(number) + " are one: readers find one property of two");
+                             std::to_string(number) +
+                             " are the same, so a reader finds only one of the two properties");
         }
     }
 }
@@ -225,7 +224,7 @@ void NamedPropertyChecker::checkName(std::uint32_t number, Name& name) {
                      which + " is in set " + std::to_string(name.set()) +
                          ", which the GUID stream does not have");
     }
-    smallSums.push_back(0);
+    lowercaseSums.push_back(0);
     if (!name.isText() || !hasAllTexts) {
         return;
     }
@@ -237,7 +236,7 @@ void NamedPropertyChecker::checkName(std::uint32_t number, Name& name) {
         return;
     }
     name.identifier = textChecksum(*text);
-    smallSums.back() = textChecksum(inSmallLetters(*text));
+    lowercaseSums.back() = textChecksum(lowercase(*text));
 }
 
 std::optional<std::u16string> NamedPropertyChecker::textAt(std::uint32_t offset) const {
@@ -314,9 +313,9 @@ bool NamedPropertyChecker::belongs(const Name& record, unsigned bucket) const {
     if (!name.isText()) {
         return record.identifier == name.identifier;
     }
-    // The names of some sets are looked up in small letters.
+    // The names of some sets are looked up in lowercase.
     return !hasAllTexts || record.identifier == name.identifier ||
-           record.identifier == smallSums[record.index];
+           record.identifier == lowercaseSums[record.index];
 }
 
 } // namespace olmhost

@@ -66,8 +66,8 @@ private:
     std::vector<std::byte> guids;
     std::vector<std::byte> texts;
     bool hasAllTexts = true;
-    std::vector<Name> names;              // identifier: of a text, its checksum
-    std::vector<std::uint32_t> smallSums; // of the texts in small letters; 0 for numbers
+    std::vector<Name> names;                  // identifier: of a text, its checksum
+    std::vector<std::uint32_t> lowercaseSums; // of the texts in lowercase; 0 for numbers
 };
 
 } // namespace olmhost

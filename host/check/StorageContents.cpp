@@ -48,8 +48,8 @@ void StorageContents::take(const CompoundChecker& compound, FindingList& finding
     const auto add = [&](FindingCode code, std::string text) {
         findings.add(code, compound.entries().path(id), std::move(text));
     };
-    if (child.hasSmallDigits && child.kind != Kind::Other) {
-        add(FindingCode::ChildNameCase, "its name has hexadecimal digits in small letters");
+    if (child.hasLowercaseDigits && child.kind != Kind::Other) {
+        add(FindingCode::ChildNameCase, "its name has lowercase hexadecimal digits");
     }
     const bool isValue = child.kind == Kind::Value || child.kind == Kind::ListValue;
     const bool isObject = child.kind == Kind::Value && child.number == objectOfAttachment &&
@@ -65,7 +65,7 @@ void StorageContents::take(const CompoundChecker& compound, FindingList& finding
         add(FindingCode::NamesEmbedded, "an embedded message has names of its own, which readers "
                                         "take from the whole message");
     } else if (!takeStorage(child, id, level)) {
-        add(FindingCode::ChildName, "nothing of that name belongs there");
+        add(FindingCode::ChildName, "its name has no meaning in this storage");
     }
 }
 

@@ -12,7 +12,7 @@
 
 namespace olmhost {
 
-// What the storages of a message are.
+// The kinds of storages in a message.
 enum class MessageLevel { Top, Embedded, Recipient, Attachment };
 
 constexpr bool isMessage(MessageLevel level) {
@@ -36,8 +36,8 @@ struct PartChild {
 // The storages and streams in one storage of a message, by their names.
 class StorageContents {
 public:
-    // How many members of a storage, and how many entries of a property stream, are looked at. A
-    // message has some hundreds.
+    // The number of members of a storage, and of entries of a property stream, that are checked. A
+    // real message has some hundreds.
     static constexpr std::uint32_t maxLookedAt = std::uint32_t{1} << 20;
 
     // Reads the names and reports those that don't belong there. Both are borrowed during the call.
@@ -51,7 +51,7 @@ public:
     std::vector<ValueChild> values;        // by tag, the list's values after the first stream
     bool isComplete = true;                // there are no more than maxLookedAt
 
-    // The value, or the length stream, of a property; null without one.
+    // Returns the value, or the length stream, of a property; null without one.
     const ValueChild* find(std::uint32_t tag) const;
 
 private:
