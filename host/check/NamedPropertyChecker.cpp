@@ -5,7 +5,6 @@
 
 #include <zlib.h>
 
-#include "host/check/MessageChild.h"
 #include "host/check/StreamCursor.h"
 #include "host/compound/FieldReader.h"
 #include "host/message/PropertyNames.h"
@@ -89,28 +88,40 @@ NamedPropertyChecker::Name NamedPropertyChecker::readName(ByteSpan record) {
     return name;
 }
 
+// False when the storage has no stream of that name.
+bool NamedPropertyChecker::Streams::take(const MessageChild& child, EntryId id) {
+    const std::uint32_t bucket = (child.number - firstBucketTag) / bucketTagStep;
+    const bool isBucket = child.number >= firstBucketTag && bucket < buckets.size() &&
+                          child.number % bucketTagStep == firstBucketTag % bucketTagStep;
+    if (child.kind != MessageChild::Kind::Value) {
+        return false;
+    }
+    if (isBucket) {
+        buckets[bucket] = id;
+        return true;
+    }
+    switch (child.number) {
+    case guidStreamTag:
+        guids = id;
+        return true;
+    case entryStreamTag:
+        entries = id;
+        return true;
+    case textStreamTag:
+        texts = id;
+        return true;
+    default:
+        return false;
+    }
+}
+
 NamedPropertyChecker::Streams NamedPropertyChecker::findStreams() {
     Streams found;
     const CheckedDirectory& directory = compound.entries();
     for (EntryId id = directory.firstMember(storage); id != noEntry;
          id = directory.nextMember(id)) {
         const DirectoryRecord record = directory.record(id);
-        const MessageChild child(record.name());
-        const std::uint32_t bucket = (child.number - firstBucketTag) / bucketTagStep;
-        const bool isBucket = child.number >= firstBucketTag && bucket < found.buckets.size() &&
-                              child.number % bucketTagStep == firstBucketTag % bucketTagStep;
-        if (child.kind != MessageChild::Kind::Value || !record.isStream()) {
-            findings.add(FindingCode::ChildName, directory.path(id),
-                         "its name has no meaning in this storage");
-        } else if (child.number == guidStreamTag) {
-            found.guids = id;
-        } else if (child.number == entryStreamTag) {
-            found.entries = id;
-        } else if (child.number == textStreamTag) {
-            found.texts = id;
-        } else if (isBucket) {
-            found.buckets[bucket] = id;
-        } else {
+        if (!record.isStream() || !found.take(MessageChild(record.name()), id)) {
             findings.add(FindingCode::ChildName, directory.path(id),
                          "its name has no meaning in this storage");
         }

@@ -9,6 +9,7 @@
 
 #include "host/check/CompoundChecker.h"
 #include "host/check/FindingList.h"
+#include "host/check/MessageChild.h"
 
 namespace olmhost {
 
@@ -43,6 +44,8 @@ private:
         std::optional<EntryId> entries;
         std::optional<EntryId> texts;
         std::array<std::optional<EntryId>, 31> buckets;
+
+        bool take(const MessageChild& child, EntryId id);
     };
 
     static Name readName(ByteSpan record);
