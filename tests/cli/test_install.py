@@ -71,8 +71,8 @@ class InstallTest(ProgramTest):
 
     def compile(self, compiler, name, source, *options):
         self.write(name, source.encode())
-        is_sanitized = cache_value("OLMKIT_SANITIZE") == "ON"
-        sanitize = ["-fsanitize=address,undefined"] if is_sanitized else []
+        sanitizers = cache_value("OLMKIT_SANITIZE")
+        sanitize = [f"-fsanitize={sanitizers}"] if sanitizers else []
         done = subprocess.run([compiler, *options, *sanitize, "-Wall", "-Wextra", "-Werror", "-I",
                                self.installed("include", "olmkit"), name, "-o", "user",
                                *(["-L", self.library_folder(), "-lolmhost",
