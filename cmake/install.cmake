@@ -60,6 +60,7 @@ install(FILES ${PROJECT_BINARY_DIR}/olmkitConfig.cmake
 # pkg-config.
 file(RELATIVE_PATH OLMKIT_PKGCONFIG_TO_PREFIX
   ${CMAKE_INSTALL_PREFIX}/${pkgconfig_folder} ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" OLMKIT_PKGCONFIG_TO_PREFIX ${OLMKIT_PKGCONFIG_TO_PREFIX})
 foreach(file IN LISTS pkgconfig_files)
   configure_file(cmake/${file}.in ${PROJECT_BINARY_DIR}/${file} @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${file} DESTINATION ${pkgconfig_folder})
