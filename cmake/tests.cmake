@@ -2,6 +2,7 @@
 # that variable is passed on as it is.
 set(OLMKIT_TEST_ENVIRONMENT
   "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0"
+  "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp:print_suppressions=0"
   "OLMKIT_SOURCE_DIR=${PROJECT_SOURCE_DIR}"
   "OLMKIT_BINARY_DIR=${PROJECT_BINARY_DIR}")
 # A sanitized program is about ten times slower: sweeps then try fewer places.

@@ -12,7 +12,7 @@ import unittest
 import zipfile
 from xml.sax.saxutils import quoteattr
 
-from program import PROGRAM, REAL_ARCHIVE, ProgramTest, note
+from program import PROGRAM, REAL_ARCHIVE, ProgramTest, needs_real_archive, note
 
 KEYS = ["name", "url", "declared_size", "path", "size", "sha256", "error"]
 
@@ -321,7 +321,7 @@ class AttachmentsTest(ProgramTest):
                     self.assertEqual(row["attachments"], [whole("a.bin", f"x{n}", payload[:sizes[n]]),
                                                           whole("b.bin", "x1", payload[:1])])
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
+    @needs_real_archive
     def test_attachments_of_the_real_archive_equal_its_entries(self):
         self.extract(REAL_ARCHIVE, "--attachments")
 

@@ -11,7 +11,8 @@ import time
 import unittest
 import zipfile
 
-from program import PROGRAM, REAL_ARCHIVE, ProgramTest, note, notes, wrong_archives
+from program import (PROGRAM, REAL_ARCHIVE, ProgramTest, needs_real_archive, note, notes,
+                     wrong_archives)
 
 KEYS = ["index", "entry", "item", "path", "size", "sha256", "result", "status", "error",
         "warnings", "attachments"]
@@ -507,7 +508,7 @@ class ExtractTest(ProgramTest):
         if os.path.exists(self.path("out")):
             self.assertEqual([file for file in self.files("out") if file.endswith(".part")], [])
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
+    @needs_real_archive
     def test_real_archive_gives_every_item_a_message_and_twice_the_same(self):
         for out in ("first", "second"):
             done = self.extract(REAL_ARCHIVE, out=out)

@@ -8,7 +8,7 @@ import time
 import unittest
 
 from extraction_runs import RunTest, mail, mails
-from program import PROGRAM, REAL_ARCHIVE, notes
+from program import PROGRAM, REAL_ARCHIVE, needs_real_archive, notes
 
 
 class JobsTest(RunTest):
@@ -45,7 +45,7 @@ class JobsTest(RunTest):
         self.assertEqual(trees[1], trees[3])
         self.assertNotEqual(len(trees[0][1]), len(trees[1][1]))
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
+    @needs_real_archive
     def test_real_archive_is_the_same_for_all_jobs(self):
         self.assert_same_for_all_jobs(REAL_ARCHIVE, code=0)
 

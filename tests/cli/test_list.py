@@ -11,7 +11,8 @@ import unittest
 import xml.etree.ElementTree
 import zipfile
 
-from program import PROGRAM, REAL_ARCHIVE, ProgramTest, note, notes, wrong_archives
+from program import (PROGRAM, REAL_ARCHIVE, ProgramTest, needs_real_archive, note, notes,
+                     wrong_archives)
 
 KEYS = ["index", "entry", "item", "entry_name", "kind", "name", "sender", "to", "cc", "subject",
         "sent", "received", "modified", "organizer", "display_name", "title", "special6",
@@ -220,7 +221,7 @@ class ListTest(ProgramTest):
             self.assertEqual(process.stderr.read(), b"olmkit: interrupted\n")
         self.assertEqual(process.returncode, 130)
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
+    @needs_real_archive
     def test_real_archive_has_the_items_that_another_reader_finds(self):
         names = {"appointments": "appointment", "contacts": "contact", "emails": "email",
                  "groups": "contact", "notes": "note", "tasks": "task"}

@@ -11,7 +11,8 @@ import sys
 import unittest
 import zipfile
 
-from program import PROGRAM, REAL_ARCHIVE, ProgramTest, note, notes, wrong_archives
+from program import (PROGRAM, REAL_ARCHIVE, ProgramTest, needs_real_archive, note, notes,
+                     wrong_archives)
 
 SOURCE = os.environ["OLMKIT_SOURCE_DIR"]
 sys.path.insert(0, os.path.join(SOURCE, "tests", "interop"))
@@ -184,7 +185,7 @@ class ShowTest(ProgramTest):
         self.compare_archive(SAMPLE, 13, {"IPM.Contact": 2, "IPM.DistList": 1, "IPM.Appointment": 2,
                                           "IPM.Task": 2, "IPM.StickyNote": 2, "IPM.Note": 4}, 1)
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
+    @needs_real_archive
     def test_real_archive_is_shown_as_another_reader_finds_it(self):
         self.compare_archive(REAL_ARCHIVE, 28,
                              {"IPM.Contact": 5, "IPM.DistList": 2, "IPM.Appointment": 8,

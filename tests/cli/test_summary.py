@@ -9,7 +9,7 @@ import unittest
 import zipfile
 
 import counting
-from program import PROGRAM, REAL_ARCHIVE, ProgramTest, note, notes
+from program import PROGRAM, REAL_ARCHIVE, ProgramTest, needs_real_archive, note, notes
 
 SAMPLE = os.path.join(os.environ["OLMKIT_SOURCE_DIR"], "examples", "sample.olm")
 KINDS = ["email", "appointment", "contact", "task", "note"]
@@ -78,7 +78,7 @@ class SummaryTest(ProgramTest):
         self.assertEqual(self.bytes_of(self.path("out", "summary.json")), first)
         self.assertNotIn(self.folder.encode(), first)
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
+    @needs_real_archive
     def test_real_archive_adds_up_to_what_an_independent_reader_counts(self):
         self.extract(REAL_ARCHIVE)
 

@@ -253,7 +253,7 @@ class SampleGroupsTest(GroupTests, unittest.TestCase):
         return olmkit.SAMPLE
 
 
-@unittest.skipUnless(os.path.exists(olmkit.REAL_ARCHIVE), "the real archive is not here")
+@olmkit.needs_real_archive
 class RealContactsTest(ContactTests, unittest.TestCase):
     item_count, category_count = 5, 1
 
@@ -262,7 +262,7 @@ class RealContactsTest(ContactTests, unittest.TestCase):
         return olmkit.REAL_ARCHIVE
 
 
-@unittest.skipUnless(os.path.exists(olmkit.REAL_ARCHIVE), "the real archive is not here")
+@olmkit.needs_real_archive
 class RealGroupsTest(GroupTests, unittest.TestCase):
     item_count, category_count = 2, 1
 

@@ -2,15 +2,10 @@
 documents tell: worked out from the XML alone. The files also pass the container checker, and
 olecfinfo and gsf read them."""
 
-import os
 import unittest
 
 from extraction import ItemsTest
-from olmkit import REAL_ARCHIVE, SAMPLE
-
-needs_real_archive = unittest.skipUnless(
-    os.path.exists(REAL_ARCHIVE), "the real archive is not here"
-)
+from olmkit import REAL_ARCHIVE, SAMPLE, needs_real_archive
 
 
 class SampleTest(ItemsTest):

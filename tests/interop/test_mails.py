@@ -187,7 +187,7 @@ class SampleMailsTest(MailTests, unittest.TestCase):
         self.assertIn("RE: 測量のお知らせ 🗺️", self.subjects())
 
 
-@unittest.skipUnless(os.path.exists(olmkit.REAL_ARCHIVE), "the real archive is not here")
+@olmkit.needs_real_archive
 class RealMailsTest(MailTests, unittest.TestCase):
     item_count, attachment_count, category_count = 7, 9, 1
 

@@ -11,7 +11,7 @@ import uuid
 import zipfile
 
 from made_archives import leaf, tag, write_archive
-from olmkit import PROGRAM, REAL_ARCHIVE, SAMPLE, SOURCE, extract
+from olmkit import PROGRAM, REAL_ARCHIVE, SAMPLE, SOURCE, extract, needs_real_archive
 from read_compound import read_message
 
 BUILD = os.environ["OLMKIT_BINARY_DIR"]
@@ -113,11 +113,11 @@ class SameAsOlmkitTest(HostTest):
     def test_messages_of_the_sample_are_those_of_olmkit(self):
         self.check_messages(SAMPLE, 13)
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
+    @needs_real_archive
     def test_rows_of_the_real_archive_are_those_of_olmkit(self):
         self.check_rows(REAL_ARCHIVE, 28)
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
+    @needs_real_archive
     def test_messages_of_the_real_archive_are_those_of_olmkit(self):
         self.check_messages(REAL_ARCHIVE, 28)
 

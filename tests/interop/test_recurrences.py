@@ -149,11 +149,7 @@ class SampleTasksTest(RecurrenceTests, unittest.TestCase):
         return olmkit.SAMPLE
 
 
-needs_real_archive = unittest.skipUnless(
-    os.path.exists(olmkit.REAL_ARCHIVE), "the real archive is not here")
-
-
-@needs_real_archive
+@olmkit.needs_real_archive
 class RealAppointmentsTest(RecurrenceTests, unittest.TestCase):
     kinds, item_count, recurrence_count = ("appointment",), 8, 4
     category_element, category_count = "OPFCalendarEventCopyCategoryList", 2
@@ -167,7 +163,7 @@ class RealAppointmentsTest(RecurrenceTests, unittest.TestCase):
                           if found.frequency == "weekly"], [27])
 
 
-@needs_real_archive
+@olmkit.needs_real_archive
 class RealTasksTest(RecurrenceTests, unittest.TestCase):
     kinds, item_count, recurrence_count = ("task",), 5, 2
     category_element, category_count = "OPFTaskCopyCategoryList", 1

@@ -1,5 +1,5 @@
 #include "filter/olmfilter.h"
 
-std::uint64_t SYSNativeAlloc(std::uint64_t) {
+uint64_t SYSNativeAlloc(uint64_t) {
     return 0;
 }
