@@ -1,6 +1,7 @@
-"""What README.md says, compared with the program."""
+"""What README.md and the documents say, compared with the program and the tree."""
 
 import os
+import pathlib
 import re
 import subprocess
 import unittest
@@ -32,6 +33,16 @@ class ReadmeTest(unittest.TestCase):
 
         self.assertGreaterEqual(len(printed), 8)
         self.assertEqual(described, [list(row) for row in printed])
+
+    def test_links_of_the_documents_lead_to_files(self):
+        root = pathlib.Path(SOURCE)
+        documents = [*root.glob("*.md"), *root.glob("docs/*.md")]
+        links = [(document, link) for document in documents for link in
+                 re.findall(r"\]\(([^)#:]+)\)", document.read_text(encoding="utf-8"))]
+
+        self.assertGreater(len(links), 20)
+        self.assertEqual([(document.name, link) for document, link in links
+                          if not (document.parent / link).is_file()], [])
 
 
 if __name__ == "__main__":
