@@ -182,7 +182,7 @@ void ReportPage::writeFolders() {
     }
 }
 
-// Never called deeper than FolderTree::deepest.
+// Never called deeper than FolderTree::maxDepth.
 void ReportPage::writeFolder(const std::string& folderName, const Folder& folder) {
     places.emplace(&folder, places.size());
     std::string& out = file.buffer();
