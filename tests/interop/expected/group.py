@@ -1,4 +1,4 @@
-"""Contact groups and their members."""
+"""Groups of contacts and their members."""
 
 import struct
 
@@ -6,8 +6,10 @@ from .message import Message, units, value_stream
 from .reader import Tag
 from .texts import to_long
 
-ONE_OFF = bytes.fromhex("812B1FA4BEA310199D6E00DD010F5402")
+ONE_OFF = bytes.fromhex("812B1FA4BEA310199D6E00DD010F5402")  # provider UID (MS-OXCDATA 2.2.5.1)
+UNICODE_NO_RICH_TEXT = 0x8001
 DISTRIBUTION_LIST = 3
+NAME, MEMBERS, ONE_OFF_MEMBERS = 0x8053001F, 0x80541102, 0x80551102
 
 
 def one_off_identifier(tag):
@@ -16,7 +18,7 @@ def one_off_identifier(tag):
     )
     address_type = "MAPIPDL" if to_long(kind) == DISTRIBUTION_LIST else "SMTP"
     texts = b"".join(units(text) + b"\0\0" for text in (name, address_type, address))
-    return struct.pack("<I16sHH", 0, ONE_OFF, 0, 0x8001) + texts
+    return struct.pack("<I16sHH", 0, ONE_OFF, 0, UNICODE_NO_RICH_TEXT) + texts
 
 
 class Group(Message):
@@ -43,11 +45,11 @@ class Group(Message):
     def read_display_name(self, tag):
         name = units(self.reader.content())
         self.add_string(tag.id, name)
-        self.add_string(self.names.number(0x8053001F), name)
+        self.add_string(self.names.number(NAME), name)
         return True
 
     def read_members(self, group):
-        mapped = [self.names.number(key) for key in (0x80541102, 0x80551102)]
+        mapped = [self.names.number(key) for key in (MEMBERS, ONE_OFF_MEMBERS)]
         members = []
         more = True
         tag = Tag()
