@@ -10,7 +10,7 @@ import message_tests
 import olmkit
 import programs
 from archive_items import text_of, time_of
-from expected import contact, group
+from expected import contact, group, mapi
 from made_archives import address, categories, leaf, tag, write_archive
 from named_properties import FIRST_ID, PSETID_ADDRESS, NamedProperties
 from programs import MULTIPLE_VALUES, STRING
@@ -33,8 +33,8 @@ NAMED_TEXTS.update((name, contact.BUSINESS_PARTS[key][1]) for name, key in PLAIN
 NAMED_ADDRESSES = {name: contact.ADDRESS_GROUPS[key] for name, key in contact.Contact.table.items()
                    if key in contact.ADDRESS_GROUPS}
 WHOLE_ADDRESSES = {
-    "OPFContactCopyBusiness": contact.BUSINESS_ADDRESS,
-    "OPFContactCopyHome": contact.HOME_ADDRESS,
+    "OPFContactCopyBusiness": mapi.PidLidWorkAddress,
+    "OPFContactCopyHome": mapi.PidLidHomeAddress,
 }
 ADDRESS_PARTS = ("StreetAddress", "City", "State", "Zip")
 
@@ -94,7 +94,7 @@ class ContactTests(AddressBookTests):
     def test_poi_and_olefile_find_a_contact(self):
         for _, streams, found in self.messages():
             self.assertEqual((found["messageClass"], found["kind"]), ("IPM.Contact", "CONTACT"))
-            self.assertEqual(programs.text_stream(streams, 0x001A001F), "IPM.Contact")
+            self.assertEqual(programs.text_stream(streams, mapi.PidTagMessageClass), "IPM.Contact")
             self.assertEqual((found["recipients"], found["attachments"]), ([], []))
 
     def test_plain_texts_are_those_of_the_document(self):
@@ -146,7 +146,7 @@ class ContactTests(AddressBookTests):
     def test_children_are_those_of_the_document(self):
         seen = 0
         for element, streams, _ in self.messages():
-            values = programs.multiple_values(streams, contact.CHILDREN)
+            values = programs.multiple_values(streams, mapi.PidTagChildrensNames)
             if element.find("OPFContactCopyChildren") is None:
                 self.assertIsNone(values)
                 continue
@@ -168,9 +168,9 @@ class GroupTests(AddressBookTests):
             # POI doesn't know this class.
             self.assertEqual((found["messageClass"], found["kind"]), ("IPM.DistList", "UNKNOWN"))
             self.assertEqual(found["subject"], name)
-            self.assertEqual(programs.text_stream(streams, 0x0037001F), name)
-            self.assertEqual(self.named_text(streams, group.NAME), name)
-            tag = self.named(streams, group.NAME)
+            self.assertEqual(programs.text_stream(streams, mapi.PidTagSubject), name)
+            self.assertEqual(self.named_text(streams, mapi.PidLidDistributionListName), name)
+            tag = self.named(streams, mapi.PidLidDistributionListName)
             self.assertEqual(found["streams"]["%08X" % tag], name)
 
     def test_members_are_those_of_the_document(self):
@@ -179,7 +179,7 @@ class GroupTests(AddressBookTests):
             expected = [(member.get("OPFContactEmailAddressName", ""), self.type_of(member),
                          member.get("OPFContactEmailAddressAddress", ""))
                         for member in element.iterfind("OPFGroupCopyMemberList/*")]
-            for key in group.MEMBERS, group.ONE_OFF_MEMBERS:
+            for key in group.MEMBER_LISTS:
                 members = programs.multiple_values(streams, self.named(streams, key))
                 self.assertEqual([read_one_off(member) for member in members], expected)
             seen += len(expected)

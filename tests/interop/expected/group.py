@@ -2,14 +2,15 @@
 
 import struct
 
+from . import mapi
 from .message import Message, units, value_stream
 from .reader import Tag
 from .texts import to_long
 
 ONE_OFF = bytes.fromhex("812B1FA4BEA310199D6E00DD010F5402")  # provider UID (MS-OXCDATA 2.2.5.1)
 UNICODE_NO_RICH_TEXT = 0x8001
-DISTRIBUTION_LIST = 3
-NAME, MEMBERS, ONE_OFF_MEMBERS = 0x8053001F, 0x80541102, 0x80551102
+DISTRIBUTION_LIST = 3  # type of a member that is a group
+MEMBER_LISTS = (mapi.PidLidDistributionListOneOffMembers, mapi.PidLidDistributionListMembers)
 
 
 def one_off_identifier(tag):
@@ -38,18 +39,18 @@ class Group(Message):
         super().__init__(reader, archive)
         self.handlers = {
             2: self.read_categories,
-            0x0037001F: self.read_display_name,
+            mapi.PidTagSubject: self.read_display_name,
             1: self.read_members,
         }
 
     def read_display_name(self, tag):
         name = units(self.reader.content())
         self.add_string(tag.id, name)
-        self.add_string(self.names.number(NAME), name)
+        self.add_string(self.names.number(mapi.PidLidDistributionListName), name)
         return True
 
     def read_members(self, group):
-        mapped = [self.names.number(key) for key in (MEMBERS, ONE_OFF_MEMBERS)]
+        mapped = [self.names.number(key) for key in MEMBER_LISTS]
         members = []
         more = True
         tag = Tag()
