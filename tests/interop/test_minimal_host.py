@@ -151,7 +151,7 @@ class SameAsOlmkitTest(HostTest):
         self.check_messages(archive, len(texts))
 
     def test_unknown_elements_with_children_and_mixed_text_are_skipped(self):
-        inner = ("ahead<OPFUnknown a=''>b<OPFNoteCopyTitle>inner</OPFNoteCopyTitle>c</OPFUnknown>"
+        inner = ("before<OPFUnknown a=''>b<OPFNoteCopyTitle>inner</OPFNoteCopyTitle>c</OPFUnknown>"
                  + leaf("OPFNoteCopyTitle", "outer"))
         archive = self.archive({NOTES: "<notes>d" + tag("note", inner=inner) + "e"
                                 + tag("note") + "<note/></notes>"})
@@ -254,7 +254,7 @@ class FailureTest(HostTest):
         for path in self.path("missing.olm"), self.folder, os.path.join(SOURCE, "README.md"):
             done = run_host(path)
             self.assertEqual((done.returncode, done.stdout), (SOMETHING_FAILED, ""))
-            self.assertIn("no ZIP archive", done.stderr)
+            self.assertIn("is not a ZIP archive or can't be read", done.stderr)
 
     def test_a_file_that_is_not_a_module_is_refused(self):
         for path in self.path("missing.so"), os.path.join(SOURCE, "README.md"):

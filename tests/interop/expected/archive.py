@@ -80,9 +80,9 @@ class Archive:
             if path.startswith(start):
                 path = path[len(start) :]
                 break
-        for wanted, form in (name, str), (path, str), (composed(path), composed):
+        for spelling, form in (name, str), (path, str), (composed(path), composed):
             for row in self.rows:
-                if form(row.filename) == wanted and not row.is_dir():
+                if form(row.filename) == spelling and not row.is_dir():
                     return self.contents.read(row)
         return None
 
