@@ -43,7 +43,7 @@ void appendIsolated(std::string& out, std::string_view text) {
 }
 
 void appendScriptData(std::string& out, const JsonObject& value) {
-    const std::string text = value.dump(-1, ' ', false, JsonObject::error_handler_t::replace);
+    const std::string text = jsonText(value);
     // A "<" occurs only inside strings, where an escape can replace it.
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = std::min(text.find('<', start), text.size());

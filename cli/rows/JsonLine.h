@@ -21,9 +21,15 @@ inline JsonObject orNull(const std::string& text) {
     return text.empty() ? JsonObject() : JsonObject(text);
 }
 
-// Appends an object as one line of UTF-8. Invalid bytes in its texts become U+FFFD.
-inline void appendLine(std::string& out, const JsonObject& object) {
-    out += object.dump(-1, ' ', false, JsonObject::error_handler_t::replace);
+// Returns a value as UTF-8, on one line or with `indent` blanks per level. Invalid bytes in its
+// texts become U+FFFD.
+inline std::string jsonText(const JsonObject& value, int indent = -1) {
+    return value.dump(indent, ' ', false, JsonObject::error_handler_t::replace);
+}
+
+// Appends a value as one line.
+inline void appendLine(std::string& out, const JsonObject& value) {
+    out += jsonText(value);
     out += '\n';
 }
 

@@ -226,7 +226,6 @@ class ShowTest(ProgramTest):
                     if row["name"] == "PidTagSubject"]
         self.assertEqual(subjects, ["a\tb\u009b31mc\u202ed"])
 
-
     def test_values_wrap_on_a_terminal_and_are_whole_elsewhere(self):
         wide = "\u6f6e" * 150  # a letter of two cells
         words = "the tide tables of March " * 20

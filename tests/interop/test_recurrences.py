@@ -7,7 +7,6 @@ import random
 import tempfile
 import unittest
 
-import archive_items
 import message_tests
 import olmkit
 import programs
