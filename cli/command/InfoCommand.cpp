@@ -27,7 +27,7 @@ ExitCode runInfo(const InfoOptions& options, Output& output, Messages& messages)
         output.buffer() += report.json().dump(2, ' ', false, JsonObject::error_handler_t::replace);
         output.buffer() += '\n';
     } else {
-        appendReport(output.buffer(), report);
+        appendSurvey(output.buffer(), report);
     }
     if (!output.flush() && !output.isClosed()) {
         messages.outputFailure("standard output", output.errorNumber());

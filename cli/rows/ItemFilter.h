@@ -11,14 +11,14 @@
 
 namespace olmkit {
 
-// Tells which rows FilterOptions take. It never changes, so several threads may share one.
+// Decides which rows FilterOptions select. It never changes, so threads may share it.
 class ItemFilter {
 public:
     explicit ItemFilter(const FilterOptions& options);
 
     bool takes(const olmhost::Row& row) const;
 
-    // Whether no rule is given, so that takes() is true for every row.
+    // Returns true without any rule, when takes() is true for every row.
     bool takesEverything() const;
 
 private:
@@ -27,8 +27,8 @@ private:
 
     std::vector<std::string> kinds;
     std::vector<Glob> folders;
-    std::optional<std::string> from;    // in comparableText()'s form
-    std::optional<std::string> subject; // likewise
+    std::optional<std::string> from; // in the form of comparableText(), like `subject`
+    std::optional<std::string> subject;
     std::optional<Moment> since;
     std::optional<Moment> until;
 };

@@ -1,4 +1,4 @@
-"""Runs olmkit as a process, and knows where archives to run it on are."""
+"""Runs olmkit as a process, and names the archives to run it on."""
 
 import json
 import os
@@ -18,7 +18,7 @@ DONE, SOME_FAILED = 0, 1
 
 
 def extract(archive, folder, *options):
-    """The manifest's rows. Some items may have failed."""
+    """Extracts an archive and returns the rows of the manifest. Some items may have failed."""
     command = [PROGRAM, "extract", archive, "-o", folder, *options]
     done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
     if done.returncode not in (DONE, SOME_FAILED):
