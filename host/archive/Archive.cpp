@@ -94,12 +94,8 @@ EntryStream* Archive::openMember(const MemberOpenRequest& request) {
     return stream;
 }
 
-std::optional<std::uint64_t> Archive::find(std::string_view name) {
-    return contents->find(name);
-}
-
 std::optional<std::uint64_t> Archive::findRow(std::string_view name) {
-    const auto row = find(name);
+    const auto row = contents->find(name);
     if (!row) {
         refuse(FaultKind::CannotOpen, EntryFault::noEntry,
                "there is no file named " + quoted(name));
@@ -136,7 +132,7 @@ EntryStream* Archive::openEntry(std::uint64_t index) {
 
 // False, with a fault noted, when the entry is nothing to be read.
 bool Archive::mayOpen(std::uint64_t index, const EntryInfo& info) {
-    if (name(index).ends_with('/')) {
+    if (contents->name(index).ends_with('/')) {
         refuse(FaultKind::CannotOpen, index, "it is a directory");
     } else if (info.isEncrypted) {
         refuse(FaultKind::Encrypted, index, "it is encrypted");

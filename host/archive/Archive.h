@@ -44,12 +44,6 @@ public:
     const std::shared_ptr<ArchiveContents>& sharedContents() const { return contents; }
     const ArchiveBytes& fileBytes() const { return *bytes; }
 
-    // The name of row `index`, UTF-8, with a 0 byte behind it; empty when there is no such row.
-    std::string_view name(std::uint64_t index) const { return contents->name(index); }
-
-    // The first file of that name, see NameIndex.
-    std::optional<std::uint64_t> find(std::string_view name);
-
     // Opens the entry that the request names. Null, with a fault noted, when it can't be opened.
     EntryStream* openMember(const MemberOpenRequest& request);
 

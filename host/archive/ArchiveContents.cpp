@@ -59,8 +59,8 @@ std::vector<ArchiveEntry> ArchiveContents::makeRows() const {
     return rows;
 }
 
-std::optional<NameIndex::Row> ArchiveContents::find(std::string_view name) {
-    const std::lock_guard lock(indexTurn);
+std::optional<NameIndex::Row> ArchiveContents::find(std::string_view name) const {
+    const std::lock_guard lock(indexMutex);
     if (!nameIndex) {
         nameIndex.emplace(static_cast<NameIndex::Row>(entryCount()),
                           [this](NameIndex::Row row) { return this->name(row); });

@@ -42,12 +42,13 @@ public:
 
     // See ZipDirectory.
     EntryInfo info(std::uint64_t index) const { return directory->info(index); }
-    std::uint64_t findData(std::uint64_t index, ArchiveBytes& callersBytes, std::string& reason) {
+    std::uint64_t findData(std::uint64_t index, ArchiveBytes& callersBytes,
+                           std::string& reason) const {
         return directory->findData(index, callersBytes, reason);
     }
 
     // The first file of that name; see NameIndex.
-    std::optional<NameIndex::Row> find(std::string_view name);
+    std::optional<NameIndex::Row> find(std::string_view name) const;
 
     // True when there are documents and none of them can be read without a password.
     bool isLocked() const;
@@ -60,8 +61,8 @@ private:
     std::unique_ptr<ZipDirectory> directory;
     std::unique_ptr<char[]> names;
     std::vector<std::uint32_t> offsets; // of each name in `names`, and behind the last one
-    std::mutex indexTurn;
-    std::optional<NameIndex> nameIndex;
+    mutable std::mutex indexMutex;
+    mutable std::optional<NameIndex> nameIndex; // built when a name is looked up first
 };
 
 } // namespace olmhost

@@ -3,14 +3,12 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <vector>
 
-#include "host/archive/EntryInfo.h"
 #include "host/archive/OpenFailure.h"
 #include "host/archive/ReadAccount.h"
 #include "host/stream/EntryFault.h"
@@ -51,18 +49,9 @@ public:
     // True between a successful open and the archive's close.
     bool isOpen() const { return archive != nullptr; }
 
-    // Rows of the directory; 0 while not open.
-    std::uint64_t entryCount() const;
-
-    // The name of row `index`, UTF-8. Lies in the archive, valid while it is open; empty when there
-    // is no such row.
-    std::string_view entryName(std::uint64_t index) const;
-
-    // What the directory says of row `index`; all 0 when there is no such row.
-    EntryInfo entryInfo(std::uint64_t index) const;
-
-    // The first file of that name among the rows; none while not open.
-    std::optional<std::uint64_t> findEntry(std::string_view name);
+    // The archive's directory. Valid until the archive's close.
+    // REQUIRES: isOpen()
+    const ArchiveContents& contents() const;
 
     // Opens row `index` for reading. Null, with a fault noted, when it can't be opened. Its end()
     // gives it back.

@@ -22,15 +22,12 @@ std::int32_t EntryStream::readBytes(void* buffer, std::uint32_t size, std::uint3
 }
 
 std::int32_t EntryStream::seekTo(std::int64_t offset, std::int32_t origin) {
-    constexpr int fromStart = 0;
-    constexpr int fromHere = 1;
-    constexpr int fromEnd = 2;
     std::int64_t base = 0;
-    if (origin == fromHere) {
+    if (origin == seekFromHere) {
         base = static_cast<std::int64_t>(position);
-    } else if (origin == fromEnd) {
+    } else if (origin == seekFromEnd) {
         base = static_cast<std::int64_t>(data->end());
-    } else if (origin != fromStart) {
+    } else if (origin != seekFromStart) {
         return statusFailed;
     }
     std::int64_t target = 0;

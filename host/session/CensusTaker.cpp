@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "host/archive/ArchiveContents.h"
 #include "host/markup/MarkupParser.h"
 
 namespace olmhost {
@@ -26,7 +27,7 @@ bool passesEnd(EventQueue& queue) {
 } // namespace
 
 void CensusTaker::endEntry(std::uint64_t entry, std::uint64_t rows) {
-    if (file.entryName(entry).ends_with(documentEnding)) {
+    if (file.contents().name(entry).ends_with(documentEnding)) {
         endDocument(entry, rows);
     }
     taken.entries = entry + 1;
@@ -89,7 +90,7 @@ void CensusTaker::note(std::uint64_t entry, std::uint64_t rows, bool wasOpened) 
     } else if (counter.hasRoot() && !counter.kind()) {
         note.finding = DocumentFinding::OtherRoot;
         note.text = "its root element \"" + counter.otherRoot() + "\" is of no kind that is known";
-    } else if (file.entryInfo(entry).size == 0) {
+    } else if (file.contents().info(entry).size == 0) {
         note.finding = DocumentFinding::Empty;
         note.text = "it is empty";
     } else if (const EntryFault* fault = faultOf(entry); fault != nullptr) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "filter/boundary/Routines.h"
+#include "host/archive/ArchiveContents.h"
 
 namespace olmhost {
 
@@ -74,7 +75,7 @@ void Scan::deliver() {
     try {
         Row& row = rows.finish();
         row.index = items++;
-        row.entryName = file.entryName(row.entry);
+        row.entryName = file.contents().name(row.entry);
         if (thrown == nullptr && (*callback)(row) == RowAnswer::Pause) {
             pausing = true;
         }

@@ -3,6 +3,7 @@
 #include <limits>
 #include <optional>
 
+#include "host/archive/ArchiveContents.h"
 #include "host/archive/ArchiveFile.h"
 #include "host/compound/CompoundOutput.h"
 #include "host/memory/MemoryOwner.h"
@@ -283,20 +284,20 @@ const std::vector<Column>& Session::columns() const {
 }
 
 std::uint64_t Session::entryCount() const {
-    return opened->file.entryCount();
+    return opened->file.contents().entryCount();
 }
 
 std::string_view Session::entryName(std::uint64_t entry) const {
-    return opened->file.entryName(entry);
+    return opened->file.contents().name(entry);
 }
 
 EntrySize Session::entrySize(std::uint64_t entry) const {
-    const EntryInfo info = opened->file.entryInfo(entry);
+    const EntryInfo info = opened->file.contents().info(entry);
     return {info.size, info.compressedSize, info.crc, info.isEncrypted};
 }
 
 std::optional<std::uint64_t> Session::findEntry(std::string_view name) const {
-    return opened->file.findEntry(name);
+    return opened->file.contents().find(name);
 }
 
 std::uint64_t Session::archiveSize() const {
