@@ -5,8 +5,8 @@
 #include "filter/boundary/Reader.h"
 #include "host/markup/ReaderPool.h"
 
-// The C functions over MarkupReader. The module's block holds a pointer to the reader; a block
-// whose reader has ended holds null, and every function refuses it.
+// The reader's C functions, implemented by MarkupReader. The module's block holds a pointer to the
+// reader; a block whose reader was ended holds null, and every function rejects it.
 
 namespace {
 
@@ -17,6 +17,10 @@ using olmhost::ReaderPool;
 constexpr std::int16_t statusDone = 0;
 constexpr std::int16_t statusNone = 1; // no attribute, no text
 constexpr std::int16_t statusFailed = -1;
+
+// The one option that the module sets.
+constexpr std::uint32_t readerOption = 4;
+constexpr std::uint32_t readerOptionValue = 1;
 
 MarkupReader* readerIn(const UTXMLReader* block) {
     void* reader = nullptr;
@@ -31,7 +35,7 @@ void setReader(UTXMLReader& block, MarkupReader* made) {
     std::memcpy(block.host, &reader, sizeof reader);
 }
 
-// The status of `action`, or statusFailed for a missing reader or whatever is thrown.
+// Returns the status of `action`; statusFailed when there is no reader or anything is thrown.
 template <typename Action> std::int16_t withReader(UTXMLReader* block, Action action) noexcept {
     MarkupReader* const reader = readerIn(block);
     if (reader == nullptr) {
@@ -72,14 +76,14 @@ void UTXMLDeInit(UTXMLReader* reader) {
     setReader(*reader, nullptr);
     try {
         ending->close();
-        ReaderPool::ofThread().give(std::move(ending));
+        ReaderPool::ofThread().put(std::move(ending));
     } catch (...) {
-        // It is freed instead of kept.
+        // The reader is deleted instead of kept.
     }
 }
 
 int16_t UTXMLSetOption(UTXMLReader* reader, uint32_t option, uint32_t value) {
-    const bool isKnown = option == 4 && value == 1;
+    const bool isKnown = option == readerOption && value == readerOptionValue;
     return readerIn(reader) != nullptr && isKnown ? statusDone : statusFailed;
 }
 
@@ -149,9 +153,9 @@ int16_t UTXMLReadContent(UTXMLReader* reader, uint32_t /*always1*/, uint16_t* bu
         if (count == nullptr || (buffer == nullptr && capacity != 0)) {
             return statusFailed;
         }
-        const std::optional<std::uint32_t> came = self.readText(buffer, capacity);
-        *count = came.value_or(0);
-        return came ? statusDone : statusNone;
+        const std::optional<std::uint32_t> read = self.readText(buffer, capacity);
+        *count = read.value_or(0);
+        return read ? statusDone : statusNone;
     });
 }
 
