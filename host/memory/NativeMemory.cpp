@@ -5,6 +5,7 @@
 
 #include "filter/boundary/Memory.h"
 #include "host/memory/MemoryOwner.h"
+#include "host/stream/Export.h"
 
 namespace olmhost {
 
@@ -131,18 +132,18 @@ void NativeMemory::release(std::uint64_t handle, Slot& slot) {
 
 } // namespace olmhost
 
-std::uint64_t SYSNativeAlloc(std::uint64_t size) {
+OLMHOST_EXPORT std::uint64_t SYSNativeAlloc(std::uint64_t size) {
     return olmhost::NativeMemory::instance().allocate(size);
 }
 
-void* SYSNativeLock(std::uint64_t handle) {
+OLMHOST_EXPORT void* SYSNativeLock(std::uint64_t handle) {
     return olmhost::NativeMemory::instance().lock(handle);
 }
 
-void SYSNativeUnlock(std::uint64_t handle) {
+OLMHOST_EXPORT void SYSNativeUnlock(std::uint64_t handle) {
     olmhost::NativeMemory::instance().unlock(handle);
 }
 
-void SYSNativeFree(std::uint64_t handle) {
+OLMHOST_EXPORT void SYSNativeFree(std::uint64_t handle) {
     olmhost::NativeMemory::instance().free(handle);
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/message/Property.h"
+#include "host/stream/Export.h"
 
 namespace olmhost {
 
@@ -19,7 +20,7 @@ class CompoundReader;
 //
 // Only what describes the values is held; the values are read when they are asked for. The bytes
 // may come from anywhere.
-class Message {
+class OLMHOST_EXPORT Message {
 public:
     using Properties = std::vector<Property>; // in the order of their entries
 

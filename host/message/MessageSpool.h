@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/stream/ByteSink.h"
+#include "host/stream/Export.h"
 
 namespace olmhost {
 
@@ -15,7 +16,7 @@ namespace olmhost {
 // A short one is held in memory. What grows above `heldBytes` goes to a file in the folder that
 // TMPDIR names, or /tmp, and is mapped from there; the file has no name, so it goes with this
 // object or with the process, whatever comes first.
-class MessageSpool : public ByteSink {
+class OLMHOST_EXPORT MessageSpool : public ByteSink {
 public:
     static constexpr std::size_t usuallyHeld = std::size_t{16} << 20;
 

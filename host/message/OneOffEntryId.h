@@ -6,6 +6,8 @@
 #include <span>
 #include <string>
 
+#include "host/stream/Export.h"
+
 namespace olmhost {
 
 // A recipient outside any address book, as a binary value holds it (MS-OXCDATA, 2.2.5.1).
@@ -16,7 +18,7 @@ struct OneOffEntryId {
 };
 
 // None when the bytes are no such value, are cut off, or hold text in 8 bits.
-std::optional<OneOffEntryId> decodeOneOffEntryId(std::span<const std::byte> bytes);
+OLMHOST_EXPORT std::optional<OneOffEntryId> decodeOneOffEntryId(std::span<const std::byte> bytes);
 
 } // namespace olmhost
 

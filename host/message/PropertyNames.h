@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/stream/Export.h"
+
 // What properties and property sets are called (MS-OXPROPS).
 namespace olmhost {
 
@@ -14,20 +16,20 @@ namespace olmhost {
 using PropertySet = std::array<std::byte, 16>;
 
 // Each is null for what has no name here.
-const char* tagName(std::uint16_t id);
-const char* setName(const PropertySet& set);
-const char* namedPropertyName(const PropertySet& set, std::uint32_t id);
-const char* namedPropertyName(const PropertySet& set, std::u16string_view text);
+OLMHOST_EXPORT const char* tagName(std::uint16_t id);
+OLMHOST_EXPORT const char* setName(const PropertySet& set);
+OLMHOST_EXPORT const char* namedPropertyName(const PropertySet& set, std::uint32_t id);
+OLMHOST_EXPORT const char* namedPropertyName(const PropertySet& set, std::u16string_view text);
 
 // Whether the number of a property is a set of bits.
-bool isBitField(std::uint16_t id);
+OLMHOST_EXPORT bool isBitField(std::uint16_t id);
 
 // "{00062008-0000-0000-C000-000000000046}".
-std::string setText(const PropertySet& set);
+OLMHOST_EXPORT std::string setText(const PropertySet& set);
 
 // The two sets that every message knows without listing them.
-const PropertySet& mapiSet();
-const PropertySet& publicStringsSet();
+OLMHOST_EXPORT const PropertySet& mapiSet();
+OLMHOST_EXPORT const PropertySet& publicStringsSet();
 
 } // namespace olmhost
 

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "host/stream/Export.h"
+
 // The types of properties (MS-OXCDATA, 2.11.1): the low 16 bits of a tag.
 namespace olmhost {
 
@@ -39,10 +41,10 @@ struct TypeRow {
 };
 
 // The row of a type, multipleValues or not; null for an unknown one.
-const TypeRow* findType(std::uint16_t type);
+OLMHOST_EXPORT const TypeRow* findType(std::uint16_t type);
 
 // The name of a type; null for an unknown one.
-const char* typeName(std::uint16_t type);
+OLMHOST_EXPORT const char* typeName(std::uint16_t type);
 
 } // namespace olmhost
 

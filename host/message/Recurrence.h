@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "host/stream/Export.h"
+
 namespace olmhost {
 
 // One occurrence that differs from the others. What it leaves as it is has no value.
@@ -72,7 +74,8 @@ struct Recurrence {
 
 // Takes the value apart to its last byte. None when it is cut off, has bytes left over or holds a
 // number that leaves its layout open; `failure` is then a part of a sentence, for people.
-std::optional<Recurrence> decodeRecurrence(std::span<const std::byte> value, std::string& failure);
+OLMHOST_EXPORT std::optional<Recurrence> decodeRecurrence(std::span<const std::byte> value,
+                                                          std::string& failure);
 
 } // namespace olmhost
 

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/stream/Export.h"
+
 namespace olmhost {
 
 enum class ItemKind : std::size_t { Email, Appointment, Contact, Group, Task, Note };
@@ -16,7 +18,7 @@ enum class ItemKind : std::size_t { Email, Appointment, Contact, Group, Task, No
 inline constexpr std::size_t itemKindCount = 6;
 
 // The name of a kind as scripts know it: "email", "appointment" …
-std::string_view nameOf(ItemKind kind);
+OLMHOST_EXPORT std::string_view nameOf(ItemKind kind);
 
 // What the documents of one kind hold.
 struct KindCensus {

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "host/stream/Export.h"
+
 namespace olmhost {
 
 struct LibraryVersion {
@@ -12,7 +14,7 @@ struct LibraryVersion {
 };
 
 // The libraries that the host runs on, as they are loaded in this process.
-std::vector<LibraryVersion> libraryVersions();
+OLMHOST_EXPORT std::vector<LibraryVersion> libraryVersions();
 
 } // namespace olmhost
 

@@ -17,6 +17,7 @@
 #include "host/session/SessionOptions.h"
 #include "host/stream/ByteSink.h"
 #include "host/stream/EntryFault.h"
+#include "host/stream/Export.h"
 
 namespace olmhost {
 
@@ -45,7 +46,7 @@ using RowCallback = std::function<RowAnswer(const Row&)>;
 // A session is used by one thread at a time; any number of sessions may run at once. What a
 // callback throws leaves the function that was given the callback, and the session goes on as
 // after a pause or a cancelled extraction. Except for that, only std::bad_alloc is thrown.
-class Session {
+class OLMHOST_EXPORT Session {
 public:
     Session();
     Session(const Session&) = delete;
@@ -116,7 +117,7 @@ public:
     const std::vector<EntryFault>& faults() const;
 
 private:
-    class Opened;
+    class OLMHOST_HIDDEN Opened;
     OpenOutcome take(std::unique_ptr<Opened> candidate);
     std::unique_ptr<Opened> opened; // null until open() gave Done
 };

@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <span>
 
+#include "host/stream/Export.h"
+
 namespace olmhost {
 
 // Receives the bytes of one output: a file or a buffer, for example.
-class ByteSink {
+class OLMHOST_EXPORT ByteSink {
 public:
     virtual ~ByteSink() = default;
 

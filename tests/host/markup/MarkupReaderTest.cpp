@@ -463,7 +463,8 @@ TEST_P(MarkupReaderTest, TheNestingLimitEndsTheDocument) {
     EXPECT_EQ(olmtest::eventsOf(made), (Events{"<1", "<2", "<3", "</3", "<4", "end"}));
     ASSERT_EQ(made.faults.size(), 1U);
     EXPECT_EQ(made.faults[0].kind, FaultKind::LimitReached);
-    EXPECT_EQ(made.faults[0].text, "line 1, column 14: elements are nested deeper than the limit of 3");
+    EXPECT_EQ(made.faults[0].text,
+              "line 1, column 14: elements are nested deeper than the limit of 3");
 }
 
 TEST_P(MarkupReaderTest, TheNestingLimitHoldsForSkippedElements) {
