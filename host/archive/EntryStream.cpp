@@ -10,13 +10,13 @@ namespace olmhost {
 EntryStream::EntryStream(Archive& archive, std::uint64_t entryIndex,
                          std::shared_ptr<EntryData> data, std::shared_ptr<MemberRead> member)
     : archive(archive), entryIndex(entryIndex), data(std::move(data)), member(std::move(member)) {
-    enterReading();
+    updateAccount();
 }
 
 std::int32_t EntryStream::readBytes(void* buffer, std::uint32_t size, std::uint32_t& count) {
     const std::size_t done = data->read(position, buffer, size);
     position += done;
-    enterReading();
+    updateAccount();
     count = static_cast<std::uint32_t>(done);
     return done == 0 && position >= data->end() ? statusEnd : statusDone;
 }
@@ -38,7 +38,7 @@ std::int32_t EntryStream::seekTo(std::int64_t offset, std::int32_t origin) {
     return statusDone;
 }
 
-void EntryStream::enterReading() {
+void EntryStream::updateAccount() {
     if (member == nullptr) {
         return;
     }

@@ -11,7 +11,7 @@ namespace olmhost {
 
 namespace {
 
-// The slot's place stands one up in a handle, so that no handle is 0.
+// A handle has the slot's index plus one, so that no handle is 0.
 constexpr std::uint64_t slotMask = 0xFFFFFFFF;
 constexpr unsigned generationShift = 32;
 
@@ -29,7 +29,7 @@ NativeMemory::~NativeMemory() {
 }
 
 std::uint64_t NativeMemory::allocate(std::uint64_t size) noexcept {
-    // A block of no bytes has an address too.
+    // A block of 0 bytes has an address too.
     void* block = std::malloc(std::max<std::uint64_t>(size, 1));
     if (block == nullptr) {
         return 0;

@@ -13,7 +13,7 @@ struct LibraryVersion {
     std::string version;
 };
 
-// The libraries that the host runs on, as they are loaded in this process.
+// Returns the libraries that the host uses, with the versions loaded in this process.
 OLMHOST_EXPORT std::vector<LibraryVersion> libraryVersions();
 
 } // namespace olmhost

@@ -75,7 +75,7 @@ TEST_F(ArchiveTest, ANameThatFillsItsFieldIsAFault) {
     EXPECT_EQ(open(longName, std::int64_t(0xFFFFFFFFFFFFFF00)), nullptr);
 
     EXPECT_EQ(onlyFault(),
-              "CannotOpen none: the name is too long to be asked for: \"" + longName + "\"");
+              "CannotOpen none: the name is too long to look up: \"" + longName + "\"");
 }
 
 TEST_F(ArchiveTest, ANameOf511BytesIsFound) {
@@ -228,7 +228,7 @@ TEST_F(ArchiveTest, AnEntryOfAnotherMethodAloneFails) {
 
     EXPECT_EQ(open(0), nullptr);
     EXPECT_EQ(contents(1U), "readable");
-    EXPECT_EQ(onlyFault(), "CannotOpen 0: it is compressed by a method that is not read: "
+    EXPECT_EQ(onlyFault(), "CannotOpen 0: it is compressed with a method that is not supported: "
                            "compression method 12");
 }
 
