@@ -40,7 +40,7 @@ ArchiveSurvey Surveyor::survey(bool isChecking) {
 
 // Returns whether the archive was listed to its end.
 bool Surveyor::listItems() {
-    session.tellAttachments(
+    session.setAttachmentCallback(
         [this](const olmhost::NamedAttachment& attachment) { addAttachment(attachment); });
     bool isStopped = false;
     const olmhost::RowCallback take = [this, &isStopped](const olmhost::Row& row) {
@@ -53,7 +53,7 @@ bool Surveyor::listItems() {
     };
     while (!session.list(take) && !isStopped) {
     }
-    session.tellAttachments(nullptr);
+    session.setAttachmentCallback(nullptr);
     endFolder();
     for (std::size_t place = 0; place < found.kinds.size(); ++place) {
         found.kinds[place].counted = session.census().kinds[place];

@@ -12,14 +12,23 @@ namespace olmhost {
 
 namespace {
 
+// The storage and streams of the named properties (MS-OXMSG 2.2.3): GUIDs, entries and strings.
+constexpr const char16_t* namesStorage = u"__nameid_version1.0";
+constexpr const char16_t* guidStream = u"__substg1.0_00020102";
+constexpr const char16_t* entryStream = u"__substg1.0_00030102";
+constexpr const char16_t* stringStream = u"__substg1.0_00040102";
+
+// The beginnings of the names of recipients' and attachments' storages (MS-OXMSG 2.2.1 and 2.2.2).
+constexpr std::u16string_view recipientStorage = u"__recip_version1.0_#";
+constexpr std::u16string_view attachmentStorage = u"__attach_version1.0_#";
+
 MessageNames namesOf(const CompoundReader& reader, const MessageStorage& root) {
-    const std::optional<EntryId> storage = root.child(u"__nameid_version1.0");
+    const std::optional<EntryId> storage = root.child(namesStorage);
     if (!storage.has_value()) {
         return {{}, {}, {}};
     }
     const MessageStorage streams(reader, *storage);
-    return {streams.bytes(u"__substg1.0_00020102"), streams.bytes(u"__substg1.0_00030102"),
-            streams.bytes(u"__substg1.0_00040102")};
+    return {streams.bytes(guidStream), streams.bytes(entryStream), streams.bytes(stringStream)};
 }
 
 } // namespace
@@ -36,8 +45,8 @@ std::unique_ptr<Message> Message::open(std::span<const std::byte> file, std::str
     }
     const CompoundReader& reader = *message->reader;
     const MessageStorage root(reader, rootEntry);
-    if (!root.child(u"__properties_version1.0").has_value()) {
-        failure = "it has no property stream, so it is no message";
+    if (!root.child(MessageStorage::propertyStream).has_value()) {
+        failure = "it has no property stream, so it is not a message";
         return nullptr;
     }
     const MessageNames names = namesOf(reader, root);
@@ -48,8 +57,8 @@ std::unique_ptr<Message> Message::open(std::span<const std::byte> file, std::str
             parts.push_back(part.properties(MessageStorage::partHeader, names));
         }
     };
-    addParts(u"__recip_version1.0_#", message->ofRecipients);
-    addParts(u"__attach_version1.0_#", message->ofAttachments);
+    addParts(recipientStorage, message->ofRecipients);
+    addParts(attachmentStorage, message->ofAttachments);
     return message;
 }
 
@@ -62,7 +71,7 @@ std::u16string Message::text(const Property& property, const ValueStream& value)
     const bool isNarrow = (property.type() & ~multipleValues) == PtypString8;
     std::u16string text;
     text.reserve(value.size / (isNarrow ? 1 : 2));
-    std::optional<std::byte> low; // of a unit that lies in two pieces
+    std::optional<std::byte> low; // of a unit that is split between two pieces
     read(value, [&](std::span<const std::byte> piece) {
         for (const std::byte byte : piece) {
             if (isNarrow) {

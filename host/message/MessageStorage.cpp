@@ -9,10 +9,9 @@ namespace olmhost {
 
 namespace {
 
-constexpr const char16_t* propertyStream = u"__properties_version1.0";
-constexpr std::size_t propertyEntrySize = 16; // bytes
+constexpr std::size_t propertyEntrySize = 16; // bytes (MS-OXMSG 2.4.2)
 
-// Bytes that a list of texts, or of binary values, has for the length of each.
+// The bytes of each length in a list of texts or of binary values (MS-OXMSG 2.1.4).
 constexpr std::size_t textLengthSize = 4;
 constexpr std::size_t binaryLengthSize = 8;
 

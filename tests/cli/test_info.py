@@ -233,8 +233,8 @@ class InfoTest(ProgramTest):
 
         self.assertEqual([(row["entry"], row["entry_name"], row["items"], row["listed"],
                            row["reason"]) for row in survey["noted_entries"]], [
-            (0, "Categories.xml", 0, 0, "it holds categories, which are no items"),
-            (1, "html.xml", 0, 0, 'its root element "html" is of no kind that is known'),
+            (0, "Categories.xml", 0, 0, "it has categories and no items"),
+            (1, "html.xml", 0, 0, 'its root element "html" is not of a known kind'),
             (2, "none.xml", 0, 0, "there is no note in it")])
         text = self.info(archive)
         self.assertIn("documents without items, or with items that are not listed:\n"

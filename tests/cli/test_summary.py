@@ -65,7 +65,7 @@ class SummaryTest(ProgramTest):
             "attachments": {"named": 2, "of_other_items": 0, "written": 2, "lost": 0},
             "findings": [],
             "noted_entries": [{"entry": 0, "entry_name": "Categories.xml", "items": 0,
-                               "listed": 0, "mismatch": False, "reason": "it holds categories, which are no items"}]})
+                               "listed": 0, "mismatch": False, "reason": "it has categories and no items"}]})
 
     def test_same_archive_gives_the_same_summary_wherever_it_lies(self):
         self.extract(SAMPLE)
@@ -102,7 +102,7 @@ class SummaryTest(ProgramTest):
         self.assertFalse(summary["adds_up"])
         self.assertEqual(self.numbers("note"), [1, 2, 1, 1, 1, 0])
         self.assertEqual(len(summary["findings"]), 2)
-        self.assertIn("entry 0 (a.xml): it holds 2 items, of which 1 is listed", done.stderr)
+        self.assertIn("entry 0 (a.xml): it has 2 items, of which 1 is listed", done.stderr)
         self.assertIn("note do not add up: 2 in the documents, 1 listed, 1 to be written, 1 "
                       "written, 0 failed", done.stderr)
         self.assertEqual(summary["noted_entries"][0]["items"], 2)
@@ -114,7 +114,7 @@ class SummaryTest(ProgramTest):
         done = self.extract(archive, code=1)
 
         self.assertEqual(self.numbers("note"), [2, 3, 1, 1, 1, 0])
-        self.assertIn("entry 0 (my.xml files/a.xml): it holds 2 items, of which none is listed",
+        self.assertIn("entry 0 (my.xml files/a.xml): it has 2 items, of which none is listed",
                       done.stderr)
 
     def test_failed_items_are_part_of_the_sum(self):
@@ -187,7 +187,7 @@ class SummaryTest(ProgramTest):
         self.assertEqual(len(done.stdout.splitlines()), 1)
         self.assertTrue(self.summary()["adds_up"])
         self.assertEqual([(row["entry"], row["reason"]) for row in self.summary()["noted_entries"]],
-                         [(0, "it holds categories, which are no items"),
+                         [(0, "it has categories and no items"),
                           (1, "there is no note in it")])
 
     def test_entries_that_can_not_be_read_are_noted(self):

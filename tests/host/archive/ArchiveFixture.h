@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "filter/boundary/Archive.h"
+#include "host/archive/ArchiveContents.h"
 #include "host/archive/ArchiveFile.h"
 #include "tests/host/archive/ZipBuilder.h"
 

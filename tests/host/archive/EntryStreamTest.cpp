@@ -170,7 +170,7 @@ TEST_F(EntryStreamTest, ItemsInAnyOrderCostAStretchEach) {
 }
 
 TEST_F(EntryStreamTest, ItemsOfSeveralDocumentsInTurnDisturbNoDocument) {
-    constexpr std::uint64_t count = InflatedEntries::mostHeld;
+    constexpr std::uint64_t count = InflatedEntries::maxHeld;
     constexpr std::uint32_t itemSize = 10000;
     ZipBuilder zip;
     std::vector<std::string> plain;
@@ -190,7 +190,7 @@ TEST_F(EntryStreamTest, ItemsOfSeveralDocumentsInTurnDisturbNoDocument) {
 }
 
 TEST_F(EntryStreamTest, MoreDocumentsThanAreHeldStillCostAStretchPerItem) {
-    constexpr std::uint64_t count = 2 * InflatedEntries::mostHeld;
+    constexpr std::uint64_t count = 2 * InflatedEntries::maxHeld;
     constexpr std::uint64_t size = 4 * megabyte;
     ZipBuilder zip;
     std::vector<std::string> plain;
@@ -374,7 +374,7 @@ TEST_F(EntryStreamTest, ADeflatedEntryLongerThanToldEndsWhereItShould) {
 
         EXPECT_TRUE(contents(0U) == plain.substr(0, size));
         EXPECT_EQ(onlyFault(),
-                  "Damaged 0: its data go on behind its " + std::to_string(size) + " bytes");
+                  "Damaged 0: its data continue after its declared size of " + std::to_string(size) + " bytes");
         EXPECT_LE(file->inflatedBytes(), size + InflatedEntry::stepSize);
     }
 }
@@ -389,7 +389,7 @@ TEST_F(EntryStreamTest, AStoredEntryWhoseSizesDifferGivesTheSmaller) {
     ASSERT_GE(file->faults().size(), 2U);
     EXPECT_EQ(file->faults()[0].text, "its data end after 10 of 12 bytes");
     EXPECT_EQ(file->faults()[0].entryIndex, 0U);
-    EXPECT_EQ(file->faults()[1].text, "its data go on behind its 8 bytes");
+    EXPECT_EQ(file->faults()[1].text, "its data continue after its declared size of 8 bytes");
     EXPECT_EQ(file->faults()[1].entryIndex, 1U);
 }
 

@@ -44,7 +44,7 @@ protected:
         std::istringstream expected(listing(path));
         std::uint64_t index = 0;
         for (std::string line; std::getline(expected, line); ++index) {
-            const std::string name(file->entryName(index));
+            const std::string name(file->contents().name(index));
             const std::string text =
                 name.ends_with('/') ? std::string() : contents(index).value_or("none");
             const auto checksum =

@@ -193,7 +193,7 @@ TEST(CompoundReaderTest, StreamsThatShareAMiniSectorAreRefused) {
     const SectorNumber first = numberAt(file, placeOfEntry(file, 1) + firstSectorField);
     setNumber(file, placeOfEntry(file, 2) + firstSectorField, first);
 
-    EXPECT_THAT(failureOf(file), HasSubstr("a mini sector belongs to two chains"));
+    EXPECT_THAT(failureOf(file), HasSubstr("a mini sector is in two chains"));
 }
 
 TEST(CompoundReaderTest, StreamLongerThanItsChainIsRefused) {

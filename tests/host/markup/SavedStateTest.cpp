@@ -1,7 +1,8 @@
+#include "host/markup/SavedState.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/markup/SavedState.h"
 #include "tests/host/markup/Puller.h"
 
 namespace {

@@ -11,6 +11,7 @@
 #include "host/message/Recurrence.h"
 #include "host/session/Session.h"
 #include "tests/host/compound/CompoundFiles.h"
+#include "tests/host/session/BuiltModule.h"
 
 namespace olmhost::test {
 namespace {
@@ -20,7 +21,7 @@ std::vector<Bytes> messagesOfTheSample() {
     Session session;
     const std::string archive =
         std::string(std::getenv("OLMKIT_SOURCE_DIR")) + "/examples/sample.olm";
-    if (session.open(archive).status != OpenStatus::Done) {
+    if (session.open(archive, withBuiltModule()).status != OpenStatus::Done) {
         throw std::runtime_error("the sample can't be opened");
     }
     while (!session.list([](const Row&) { return RowAnswer::Continue; })) {

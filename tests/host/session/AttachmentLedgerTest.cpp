@@ -7,6 +7,7 @@
 
 #include "host/session/Session.h"
 #include "tests/host/compound/CompoundFiles.h"
+#include "tests/host/session/BuiltModule.h"
 #include "tests/host/session/MadeArchive.h"
 
 namespace olmhost::test {
@@ -47,7 +48,7 @@ struct Heard {
 // The first item of an archive whose first entry is its document.
 Extraction extractFirst(const MadeArchive& archive, const AttachmentBytes& listener = nullptr) {
     Session session;
-    const OpenOutcome outcome = session.open(archive.path());
+    const OpenOutcome outcome = session.open(archive.path(), withBuiltModule());
     EXPECT_EQ(outcome.status, OpenStatus::Done) << outcome.text;
     MemorySink sink;
     return session.extractAt(0, 1, sink, nullptr, listener);
@@ -137,7 +138,7 @@ TEST(AttachmentLedgerTest, WhatTheListenerThrowsLeavesTheExtractionAndTheSession
     const MadeArchive archive{{"a.xml", document(attachment("OPFAttachmentURL=\"there\""))},
                               {"there", "here"}};
     Session session;
-    ASSERT_EQ(session.open(archive.path()).status, OpenStatus::Done);
+    ASSERT_EQ(session.open(archive.path(), withBuiltModule()).status, OpenStatus::Done);
     MemorySink lost;
     const AttachmentBytes refusing = [](std::size_t, std::span<const std::byte>) {
         throw std::runtime_error("enough");

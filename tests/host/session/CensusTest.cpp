@@ -32,7 +32,7 @@ Taken take(const std::string& path, RowAnswer answer = RowAnswer::Continue) {
     const OpenOutcome outcome = session.open(path);
     EXPECT_EQ(outcome.status, OpenStatus::Done) << outcome.text;
     Taken taken;
-    session.tellAttachments([&](const NamedAttachment& attachment) {
+    session.setAttachmentCallback([&](const NamedAttachment& attachment) {
         taken.attachments.push_back(std::string(nameOf(attachment.kind)) + " " +
                                     std::string(attachment.entryName) + " " +
                                     std::string(attachment.name));
@@ -144,7 +144,7 @@ TEST(CensusTest, ItemsBehindAForeignElementAreCountedThoughTheyAreNotListed) {
     EXPECT_TRUE(note.isMismatch());
     EXPECT_EQ(note.items, 3U);
     EXPECT_EQ(note.rows, 1U);
-    EXPECT_EQ(note.text, "it holds 3 items, of which 1 is listed; 1 other element stands where "
+    EXPECT_EQ(note.text, "it has 3 items, of which 1 is listed; 1 other element is where "
                          "items are expected");
 }
 
@@ -162,7 +162,7 @@ TEST(CensusTest, ItemsOfAnotherKindAreNoItemsOfTheDocument) {
     EXPECT_EQ(itemsOf(taken, ItemKind::Email) + itemsOf(taken, ItemKind::Task), 0U);
     const DocumentNote note = onlyNote(taken);
     EXPECT_EQ(note.finding, DocumentFinding::NoItems);
-    EXPECT_EQ(note.text, "there is no note in it; 2 other elements stand where items are expected");
+    EXPECT_EQ(note.text, "there is no note in it; 2 other elements are where items are expected");
 }
 
 TEST(CensusTest, DocumentsWithNamesThatTheListPassesOverAreCounted) {
@@ -203,7 +203,7 @@ TEST(CensusTest, EntriesWithoutItemsAreNotedWithTheReason) {
                                       Finding(2, DocumentFinding::NoItems),
                                       Finding(3, DocumentFinding::Empty),
                                       Finding(4, DocumentFinding::Unreadable)));
-    EXPECT_EQ(taken.census.notes[1].text, "its root element \"html\" is of no kind that is known");
+    EXPECT_EQ(taken.census.notes[1].text, "its root element \"html\" is not of a known kind");
     EXPECT_EQ(taken.census.notes[2].text, "there is no task in it");
     ASSERT_THAT(taken.faults, SizeIs(2)) << "of the two that are no documents at all";
     EXPECT_EQ(taken.census.notes[4].text, taken.faults[1].text);
@@ -217,7 +217,7 @@ TEST(CensusTest, LongRootNameIsCutBetweenCharacters) {
     const Taken taken = take({{"a.xml", "<" + name + "/>"}});
 
     EXPECT_EQ(onlyNote(taken).text,
-              "its root element \"" + name.substr(0, 79) + "\" is of no kind that is known");
+              "its root element \"" + name.substr(0, 79) + "\" is not of a known kind");
 }
 
 TEST(CensusTest, ForeignArchiveHasNoKnownRoot) {
