@@ -98,19 +98,24 @@ void writeItem(Extraction& work, const Progress& progress) {
     OLMNodeFactory::freeNodeWriter(&writer);
 }
 
-// Gives the result; no exception leaves it. The parser is gone when it returns.
+// Returns the result of the request; no exception leaves this function. The status of a failure is
+// stored before the parser ends.
 int32_t extractItem(const PROC& proc, SODOSPECIALARC& request, OLMXMLTag& rootTag,
-                    const Progress& progress) {
+                    const Progress& progress, uint16_t& status) {
     Extraction work{proc, request, rootTag, nullptr};
+    int32_t result = VwSpecialFailed;
     try {
-        const int32_t result = findItem(work);
+        result = findItem(work);
         if (result == VwSpecialDone) {
             writeItem(work, progress);
         }
-        return result;
     } catch (...) {
-        return VwSpecialFailed;
+        result = VwSpecialFailed;
     }
+    if (result != VwSpecialDone) {
+        status = VwSpecialStatusFailed;
+    }
+    return result;
 }
 
 } // namespace
@@ -126,10 +131,7 @@ int32_t VwDoSpecial(uint64_t /*ignored0*/, uint64_t request, ProgressCallback ca
         return VwSpecialFailed;
     }
     *status = 0;
-    const int32_t result = extractItem(*proc, *record, rootTag, {callback, callbackData});
-    if (result != VwSpecialDone) {
-        *status = VwSpecialStatusFailed;
-    }
+    const int32_t result = extractItem(*proc, *record, rootTag, {callback, callbackData}, *status);
     SYSNativeUnlock(request);
     return result;
 }

@@ -22,7 +22,8 @@ constexpr uint32_t skipSpaceOption = 4;
 constexpr std::size_t maxSpareAttributes = 32;
 constexpr int maxSpareCapacity = 1024;
 
-// One chunk of content with a 0 unit behind it, so that a count is never sought past its end.
+// One chunk of content and a 0 unit after it. It is cleared for each text, so that a text without
+// a terminator ends where the reader stopped writing.
 using Chunk = std::array<uint16_t, OLMXMLParser::chunkUnits + 1>;
 
 void throwFailure(int16_t status) {
@@ -151,7 +152,7 @@ void OLMXMLParser::readAttributes(OLMXMLTag& tag) {
 }
 
 unsigned short OLMXMLParser::content(qor::WString& out) {
-    Chunk chunk; // not cleared: only what the reader has written is looked at
+    Chunk chunk{};
     uint32_t count = 0;
     if (readFirstChunk(out, chunk.data(), chunkUnits, count) == 0) {
         return 0;
@@ -168,23 +169,21 @@ unsigned short OLMXMLParser::content(qor::WString& out) {
 }
 
 unsigned short OLMXMLParser::content(qor::WString& out, unsigned int limit) {
-    Chunk chunk;
+    Chunk chunk{};
     uint32_t count = 0;
     return readFirstChunk(out, chunk.data(), std::min(limit, chunkUnits), count);
 }
 
-// `chunk` has room for a unit more than `capacity`.
+// `chunk` is cleared and has room for one unit more than `capacity`.
 unsigned short OLMXMLParser::readFirstChunk(qor::WString& out, uint16_t* chunk, uint32_t capacity,
                                             uint32_t& count) {
-    chunk[0] = 0;
-    chunk[capacity] = 0;
     count = 0;
     if (UTXMLReadContent(&reader, 1, chunk, capacity, &count) != 0 || count == 0) {
         return 0;
     }
-    const int length =
-        count == UTXML_COUNT_IT ? countUnits(chunk) : static_cast<int>(std::min(count, capacity));
-    setUnits(out, chunk, length);
+    // Any other negative count leaves an empty text.
+    const int length = count == UTXML_COUNT_IT ? countUnits(chunk) : static_cast<int>(count);
+    setUnits(out, chunk, std::min(length, static_cast<int>(capacity)));
     return 1;
 }
 
