@@ -8,17 +8,12 @@
 #include "filter/boundary/Reader.h"
 #include "filter/core/Exception.h"
 #include "filter/xml/OLMRootTags.h"
-#include "filter/xml/TextUnits.h"
+#include "filter/xml/WStringUnits.h"
 
 namespace {
 
-constexpr unsigned int errCannotOpen = static_cast<unsigned int>(-4);
-
-// The only option in use: white space between elements is no text.
-constexpr uint32_t skipSpaceOption = 4;
-
-// What is kept for the next tag. A document can hold any number of attributes of any length, and
-// those shall not stay until the parser's end.
+// Limits of the attributes that are kept for the next tag. A document may contain any number of
+// attributes of any length, which must not take memory for the rest of the parser's life.
 constexpr std::size_t maxSpareAttributes = 32;
 constexpr int maxSpareCapacity = 1024;
 
@@ -55,12 +50,12 @@ OLMXMLParser::~OLMXMLParser() {
 void OLMXMLParser::init(void* archive, unsigned long entryIndex) {
     stream = openXMLFile(archive, entryIndex);
     if (stream == nullptr) {
-        throw qor::Exception(errCannotOpen, nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(ErrEntryNotOpened, nullptr, nullptr, nullptr, 0);
     }
 
-    // A failure from here on leaves the stream open: the host gives it back.
+    // A failure from here on leaves the stream open; the host closes it.
     throwFailure(UTXMLInit(&reader, stream));
-    UTXMLSetOption(&reader, skipSpaceOption, 1);
+    UTXMLSetOption(&reader, UTXML_OPTION_SKIP_SPACE, 1);
     throwFailure(addTags(rootTags.data(), rootTags.size()));
 
     this->entryIndex = entryIndex;
@@ -75,7 +70,7 @@ HostStream* OLMXMLParser::openXMLFile(void* archive, unsigned long entryIndex) {
     request.entryIndex = static_cast<int64_t>(entryIndex);
     request.always1 = 1;
 
-    // The handle alone tells whether it went well.
+    // A null handle is the only sign of a failure.
     directory->stream.open(&handle, OpenMember, &request, OpenModeRead);
     return handle;
 }
@@ -147,7 +142,7 @@ void OLMXMLParser::readAttributes(OLMXMLTag& tag) {
         setText(attribute->name, name, nameLength);
         setText(attribute->value, value, valueLength);
         tag.attributes.add(attribute.get());
-        static_cast<void>(attribute.release()); // the tag's from here on
+        static_cast<void>(attribute.release()); // now owned by the tag
     }
 }
 
