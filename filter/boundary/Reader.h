@@ -123,8 +123,8 @@ int16_t UTXMLSkipTag(UTXMLReader* reader, uint64_t firstHalf, uint64_t secondHal
 int16_t UTXMLGetStateInfo(UTXMLReader* reader, tagUTXMLSaveData* save);
 
 /*
- * Returns the reader to a saved state, which may come from another reader on the same entry: the
- * next tag is the one that followed when `save` was stored.
+ * Restores a saved state, which may come from another reader on the same entry: the next tag is the
+ * one that followed when `save` was stored.
  */
 int16_t UTXMLRestoreStateInfo(UTXMLReader* reader, const tagUTXMLSaveData* save);
 

@@ -13,7 +13,7 @@ public:
     // Reads the next item. Returns 1, or 0 when no item is left. Called once.
     virtual unsigned short parseNode(OLMXMLParser& parser) = 0;
 
-    // Writes the row; `itemNumber` is the item's place in its document, from 1. Returns the host's
+    // Writes the row; `itemNumber` is the item's number in its document, from 1. Returns the host's
     // answer to the break after the row.
     virtual unsigned short translateNode(unsigned int itemNumber) = 0;
 

@@ -4,6 +4,7 @@
 #include "filter/core/Exception.h"
 #include "filter/storage/MapiPropTag.h"
 #include "filter/storage/MapiPropType.h"
+#include "filter/storage/MapiValues.h"
 #include "filter/storage/OpenHandle.h"
 #include "filter/storage/WriterErrors.h"
 
@@ -16,8 +17,6 @@ constexpr int16_t itemDone = 100;
 // The class id of every message: {00020D0B-0000-0000-C000-000000000046}.
 constexpr unsigned char messageClassId[16] = {0x0B, 0x0D, 0x02, 0x00, 0x00, 0x00, 0x00, 0x00,
                                               0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46};
-
-constexpr uint64_t accessRead = 2;
 
 // MV_PROPS, CATEGORIZE, RTF and UNICODE among others ([MS-OXPROPS], PidTagStoreSupportMask).
 constexpr uint64_t storeSupportMask = 0x40E79;

@@ -5,7 +5,7 @@
 
 #include "filter/writers/OLMMsgRecurringWriter.h"
 
-// Returns the recipient type of an attendee: 2 for the number 1, 3 for 2, and 1 for any other.
+// Returns the RecipientType of an attendee: Cc for the number 1, Bcc for 2, and To for any other.
 int mapAttendeeVal(int attendeeType);
 
 // Writes one appointment as a message of class IPM.Appointment ([MS-OXOCAL]).

@@ -1,6 +1,7 @@
 // The recipients of OLMMsgCalWriter: organizer and attendees.
 
 #include "filter/storage/MapiPropTag.h"
+#include "filter/storage/MapiValues.h"
 #include "filter/storage/OLMMsgRecipient.h"
 #include "filter/writers/OLMMsgCalTags.h"
 #include "filter/writers/OLMMsgCalWriter.h"
@@ -8,7 +9,6 @@
 
 namespace {
 
-constexpr int recipientTypeTo = 1;
 constexpr int organizerFlags = 3; // recipSendable and recipOrganizer ([MS-OXOCAL])
 
 // Returns the text of the attribute, or `empty` when it is missing.
@@ -21,11 +21,11 @@ const qor::WString& textOf(const OLMXMLAttribute* attribute, const qor::WString&
 int mapAttendeeVal(int attendeeType) {
     switch (attendeeType) {
     case 1:
-        return 2;
+        return RecipientCc;
     case 2:
-        return 3;
+        return RecipientBcc;
     default:
-        return 1;
+        return RecipientTo;
     }
 }
 
@@ -35,7 +35,7 @@ void OLMMsgCalWriter::addOrganizer(OLMXMLParser& parser) {
 
     OLMMsgRecipient recipient(rootStorage, static_cast<unsigned int>(recipientCount));
     recipient.addProperty(propertyId(PidTagRowid), recipientCount);
-    recipient.addProperty(propertyId(PidTagRecipientType), recipientTypeTo);
+    recipient.addProperty(propertyId(PidTagRecipientType), static_cast<int>(RecipientTo));
     recipient.addProperty(propertyId(PidTagEmailAddress), text);
     recipient.addProperty(propertyId(PidTagDisplayName), text);
     recipient.addProperty(propertyId(PidTagRecipientFlags), organizerFlags);

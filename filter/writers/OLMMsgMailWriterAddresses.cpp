@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "filter/storage/MapiPropTag.h"
+#include "filter/storage/MapiValues.h"
 #include "filter/storage/OLMMsgRecipient.h"
 #include "filter/storage/OpenHandle.h"
 #include "filter/writers/OLMMsgMailTags.h"
@@ -13,12 +14,6 @@
 #include "filter/xml/WStringUnits.h"
 
 namespace {
-
-enum RecipientType : unsigned int {
-    RecipientTo = 1,
-    RecipientCc = 2,
-    RecipientBcc = 3,
-};
 
 struct RecipientGroup {
     MailCode code;

@@ -5,6 +5,7 @@
 
 #include "filter/boundary/Archive.h"
 #include "filter/storage/MapiPropTag.h"
+#include "filter/storage/MapiValues.h"
 #include "filter/storage/OLMMsgEmailAttachment.h"
 #include "filter/storage/OpenHandle.h"
 #include "filter/writers/OLMMsgMailTags.h"
@@ -15,7 +16,6 @@ namespace {
 
 constexpr int attachByValue = 1;    // PidTagAttachMethod: the data is in the attachment
 constexpr int objectAttachment = 7; // PidTagObjectType
-constexpr int accessRead = 2;       // PidTagAccess
 
 constexpr std::ptrdiff_t maxNameBytes = sizeof(MemberOpenRequest{}.name);
 
