@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include "filter/state/PROC.h"
 #include "tests/fakehost/Extraction.h"
 #include "tests/fakehost/Matchers.h"
 
@@ -392,6 +393,82 @@ TEST_F(ItemExtractionTest, WriterThatThrowsLeavesItsStorageToTheHost) {
     EXPECT_EQ(outcome.openHandles, 0);
     EXPECT_EQ(outcome.openReaders, 0);
     EXPECT_EQ(outcome.lockedBlocks, 0);
+}
+
+// Watches the status of a request while the module closes the entry of its parser: every entry
+// that the archive opens gets a `close` that notes the status.
+class ItemExtractionStatusTest : public ItemExtractionTest {
+protected:
+    void SetUp() override {
+        ItemExtractionTest::SetUp();
+        HostStream& archive = *scan->proc()->archive;
+        openEntry = archive.open;
+        archive.open = openWatched;
+        status = 0xFFFF;
+        statusAtClose.clear();
+    }
+
+    int32_t extract(uint32_t entryIndex, uint32_t itemNumber) {
+        const uint64_t request = SYSNativeAlloc(sizeof(SODOSPECIALARC));
+        auto* record = new (SYSNativeLock(request)) SODOSPECIALARC{};
+        record->output = host.newOutput();
+        record->flags = SpecialByLocation;
+        record->locator = {sizeof(ItemLocator), entryIndex, itemNumber};
+        HostStream* const output = record->output;
+        SYSNativeUnlock(request);
+
+        const int32_t result = VwDoSpecial(0, request, nullptr, nullptr, &status, 0, scan->proc());
+
+        SYSNativeFree(request);
+        host.endOutput(output);
+        return result;
+    }
+
+    static inline uint16_t status;
+    static inline std::vector<uint16_t> statusAtClose;
+
+private:
+    static int32_t openWatched(HostStream** handle, uint32_t code, void* request, uint32_t mode) {
+        const int32_t result = openEntry(handle, code, request, mode);
+        if (*handle != nullptr) {
+            closeEntry = (*handle)->close;
+            (*handle)->close = closeWatched;
+        }
+        return result;
+    }
+
+    static int32_t closeWatched(HostStream* handle) {
+        statusAtClose.push_back(status);
+        return closeEntry(handle);
+    }
+
+    static inline decltype(HostStream::open) openEntry;
+    static inline decltype(HostStream::close) closeEntry;
+};
+
+TEST_F(ItemExtractionStatusTest, StatusIsSetBeforeTheParserOfARefusedWalkEnds) {
+    host.failCall(CallKind::SkipTag, 1);
+
+    EXPECT_EQ(extract(1, 3), VwSpecialNoItem);
+
+    EXPECT_EQ(status, VwSpecialStatusFailed);
+    EXPECT_THAT(statusAtClose, ElementsAre(VwSpecialStatusFailed));
+}
+
+TEST_F(ItemExtractionStatusTest, StatusIsSetBeforeTheParserOfAFailedItemEnds) {
+    host.failCall(CallKind::CreateStorage, 0);
+
+    EXPECT_EQ(extract(1, 1), VwSpecialFailed);
+
+    EXPECT_EQ(status, VwSpecialStatusFailed);
+    EXPECT_THAT(statusAtClose, ElementsAre(VwSpecialStatusFailed));
+}
+
+TEST_F(ItemExtractionStatusTest, StatusIs0WhileTheParserOfAWrittenItemEnds) {
+    EXPECT_EQ(extract(1, 1), VwSpecialDone);
+
+    EXPECT_EQ(status, 0);
+    EXPECT_THAT(statusAtClose, ElementsAre(0));
 }
 
 TEST_F(ItemExtractionTest, FailedRequestDoesNotDisturbTheNext) {

@@ -5,12 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "filter/core/Exception.h"
-#include "filter/listing/OLMCalFields.h"
-#include "filter/listing/OLMContactFields.h"
-#include "filter/listing/OLMContactGrpFields.h"
-#include "filter/listing/OLMEmailFields.h"
-#include "filter/listing/OLMNoteFields.h"
-#include "filter/listing/OLMTaskFields.h"
+#include "filter/listing/OLMKindFields.h"
 #include "filter/xml/OLMXMLParser.h"
 #include "tests/fakehost/Scan.h"
 #include "tests/fakehost/Text.h"

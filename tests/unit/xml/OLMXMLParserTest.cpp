@@ -584,6 +584,54 @@ TEST_F(OLMXMLParserContentTest, TextToBeCountedThatFillsTheBufferEndsWithIt) {
     EXPECT_EQ(host.countOf(CallKind::ReadContent), 1);
 }
 
+class OLMXMLParserClearedBufferTest : public OLMXMLParserContentTest,
+                                      public testing::WithParamInterface<size_t> {};
+
+// A text to be counted that comes without a 0 unit ends where the buffer is still clear, whatever
+// an earlier text left in the memory of the buffer.
+TEST_P(OLMXMLParserClearedBufferTest, EndsATextThatIsToBeCounted) {
+    const std::u16string source = patternText(GetParam());
+    readTo(document("notes")
+               .open("a")
+               .reads({{0, 1024, patternText(1024)}, {0, 0, {}}})
+               .close()
+               .open("b")
+               .reads({{0, countIt, source}, {0, countIt, source}}));
+    parser->nextTag(tag);
+    EXPECT_EQ(parser->content(text), 1);
+    ASSERT_EQ(unitsOf(text), patternText(1024));
+    parser->nextTag(tag);
+    parser->nextTag(tag);
+
+    EXPECT_EQ(parser->content(text), 1);
+    EXPECT_EQ(unitsOf(text), source);
+    EXPECT_EQ(parser->content(text, 1024), 1);
+    EXPECT_EQ(unitsOf(text), source);
+}
+
+INSTANTIATE_TEST_SUITE_P(Units, OLMXMLParserClearedBufferTest,
+                         testing::Values(0U, 1U, 3U, 500U, 1023U),
+                         testing::PrintToStringParamName());
+
+class OLMXMLParserNegativeCountTest : public OLMXMLParserContentTest,
+                                      public testing::WithParamInterface<uint32_t> {};
+
+TEST_P(OLMXMLParserNegativeCountTest, EmptiesTheTextAndCountsAsRead) {
+    readReads({{0, GetParam(), u"abc"}, {0, GetParam(), u"def"}});
+
+    EXPECT_EQ(parser->content(text), 1);
+    EXPECT_EQ(unitsOf(text), u"");
+    EXPECT_EQ(host.countOf(CallKind::ReadContent), 1);
+
+    text = qor::WString("before");
+    EXPECT_EQ(parser->content(text, 100), 1);
+    EXPECT_EQ(unitsOf(text), u"");
+}
+
+INSTANTIATE_TEST_SUITE_P(Counts, OLMXMLParserNegativeCountTest,
+                         testing::Values(0xFFFFFFFEU, 0xFFFFFC00U, 0x80000000U),
+                         testing::PrintToStringParamName());
+
 TEST_F(OLMXMLParserContentTest, FailedFirstReadGives0AndKeepsTheEarlierText) {
     readReads({{-1, 3, u"abc"}});
 

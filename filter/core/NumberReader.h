@@ -1,24 +1,24 @@
-#ifndef OLMKIT_FILTER_CORE_NUMBERTEXT_H
-#define OLMKIT_FILTER_CORE_NUMBERTEXT_H
+#ifndef OLMKIT_FILTER_CORE_NUMBERREADER_H
+#define OLMKIT_FILTER_CORE_NUMBERREADER_H
 
 #include <cstdint>
 #include <limits>
 
 namespace qor {
 
-// Space, tab, line feed, vertical tab, form feed and carriage return.
+// Returns true for space, tab, line feed, vertical tab, form feed and carriage return.
 template <class Unit> bool isWhiteSpace(Unit unit) {
     return unit == ' ' || (unit >= '\t' && unit <= '\r');
 }
 
 // Reads whole numbers from text of narrow characters or of 16-bit units. All arithmetic is on
-// whole numbers and takes time in proportion to the text, however large an exponent is.
-template <class Unit> class NumberText {
+// integers, and takes time in proportion to the text even for a large exponent.
+template <class Unit> class NumberReader {
 public:
-    // The text is borrowed; it needs no terminator.
-    NumberText(const Unit* text, int length) : units(text), unitCount(length) {}
+    // The text is borrowed and needs no terminator.
+    NumberReader(const Unit* text, int length) : units(text), unitCount(length) {}
 
-    // The position of the first unit from `position` on that is no white space.
+    // Returns the position of the first unit, from `position` on, that is not white space.
     int skipWhiteSpace(int position) const {
         while (position < unitCount && isWhiteSpace(units[position])) {
             ++position;
@@ -26,24 +26,24 @@ public:
         return position;
     }
 
-    // As WString::toLong.
+    // Reads the number at `start`, as WString::toLong().
     int64_t read(int start, int* end, int radix) {
         magnitude = 0;
         isNegative = false;
         isFull = false;
-        int behind = start;
+        int numberEnd = start;
         if (start >= 0 && start < unitCount && radix >= 2 && radix <= 36) {
-            behind = readSigned(start, radix);
+            numberEnd = readSigned(start, radix);
         }
         if (end != nullptr) {
-            *end = behind;
+            *end = numberEnd;
         }
         return isNegative ? static_cast<int64_t>(0 - magnitude) : static_cast<int64_t>(magnitude);
     }
 
 private:
-    // Past it, an exponent outweighs any number of digits that a text can hold.
-    static constexpr int64_t largestExponent = 10'000'000'000;
+    // A larger exponent outweighs all the digits that a text can contain.
+    static constexpr int64_t maxExponent = 10'000'000'000;
 
     bool isUnit(int position, char unit) const {
         return position < unitCount && units[position] == static_cast<Unit>(unit);
@@ -51,7 +51,7 @@ private:
 
     bool isSign(int position) const { return isUnit(position, '+') || isUnit(position, '-'); }
 
-    // The value of the digit there, or -1.
+    // Returns the value of the digit at `position`, or -1.
     int digit(int position, int radix) const {
         if (position >= unitCount) {
             return -1;
@@ -75,7 +75,7 @@ private:
         return position;
     }
 
-    // Gives the position behind the number, or `start` when there is none.
+    // Returns the position after the number, or `start` when there is no number.
     int readSigned(int start, int radix) {
         const int signAt = skipWhiteSpace(start);
         const int digitsAt = isSign(signAt) ? signAt + 1 : signAt;
@@ -91,7 +91,8 @@ private:
         return digitsEnd;
     }
 
-    // Takes the digits that lie ahead of the point once the exponent has moved it.
+    // Reads the digits that are before the decimal point once the exponent has moved it. Returns
+    // the position after the number.
     int readDecimal(int digitsAt, int digitsEnd) {
         int fractionAt = digitsEnd;
         if (isUnit(digitsEnd, '.') && digit(digitsEnd + 1, 10) >= 0) {
@@ -99,43 +100,43 @@ private:
         }
         const int fractionEnd = skipDigits(fractionAt, 10);
 
-        int64_t wanted = digitsEnd - digitsAt;
-        const int behind = readExponent(fractionEnd, wanted);
-        wanted = appendDigits(digitsAt, digitsEnd, 10, wanted);
-        wanted = appendDigits(fractionAt, fractionEnd, 10, wanted);
-        while (wanted > 0 && magnitude != 0 && !isFull) {
+        int64_t count = digitsEnd - digitsAt;
+        const int numberEnd = readExponent(fractionEnd, count);
+        count = appendDigits(digitsAt, digitsEnd, 10, count);
+        count = appendDigits(fractionAt, fractionEnd, 10, count);
+        while (count > 0 && magnitude != 0 && !isFull) {
             appendDigit(0, 10);
-            --wanted;
+            --count;
         }
-        return behind;
+        return numberEnd;
     }
 
-    // Adds the exponent at `position` to `wanted`. Gives the position behind it.
-    int readExponent(int position, int64_t& wanted) const {
+    // Adds the exponent at `position` to `count`. Returns the position after it.
+    int readExponent(int position, int64_t& count) const {
         if (!isUnit(position, 'E') && !isUnit(position, 'e')) {
             return position;
         }
         const int digitsAt = isSign(position + 1) ? position + 2 : position + 1;
         const int digitsEnd = skipDigits(digitsAt, 10);
         int64_t exponent = 0;
-        for (int i = digitsAt; i < digitsEnd && exponent < largestExponent; ++i) {
+        for (int i = digitsAt; i < digitsEnd && exponent < maxExponent; ++i) {
             exponent = exponent * 10 + digit(i, 10);
         }
-        wanted += isUnit(position + 1, '-') ? -exponent : exponent;
+        count += isUnit(position + 1, '-') ? -exponent : exponent;
         return digitsEnd > digitsAt ? digitsEnd : position;
     }
 
-    // Appends at most `wanted` of the digits. Gives how many are still wanted.
-    int64_t appendDigits(int position, int end, int radix, int64_t wanted) {
-        for (; position < end && wanted > 0 && !isFull; ++position, --wanted) {
+    // Appends at most `count` of the digits. Returns how many are still missing.
+    int64_t appendDigits(int position, int end, int radix, int64_t count) {
+        for (; position < end && count > 0 && !isFull; ++position, --count) {
             appendDigit(digit(position, radix), radix);
         }
-        return wanted;
+        return count;
     }
 
     void appendDigit(int value, int radix) {
-        constexpr auto largest = static_cast<uint64_t>(std::numeric_limits<int64_t>::max());
-        const uint64_t limit = isNegative ? largest + 1 : largest;
+        constexpr auto maxPositive = static_cast<uint64_t>(std::numeric_limits<int64_t>::max());
+        const uint64_t limit = isNegative ? maxPositive + 1 : maxPositive;
         const auto added = static_cast<uint64_t>(value);
         const auto factor = static_cast<uint64_t>(radix);
         isFull = magnitude > (limit - added) / factor;
@@ -146,7 +147,7 @@ private:
     int unitCount;
     uint64_t magnitude = 0;
     bool isNegative = false;
-    bool isFull = false; // the limit was reached: further digits don't count
+    bool isFull = false; // the limit was reached; further digits are ignored
 };
 
 } // namespace qor

@@ -1,4 +1,4 @@
-#include "filter/core/NumberText.h"
+#include "filter/core/NumberReader.h"
 
 #include <algorithm>
 #include <limits>
@@ -35,7 +35,7 @@ struct RadixCase {
 };
 
 int64_t decimal(const std::string& text) {
-    return qor::NumberText<char>(text.data(), static_cast<int>(text.size())).read(0, nullptr, 10);
+    return qor::NumberReader<char>(text.data(), static_cast<int>(text.size())).read(0, nullptr, 10);
 }
 
 } // namespace
@@ -150,7 +150,7 @@ INSTANTIATE_TEST_SUITE_P(Limits, DecimalTexts, testing::Values(
     NumberCase{"0.0000000001E999999999", largest,    22}));
 // clang-format on
 
-TEST(NumberTextTest, ReadsFromTheStartThatIsGiven) {
+TEST(NumberReaderTest, ReadsFromTheStartThatIsGiven) {
     const qor::WString text("12 +34 x");
     int end = -99;
 
@@ -162,7 +162,7 @@ TEST(NumberTextTest, ReadsFromTheStartThatIsGiven) {
     EXPECT_EQ(end, 6) << "white space alone is no number";
 }
 
-TEST(NumberTextTest, StartOutsideTheTextGivesZeroAndTheStart) {
+TEST(NumberReaderTest, StartOutsideTheTextGivesZeroAndTheStart) {
     const qor::WString text("123");
 
     for (const int start :
@@ -175,7 +175,7 @@ TEST(NumberTextTest, StartOutsideTheTextGivesZeroAndTheStart) {
     EXPECT_EQ(qor::String().toLong(0, nullptr, 10), 0);
 }
 
-TEST(NumberTextTest, OtherRadicesTakeDigitsAlone) {
+TEST(NumberReaderTest, OtherRadicesTakeDigitsAlone) {
     // clang-format off
     const RadixCase rows[] = {
         {"101",              5,          2,  3},
@@ -200,7 +200,7 @@ TEST(NumberTextTest, OtherRadicesTakeDigitsAlone) {
     }
 }
 
-TEST(NumberTextTest, RadixThatIsNoneGivesZero) {
+TEST(NumberReaderTest, RadixThatIsNoneGivesZero) {
     for (const int radix :
          {std::numeric_limits<int>::min(), -10, -1, 0, 1, 37, std::numeric_limits<int>::max()}) {
         int end = -99;
@@ -209,7 +209,7 @@ TEST(NumberTextTest, RadixThatIsNoneGivesZero) {
     }
 }
 
-TEST(NumberTextTest, MillionsOfDigitsAreReadInOnePass) {
+TEST(NumberReaderTest, MillionsOfDigitsAreReadInOnePass) {
     const std::string zeros(2'000'000, '0');
     const std::string nines(2'000'000, '9');
 
@@ -226,11 +226,11 @@ TEST(NumberTextTest, MillionsOfDigitsAreReadInOnePass) {
     EXPECT_EQ(decimal("1" + std::string(2'000'000, ' ')), 1);
 }
 
-TEST(NumberTextTest, ZeroUnitEndsTheNumber) {
+TEST(NumberReaderTest, ZeroUnitEndsTheNumber) {
     EXPECT_EQ(decimal(std::string("1\0002", 3)), 1);
 }
 
-TEST(NumberTextTest, UnitsThatLookLikeDigitsInTheirLowByteAreNone) {
+TEST(NumberReaderTest, UnitsThatLookLikeDigitsInTheirLowByteAreNone) {
     qor::WString text;
     const uint16_t units[] = {0x0131, 0xFF11, 0x0661, '1'};
 
@@ -241,9 +241,9 @@ TEST(NumberTextTest, UnitsThatLookLikeDigitsInTheirLowByteAreNone) {
     EXPECT_EQ(text.toLong(3, nullptr, 10), 1);
 }
 
-TEST(NumberTextTest, ReaderMayBeUsedAgain) {
+TEST(NumberReaderTest, ReaderMayBeUsedAgain) {
     const std::string text = "-99999999999999999999 3";
-    qor::NumberText<char> reader(text.data(), static_cast<int>(text.size()));
+    qor::NumberReader<char> reader(text.data(), static_cast<int>(text.size()));
     int end = 0;
 
     EXPECT_EQ(reader.read(0, &end, 10), smallest);

@@ -1,11 +1,11 @@
-#ifndef OLMKIT_FILTER_XML_TEXTUNITS_H
-#define OLMKIT_FILTER_XML_TEXTUNITS_H
+#ifndef OLMKIT_FILTER_XML_WSTRINGUNITS_H
+#define OLMKIT_FILTER_XML_WSTRINGUNITS_H
 
 #include <cstdint>
 
 #include "filter/core/WString.h"
 
-// The units ahead of the first 0 unit; 0 for null.
+// Returns the number of units before the first 0 unit; 0 for null.
 inline int countUnits(const uint16_t* units) {
     int count = 0;
     if (units != nullptr) {
@@ -16,7 +16,7 @@ inline int countUnits(const uint16_t* units) {
     return count;
 }
 
-// The position of the last `unit` in the text, or -1.
+// Returns the position of the last `unit` in the text, or -1.
 inline int lastPosition(const qor::WString& text, uint16_t unit) {
     int position = text.length() - 1;
     while (position >= 0 && text.value()[position] != unit) {
@@ -25,8 +25,8 @@ inline int lastPosition(const qor::WString& text, uint16_t unit) {
     return position;
 }
 
-// Replaces the text by `count` units, as far as the first 0 unit. Null, or a count of 0 or below,
-// empties it.
+// Replaces the text by at most `count` units, up to the first 0 unit. Null, or a count of 0 or
+// less, empties it.
 inline void setUnits(qor::WString& text, const uint16_t* units, int count) {
     if (units != nullptr && count > 0) {
         text.assign(units, count);
