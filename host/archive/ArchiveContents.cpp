@@ -71,7 +71,7 @@ std::optional<NameIndex::Row> ArchiveContents::find(std::string_view name) const
 bool ArchiveContents::isLocked() const {
     bool hasDocuments = false;
     for (std::uint64_t index = 0; index < entryCount(); ++index) {
-        if (name(index).ends_with(".xml")) {
+        if (isDocument(index)) {
             if (!info(index).isEncrypted) {
                 return false;
             }

@@ -4,6 +4,7 @@
 
 #include "host/compound/CompoundReader.h"
 #include "host/compound/FieldReader.h"
+#include "host/message/MessageFormat.h"
 #include "host/message/MessageNames.h"
 #include "host/message/MessageStorage.h"
 #include "host/message/PropertyType.h"
@@ -11,16 +12,6 @@
 namespace olmhost {
 
 namespace {
-
-// The storage and streams of the named properties (MS-OXMSG 2.2.3): GUIDs, entries and strings.
-constexpr const char16_t* namesStorage = u"__nameid_version1.0";
-constexpr const char16_t* guidStream = u"__substg1.0_00020102";
-constexpr const char16_t* entryStream = u"__substg1.0_00030102";
-constexpr const char16_t* stringStream = u"__substg1.0_00040102";
-
-// The beginnings of the names of recipients' and attachments' storages (MS-OXMSG 2.2.1 and 2.2.2).
-constexpr std::u16string_view recipientStorage = u"__recip_version1.0_#";
-constexpr std::u16string_view attachmentStorage = u"__attach_version1.0_#";
 
 MessageNames namesOf(const CompoundReader& reader, const MessageStorage& root) {
     const std::optional<EntryId> storage = root.child(namesStorage);
@@ -45,7 +36,7 @@ std::unique_ptr<Message> Message::open(std::span<const std::byte> file, std::str
     }
     const CompoundReader& reader = *message->reader;
     const MessageStorage root(reader, rootEntry);
-    if (!root.child(MessageStorage::propertyStream).has_value()) {
+    if (!root.child(propertyStream).has_value()) {
         failure = "it has no property stream, so it is not a message";
         return nullptr;
     }
@@ -57,8 +48,8 @@ std::unique_ptr<Message> Message::open(std::span<const std::byte> file, std::str
             parts.push_back(part.properties(MessageStorage::partHeader, names));
         }
     };
-    addParts(recipientStorage, message->ofRecipients);
-    addParts(attachmentStorage, message->ofAttachments);
+    addParts(recipientStart, message->ofRecipients);
+    addParts(attachmentStart, message->ofAttachments);
     return message;
 }
 

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "host/compound/FieldReader.h"
+#include "host/message/MessageFormat.h"
 #include "host/message/PropertyType.h"
 
 namespace olmhost {
@@ -23,7 +24,7 @@ void appendHex(std::u16string& text, std::uint32_t value) {
 }
 
 std::u16string streamName(std::uint32_t tag) {
-    std::u16string name = u"__substg1.0_";
+    std::u16string name(valueStreamStart);
     appendHex(name, tag);
     return name;
 }

@@ -15,8 +15,6 @@ namespace olmhost {
 // One storage of a message that holds properties: the message itself, a recipient, an attachment.
 class MessageStorage {
 public:
-    static constexpr const char16_t* propertyStream = u"__properties_version1.0";
-
     // Bytes before the entries of a property stream (MS-OXMSG 2.4.1).
     static constexpr std::size_t messageHeader = 32;
     static constexpr std::size_t partHeader = 8;

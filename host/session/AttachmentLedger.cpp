@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
+#include "host/message/MessageFormat.h"
+
 namespace olmhost {
 
 namespace {
 
-// The names of an attachment's storage, without its number, and of two of its streams
-// (MS-OXMSG 2.2.2 and 2.1.3): PidTagAttachDataBinary and PidTagAttachLongFilename.
-constexpr std::u16string_view storagePrefix = u"__attach_version1.0_#";
+// Two streams of an attachment: PidTagAttachDataBinary and PidTagAttachLongFilename.
 constexpr std::u16string_view dataStream = u"__substg1.0_37010102";
 constexpr std::u16string_view nameStream = u"__substg1.0_3704001F";
 
@@ -17,7 +17,7 @@ constexpr std::size_t maxNameBytes = 2 * AttachmentAccount::maxName;
 } // namespace
 
 void AttachmentLedger::storageMade(EntryId id, std::u16string_view name) {
-    if (name.starts_with(storagePrefix)) {
+    if (name.starts_with(attachmentStart)) {
         attachments.push_back(
             {id, reading.members.size(), {}, DataWatcher(*this, attachments.size())});
     }

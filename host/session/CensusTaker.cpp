@@ -10,8 +10,6 @@ namespace olmhost {
 
 namespace {
 
-constexpr std::string_view documentEnding = ".xml";
-
 std::string counted(std::uint64_t count, std::string_view one, std::string_view more) {
     return std::to_string(count) + " " + std::string(count == 1 ? one : more);
 }
@@ -27,7 +25,7 @@ bool popToEnd(EventQueue& queue) {
 } // namespace
 
 void CensusTaker::endEntry(std::uint64_t entry, std::uint64_t rows) {
-    if (file.contents().name(entry).ends_with(documentEnding)) {
+    if (file.contents().isDocument(entry)) {
         endDocument(entry, rows);
     }
     taken.entries = entry + 1;

@@ -30,6 +30,10 @@ constexpr std::string_view categoriesRoot = "categories";
 // The end of the name of the element that has an item's attachments.
 constexpr std::string_view attachmentListEnding = "CopyAttachmentList";
 
+// The attributes of an attachment: the name of its entry, and its name to display.
+constexpr std::string_view entryAttribute = "OPFAttachmentURL";
+constexpr std::string_view nameAttribute = "OPFAttachmentName";
+
 // Depths of elements.
 constexpr std::uint32_t rootDepth = 1;
 constexpr std::uint32_t itemDepth = 2;
@@ -132,10 +136,10 @@ void ItemCounter::addAttachment(std::uint32_t depth, const char* const* attribut
     bool isNamed = false;
     for (; *attributes != nullptr; attributes += 2) {
         const std::string_view attribute = attributes[0];
-        if (attribute == "OPFAttachmentURL") {
+        if (attribute == entryAttribute) {
             isNamed = true;
             attachment.entryName = attributes[1];
-        } else if (attribute == "OPFAttachmentName") {
+        } else if (attribute == nameAttribute) {
             attachment.name = attributes[1];
         }
     }

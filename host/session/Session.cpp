@@ -16,8 +16,8 @@ namespace olmhost {
 
 namespace {
 
-static_assert(ModuleDone == VwSpecialDone && ModuleNoItem == VwSpecialNoItem &&
-              ModuleFailed == VwSpecialFailed && moduleStatusFailed == VwSpecialStatusFailed);
+static_assert(int{ModuleDone} == VwSpecialDone && int{ModuleNoItem} == VwSpecialNoItem &&
+              int{ModuleFailed} == VwSpecialFailed && moduleStatusFailed == VwSpecialStatusFailed);
 
 constexpr std::int32_t progressDone = 100;
 constexpr std::uint32_t checkBlockSize = 65536; // bytes

@@ -13,7 +13,7 @@ namespace {
 
 class RealArchiveTest : public ArchiveFixture {
 protected:
-    // What a command prints.
+    // Returns what a command prints.
     static std::string output(const std::string& command) {
         std::string text;
         std::FILE* pipe = ::popen(command.c_str(), "r");
@@ -29,7 +29,7 @@ protected:
         return text;
     }
 
-    // "checksum size name" of every file, by another reader.
+    // Returns "checksum size name" of every file, by another reader.
     static std::string listing(const std::string& path) {
         return output("python3 -c \"import sys, zipfile, zlib\n"
                       "archive = zipfile.ZipFile(sys.argv[1])\n"

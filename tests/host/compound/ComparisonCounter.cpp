@@ -2,7 +2,7 @@
 
 #include "host/compound/EntryName.h"
 
-// The linker is told to wrap compareEntryNames(): it calls the first of these functions instead,
+// A linker option wraps compareEntryNames(): its callers call the first of these functions instead,
 // and the second is the original.
 #define COMPARE_ENTRY_NAMES                                                                        \
     "_ZN7olmhost17compareEntryNamesESt17basic_string_viewIDsSt11char_traitsIDsEES3_"

@@ -23,7 +23,7 @@ std::filesystem::path sourceDirectory() {
     return given == nullptr ? "." : given;
 }
 
-// What a command prints.
+// Returns what a command prints.
 std::string outputOf(const std::string& command) {
     const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
     std::string output;
@@ -37,7 +37,7 @@ std::string shellWord(const std::string& argument) {
     return "'" + argument + "'";
 }
 
-// As Python's json module writes it.
+// Returns the text as Python's json module writes it.
 std::string jsonText(const std::string& text) {
     std::string out = "\"";
     const auto escape = [&](unsigned unit) {
@@ -83,7 +83,7 @@ std::string jsonText(const std::string& text) {
     return out + "\"";
 }
 
-// The names of a document's elements become ids, so that the reader's events can tell names.
+// Maps the names of a document's elements to ids, so that the reader's events show names.
 class NameMap {
 public:
     explicit NameMap(const std::string& bytes) {

@@ -45,7 +45,7 @@ TEST(ModuleTest, LibraryWithoutTheEntryPointsIsRefused) {
     EXPECT_THAT(failure, HasSubstr("lacks entry points"));
 }
 
-TEST(ModuleTest, NameWithoutAFolderIsTakenFromTheCurrentFolderAlone) {
+TEST(ModuleTest, NameWithoutAFolderIsOnlyLookedUpInTheCurrentFolder) {
     std::string failure;
 
     EXPECT_EQ(Module::load("libc.so.6", failure), nullptr);
