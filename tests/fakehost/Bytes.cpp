@@ -63,7 +63,7 @@ Bytes hex(std::string_view digits) {
             continue;
         }
         if (std::isxdigit(static_cast<unsigned char>(digit)) == 0) {
-            throw std::invalid_argument("hex(): no hexadecimal digit");
+            throw std::invalid_argument("hex(): not a hexadecimal digit");
         }
         const int value = digit <= '9' ? digit - '0' : (digit & 0x5F) - 'A' + 10;
         if (half < 0) {
@@ -74,7 +74,7 @@ Bytes hex(std::string_view digits) {
         }
     }
     if (half >= 0) {
-        throw std::invalid_argument("hex(): half a pair");
+        throw std::invalid_argument("hex(): an odd number of digits");
     }
     return bytes;
 }

@@ -23,7 +23,7 @@ int32_t onProgress(void* data, int32_t value) {
     return progress.answer ? progress.answer(value) : 0;
 }
 
-// A request in a block of the host, as the module wants it.
+// A request in a block of the host, as the module requires it.
 class Request {
 public:
     explicit Request(const SODOSPECIALARC& wanted) : handle(SYSNativeAlloc(sizeof wanted)) {
@@ -76,7 +76,7 @@ Outcome run(Scan& scan, SODOSPECIALARC wanted, bool withCallback, const Progress
 
 SODOSPECIALARC byIndex(int32_t index) {
     SODOSPECIALARC wanted = emptyRequest();
-    wanted.flags = 0xFFFFFFFEU; // all but the bit that counts
+    wanted.flags = 0xFFFFFFFEU; // all bits except SpecialByLocation
     wanted.itemIndex = index;
     wanted.locator.entryIndex = 0x7BAD;
     wanted.locator.itemNumber = 0x7BAD;

@@ -5,7 +5,7 @@
 
 #include "filter/core/Exception.h"
 
-// What a call threw: the message, with the code ahead of it when it isn't the code of a bound.
+// Returns the message of what a call threw, after its code unless that is the code of a bound.
 template <class Call> std::string indexErrorOf(Call call) {
     try {
         call();

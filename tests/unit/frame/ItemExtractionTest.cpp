@@ -85,7 +85,7 @@ protected:
     std::unique_ptr<Scan> scan;
 };
 
-// --- by index
+// --- By index.
 
 TEST_F(ItemExtractionTest, IndexNamesAnItemOfTheWholeArchive) {
     const std::u16string_view subjects[] = {u"one", u"two", u"three", u"four"};
@@ -111,14 +111,14 @@ TEST_F(ItemExtractionTest, NegativeIndexOpensNoEntry) {
     EXPECT_EQ(host.countOf(CallKind::OpenMember), 0);
 }
 
-TEST_F(ItemExtractionTest, NoIndexIsGoodBeforeTheScan) {
+TEST_F(ItemExtractionTest, NoIndexIsValidBeforeTheScan) {
     Scan fresh(host);
     fresh.open();
 
     expectRefused(extractIndex(fresh, 0), VwSpecialFailed);
 }
 
-TEST_F(ItemExtractionTest, ItemByIndexIsReadInTheseCalls) {
+TEST_F(ItemExtractionTest, ItemByIndexIsReadByTheseCalls) {
     extractIndex(*scan, 1);
 
     std::vector<std::string> calls = host.callTexts();
@@ -138,7 +138,7 @@ TEST_F(ItemExtractionTest, RequestIsUnlockedLast) {
 
     const auto calls = host.callTexts();
     ASSERT_GE(calls.size(), 5U);
-    // Behind the unlock comes the test's own free of the request.
+    // After the unlock the test itself frees the request.
     EXPECT_THAT(std::vector(calls.end() - 5, calls.end()),
                 ElementsAre("close(__nameid_version1.0)", "UTXMLDeInit()",
                             "close(entry Local/Notes/Notes.xml)",
@@ -155,7 +155,7 @@ TEST_F(ItemExtractionTest, NoCallbackIsNeeded) {
     EXPECT_TRUE(outcome.message.isRootClosed());
 }
 
-// --- by location
+// --- By location.
 
 TEST_F(ItemExtractionTest, LocationNamesAnItemOfAnEntry) {
     expectDone(extractAt(*scan, 1, 1), u"one");
@@ -178,14 +178,14 @@ TEST_F(ItemExtractionTest, ItemNumber0OpensNoEntry) {
     EXPECT_EQ(host.countOf(CallKind::OpenMember), 0);
 }
 
-TEST_F(ItemExtractionTest, FirstItemNeedsNoWalking) {
+TEST_F(ItemExtractionTest, FirstItemIsFoundWithoutSkipping) {
     extractAt(*scan, 1, 1);
 
     EXPECT_EQ(host.countOf(CallKind::SkipTag), 0);
     EXPECT_EQ(host.countOf(CallKind::RestoreStateInfo), 0);
 }
 
-TEST_F(ItemExtractionTest, WalkStepsOverElementsWhateverTheyAre) {
+TEST_F(ItemExtractionTest, WalkSkipsElementsOfAnyName) {
     FakeHost own;
     own.entry("a.xml", document("notes")
                            .open("other")
@@ -200,7 +200,7 @@ TEST_F(ItemExtractionTest, WalkStepsOverElementsWhateverTheyAre) {
     EXPECT_THAT(own.callsOf("UTXMLSkipTag"), SizeIs(1));
 }
 
-// A note without any element: the required properties, the defaults, and nothing else.
+// A note without elements: the required properties, the defaults, and nothing else.
 std::vector<fakehost::PropertyEntry> emptyNote() {
     return {
         {0x10090102, 6, 0},   {0x001A001F, 6, 30},      {0x0E1F000B, 6, 0},    {0x0FF70003, 6, 0},
@@ -212,7 +212,7 @@ std::vector<fakehost::PropertyEntry> emptyNote() {
 class ItemExtractionPastEndTest : public ItemExtractionTest,
                                   public testing::WithParamInterface<uint32_t> {};
 
-TEST_P(ItemExtractionPastEndTest, NumberPastTheLastItemGivesAnEmptyMessage) {
+TEST_P(ItemExtractionPastEndTest, NumberPastTheLastItemMakesAnEmptyMessage) {
     const Outcome outcome = extractAt(*scan, 1, GetParam());
 
     EXPECT_EQ(outcome.result, VwSpecialDone);
@@ -222,7 +222,7 @@ TEST_P(ItemExtractionPastEndTest, NumberPastTheLastItemGivesAnEmptyMessage) {
     EXPECT_TRUE(outcome.message.isRootClosed());
     EXPECT_THAT(outcome.progress, ElementsAre(100));
     EXPECT_EQ(outcome.openHandles, 0);
-    // The walk stops at the root's closing tag, however far the number lies.
+    // The walk stops at the root's closing tag, whatever the number.
     EXPECT_EQ(host.countOf(CallKind::SkipTag), 3);
 }
 
@@ -230,7 +230,7 @@ INSTANTIATE_TEST_SUITE_P(Numbers, ItemExtractionPastEndTest,
                          testing::Values(4U, 5U, 6U, 100U, 0x80000000U, 0xFFFFFFFFU),
                          testing::PrintToStringParamName());
 
-TEST_F(ItemExtractionTest, WalkThatTheReaderRefusesFindsNoItem) {
+TEST_F(ItemExtractionTest, WalkWithAFailingReaderFindsNoItem) {
     for (const int32_t status : {-1, 1}) {
         host.failCall(CallKind::SkipTag, 1, status);
         expectRefused(extractAt(*scan, 1, 3), VwSpecialNoItem);
@@ -256,10 +256,10 @@ TEST_F(ItemExtractionTest, EntryPastTheDirectoryFails) {
     }
 }
 
-// --- the callback
+// --- The callback.
 
-TEST_F(ItemExtractionTest, ProgressIsToldAfterEachTag) {
-    // Seven elements make 100: one of them counts 14.
+TEST_F(ItemExtractionTest, ProgressIsReportedAfterEachTag) {
+    // Seven elements make 100: each of them counts 14.
     const Outcome outcome = extractIndex(*scan, 0);
 
     EXPECT_THAT(outcome.progress, ElementsAre(14, 14, 100));
@@ -295,9 +295,9 @@ INSTANTIATE_TEST_SUITE_P(Answers, ItemExtractionCancelTest, testing::Values(1, -
                                  .append(std::to_string(std::abs(row.param)));
                          });
 
-// --- beside the scan
+// --- Together with a scan.
 
-TEST_F(ItemExtractionTest, ExtractionLeavesTheScanWhereItIs) {
+TEST_F(ItemExtractionTest, ExtractionDoesNotMoveTheScan) {
     Scan paused(host);
     paused.open();
     paused.onBreak = [](uint16_t code) { return uint16_t{code == BreakEntry}; };
@@ -319,7 +319,7 @@ TEST_F(ItemExtractionTest, ExtractionLeavesTheScanWhereItIs) {
     expectDone(extractIndex(paused, 3), u"four");
 }
 
-TEST_F(ItemExtractionTest, EachExtractionOpensItsEntryAnew) {
+TEST_F(ItemExtractionTest, EachExtractionOpensItsEntryAgain) {
     extractIndex(*scan, 0);
     extractIndex(*scan, 0);
     extractAt(*scan, 1, 1);
@@ -328,7 +328,7 @@ TEST_F(ItemExtractionTest, EachExtractionOpensItsEntryAnew) {
     EXPECT_THAT(host.callsOf("UTXMLDeInit"), SizeIs(3));
 }
 
-TEST_F(ItemExtractionTest, SameItemGivesTheSameMessage) {
+TEST_F(ItemExtractionTest, SameItemMakesTheSameMessage) {
     const StoredMessage byIndex = extractIndex(*scan, 1).message;
     const StoredMessage byLocation = extractAt(*scan, 1, 2).message;
 
@@ -336,7 +336,7 @@ TEST_F(ItemExtractionTest, SameItemGivesTheSameMessage) {
     EXPECT_EQ(byIndex.classId(), byLocation.classId());
 }
 
-// --- failures
+// --- Failures.
 
 TEST_F(ItemExtractionTest, RequestThatCantBeLockedBailsOut) {
     struct Gone {};
@@ -357,7 +357,7 @@ TEST_F(ItemExtractionTest, EntryThatCantBeOpenedFails) {
     EXPECT_EQ(scan->bails(), 0);
 }
 
-TEST_F(ItemExtractionTest, ReaderThatFailsLeavesItsEntryOpen) {
+TEST_F(ItemExtractionTest, FailingReaderLeavesItsEntryOpen) {
     for (const CallKind kind : {CallKind::ReaderInit, CallKind::AddTagMap}) {
         host.failCall(kind, 0, 5);
         const Outcome outcome = extractIndex(*scan, 0);
@@ -370,7 +370,7 @@ TEST_F(ItemExtractionTest, ReaderThatFailsLeavesItsEntryOpen) {
     }
 }
 
-// Without a root tag the item counts as an appointment, and that has no first tag either.
+// Without a root tag the item counts as an appointment, which has no first tag either.
 TEST_F(ItemExtractionTest, EntryWithoutAnyTagFails) {
     const Outcome outcome = extractAt(*scan, 2, 1);
 
@@ -394,7 +394,7 @@ TEST_F(ItemExtractionTest, WriterThatThrowsLeavesItsStorageToTheHost) {
     EXPECT_EQ(outcome.lockedBlocks, 0);
 }
 
-TEST_F(ItemExtractionTest, FailedRequestDoesNotDisturbTheNext) {
+TEST_F(ItemExtractionTest, FailedRequestDoesNotAffectTheNextOne) {
     host.failCall(CallKind::CreateStorage, 0);
     EXPECT_EQ(extractIndex(*scan, 0).result, VwSpecialFailed);
 
@@ -413,7 +413,7 @@ ItemDocument wholeNote() {
 
 class ItemExtractionSweepTest : public testing::TestWithParam<int32_t> {};
 
-// Every host call fails once: the request ends as a result, and the host gets everything back.
+// Every host call fails once: the request returns a result, and the host gets everything back.
 TEST_P(ItemExtractionSweepTest, NoHostFailureEscapesOrLeaks) {
     const int calls = fakehost::countHostCalls(wholeNote());
     ASSERT_GT(calls, 50);
@@ -432,7 +432,7 @@ TEST_P(ItemExtractionSweepTest, NoHostFailureEscapesOrLeaks) {
         EXPECT_EQ(outcome.message.isRootClosed(),
                   outcome.result == VwSpecialDone && outcome.message.hasRoot());
         EXPECT_EQ(outcome.lockedBlocks, 0);
-        // A reader that was never ready leaves its entry open: its init, and its root map.
+        // A reader that was never ready leaves its entry open: after its init or its root map.
         const bool isInInit = failing == 1 || failing == 3;
         EXPECT_EQ(outcome.openHandles, isInInit ? 1 : 0);
         EXPECT_EQ(outcome.openReaders, failing == 3 ? 1 : 0);
@@ -444,14 +444,14 @@ TEST_P(ItemExtractionSweepTest, NoHostFailureEscapesOrLeaks) {
 INSTANTIATE_TEST_SUITE_P(Statuses, ItemExtractionSweepTest, testing::Values(-1, 1),
                          [](const auto& row) { return row.param < 0 ? "Negative" : "Positive"; });
 
-TEST(ItemExtractionCutTest, DocumentCutBehindEachEventEndsAsAResult) {
+TEST(ItemExtractionCutTest, DocumentCutAfterAnyEventReturnsAResult) {
     const ItemDocument source = wholeNote();
     for (size_t events = 0; events <= source.eventCount(); ++events) {
         SCOPED_TRACE(events);
 
         const Outcome outcome = extractItem(source.cutAfter(events));
 
-        // Without root and item tag there is no item.
+        // Without a root tag and an item tag there is no item.
         EXPECT_EQ(outcome.result, events < 2 ? VwSpecialFailed : VwSpecialDone);
         EXPECT_EQ(outcome.message.isRootClosed(), events >= 2);
         EXPECT_EQ(outcome.message.has(properties), events >= 2);
@@ -461,7 +461,7 @@ TEST(ItemExtractionCutTest, DocumentCutBehindEachEventEndsAsAResult) {
     }
 }
 
-TEST(ItemExtractionShortWriteTest, WriteThatTakesLessEndsAsAResult) {
+TEST(ItemExtractionShortWriteTest, ShortWriteReturnsAResult) {
     int writes = 0;
     ItemRun counting;
     counting.inspect = [&](FakeHost& host) { writes = host.countOf(CallKind::Write); };
@@ -482,7 +482,7 @@ TEST(ItemExtractionShortWriteTest, WriteThatTakesLessEndsAsAResult) {
 
 class ItemExtractionLengthTest : public testing::TestWithParam<int> {};
 
-TEST_P(ItemExtractionLengthTest, TextOfAnyLengthReachesItsStreamWhole) {
+TEST_P(ItemExtractionLengthTest, TextOfAnyLengthIsWholeInItsStream) {
     const std::u16string text = patternText(static_cast<size_t>(GetParam()));
 
     const StoredMessage message = writeItem(note().element(body, text).element(title, text));

@@ -17,7 +17,7 @@ using fakehost::ProgressAnswer;
 using fakehost::Scan;
 using testing::ElementsAre;
 
-// Cancels at the `count`-th value.
+// Returns an answer that cancels at the `count`-th value.
 ProgressAnswer cancelAfter(int count) {
     auto left = std::make_shared<int>(count);
     return [left](int32_t) { return --*left == 0; };
@@ -31,7 +31,7 @@ Bytes pattern(size_t size) {
     return bytes;
 }
 
-// An entry of a kind that no writer knows.
+// Extracts from an entry of a kind that has no writer.
 class OLMXmlDumperTest : public testing::Test {
 protected:
     Outcome dump(const Bytes& bytes, const ProgressAnswer& answer, uint32_t item = 1) {
@@ -113,7 +113,7 @@ TEST_F(OLMXmlDumperTest, WholeEntryIsCopiedWhateverTheItemsNumber) {
     }
 }
 
-TEST_F(OLMXmlDumperTest, ShortWriteIsToldAndTheCopyBeginsAnew) {
+TEST_F(OLMXmlDumperTest, ShortWriteIsReportedAndTheCopyStartsOver) {
     const Bytes bytes = pattern(1500);
     host.shortenWrite(0, 100);
 
@@ -124,7 +124,7 @@ TEST_F(OLMXmlDumperTest, ShortWriteIsToldAndTheCopyBeginsAnew) {
     EXPECT_EQ(outcome.outputBytes, bytes.part(0, 100) + bytes);
 }
 
-TEST_F(OLMXmlDumperTest, FailedWriteIsPassedOver) {
+TEST_F(OLMXmlDumperTest, FailedWriteIsIgnored) {
     const Bytes bytes = pattern(2500);
     host.failCall(CallKind::Write, 1, -5);
 
@@ -135,7 +135,7 @@ TEST_F(OLMXmlDumperTest, FailedWriteIsPassedOver) {
     EXPECT_EQ(outcome.outputBytes, bytes.part(0, 1024) + bytes.part(2048, 452));
 }
 
-TEST_F(OLMXmlDumperTest, ShortWriteWithAFailureIsPassedOver) {
+TEST_F(OLMXmlDumperTest, ShortWriteWithAFailureIsIgnored) {
     const Bytes bytes = pattern(2048);
     host.shortenWrite(0, 7, -5);
 

@@ -12,7 +12,7 @@ namespace {
 struct SetCase {
     const char* name;
     int set;
-    const char* guid; // as it stands in a stream
+    const char* guid; // its bytes in a stream
 };
 
 class MapiGUIDMapTest : public testing::TestWithParam<SetCase> {};
@@ -49,6 +49,6 @@ TEST(MapiGUIDMapBoundsTest, SetPastTheLastThrows) {
     EXPECT_EQ(code, unknownCode);
 }
 
-TEST(MapiGUIDMapBoundsTest, MeetingSetBeginsWithItsFirstPart) {
+TEST(MapiGUIDMapBoundsTest, FirstPartOfAGuidIsANumber) {
     EXPECT_EQ(MapiGUIDMap::getMaipGuid(SetMeeting)->first, 0x6ED8DA90u);
 }

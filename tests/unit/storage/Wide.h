@@ -5,7 +5,7 @@
 
 #include "filter/core/WString.h"
 
-// A text of the module with exactly these units.
+// Returns a text of the module with exactly these units.
 inline qor::WString wide(std::u16string_view units) {
     qor::WString text;
     text.append(reinterpret_cast<const uint16_t*>(units.data()), static_cast<int>(units.size()));

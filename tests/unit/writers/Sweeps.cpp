@@ -15,16 +15,16 @@ void expectResultAndStatus(const Outcome& outcome) {
     EXPECT_EQ(outcome.message.isRootClosed(), isDone && outcome.message.hasRoot());
 }
 
-void expectAllGivenBack(const Outcome& outcome) {
-    EXPECT_EQ(outcome.openHandles, 0) << "after the output was ended";
+void expectAllReleased(const Outcome& outcome) {
+    EXPECT_EQ(outcome.openHandles, 0) << "after the end of the output";
     EXPECT_EQ(outcome.openReaders, 0);
     EXPECT_EQ(outcome.lockedBlocks, 0);
 }
 
 } // namespace
 
-// A reader that can't be prepared leaves its entry open until the archive is closed; that happens
-// ahead of the writer, for two calls: the reader's start and its first tag map.
+// A reader that can't be prepared leaves its entry open until the archive is closed. That happens
+// before the writer, for two calls: the reader's init and its first tag map.
 void expectNoHostFailureEscapes(const ItemDocument& item, const ItemRun& run, int doneWithoutRoot) {
     const int callCount = countHostCalls(item, run);
     ASSERT_GT(callCount, 0);
@@ -50,7 +50,7 @@ void expectNoHostFailureEscapes(const ItemDocument& item, const ItemRun& run, in
             EXPECT_EQ(outcome.lockedBlocks, 0);
             continue;
         }
-        expectAllGivenBack(outcome);
+        expectAllReleased(outcome);
     }
     EXPECT_EQ(failedReaders, 2);
     EXPECT_EQ(rootless, doneWithoutRoot);
@@ -78,14 +78,14 @@ void expectNoShortWriteEscapes(const ItemDocument& item, const ItemRun& run) {
         const Outcome outcome = extractItem(item, failingRun);
 
         expectResultAndStatus(outcome);
-        expectAllGivenBack(outcome);
+        expectAllReleased(outcome);
     }
 }
 
 void expectItemIsFinishedWhereverTheDocumentBreaks(const ItemDocument& item, const ItemRun& run,
                                                    const MessageCheck& check) {
     for (size_t count = 0; count <= item.eventCount(); ++count) {
-        SCOPED_TRACE(testing::Message() << "broken behind event " << count);
+        SCOPED_TRACE(testing::Message() << "broken after event " << count);
 
         const Outcome outcome = extractItem(item.cutAfter(count), run);
 
@@ -93,7 +93,7 @@ void expectItemIsFinishedWhereverTheDocumentBreaks(const ItemDocument& item, con
         const bool hasItem = count >= 2;
         EXPECT_EQ(outcome.result, hasItem ? VwSpecialDone : VwSpecialFailed);
         expectResultAndStatus(outcome);
-        expectAllGivenBack(outcome);
+        expectAllReleased(outcome);
         if (hasItem) {
             EXPECT_EQ(outcome.progress.back(), 100);
             check(outcome.message);
