@@ -93,6 +93,14 @@ Bytes utf16(std::u16string_view text) {
     return bytes;
 }
 
+Bytes patternBytes(size_t count) {
+    Bytes bytes;
+    for (size_t i = 0; i < count; ++i) {
+        bytes.push_back(static_cast<uint8_t>(i * 7 + i / 251));
+    }
+    return bytes;
+}
+
 Bytes operator+(Bytes first, const Bytes& second) {
     first.insert(first.end(), second.begin(), second.end());
     return first;

@@ -31,6 +31,9 @@ Bytes bytesOf(std::string_view text);
 // Returns a text as UTF-16LE, without a byte order mark and without a terminator.
 Bytes utf16(std::u16string_view text);
 
+// Returns `count` bytes that differ from their neighbours, without a period of 1024.
+Bytes patternBytes(size_t count);
+
 // Returns both, one after the other.
 Bytes operator+(Bytes first, const Bytes& second);
 

@@ -46,6 +46,10 @@ struct ItemRun {
 // ("Local/items.xml").
 Outcome extractItem(const ItemDocument& document, const ItemRun& run = {});
 
+// Expects that no reader and no lock was left by VwDoSpecial, and no handle after the end of its
+// output.
+void expectReleased(const Outcome& outcome);
+
 // Returns the message of the first item of `document`; a failed extraction fails the test.
 StoredMessage writeItem(const ItemDocument& document, const ItemRun& run = {});
 

@@ -71,18 +71,18 @@ MessageStore* newStore(FakeHost& host) {
     return host.parts().stores.back().get();
 }
 
-const Handle* outputOf(const FakeHost::Parts& parts, HostStream* wanted) {
+const Handle* outputOf(const FakeHost::Parts& parts, HostStream* output) {
     const Handle* newest = nullptr;
     for (const auto& handle : parts.handles) {
         if (handle->kind != HandleKind::Output) {
             continue;
         }
-        if (&handle->record.stream == wanted) {
+        if (&handle->record.stream == output) {
             return handle.get();
         }
         newest = handle.get();
     }
-    return wanted == nullptr ? newest : nullptr;
+    return output == nullptr ? newest : nullptr;
 }
 
 std::u16string nameOf(const StorageSpec& record) {

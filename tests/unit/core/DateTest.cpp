@@ -217,7 +217,7 @@ TEST(DateTest, DateReturnsTheJulianDateItWasMadeFrom) {
     EXPECT_EQ(qor::Date(2451545.25).julian(), 2451545.25);
 }
 
-TEST(DateTest, KnownJulianDates) {
+TEST(DateTest, KnownDatesHaveTheirJulianDates) {
     EXPECT_EQ(qor::Date::calendarDateToJulian(2000, 1, 1, 12, 0, 0, 0), 2451545.0);
     EXPECT_EQ(qor::Date::calendarDateToJulian(1970, 1, 1, 0, 0, 0, 0), 2440587.5);
     EXPECT_EQ(qor::Date::calendarDateToJulian(1858, 11, 17, 0, 0, 0, 0), 2400000.5);

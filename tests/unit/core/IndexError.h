@@ -11,7 +11,8 @@ template <class Call> std::string indexErrorOf(Call call) {
         call();
     } catch (const qor::Exception& thrown) {
         const std::string message = thrown.message() != nullptr ? thrown.message() : "(null)";
-        return thrown.code == 137 ? message : std::to_string(thrown.code) + ": " + message;
+        return thrown.code == qor::errorIndex ? message
+                                              : std::to_string(thrown.code) + ": " + message;
     }
     return "nothing thrown";
 }

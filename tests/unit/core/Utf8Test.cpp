@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/unit/RowName.h"
+
 namespace {
 
 std::vector<char32_t> codePointsOf(std::string_view bytes) {
@@ -58,7 +60,7 @@ INSTANTIATE_TEST_SUITE_P(Valid, Utf8Texts, testing::Values(
     Utf8Case{"SmallestOfFour", "\xF0\x90\x80\x80",         {0x10000}},
     Utf8Case{"LargestOfAll",   "\xF4\x8F\xBF\xBF",         {0x10FFFF}},
     Utf8Case{"Mixed",          "x\xC3\xA9\xE2\x82\xACy",   {'x', 0xE9, 0x20AC, 'y'}}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 // One replacement for each maximal part that could begin a valid sequence, one for each other
 // byte: tables 3-8 to 3-11 of the Unicode Standard are among these.
@@ -78,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(Invalid, Utf8Texts, testing::Values(
                                   {bad, bad, bad, bad, bad, 'A', bad, bad, 'B'}},
     Utf8Case{"TruncatedSequences","\xE1\x80\xE2\xF0\x91\x92\xF1\xBF" "A",
                                   {bad, bad, bad, bad, 'A'}}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 // clang-format on
 
 TEST(Utf8Test, PairOfSurrogatesIsOneCodePoint) {

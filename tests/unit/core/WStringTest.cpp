@@ -11,6 +11,7 @@
 #include "filter/core/ArrayList.h"
 #include "tests/unit/core/AllocationCount.h"
 #include "tests/unit/core/IntegerEnds.h"
+#include "tests/unit/core/Wide.h"
 
 namespace {
 
@@ -19,13 +20,6 @@ std::u16string unitsOf(const qor::WString& text) {
     // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): the state after a move is checked too
     EXPECT_EQ(text.value()[text.length()], 0);
     return std::u16string(text.value(), text.value() + text.length());
-}
-
-qor::WString textOf(const std::u16string& units) {
-    const std::basic_string<uint16_t> copy(units.begin(), units.end());
-    qor::WString text;
-    text.append(copy.data(), static_cast<int>(copy.size()));
-    return text;
 }
 
 std::string bytesOf(const qor::WString& text) {
@@ -120,7 +114,7 @@ TEST(WStringTest, CopyIsIndependent) {
 }
 
 TEST(WStringTest, CopyKeepsZeroUnitsWithinTheText) {
-    const qor::WString text = textOf(std::u16string(u"a\0b", 3));
+    const qor::WString text = wide(std::u16string(u"a\0b", 3));
 
     EXPECT_EQ(unitsOf(qor::WString(text)), std::u16string(u"a\0b", 3));
 }
@@ -173,8 +167,7 @@ TEST(WStringTest, MoveTakesTheTextAndLeavesAnEmptyOne) {
         assigned = std::move(moved);
         EXPECT_EQ(unitsOf(assigned), unitsOf(qor::WString(narrow)));
 
-        // NOLINTNEXTLINE(bugprone-use-after-move,clang-analyzer-cplusplus.Move): what this test is
-        // about
+        // NOLINTNEXTLINE(bugprone-use-after-move,clang-analyzer-cplusplus.Move): intended
         EXPECT_EQ(unitsOf(moved), u"");
         moved.append("usable again");
         EXPECT_EQ(unitsOf(moved), u"usable again");
@@ -235,7 +228,7 @@ TEST(WStringTest, AssignAcceptsUnitsOfTheTextItself) {
     EXPECT_EQ(unitsOf(text), u"34");
 }
 
-TEST(WStringTest, SetLengthCutsOrFillsWithSpaces) {
+TEST(WStringTest, SetLengthTruncatesOrPadsWithSpaces) {
     qor::WString text("abcdef");
 
     text.setLength(3);
@@ -317,7 +310,7 @@ TEST(WStringTest, TextsOfEveryLengthUpTo200AreKept) {
     std::u16string expected;
     qor::WString grown;
     for (int length = 0; length < 200; ++length) {
-        const qor::WString text = textOf(expected);
+        const qor::WString text = wide(expected);
         EXPECT_EQ(unitsOf(text), expected);
         EXPECT_EQ(unitsOf(grown), expected);
         EXPECT_EQ(unitsOf(qor::WString(text)), expected);
@@ -344,7 +337,7 @@ TEST(WStringTest, AppendingManyPiecesAllocatesFewBlocks) {
     EXPECT_LT(blocks, 40);
 }
 
-TEST(WStringTest, InsureCapacityNeverShrinks) {
+TEST(WStringTest, InsureCapacityGrowsAndNeverShrinks) {
     qor::WString text("abc");
 
     text.insureCapacity(1000);
@@ -527,8 +520,8 @@ TEST(WStringTest, TextsAreEqualWhenAllUnitsAreEqual) {
     EXPECT_FALSE(qor::WString("abc") == qor::WString("abC"));
     EXPECT_FALSE(qor::WString("abc") == qor::WString("ab"));
     EXPECT_TRUE(qor::WString() == qor::WString(""));
-    EXPECT_FALSE(textOf(std::u16string(u"a\0b", 3)) == textOf(std::u16string(u"a\0c", 3)));
-    EXPECT_FALSE(textOf(std::u16string(u"a\0", 2)) == qor::WString("a"));
+    EXPECT_FALSE(wide(std::u16string(u"a\0b", 3)) == wide(std::u16string(u"a\0c", 3)));
+    EXPECT_FALSE(wide(std::u16string(u"a\0", 2)) == qor::WString("a"));
 
     EXPECT_TRUE(qor::WString("abc").equals(qor::WString("abc")));
     EXPECT_FALSE(qor::WString("abc").equals(qor::WString("abd")));
@@ -556,20 +549,20 @@ TEST(WStringTest, EqualsIgnoreCaseTakesNarrowTextAsUtf8) {
     EXPECT_TRUE(qor::WString("T\xC3\xA4glich").equalsIgnoreCase("t\xC3\xA4GLICH"));
     EXPECT_TRUE(qor::WString("x\xF0\x9F\x98\x80").equalsIgnoreCase("X\xF0\x9F\x98\x80"));
     EXPECT_FALSE(qor::WString("x\xF0\x9F\x98\x80").equalsIgnoreCase("X\xF0\x9F\x98\x81"));
-    EXPECT_FALSE(textOf(u"x\xD83D").equalsIgnoreCase("x\xF0\x9F\x98\x80"));
+    EXPECT_FALSE(wide(u"x\xD83D").equalsIgnoreCase("x\xF0\x9F\x98\x80"));
 }
 
 TEST(WStringTest, NarrowFormIsUtf8) {
     EXPECT_EQ(bytesOf(qor::WString("")), "");
-    EXPECT_EQ(bytesOf(textOf(u"na\u00EFve \u20AC \xD83D\xDE00")),
+    EXPECT_EQ(bytesOf(wide(u"na\u00EFve \u20AC \xD83D\xDE00")),
               "na\xC3\xAFve \xE2\x82\xAC \xF0\x9F\x98\x80");
-    EXPECT_EQ(bytesOf(textOf(std::u16string(u"a\0b", 3))), std::string("a\0b", 3));
+    EXPECT_EQ(bytesOf(wide(std::u16string(u"a\0b", 3))), std::string("a\0b", 3));
 }
 
 TEST(WStringTest, LoneSurrogateIsAReplacementInTheNarrowForm) {
-    EXPECT_EQ(bytesOf(textOf(u"a\xD83D")), "a\xEF\xBF\xBD");
-    EXPECT_EQ(bytesOf(textOf(u"\xDE00\xD83D")), "\xEF\xBF\xBD\xEF\xBF\xBD");
-    EXPECT_EQ(bytesOf(textOf(u"\xD83Dz")), "\xEF\xBF\xBDz");
+    EXPECT_EQ(bytesOf(wide(u"a\xD83D")), "a\xEF\xBF\xBD");
+    EXPECT_EQ(bytesOf(wide(u"\xDE00\xD83D")), "\xEF\xBF\xBD\xEF\xBF\xBD");
+    EXPECT_EQ(bytesOf(wide(u"\xD83Dz")), "\xEF\xBF\xBDz");
 }
 
 TEST(WStringTest, ToStringIsAvailableThroughTheBaseClass) {

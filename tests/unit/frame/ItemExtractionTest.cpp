@@ -6,26 +6,26 @@
 
 #include "tests/fakehost/Extraction.h"
 #include "tests/fakehost/Matchers.h"
+#include "tests/fakehost/Sweeps.h"
 
 namespace {
 
 using fakehost::Bytes;
 using fakehost::CallKind;
 using fakehost::document;
+using fakehost::expectReleased;
 using fakehost::extractAt;
 using fakehost::extractIndex;
 using fakehost::extractItem;
 using fakehost::FakeHost;
 using fakehost::HasText;
 using fakehost::ItemDocument;
-using fakehost::ItemRun;
 using fakehost::note;
 using fakehost::Outcome;
 using fakehost::patternText;
 using fakehost::Scan;
 using fakehost::StoredMessage;
 using fakehost::writeItem;
-using testing::AnyOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -67,8 +67,7 @@ protected:
         ASSERT_FALSE(outcome.progress.empty());
         EXPECT_EQ(outcome.progress.back(), 100);
         EXPECT_EQ(outcome.handlesLeftOpen, 0);
-        EXPECT_EQ(outcome.openReaders, 0);
-        EXPECT_EQ(outcome.lockedBlocks, 0);
+        expectReleased(outcome);
     }
 
     void expectRefused(const Outcome& outcome, int32_t result) {
@@ -77,8 +76,7 @@ protected:
         EXPECT_THAT(outcome.progress, IsEmpty());
         EXPECT_FALSE(outcome.message.hasRoot());
         EXPECT_EQ(outcome.handlesLeftOpen, 0);
-        EXPECT_EQ(outcome.openReaders, 0);
-        EXPECT_EQ(outcome.lockedBlocks, 0);
+        expectReleased(outcome);
     }
 
     FakeHost host;
@@ -285,8 +283,7 @@ TEST_P(ItemExtractionCancelTest, CancelBefore100LeavesTheMessageUnfinished) {
     EXPECT_EQ(outcome.message.stream("__substg1.0_0037001F"), fakehost::utf16(u"two"));
     EXPECT_TRUE(outcome.message.isRootClosed());
     EXPECT_EQ(outcome.handlesLeftOpen, 0);
-    EXPECT_EQ(outcome.openReaders, 0);
-    EXPECT_EQ(outcome.lockedBlocks, 0);
+    expectReleased(outcome);
 }
 
 INSTANTIATE_TEST_SUITE_P(Answers, ItemExtractionCancelTest, testing::Values(1, -1, 256, 65536),
@@ -376,8 +373,7 @@ TEST_F(ItemExtractionTest, EntryWithoutAnyTagFails) {
 
     EXPECT_EQ(outcome.result, VwSpecialFailed);
     EXPECT_EQ(outcome.status, VwSpecialStatusFailed);
-    EXPECT_EQ(outcome.openHandles, 0);
-    EXPECT_EQ(outcome.openReaders, 0);
+    expectReleased(outcome);
 }
 
 TEST_F(ItemExtractionTest, WriterThatThrowsLeavesItsStorageToTheHost) {
@@ -389,12 +385,10 @@ TEST_F(ItemExtractionTest, WriterThatThrowsLeavesItsStorageToTheHost) {
     EXPECT_FALSE(outcome.message.isRootClosed());
     EXPECT_FALSE(outcome.message.has(properties));
     EXPECT_GT(outcome.handlesLeftOpen, 0);
-    EXPECT_EQ(outcome.openHandles, 0);
-    EXPECT_EQ(outcome.openReaders, 0);
-    EXPECT_EQ(outcome.lockedBlocks, 0);
+    expectReleased(outcome);
 }
 
-TEST_F(ItemExtractionTest, FailedRequestDoesNotAffectTheNextOne) {
+TEST_F(ItemExtractionTest, FailedRequestDoesNotDisturbTheNext) {
     host.failCall(CallKind::CreateStorage, 0);
     EXPECT_EQ(extractIndex(*scan, 0).result, VwSpecialFailed);
 
@@ -413,71 +407,23 @@ ItemDocument wholeNote() {
 
 class ItemExtractionSweepTest : public testing::TestWithParam<int32_t> {};
 
-// Every host call fails once: the request returns a result, and the host gets everything back.
 TEST_P(ItemExtractionSweepTest, NoHostFailureEscapesOrLeaks) {
-    const int calls = fakehost::countHostCalls(wholeNote());
-    ASSERT_GT(calls, 50);
+    ASSERT_GT(fakehost::countHostCalls(wholeNote()), 50);
 
-    int failures = 0;
-    for (int failing = 0; failing < calls; ++failing) {
-        SCOPED_TRACE(testing::Message() << "failing host call " << failing);
-        bool hasFailed = false;
-        ItemRun run;
-        run.inspect = [&](FakeHost& host) { hasFailed = host.hasFailed(); };
-        const Outcome outcome = fakehost::extractWithFailure(wholeNote(), failing, run, GetParam());
-
-        EXPECT_TRUE(hasFailed);
-        EXPECT_THAT(outcome.result, AnyOf(VwSpecialDone, VwSpecialFailed));
-        EXPECT_EQ(outcome.status, outcome.result == VwSpecialDone ? 0 : VwSpecialStatusFailed);
-        EXPECT_EQ(outcome.message.isRootClosed(),
-                  outcome.result == VwSpecialDone && outcome.message.hasRoot());
-        EXPECT_EQ(outcome.lockedBlocks, 0);
-        // A reader that was never ready leaves its entry open: after its init or its root map.
-        const bool isInInit = failing == 1 || failing == 3;
-        EXPECT_EQ(outcome.openHandles, isInInit ? 1 : 0);
-        EXPECT_EQ(outcome.openReaders, failing == 3 ? 1 : 0);
-        failures += outcome.result == VwSpecialFailed;
-    }
-    EXPECT_GT(failures, 3);
+    fakehost::expectNoHostFailureEscapes(wholeNote(), {}, 0, GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(Statuses, ItemExtractionSweepTest, testing::Values(-1, 1),
                          [](const auto& row) { return row.param < 0 ? "Negative" : "Positive"; });
 
 TEST(ItemExtractionCutTest, DocumentCutAfterAnyEventReturnsAResult) {
-    const ItemDocument source = wholeNote();
-    for (size_t events = 0; events <= source.eventCount(); ++events) {
-        SCOPED_TRACE(events);
-
-        const Outcome outcome = extractItem(source.cutAfter(events));
-
-        // Without a root tag and an item tag there is no item.
-        EXPECT_EQ(outcome.result, events < 2 ? VwSpecialFailed : VwSpecialDone);
-        EXPECT_EQ(outcome.message.isRootClosed(), events >= 2);
-        EXPECT_EQ(outcome.message.has(properties), events >= 2);
-        EXPECT_EQ(outcome.openHandles, 0);
-        EXPECT_EQ(outcome.openReaders, 0);
-        EXPECT_EQ(outcome.lockedBlocks, 0);
-    }
+    fakehost::expectItemIsFinishedWhereverTheDocumentBreaks(
+        wholeNote(), {},
+        [](const StoredMessage& message) { EXPECT_TRUE(message.has(properties)); });
 }
 
 TEST(ItemExtractionShortWriteTest, ShortWriteReturnsAResult) {
-    int writes = 0;
-    ItemRun counting;
-    counting.inspect = [&](FakeHost& host) { writes = host.countOf(CallKind::Write); };
-    extractItem(wholeNote(), counting);
-    ASSERT_GT(writes, 10);
-
-    for (int shortened = 0; shortened < writes; ++shortened) {
-        SCOPED_TRACE(shortened);
-        ItemRun run;
-        run.prepare = [&](FakeHost& host) { host.shortenWrite(shortened, 1); };
-        const Outcome outcome = extractItem(wholeNote(), run);
-        EXPECT_THAT(outcome.result, AnyOf(VwSpecialDone, VwSpecialFailed));
-        EXPECT_EQ(outcome.openHandles, 0);
-        EXPECT_EQ(outcome.openReaders, 0);
-        EXPECT_EQ(outcome.lockedBlocks, 0);
-    }
+    fakehost::expectNoShortWriteEscapes(wholeNote());
 }
 
 class ItemExtractionLengthTest : public testing::TestWithParam<int> {};

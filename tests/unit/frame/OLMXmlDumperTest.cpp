@@ -13,6 +13,7 @@ using fakehost::document;
 using fakehost::extractAt;
 using fakehost::FakeHost;
 using fakehost::Outcome;
+using fakehost::patternBytes;
 using fakehost::ProgressAnswer;
 using fakehost::Scan;
 using testing::ElementsAre;
@@ -21,14 +22,6 @@ using testing::ElementsAre;
 ProgressAnswer cancelAfter(int count) {
     auto left = std::make_shared<int>(count);
     return [left](int32_t) { return --*left == 0; };
-}
-
-Bytes pattern(size_t size) {
-    Bytes bytes;
-    for (size_t i = 0; i < size; ++i) {
-        bytes.push_back(static_cast<uint8_t>(i * 7 + i / 256));
-    }
-    return bytes;
 }
 
 // Extracts from an entry of a kind that has no writer.
@@ -58,8 +51,7 @@ protected:
         EXPECT_EQ(outcome.status, 0);
         EXPECT_FALSE(outcome.message.hasRoot());
         EXPECT_EQ(outcome.handlesLeftOpen, 0);
-        EXPECT_EQ(outcome.openReaders, 0);
-        EXPECT_EQ(outcome.lockedBlocks, 0);
+        fakehost::expectReleased(outcome);
     }
 
     FakeHost host;
@@ -67,7 +59,7 @@ protected:
 };
 
 TEST_F(OLMXmlDumperTest, EntryIsCopiedInPiecesOf1024Bytes) {
-    const Bytes bytes = pattern(2500);
+    const Bytes bytes = patternBytes(2500);
 
     const Outcome outcome = dump(bytes, cancelAfter(1));
 
@@ -81,7 +73,7 @@ TEST_F(OLMXmlDumperTest, EntryIsCopiedInPiecesOf1024Bytes) {
 }
 
 TEST_F(OLMXmlDumperTest, EntryIsCopiedAgainUntilTheCallbackCancels) {
-    const Bytes bytes = pattern(1024);
+    const Bytes bytes = patternBytes(1024);
 
     const Outcome outcome = dump(bytes, cancelAfter(3));
 
@@ -99,7 +91,7 @@ TEST_F(OLMXmlDumperTest, EmptyEntryWritesNothing) {
 }
 
 TEST_F(OLMXmlDumperTest, WholeEntryIsCopiedWhateverTheItemsNumber) {
-    const Bytes bytes = pattern(10);
+    const Bytes bytes = patternBytes(10);
     for (const uint32_t item : {1U, 2U, 3U, 0xFFFFFFFFU}) {
         FakeHost own;
         own.entry("a.xml", document("categories").element("category"), bytes);
@@ -114,7 +106,7 @@ TEST_F(OLMXmlDumperTest, WholeEntryIsCopiedWhateverTheItemsNumber) {
 }
 
 TEST_F(OLMXmlDumperTest, ShortWriteIsReportedAndTheCopyStartsOver) {
-    const Bytes bytes = pattern(1500);
+    const Bytes bytes = patternBytes(1500);
     host.shortenWrite(0, 100);
 
     const Outcome outcome = dump(bytes, cancelAfter(2));
@@ -125,7 +117,7 @@ TEST_F(OLMXmlDumperTest, ShortWriteIsReportedAndTheCopyStartsOver) {
 }
 
 TEST_F(OLMXmlDumperTest, FailedWriteIsIgnored) {
-    const Bytes bytes = pattern(2500);
+    const Bytes bytes = patternBytes(2500);
     host.failCall(CallKind::Write, 1, -5);
 
     const Outcome outcome = dump(bytes, cancelAfter(1));
@@ -136,7 +128,7 @@ TEST_F(OLMXmlDumperTest, FailedWriteIsIgnored) {
 }
 
 TEST_F(OLMXmlDumperTest, ShortWriteWithAFailureIsIgnored) {
-    const Bytes bytes = pattern(2048);
+    const Bytes bytes = patternBytes(2048);
     host.shortenWrite(0, 7, -5);
 
     const Outcome outcome = dump(bytes, cancelAfter(1));
@@ -147,7 +139,7 @@ TEST_F(OLMXmlDumperTest, ShortWriteWithAFailureIsIgnored) {
 }
 
 TEST_F(OLMXmlDumperTest, FailedReadEndsTheCopy) {
-    const Bytes bytes = pattern(2500);
+    const Bytes bytes = patternBytes(2500);
     host.failCall(CallKind::Read, 1, -5);
 
     const Outcome outcome = dump(bytes, cancelAfter(1));

@@ -107,7 +107,7 @@ protected:
 
 // --- A row, call by call.
 
-TEST_F(OLMFieldsNodeTest, FullRowTakesTheseCalls) {
+TEST_F(OLMFieldsNodeTest, FullRowMakesTheseCalls) {
     ItemDocument source = mail();
     source = addressGroup(source, ccGroup, {"c@x"});
     source = addressGroup(source, fromGroup, {"f@x"});
@@ -142,7 +142,7 @@ TEST_F(OLMFieldsNodeTest, FullRowTakesTheseCalls) {
         })));
 }
 
-TEST_F(OLMFieldsNodeTest, EmptyRowTakesNoTagCalls) {
+TEST_F(OLMFieldsNodeTest, EmptyRowMakesNoTagCalls) {
     list(mail(), "Inbox/m.xml");
 
     EXPECT_THAT(callsOfRow(),
@@ -350,7 +350,7 @@ TEST_F(OLMFieldsNodeTest, AddressAfterAnotherTagIsNotTheSender) {
     EXPECT_EQ(listOne(source).text(2), "");
 }
 
-TEST_F(OLMFieldsNodeTest, GroupThatClosesAtOnceEndsThere) {
+TEST_F(OLMFieldsNodeTest, EmptyGroupEndsAtItsClosingTag) {
     const Row row = listOne(mail().element(fromGroup).element(subject, "after"));
 
     EXPECT_EQ(row.text(2), "");
@@ -404,7 +404,7 @@ TEST_F(OLMFieldsNodeTest, AttributeNamesAreComparedExactly) {
     EXPECT_EQ(listOne(source).text(2), "");
 }
 
-TEST_F(OLMFieldsNodeTest, FirstOfTwoAttributesOfANameCounts) {
+TEST_F(OLMFieldsNodeTest, FirstOfTwoAttributesOfANameIsUsed) {
     ItemDocument source = mail().open(fromGroup).element("emailAddress");
     source.attribute("x", "y").attribute("OPFContactEmailAddressAddress", "one");
     source.attribute("OPFContactEmailAddressAddress", "two");

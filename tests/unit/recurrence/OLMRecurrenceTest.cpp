@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/unit/RowName.h"
 #include "tests/unit/recurrence/ParsedRecurrence.h"
 #include "tests/unit/storage/Thrown.h"
 
@@ -228,7 +229,7 @@ INSTANTIATE_TEST_SUITE_P(
                     NumberCase{"Bit63", "9223372036854775808", 0xFFFFFFFF},
                     NumberCase{"SmallestOf64Bits", "-9223372036854775808", 0},
                     NumberCase{"HugeExponent", "1E400", 0xFFFFFFFF}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 class RecurrenceWeekTest : public testing::TestWithParam<NumberCase> {};
 
@@ -248,7 +249,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, RecurrenceWeekTest,
                                          NumberCase{"Six", "6", 0}, NumberCase{"Negative", "-1", 0},
                                          NumberCase{"Empty", "", 0}, NumberCase{"Word", "first", 0},
                                          NumberCase{"OneAboveBit32", "4294967297", 1}),
-                         [](const auto& row) { return row.param.name; });
+                         rowName);
 
 // --- Pattern texts.
 
@@ -290,7 +291,7 @@ INSTANTIATE_TEST_SUITE_P(
         PatternCase{"WithWhiteSpace", " OPFRecurrencePatternWeekly", 0x200A, 0},
         PatternCase{"Longer", "OPFRecurrencePatternWeekly2", 0x200A, 0},
         PatternCase{"Empty", "", 0x200A, 0}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST(OLMRecurrenceTest, UnknownPatternTextKeepsTheEarlierPattern) {
     ParsedRecurrence recurring(patterned("AbsoluteYearly")
@@ -459,7 +460,7 @@ INSTANTIATE_TEST_SUITE_P(
                 {end::date, end::announced, end::some, end::notAnnounced},
                 0x2021,
                 endless}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST(OLMRecurrenceTest, FixedEndIsTheLastMinuteOf4500) {
     ParsedRecurrence recurring(patterned("RelativeMonthly")
@@ -523,7 +524,7 @@ INSTANTIATE_TEST_SUITE_P(
                  60 * 65536 - 300},
         ZoneCase{"LargestOffsetWrapsAround", 2147483647, "2011-05-02T00:00:00", -2147483589},
         ZoneCase{"SmallestOffset", -2147483647 - 1, "2011-05-02T00:00:00", -2147483588}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST(OLMRecurrenceTest, Minute29StaysInTheRecurrenceDate) {
     RecurringItem item;
@@ -595,7 +596,7 @@ INSTANTIATE_TEST_SUITE_P(
         MinuteCase{"NoDate", dateOf(1601, 1, 1, 0, 0, 1, 0), 1},
         MinuteCase{"FirstYearWrapsAround", dateOf(1, 1, 1, 0, 0, 0, 0), 3453448577},
         MinuteCase{"LastYearWrapsAround", dateOf(9999, 12, 31, 23, 59, 0, 0), 122478943}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 struct OffsetCase {
     const char* name;
@@ -629,7 +630,7 @@ INSTANTIATE_TEST_SUITE_P(
                     OffsetCase{"HalfAMinuteBefore", "2011-05-02T04:59:30", 0, 0},
                     OffsetCase{"DaysAfter", "2011-05-04T05:00:00", 2880, 2880},
                     OffsetCase{"NoDate", "", -215813099, -215813099}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 // --- Interval and first occurrence.
 
@@ -686,7 +687,7 @@ INSTANTIATE_TEST_SUITE_P(
         DerivedCase{"RelativeMonthly", "RelativeMonthly", "2", "3", 2, 0},
         DerivedCase{"RelativeYearly", "RelativeYearly", "5", "3", 12, 0},
         DerivedCase{"RelativeYearlyInterval0", "RelativeYearly", "0", "3", 0, 0}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST(OLMRecurrenceTest, IntervalOfAnUnknownFrequencyIsKept) {
     ParsedRecurrence recurring(recurrence());
@@ -759,7 +760,7 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{"WeeklyIntervalWrapsTo0", weekly("134217728")},
         FaultCase{"WeeklyIntervalOfBit31", weekly("2147483648")},
         FaultCase{"WeeklyIntervalOfBit32", weekly("4294967296")}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST(OLMRecurrenceTest, GettersRejectAMissingDate) {
     ParsedRecurrence recurring(recurrence());

@@ -25,7 +25,7 @@ std::span<const PlainPattern> plainPatterns();
 struct PlainEnd {
     bool isNever;     // explicitly without an end
     bool isAnnounced; // declared to have an end date
-    bool hasDate; // with an end date
+    bool hasDate;     // with an end date
     uint32_t count;   // 0: without a count
     uint32_t type;
 };

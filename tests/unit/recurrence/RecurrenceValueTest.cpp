@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "filter/storage/OLMMsgWriter.h"
+#include "tests/unit/RowName.h"
 #include "tests/unit/recurrence/ParsedRecurrence.h"
 #include "tests/unit/storage/Thrown.h"
 
@@ -114,7 +115,7 @@ INSTANTIATE_TEST_SUITE_P(PatternTypes, RecurrencePartTest,
                                          PartCase{"NthDay", 3, "15 00 00 00  05 00 00 00"},
                                          PartCase{"AnyOther", 4, ""},
                                          PartCase{"AboveSixteenBits", 0x10001, ""}),
-                         [](const auto& row) { return row.param.name; });
+                         rowName);
 
 TEST(RecurrenceValueTest, FrequencyAndOffsetsAreTruncated) {
     RecurringItem item;
@@ -133,7 +134,7 @@ TEST(RecurrenceValueTest, FrequencyAndOffsetsAreTruncated) {
     EXPECT_EQ(value.part(70, 4), fakehost::le32(static_cast<uint32_t>(4417444800 - 215813100)));
 }
 
-TEST(RecurrenceValueTest, EveryNumberIsWrittenByItself) {
+TEST(RecurrenceValueTest, EveryNumberIsASeparateWrite) {
     ParsedRecurrence recurring(everyOtherMonday());
     recurring.parsed();
     HostStream* stream =

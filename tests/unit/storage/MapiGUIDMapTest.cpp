@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/fakehost/Bytes.h"
+#include "tests/unit/RowName.h"
 #include "tests/unit/storage/Thrown.h"
 
 using namespace fakehost;
@@ -41,7 +42,7 @@ INSTANTIATE_TEST_SUITE_P(
                     SetCase{"Task", 4, "03 20 06 00 00 00 00 00 C0 00 00 00 00 00 00 46"},
                     SetCase{"Note", 5, "0E 20 06 00 00 00 00 00 C0 00 00 00 00 00 00 46"},
                     SetCase{"PublicStrings", 6, "29 03 02 00 00 00 00 00 C0 00 00 00 00 00 00 46"}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST(MapiGUIDMapBoundsTest, SetPastTheLastThrows) {
     const auto code = thrownCode([] { MapiGUIDMap::getMaipGuid(static_cast<MapiGUIDIndex>(7)); });

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/fakehost/FakeHost.h"
+#include "tests/unit/RowName.h"
 #include "tests/unit/storage/PropertyBytes.h"
 
 // What the storages of recipients and attachments have in common: a number in their name.
@@ -23,8 +24,6 @@ inline constexpr StorageNumber storageNumbers[] = {
     {"TwoDigits", 255, "000000FF"},
     {"AllDigits", 0x89ABCDEF, "89ABCDEF"},
 };
-
-inline const auto numberName = [](const auto& row) { return row.param.name; };
 
 // Makes the storage of a number and expects that its name is `prefix` and the digits, and that its
 // property stream is empty.

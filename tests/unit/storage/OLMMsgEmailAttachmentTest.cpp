@@ -13,7 +13,7 @@ TEST_P(OLMMsgEmailAttachmentNameTest, StorageIsNamedAfterItsNumberInEightDigits)
 }
 
 INSTANTIATE_TEST_SUITE_P(Numbers, OLMMsgEmailAttachmentNameTest, testing::ValuesIn(storageNumbers),
-                         numberName);
+                         rowName);
 
 TEST(OLMMsgEmailAttachmentTest, StoragesAreSeparate) {
     expectSeparateStorages<OLMMsgEmailAttachment>("__attach_version1.0_#");

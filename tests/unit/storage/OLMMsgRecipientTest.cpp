@@ -13,7 +13,7 @@ TEST_P(OLMMsgRecipientNameTest, StorageIsNamedAfterItsNumberInEightDigits) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Numbers, OLMMsgRecipientNameTest, testing::ValuesIn(storageNumbers),
-                         numberName);
+                         rowName);
 
 TEST(OLMMsgRecipientTest, StoragesAreSeparate) {
     expectSeparateStorages<OLMMsgRecipient>("__recip_version1.0_#");

@@ -9,9 +9,9 @@
 #include "filter/storage/OLMMsgEmailAttachment.h"
 #include "filter/storage/OLMMsgRecipient.h"
 #include "tests/fakehost/FakeHost.h"
+#include "tests/unit/core/Wide.h"
 #include "tests/unit/storage/PropertyBytes.h"
 #include "tests/unit/storage/Thrown.h"
-#include "tests/unit/storage/Wide.h"
 
 using namespace fakehost;
 using testing::Each;
@@ -53,15 +53,6 @@ protected:
     int openBefore = 0;
 };
 
-// `count` bytes that differ from their neighbours, with no period of 1024.
-Bytes patternBytes(size_t count) {
-    Bytes bytes;
-    for (size_t i = 0; i < count; ++i) {
-        bytes.push_back(static_cast<uint8_t>(i * 7 + i / 251));
-    }
-    return bytes;
-}
-
 // One answer of a source: bytes and a status.
 struct Answer {
     Bytes bytes;
@@ -97,7 +88,7 @@ struct AnsweringSource {
 
 // --- Construction and destruction.
 
-TEST(OLMMsgSubStgBeginningTest, StorageIsMadeAndThenItsPropertyStream) {
+TEST(OLMMsgSubStgConstructionTest, StorageIsMadeAndThenItsPropertyStream) {
     FakeHost host;
     HostStream* root = host.newRoot();
     host.forgetCalls();
@@ -113,14 +104,14 @@ TEST(OLMMsgSubStgBeginningTest, StorageIsMadeAndThenItsPropertyStream) {
     EXPECT_NE(sub.propStream, nullptr);
 }
 
-TEST(OLMMsgSubStgBeginningTest, NothingOpenedMeansNothingClosed) {
+TEST(OLMMsgSubStgConstructionTest, NothingOpenedMeansNothingClosed) {
     FakeHost host;
     { const OpenSubStg sub; }
 
     EXPECT_THAT(host.calls(), IsEmpty());
 }
 
-TEST(OLMMsgSubStgBeginningTest, StorageThatCannotBeMadeThrowsTheHostsStatus) {
+TEST(OLMMsgSubStgConstructionTest, StorageThatCannotBeMadeThrowsTheHostsStatus) {
     FakeHost host;
     HostStream* root = host.newRoot();
     host.failCall(CallKind::CreateStorage, 0, -42);
@@ -130,7 +121,7 @@ TEST(OLMMsgSubStgBeginningTest, StorageThatCannotBeMadeThrowsTheHostsStatus) {
     EXPECT_THAT(host.message().paths(), IsEmpty());
 }
 
-TEST(OLMMsgSubStgBeginningTest, StorageWithoutAPropertyStreamIsClosedByItself) {
+TEST(OLMMsgSubStgConstructionTest, StorageWithoutAPropertyStreamIsClosedByItself) {
     FakeHost host;
     HostStream* root = host.newRoot();
     host.failCall(CallKind::CreateStream, 0);

@@ -6,8 +6,9 @@
 
 #include "filter/storage/OLMMsgWriter.h"
 #include "tests/fakehost/FakeHost.h"
+#include "tests/unit/RowName.h"
+#include "tests/unit/core/Wide.h"
 #include "tests/unit/storage/Thrown.h"
-#include "tests/unit/storage/Wide.h"
 
 using namespace fakehost;
 using testing::ElementsAre;
@@ -113,7 +114,7 @@ INSTANTIATE_TEST_SUITE_P(
         NumberCase{"Dword", 4, [](HostStream* stream) { OLMMsgWriter::writeDwordProp(stream, 1); }},
         NumberCase{"Qword", 8, [](HostStream* stream) { OLMMsgWriter::writeQwordProp(stream, 1); }},
         NumberCase{"Nul", 2, [](HostStream* stream) { OLMMsgWriter::appendNulToStream(stream); }}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST_F(OLMMsgWriterStreamsTest, EntryIsTagFlagsAndValue) {
     HostStream* stream = newStream();
@@ -373,7 +374,7 @@ INSTANTIATE_TEST_SUITE_P(
                     DateCase{"NoZone", "2018-06-21T00:39:08", 131740151470000000},
                     DateCase{"FirstSecond", "1601-01-01T00:00:01Z", 0},
                     DateCase{"NoDate", "soon", 0}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST_F(OLMMsgWriterStreamsTest, DateOfAnElementWithoutTextIsZero) {
     ElementText element(host, "");

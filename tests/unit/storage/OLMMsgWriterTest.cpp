@@ -8,6 +8,7 @@
 
 #include "tests/fakehost/FakeHost.h"
 #include "tests/fakehost/Matchers.h"
+#include "tests/unit/RowName.h"
 #include "tests/unit/storage/PropertyBytes.h"
 #include "tests/unit/storage/Thrown.h"
 
@@ -278,13 +279,13 @@ TEST_P(OLMMsgWriterProgressTest, ProgressIsTruncatedAndNotClamped) {
     EXPECT_EQ(writer->writeNode(*parser), GetParam().progress);
 }
 
-// 100,000 is 0x186A0, whose low half is 0x86A0; 42,949,673 times 100 is 2^32 and 4.
+// 100,000 is 0x186A0, whose low half is 0x86A0; 42,949,673 times 100 is 2^32 + 4.
 INSTANTIATE_TEST_SUITE_P(Values, OLMMsgWriterProgressTest,
                          testing::Values(ProgressCase{"PastTheEnd", 3, 2, 150},
                                          ProgressCase{"RoundedDown", 2, 3, 66},
                                          ProgressCase{"SixteenBits", 1000, 1, -31072},
                                          ProgressCase{"ThirtyTwoBits", 42949673, 1, 4}),
-                         [](const auto& row) { return row.param.name; });
+                         rowName);
 
 // --- Generic handling.
 
@@ -365,7 +366,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(IntegerCase{"Plain", "12", 12}, IntegerCase{"Negative", "-5", 0xFFFFFFFB},
                     IntegerCase{"Exponent", "2.7E1", 27}, IntegerCase{"TooWide", "4294967297", 1},
                     IntegerCase{"NoNumber", "soon", 0}, IntegerCase{"Empty", "", 0}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST_F(OLMMsgWriterTest, OtherTypesAreNotHandled) {
     begin(item()
@@ -661,7 +662,7 @@ class OLMMsgWriterShortWriteTest : public OLMMsgWriterTest,
                                    public testing::WithParamInterface<int> {};
 
 // The header has eight numbers; two entries with tag, flags and value follow.
-TEST_P(OLMMsgWriterShortWriteTest, PropertyStreamEndsThereAndNamedPropertiesFollow) {
+TEST_P(OLMMsgWriterShortWriteTest, EndsThePropertyStreamButNotTheNamedProperties) {
     const Bytes whole = headerBytes(0, 0) + entryBytes(0x80000003, 3) + entryBytes(0x00170003, 1);
     const size_t starts[] = {0, 4, 8, 12, 16, 20, 24, 28, 32, 36, 40, 48, 52, 56};
     const size_t start = starts[GetParam()];

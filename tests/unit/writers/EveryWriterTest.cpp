@@ -2,11 +2,11 @@
 
 #include <tuple>
 
+#include "tests/fakehost/Sweeps.h"
 #include "tests/unit/writers/ContactMessages.h"
 #include "tests/unit/writers/FullItems.h"
 #include "tests/unit/writers/MailMessages.h"
 #include "tests/unit/writers/RecurringItems.h"
-#include "tests/unit/writers/Sweeps.h"
 #include "tests/unit/writers/WriterFacts.h"
 
 using namespace fakehost;
@@ -399,8 +399,7 @@ TEST_P(EveryWriterTest, MissingRootStorageEndsTheItem) {
     EXPECT_EQ(outcome.result, VwSpecialDone);
     EXPECT_THAT(outcome.progress, ElementsAre(100));
     EXPECT_THAT(outcome.message.paths(), IsEmpty());
-    EXPECT_EQ(outcome.openHandles, 0);
-    EXPECT_EQ(outcome.openReaders, 0);
+    expectReleased(outcome);
 }
 
 namespace {

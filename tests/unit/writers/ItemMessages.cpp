@@ -164,6 +164,5 @@ void expectFailedRequest(const Outcome& outcome) {
     EXPECT_EQ(outcome.result, VwSpecialFailed);
     EXPECT_EQ(outcome.status, VwSpecialStatusFailed);
     EXPECT_FALSE(outcome.message.has(propertyStream));
-    EXPECT_EQ(outcome.openHandles, 0);
-    EXPECT_EQ(outcome.openReaders, 0);
+    expectReleased(outcome);
 }

@@ -1,7 +1,7 @@
 #include "filter/writers/OLMMsgCalWriter.h"
 
 #include "filter/writers/OLMMsgCalTags.h"
-#include "tests/unit/storage/Wide.h"
+#include "tests/unit/core/Wide.h"
 #include "tests/unit/writers/CalMessages.h"
 #include "tests/unit/writers/FullItems.h"
 

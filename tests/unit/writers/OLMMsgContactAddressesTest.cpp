@@ -3,7 +3,7 @@
 #include <tuple>
 
 #include "filter/writers/OLMMsgContactWriter.h"
-#include "tests/unit/storage/Wide.h"
+#include "tests/unit/core/Wide.h"
 #include "tests/unit/writers/ContactMessages.h"
 #include "tests/unit/writers/FullItems.h"
 
@@ -26,7 +26,7 @@ constexpr const char* homeZip = "OPFContactCopyHomeZip";
 constexpr unsigned int unknownName = 0x8999001F;
 
 // Makes the next mapping of a named property fail in another way than an unknown one: the list of
-// mapped properties gets a negative size, which its store rejects with code 137.
+// mapped properties gets a negative size, which its store rejects as an index.
 class BrokenMapping {
 public:
     explicit BrokenMapping(MapiNamedPropMap& map) : count((map.*mapped()).*counter()) {
@@ -59,7 +59,7 @@ template <class Action> void expectIndexRejected(Action action) {
         action();
         ADD_FAILURE() << "nothing was thrown";
     } catch (const qor::Exception& failure) {
-        EXPECT_EQ(failure.code, 137u);
+        EXPECT_EQ(failure.code, qor::errorIndex);
         EXPECT_STREQ(failure.message(), "Array.get(): requested index is out of range");
     }
 }
@@ -347,7 +347,7 @@ TEST_F(OLMMsgContactAddressesObjectTest, OtherFailureOfTheMappingIsRethrown) {
     const BrokenMapping broken(writer->namedProps);
 
     EXPECT_EQ(thrownCode([&] { writer->handleDupProps(wide(u"x"), 0x3A29001F, 0x8045001F); }),
-              137u);
+              qor::errorIndex);
     EXPECT_THAT(added(), ElementsAre(entry(0x3A29001F, 4))) << "the plain one is in place";
 }
 
@@ -359,7 +359,7 @@ TEST_F(OLMMsgContactAddressesObjectTest, RethrownFailureKeepsItsMessage) {
         writer->handleNamedStrProp(wide(u"x"), 0x8045001F);
         ADD_FAILURE() << "nothing was thrown";
     } catch (const qor::Exception& failure) {
-        EXPECT_EQ(failure.code, 137u);
+        EXPECT_EQ(failure.code, qor::errorIndex);
         EXPECT_STREQ(failure.message(), "Array.set: requested index is out of range");
     }
     EXPECT_THAT(added(), IsEmpty());
@@ -377,13 +377,14 @@ TEST_F(OLMMsgContactAddressesObjectTest, AddressGroupThrowsEveryFailureOfTheMapp
     OLMXMLTag closing;
     ASSERT_EQ(parser->nextTag(closing), 1);
     const BrokenMapping broken(writer->namedProps);
-    EXPECT_EQ(thrownCode([&] { writer->handleEmailAddress(2, 0x8083001F, *parser); }), 137u);
+    EXPECT_EQ(thrownCode([&] { writer->handleEmailAddress(2, 0x8083001F, *parser); }),
+              qor::errorIndex);
     EXPECT_THAT(added(), IsEmpty());
 }
 
 // --- Streams that can't be made.
 
-TEST_F(OLMMsgContactAddressesObjectTest, OnlyAStreamThatCannotBeMadeIsLeftOut) {
+TEST_F(OLMMsgContactAddressesObjectTest, StreamThatCannotBeMadeLosesOnlyItsProperty) {
     ItemDocument item = contact();
     item.element(businessCity, "Port").element(homeCity, "Fjord");
     item.element("OPFContactCopyCustom1Data", "one");
@@ -419,7 +420,7 @@ TEST_F(OLMMsgContactAddressesObjectTest, OnlyAStreamThatCannotBeMadeIsLeftOut) {
     }
 }
 
-TEST(OLMMsgContactAddressesTest, OnlyAWholeAddressWithoutAStreamIsLeftOut) {
+TEST(OLMMsgContactAddressesTest, WholeAddressWithoutAStreamLosesOnlyItsProperty) {
     ItemRun run;
     run.prepare = [](FakeHost& host) { host.failCall(CallKind::CreateStream, 5); };
 

@@ -306,7 +306,7 @@ TEST(OLMMsgContactGrpWriterTest, SecondDisplayNameIsAnotherNamedProperty) {
     EXPECT_EQ(message.stream("__substg1.0_8001001F"), utf16(u"Deck"));
 }
 
-TEST_F(OLMMsgContactGrpWriterObjectTest, OnlyADisplayNameWithoutAStreamIsLeftOut) {
+TEST_F(OLMMsgContactGrpWriterObjectTest, SubjectWithoutAStreamLosesOnlyItsProperty) {
     begin(group().element("OPFGroupCopyDisplayName", "Crew"));
     host.failCall(CallKind::CreateStream, 0);
 
@@ -590,8 +590,8 @@ TEST(OLMMsgContactGrpWriterTest, FailureInTheListFailsTheRequest) {
 
     const Outcome outcome = extractItem(groupOf("Ann", "a@x"), run);
 
-    EXPECT_EQ(outcome.result, 18);
-    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.result, VwSpecialFailed);
+    EXPECT_EQ(outcome.status, VwSpecialStatusFailed);
     EXPECT_FALSE(outcome.message.has("__substg1.0_80001102-00000000"));
     EXPECT_FALSE(outcome.message.isRootClosed());
     EXPECT_EQ(outcome.openHandles, 0);

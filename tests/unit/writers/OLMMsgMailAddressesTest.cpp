@@ -1,5 +1,5 @@
 #include "filter/writers/OLMMsgMailWriter.h"
-#include "tests/unit/storage/Wide.h"
+#include "tests/unit/core/Wide.h"
 #include "tests/unit/writers/MailMessages.h"
 
 using namespace fakehost;
@@ -117,7 +117,7 @@ TEST(OLMMsgMailAddressesTest, AttributesOfTheGroupItselfAreNotTheSender) {
     EXPECT_THAT(ownEntries(message), IsEmpty());
 }
 
-TEST_F(OLMMsgMailAddressesObjectTest, OnlyASenderStreamThatCannotBeMadeIsLeftOut) {
+TEST_F(OLMMsgMailAddressesObjectTest, SenderStreamThatCannotBeMadeLosesOnlyItsProperty) {
     ItemDocument item = mail();
     for (int count = 0; count < 2; ++count) {
         item.open(fromGroup);
@@ -503,7 +503,7 @@ TEST_F(OLMMsgMailAddressesObjectTest, TerminatorOfAListThatCannotBeWrittenThrows
     EXPECT_THAT(added(), IsEmpty());
 }
 
-TEST_F(OLMMsgMailAddressesObjectTest, OnlyARecipientStringWithoutAStreamIsLeftOut) {
+TEST_F(OLMMsgMailAddressesObjectTest, RecipientStringWithoutAStreamLosesOnlyItsProperty) {
     ItemDocument item = mailWith(toGroup, "a@x", "Ann");
     begin(addNames(item, toGroup, {"Bob"}));
     // The address comes after the property stream.

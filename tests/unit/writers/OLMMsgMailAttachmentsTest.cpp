@@ -52,15 +52,6 @@ std::vector<PropertyEntry> attachmentEntries(uint32_t number,
     return entries;
 }
 
-// `count` bytes that differ from their neighbours.
-Bytes longData(size_t count) {
-    Bytes bytes;
-    for (size_t i = 0; i < count; ++i) {
-        bytes.push_back(static_cast<uint8_t>(i * 11 + i / 253));
-    }
-    return bytes;
-}
-
 Bytes requestBytes(const MemberOpenRequest& request) {
     Bytes bytes(sizeof request);
     std::memcpy(bytes.data(), &request, sizeof request);
@@ -440,7 +431,7 @@ TEST_F(OLMMsgMailAttachmentsObjectTest, DataWithoutAStreamKeepsItsMethod) {
 }
 
 TEST_F(OLMMsgMailAttachmentsObjectTest, DataThatFailsHalfwayHasTheSizeReachedSoFar) {
-    const Bytes data = longData(3000);
+    const Bytes data = patternBytes(3000);
     for (const CallKind kind : {CallKind::Read, CallKind::Write}) {
         SCOPED_TRACE(static_cast<int>(kind));
         ItemRun run = withEntries({{"tide", data}});
@@ -458,7 +449,7 @@ TEST_F(OLMMsgMailAttachmentsObjectTest, DataThatFailsHalfwayHasTheSizeReachedSoF
     }
 }
 
-TEST_F(OLMMsgMailAttachmentsObjectTest, OnlyATextWithoutAStreamIsLeftOut) {
+TEST_F(OLMMsgMailAttachmentsObjectTest, TextWithoutAStreamLosesOnlyItsProperty) {
     begin(named("tide.csv"));
     // The order is: property stream, file name, display name, the name up to its last dot.
     host.failCall(CallKind::CreateStream, 2);
@@ -519,7 +510,7 @@ TEST_P(OLMMsgMailAttachmentsLengthTest, TextsAreWhole) {
 }
 
 TEST_P(OLMMsgMailAttachmentsLengthTest, DataIsWhole) {
-    const Bytes data = longData(GetParam());
+    const Bytes data = patternBytes(GetParam());
 
     const StoredMessage message = writeItem(
         attachments().element("a").attribute(urlAttribute, "tide"), withEntries({{"tide", data}}));

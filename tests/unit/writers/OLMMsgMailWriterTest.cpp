@@ -225,7 +225,7 @@ TEST(OLMMsgMailWriterTest, SubjectThatCannotBeReadHasNoneOfTheThreeProperties) {
     EXPECT_FALSE(message.has("__substg1.0_0037001F"));
 }
 
-TEST_F(OLMMsgMailWriterObjectTest, OnlyASubjectStreamThatCannotBeMadeIsLeftOut) {
+TEST_F(OLMMsgMailWriterObjectTest, SubjectStreamThatCannotBeMadeLosesOnlyItsProperty) {
     struct Case {
         const char16_t* text;
         std::vector<PropertyEntry> whole;

@@ -1,6 +1,6 @@
 #include "filter/writers/OLMMsgTaskWriter.h"
 
-#include "tests/unit/storage/Wide.h"
+#include "tests/unit/core/Wide.h"
 #include "tests/unit/writers/FullItems.h"
 #include "tests/unit/writers/RecurringItems.h"
 

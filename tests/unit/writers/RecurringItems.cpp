@@ -142,8 +142,6 @@ void expectOnlyABrokenRecurrenceFails(const ItemDocument& item, const char* elem
         EXPECT_EQ(outcome.progress.back(), 100);
         EXPECT_EQ(outcome.message.has(propertyStream), !isBroken);
         EXPECT_EQ(outcome.message.isRootClosed(), !isBroken);
-        EXPECT_EQ(outcome.openHandles, 0) << "after the end of the output";
-        EXPECT_EQ(outcome.openReaders, 0);
-        EXPECT_EQ(outcome.lockedBlocks, 0);
+        expectReleased(outcome);
     }
 }

@@ -261,7 +261,7 @@ TEST_P(RecurringWritersTest, RejectedRecurrenceTableThrowsAtTheEnd) {
     }
 }
 
-TEST_P(RecurringWritersTest, OnlyARecurrenceStreamThatCannotBeMadeIsLeftOut) {
+TEST_P(RecurringWritersTest, RecurrenceWithoutAStreamLosesOnlyItsProperty) {
     runDaily();
     host.failCall(CallKind::CreateStream, 0);
 

@@ -9,6 +9,7 @@
 
 #include "filter/core/Exception.h"
 #include "filter/xml/OLMXMLParser.h"
+#include "tests/unit/RowName.h"
 #include "tests/unit/writers/ItemMessages.h"
 
 // The members of any writer, opened for tests: writer.*(&WriterInside::rootTag).
@@ -105,8 +106,7 @@ public:
     std::optional<unsigned int> refusedTag; // the only tag refused; empty: all
 };
 
-// Name the instances of a test after the rows of its table, or after their kinds of items.
-inline constexpr auto rowName = [](const auto& row) { return row.param.name; };
+// Names the instances of a test after the kinds of items in its table.
 inline constexpr auto kindName = [](const auto& row) { return row.param.kind->name; };
 
 // The text of an element and the number it becomes.

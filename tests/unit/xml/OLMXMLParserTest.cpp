@@ -584,7 +584,7 @@ TEST_F(OLMXMLParserContentTest, UnterminatedTextThatFillsTheBufferEndsWithIt) {
     EXPECT_EQ(host.countOf(CallKind::ReadContent), 1);
 }
 
-TEST_F(OLMXMLParserContentTest, FailedFirstReadReturns0AndKeepsTheEarlierText) {
+TEST_F(OLMXMLParserContentTest, FailedFirstReadGives0AndKeepsTheEarlierText) {
     readReads({{-1, 3, u"abc"}});
 
     EXPECT_EQ(parser->content(text), 0);
