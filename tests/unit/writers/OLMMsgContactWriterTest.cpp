@@ -39,8 +39,8 @@ void PrintTo(const ElementCase& row, std::ostream* out) {
     *out << row.name;
 }
 
-// One element of each form. That every element has its own property is a test of whole archives:
-// see tests/interop/expected/contact.py.
+// One element of each form. The mapping of all elements is tested on whole archives: see
+// tests/interop/expected/contact.py.
 // clang-format off
 constexpr ElementCase elements[] = {
     {"OPFContactCopyNotes",             0x10130102, Becomes::Nothing},
