@@ -35,7 +35,7 @@ struct RadixCase {
 };
 
 int64_t decimal(const std::string& text) {
-    return qor::NumberText<char>(text.data(), static_cast<int>(text.size())).read(0, nullptr, 10);
+    return qor::NumberReader<char>(text.data(), static_cast<int>(text.size())).read(0, nullptr, 10);
 }
 
 } // namespace
@@ -243,7 +243,7 @@ TEST(NumberReaderTest, UnitsWithALowByteOfADigitAreNotDigits) {
 
 TEST(NumberReaderTest, ReaderCanBeUsedAgain) {
     const std::string text = "-99999999999999999999 3";
-    qor::NumberText<char> reader(text.data(), static_cast<int>(text.size()));
+    qor::NumberReader<char> reader(text.data(), static_cast<int>(text.size()));
     int end = 0;
 
     EXPECT_EQ(reader.read(0, &end, 10), smallest);
