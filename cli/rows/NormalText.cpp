@@ -24,11 +24,6 @@ template <> bool isAscii(std::u16string_view text) {
     return std::ranges::all_of(text, [](char16_t unit) { return unit < firstNonAscii; });
 }
 
-char lower(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                : character;
-}
-
 // UTF-8 without what is no text. The marks behind a letter are put into an order, which takes the
 // square of their number, so a long run of them is parted (as the Stream-Safe Text Format does).
 template <typename Unit> std::string sound(std::basic_string_view<Unit> text) {
@@ -83,7 +78,7 @@ template <typename Unit> std::string comparable(std::basic_string_view<Unit> tex
     }
     std::string out(text.size(), '\0');
     std::ranges::transform(text, out.begin(),
-                           [](Unit unit) { return lower(static_cast<char>(unit)); });
+                           [](Unit unit) { return lowerAscii(static_cast<char>(unit)); });
     return out;
 }
 
