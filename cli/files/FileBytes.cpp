@@ -8,7 +8,7 @@ namespace olmkit {
 
 namespace {
 
-// Calls `step` for what is left until nothing is.
+// Calls `step` for the remaining bytes until there are none.
 template <typename Byte, typename Step>
 int repeat(std::uint64_t offset, std::span<Byte> bytes, const Step& step) {
     while (!bytes.empty()) {

@@ -7,13 +7,13 @@
 
 namespace olmkit {
 
-// A file on its way to its name: nobody else uses it, and unless OutputDirectory::place() gives it
-// its name it goes with this object, or with the process when that is interrupted. Made by
+// A file under a temporary name. Unless OutputDirectory::place() moves it to its final name, it is
+// removed with this object, or when the process is interrupted. Made by
 // OutputDirectory::createTemporary().
 class TemporaryFile {
 public:
-    // The file `name` in `directory`, an open descriptor that outlives this object; `file` is open
-    // for reading and writing, and this object's to close.
+    // `name` is the file's name in the folder `directory`, a borrowed descriptor. `file` is open
+    // for reading and writing; this object closes it.
     TemporaryFile(int directory, std::string name, int file, Interrupt::Guard guard);
     TemporaryFile(TemporaryFile&& other) noexcept;
     TemporaryFile& operator=(TemporaryFile&& other) noexcept;
@@ -24,16 +24,16 @@ public:
     int descriptor() const { return file; }
     const std::string& name() const { return fileName; }
 
-    // Closes the descriptor. 0 or an errno value: some file systems tell only now that a write has
-    // failed.
+    // Closes the descriptor. Returns 0 or an errno value: some file systems report a failed write
+    // only now.
     int close();
 
-    // It has another name now, so it stays.
+    // Leaves the file in place, as it now has another name.
     void keep() { fileName.clear(); }
 
 private:
     int directory;
-    std::string fileName; // empty: nothing is there to go
+    std::string fileName; // empty: there is nothing to remove
     int file;
     Interrupt::Guard guard;
 };

@@ -1,4 +1,4 @@
-"""olmkit extract --jobs: however many threads there are, everything comes out the same."""
+"""olmkit extract --jobs: the output is the same whatever the number of threads."""
 
 import os
 import signal
