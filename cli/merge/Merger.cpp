@@ -147,9 +147,12 @@ ExitCode Merger::joinSummaries() {
             totals.reset();
             hasLosses = true;
             messages.error(shard.path() + "/" + runfile::summary +
-                           " can't be read, so no joined summary was written; extract this shard "
-                           "again and merge again");
-            return ExitCode::Done;
+                           " can't be read, so the joined folder has no summary; extract this "
+                           "shard again and merge again");
+            // The target may be the folder of a shard, with the summary of that shard alone.
+            const int error = target.remove(runfile::summary);
+            return error == 0 ? ExitCode::Done
+                              : outputFailed(options.target() + "/" + runfile::summary, error);
         }
         if (!joined.insert(shard.shard().number).second) {
             continue;

@@ -142,6 +142,21 @@ class ShardTest(RunTest):
             self.assertIn("missing", done.stderr)
             shutil.rmtree(self.path("joined"))
 
+    def test_shard_without_a_summary_leaves_the_joined_folder_without_one(self):
+        archive = self.small_archive()
+        for target in ("joined", "part2-1"):
+            with self.subTest(target):
+                folders = self.shards(archive, 2)
+                os.remove(self.path(folders[1], "summary.json"))
+
+                done = self.merge(*folders, "-o", target, code=1)
+
+                self.assertIn(f"{folders[1]}/summary.json can't be read", done.stderr)
+                self.assertFalse(os.path.exists(self.path(target, "summary.json")))
+                self.assertEqual(len(self.files(target)), 11)
+                for folder in {*folders, target}:
+                    shutil.rmtree(self.path(folder))
+
     def test_damaged_manifest_is_reported(self):
         folders = self.shards(self.small_archive(), 2)
         manifest = self.bytes_of(self.path(folders[0], "manifest.jsonl"))

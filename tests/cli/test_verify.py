@@ -118,6 +118,12 @@ class VerifyTest(ProgramTest):
         self.assertEqual(self.differences("--strict"), [
             ("extra.txt", "unexpected"), ("link", "unexpected"), ("m/.hidden", "unexpected")])
 
+    def test_files_of_a_run_are_no_difference_with_strict(self):
+        for name in ("manifest.jsonl.part", "manifest.jsonl.kept", "summary.json", "unfinished.json", "shard.json"):
+            self.write("out/" + name, b"")
+
+        self.verify("--strict")
+
     def test_folder_may_be_given_in_any_way(self):
         for name in ("out", "out/", "./out", "out/.", "out/m/..", self.out() + "//"):
             done = self.run_program("verify", name, "--strict")
