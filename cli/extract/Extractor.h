@@ -5,36 +5,19 @@
 #include <cstdint>
 #include <map>
 #include <set>
-#include <string>
-#include <string_view>
 #include <vector>
 
 #include "cli/extract/ExtractOptions.h"
-#include "cli/extract/FaultLog.h"
 #include "cli/extract/ItemQueue.h"
 #include "cli/extract/MessagePaths.h"
-#include "cli/extract/RunOutput.h"
+#include "cli/extract/RunResults.h"
 #include "cli/extract/Selection.h"
-#include "cli/manifest/Summary.h"
-#include "cli/rows/ListedShare.h"
 #include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
-#include "cli/terminal/Progress.h"
 #include "host/session/Session.h"
 
 namespace olmkit {
-
-// The state of a run.
-struct ExtractCounts {
-    std::uint64_t known = 0;     // wanted items that were found so far
-    std::uint64_t requested = 0; // of those, the finished ones, written or failed
-    std::uint64_t written = 0;   // of those, the ones with a message
-    std::uint64_t warned = 0;    // finished items with warnings
-    std::uint64_t bytes = 0;     // of the messages
-
-    std::uint64_t failed() const { return requested - written; }
-};
 
 // One run of an extraction: lists the rows, and makes the messages of the wanted items of an entry
 // as soon as the entry is listed, so that only one entry's rows are held.
@@ -48,34 +31,32 @@ public:
     // run.
     Extractor(const ExtractOptions& options, olmhost::Session& session, Output& output,
               Messages& messages);
-    Extractor(const Extractor&) = delete;
-    Extractor& operator=(const Extractor&) = delete;
-    ~Extractor() = default;
 
     // Runs the extraction and returns its exit code, which does not count the faults(). Reports
     // everything except those faults and an interruption. Call it once.
     ExitCode run();
 
-    const ExtractCounts& counts() const { return numbers; }
+    const ExtractCounts& counts() const { return results.counts(); }
     // Whether the run ended before all items were finished.
-    bool isStopped() const;
+    bool isStopped() const { return results.isStopped(); }
     // Whether the output folder could not be used, which has been reported.
-    bool isRefused() const { return refusal != ExitCode::Done; }
+    bool isRefused() const { return results.isRefused(); }
     // Whether a later run can resume this one.
-    bool canBeResumed() const { return isStopped() && runOutput.isOpen(); }
+    bool canBeResumed() const { return isStopped() && results.isOutputOpen(); }
 
     // Returns the reconciliation. Complete after run(), unless that was stopped.
-    const SummaryNumbers& summary() const { return totals.numbers(); }
+    const SummaryNumbers& summary() const { return results.summary(); }
 
     // Returns the faults of the archive's entries, in the order of the entries.
-    std::vector<olmhost::EntryFault> faults() const { return faultLog.faults(); }
+    std::vector<olmhost::EntryFault> faults() const { return results.faults().faults(); }
     // Returns the entries whose faults run() has reported as warnings of items.
-    const std::set<std::uint64_t>& reportedEntries() const { return faultLog.reportedEntries(); }
+    const std::set<std::uint64_t>& reportedEntries() const {
+        return results.faults().reportedEntries();
+    }
 
 private:
     bool walk();
     void note(const olmhost::Row& row);
-    bool openOutput();
     void writeNoted();
     void failMissingIndexes();
     void writePlaces();
@@ -83,43 +64,16 @@ private:
     bool isShareable(const WantedItem& wanted) const;
     void plan(const WantedItem& wanted);
     void finishItems(std::size_t maxLeft);
-    void finish(ItemTask& task);
-    void finishRow(const ManifestRow& row, const std::string& line, std::string_view kind);
-    void report(const ManifestRow& row, std::string_view kind);
-    void reconcile(bool isAtEnd);
-    double passedShare() const;
-    void endOutput(bool isAtEnd);
-    void outputFailed(const std::string& name, int errorNumber);
-    ExitCode exitCode() const;
 
     const ExtractOptions& options;
     olmhost::Session& session;
     Output& output;
-    Messages& messages;
-    Progress progress;
-
-    // Listing.
-    ListedShare listed;
     Selection selection;
     MessagePaths paths;
     std::vector<WantedItem> noted; // of the current entry
     std::map<ItemPlace, WantedItem> notedPlaces;
-    FaultLog faultLog;
-
-    // Writing.
-    RunOutput runOutput;
+    RunResults results;
     ItemQueue queue;
-    Summary totals;
-    ExtractCounts numbers;
-    std::uint64_t nextIndex = 0; // after the last item that was finished
-
-    // What the run ends with.
-    bool isOutputLost = false; // nothing more can be written
-    bool hasOutputFailed = false;
-    bool isAtLimit = false; // as many items have failed as may
-    bool hasLosses = false; // something is missing or wrong in a message
-    bool isOlm = true;
-    ExitCode refusal = ExitCode::Done; // of the output folder
 };
 
 } // namespace olmkit

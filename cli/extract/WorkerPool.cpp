@@ -62,7 +62,7 @@ void WorkerPool::waitFor(const ItemTask& task) {
     hasResult.wait(hold, [&task] { return task.isDone.load(); });
 }
 
-// When the system has no more threads or descriptors, the pool goes on with those it has.
+// If the system has no more threads or descriptors, the pool continues with the threads it has.
 void WorkerPool::startWorker() {
     auto worker = std::make_unique<Worker>();
     if (worker->session.openBeside(session).status != olmhost::OpenStatus::Done) {

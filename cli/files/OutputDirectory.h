@@ -76,7 +76,7 @@ private:
     int root = -1;
     std::atomic<unsigned> temporaries = 0;
     std::vector<std::string> openedFolders; // the path of `folder`
-    int folder = -1; // the last one used; the next message mostly goes there too
+    int folder = -1; // the last one used; the next message is often in the same folder
 };
 
 // Returns the text of an errno value that a function of OutputDirectory returned.

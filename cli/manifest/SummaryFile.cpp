@@ -79,7 +79,7 @@ KindNumbers kindOf(const JsonObject& object) {
             object.at("requested"), object.at("written"), object.at("failed")};
 }
 
-// Attachments of mails that name no entry are not told apart in the file.
+// The file has one number for `ofMails` and `unnamed` together.
 AttachmentNumbers attachmentsOf(const JsonObject& object) {
     AttachmentNumbers numbers;
     numbers.ofOtherItems = object.at("of_other_items");

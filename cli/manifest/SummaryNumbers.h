@@ -35,7 +35,7 @@ struct KindNumbers {
 
 struct AttachmentNumbers {
     std::uint64_t ofMails = 0;      // that name an entry of the archive
-    std::uint64_t unnamed = 0;      // of mails too, that name none
+    std::uint64_t unnamed = 0;      // of mails, without the name of an entry
     std::uint64_t ofOtherItems = 0; // whose messages take no attachments
     std::uint64_t written = 0;
     std::uint64_t lost = 0;
