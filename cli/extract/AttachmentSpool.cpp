@@ -1,11 +1,9 @@
 #include "cli/extract/AttachmentSpool.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 
 #include "cli/extract/AttachmentNames.h"
@@ -117,12 +115,8 @@ int AttachmentSpool::write(std::uint64_t offset, std::uint64_t size, const Outpu
         }
         done += bytes.size();
     }
-    if (failure == 0 && time.has_value()) {
-        const std::array<timespec, 2> times = {*time, *time};
-        // Not an error: some file systems can't store every time.
-        futimens(made->descriptor(), times.data());
-    }
     if (failure == 0) {
+        made->setTime(time);
         failure = made->close();
     }
     return failure == 0 ? directory.place(*made, path) : failure;

@@ -1,9 +1,6 @@
 #include "cli/extract/MessageFile.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <memory>
 #include <utility>
@@ -58,11 +55,7 @@ bool MessageFile::overwrite(std::uint64_t offset, std::span<const std::byte> byt
 int MessageFile::finish(std::optional<TemporaryFile>& finished, HashText& sha256,
                         const std::optional<timespec>& time) {
     if (error == 0 && store() && hash(sha256)) {
-        if (time.has_value()) {
-            const std::array<timespec, 2> times = {*time, *time};
-            // Not an error: some file systems can't store every time.
-            futimens(file->descriptor(), times.data());
-        }
+        file->setTime(time);
         error = file->close();
     }
     if (error != 0) {

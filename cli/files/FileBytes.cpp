@@ -39,4 +39,11 @@ int readAt(int file, std::uint64_t offset, std::span<std::byte> bytes) {
     });
 }
 
+int append(int file, std::string_view text) {
+    const auto bytes = std::as_bytes(std::span(text));
+    return repeat(0, bytes, [file](std::span<const std::byte> rest, off_t) {
+        return write(file, rest.data(), rest.size());
+    });
+}
+
 } // namespace olmkit

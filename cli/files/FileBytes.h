@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 namespace olmkit {
 
@@ -11,6 +12,10 @@ namespace olmkit {
 // the file ends before all bytes are read.
 int writeAt(int file, std::uint64_t offset, std::span<const std::byte> bytes);
 int readAt(int file, std::uint64_t offset, std::span<std::byte> bytes);
+
+// Writes all of `text` at the end of a file that is open for appending. Returns 0 or an errno
+// value.
+int append(int file, std::string_view text);
 
 } // namespace olmkit
 

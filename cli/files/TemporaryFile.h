@@ -1,6 +1,8 @@
 #ifndef OLMKIT_CLI_FILES_TEMPORARYFILE_H
 #define OLMKIT_CLI_FILES_TEMPORARYFILE_H
 
+#include <ctime>
+#include <optional>
 #include <string>
 
 #include "cli/terminal/Interrupt.h"
@@ -23,6 +25,10 @@ public:
 
     int descriptor() const { return file; }
     const std::string& name() const { return fileName; }
+
+    // Sets the time of the last change, if there is one to set. Some file systems can't store every
+    // time, which is not an error.
+    void setTime(const std::optional<timespec>& time);
 
     // Closes the descriptor. Returns 0 or an errno value: some file systems report a failed write
     // only now.

@@ -6,25 +6,10 @@
 #include <cerrno>
 #include <utility>
 
+#include "cli/files/FileBytes.h"
 #include "cli/manifest/RunFiles.h"
 
 namespace olmkit {
-
-namespace {
-
-int writeAll(int file, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = write(file, text.data(), text.size());
-        if (written > 0) {
-            text.remove_prefix(static_cast<std::size_t>(written));
-        } else if (written == 0 || errno != EINTR) {
-            return written == 0 ? EIO : errno;
-        }
-    }
-    return 0;
-}
-
-} // namespace
 
 Manifest::~Manifest() {
     if (file >= 0) {
@@ -70,14 +55,14 @@ int Manifest::appendPartToKept() {
     int error = part.has_value() ? directory.openToAppend(runfile::manifestKept, target) : EIO;
     if (error == 0) {
         // The last kept line may have no end; an empty line does no harm.
-        error = writeAll(target, "\n" + *part);
+        error = append(target, "\n" + *part);
         close(target);
     }
     return error != 0 ? error : directory.remove(runfile::manifestPart);
 }
 
 int Manifest::add(const std::string& line) {
-    const int error = writeAll(file, line);
+    const int error = append(file, line);
     if (error == 0) {
         size += line.size();
     }

@@ -15,7 +15,11 @@
 
 namespace olmkit {
 
+namespace {
+
 namespace fs = std::filesystem;
+
+} // namespace
 
 void Verifier::check(const ManifestRow& row) {
     const std::vector<ListedFile> files = filesOf(row);
