@@ -231,7 +231,7 @@ int Merger::add(const ShardFolder& shard, const std::string& line) {
 // all of its attachments. Returns what is wrong with a file, or an empty text.
 std::string Merger::fetchAll(const ShardFolder& shard, const ManifestRow& row, int& targetError) {
     std::vector<ListedFile> files = filesOf(row);
-    std::ranges::rotate(files, files.begin() + 1);
+    std::rotate(files.begin(), files.begin() + 1, files.end());
     for (const ListedFile& file : files) {
         const std::string fault = fetch(shard, file, targetError);
         if (targetError != 0) {

@@ -1,7 +1,6 @@
 #ifndef OLMKIT_CLI_ROWS_ITEMPLACE_H
 #define OLMKIT_CLI_ROWS_ITEMPLACE_H
 
-#include <compare>
 #include <cstdint>
 
 namespace olmkit {
@@ -11,7 +10,9 @@ struct ItemPlace {
     std::uint32_t entry = 0; // from 0
     std::uint32_t item = 0;  // in the entry's document, from 1
 
-    auto operator<=>(const ItemPlace&) const = default;
+    bool operator<(const ItemPlace& other) const {
+        return entry != other.entry ? entry < other.entry : item < other.item;
+    }
 };
 
 } // namespace olmkit

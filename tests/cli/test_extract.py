@@ -19,7 +19,7 @@ SIGNATURE = bytes.fromhex("D0CF11E0A1B11AE1")
 
 
 def mail(subject, *urls):
-    """A mail with an attachment for each URL."""
+    """Returns a mail with an attachment for each URL."""
     attachments = "".join(f'<messageAttachment OPFAttachmentURL="{url}"/>' for url in urls)
     return (f"<email><OPFMessageCopySubject>{subject}</OPFMessageCopySubject>"
             f"<OPFMessageCopyAttachmentList>{attachments}</OPFMessageCopyAttachmentList></email>")
@@ -48,7 +48,7 @@ class ExtractTest(ProgramTest):
         return done
 
     def paths(self, *titles):
-        """The paths of the messages of notes with these titles."""
+        """Returns the paths of the messages of notes with these titles."""
         archive = self.archive(("N/a.xml", notes(*titles)), name="names.olm")
         self.extract(archive, out="names")
         rows = self.manifest("names")
@@ -71,7 +71,7 @@ class ExtractTest(ProgramTest):
         self.assertEqual(self.files("out"), ["Local/Notes/one.msg", "Local/Notes/two.msg",
                                              "manifest.jsonl", "three.msg"])
 
-    def test_same_archive_gives_the_same_bytes_again_and_over_itself(self):
+    def test_same_archive_has_the_same_output_again_and_over_an_earlier_one(self):
         archive = self.archive(("a.xml", notes("1", "1", "2")))
 
         self.extract(archive, out="first")
@@ -148,7 +148,7 @@ class ExtractTest(ProgramTest):
             self.assertIn(word, done.stderr)
         self.assertEqual(self.files("out"), ["manifest.jsonl"])
 
-    def test_place_past_the_last_item_gives_an_empty_message_and_says_so(self):
+    def test_place_past_the_last_item_has_an_empty_message_and_a_warning(self):
         archive = self.archive(("a.xml", notes("0")))
 
         done = self.extract(archive, "--at", "0:2")
@@ -207,7 +207,7 @@ class ExtractTest(ProgramTest):
                          [['the attachment "secret.txt" is missing: it is encrypted']])
         self.assertEqual(len(done.stderr.splitlines()), 1)
 
-    def test_attachment_is_found_whichever_form_its_name_has(self):
+    def test_attachment_is_found_by_a_name_in_another_normal_form(self):
         composed, decomposed = "\u304c\u00e9.txt", "\u304b\u3099e\u0301.txt"
         payload = b"which form has my name? " * 200
         for asked, stored in ((composed, decomposed), (decomposed, composed)):
@@ -222,7 +222,7 @@ class ExtractTest(ProgramTest):
                 self.assertEqual(row["warnings"], [])
                 self.assertIn(payload, self.bytes_of(self.path("out", row["path"])))
 
-    def test_item_that_its_document_breaks_off_in_has_a_warning(self):
+    def test_item_cut_off_with_its_document_has_a_warning(self):
         archive = self.archive(("a.xml", "<notes>" + note("1") + "<note><OPFNoteCopyTitle>tw"))
 
         self.extract(archive, code=1)
@@ -459,7 +459,7 @@ class ExtractTest(ProgramTest):
                              16)
 
     def long_run(self):
-        """A running extraction of many items that has written some of them."""
+        """Starts an extraction of many items and waits until some are written."""
         archive = self.archive(("b.xml", notes(*[f"note {n}" for n in range(30000)])))
         process = subprocess.Popen([PROGRAM, "extract", archive, "-o", self.path("out")],
                                    stdout=subprocess.PIPE, stderr=subprocess.PIPE)
@@ -492,7 +492,7 @@ class ExtractTest(ProgramTest):
         self.assertEqual(process.returncode, 130)
         self.assertEqual([file for file in self.files("out") if file.startswith(".")], [])
 
-    def test_interrupt_while_nothing_moves_ends_within_a_second(self):
+    def test_interrupt_during_a_long_step_ends_the_run_within_a_second(self):
         # One item with a very long text, so that no step of it ends soon.
         archive = self.archive(("b.xml", "<notes><note><unknown>" + "x" * 400_000_000),
                                name="huge.olm")

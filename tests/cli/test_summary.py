@@ -67,7 +67,7 @@ class SummaryTest(ProgramTest):
             "noted_entries": [{"entry": 0, "entry_name": "Categories.xml", "items": 0,
                                "listed": 0, "mismatch": False, "reason": "it holds categories, which are no items"}]})
 
-    def test_same_archive_gives_the_same_summary_wherever_it_lies(self):
+    def test_same_archive_has_the_same_summary_wherever_it_is(self):
         self.extract(SAMPLE)
         first = self.bytes_of(self.path("out", "summary.json"))
         os.rename(self.path("out"), self.path("other"))

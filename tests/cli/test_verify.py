@@ -118,7 +118,7 @@ class VerifyTest(ProgramTest):
         self.assertEqual(self.differences("--strict"), [
             ("extra.txt", "unexpected"), ("link", "unexpected"), ("m/.hidden", "unexpected")])
 
-    def test_files_of_a_run_are_no_difference_with_strict(self):
+    def test_files_of_a_run_are_not_differences_with_strict(self):
         for name in ("manifest.jsonl.part", "manifest.jsonl.kept", "summary.json", "unfinished.json", "shard.json"):
             self.write("out/" + name, b"")
 
