@@ -1,5 +1,5 @@
-#ifndef OLMKIT_CLI_EXTRACT_MANIFESTLINES_H
-#define OLMKIT_CLI_EXTRACT_MANIFESTLINES_H
+#ifndef OLMKIT_CLI_MANIFEST_MANIFESTLINES_H
+#define OLMKIT_CLI_MANIFEST_MANIFESTLINES_H
 
 #include <cstddef>
 #include <cstdint>
@@ -10,9 +10,9 @@
 
 namespace olmkit {
 
-// The lines of a manifest, whole or broken off, by the index that each tells of. They stay in the
-// file; held for each are 24 bytes. Of several lines with one index the last counts; a line that is
-// broken or has no index counts for nothing.
+// The lines of a manifest, complete or not, by the index of their item. The lines stay in the file;
+// 24 bytes are held for each. Of several lines with one index the last is used; a line that is
+// damaged or has no index is skipped.
 class ManifestLines {
 public:
     ManifestLines() = default;
@@ -20,22 +20,23 @@ public:
     ManifestLines& operator=(const ManifestLines&) = delete;
     ~ManifestLines();
 
-    // Reads the file `name` of `directory`. 0 or an errno value. Call it once.
+    // Reads the file `name` of `directory`. Returns 0 or an errno value. Call it once.
     int open(const OutputDirectory& directory, const std::string& name);
 
-    // How many there are, and one of them, in ascending order of the index. A line has its end; it
-    // is empty when it can't be read any more.
+    // Returns the number of lines; places are from 0, in ascending order of the index.
     std::size_t count() const { return lines.size(); }
     std::uint64_t index(std::size_t place) const { return lines[place].index; }
+
+    // Returns a line with its end, or an empty text when it can no longer be read.
     std::string line(std::size_t place) const;
 
-    // Lines, and the rest of one, that count for nothing.
-    std::size_t brokenCount() const { return broken; }
+    // Returns how many lines were skipped, a last line without an end included.
+    std::size_t skippedCount() const { return skipped; }
 
-    // The place of the first line with that index or a higher one; count() when there is none.
+    // Returns the place of the first line with that index or a higher one, or count().
     std::size_t find(std::uint64_t index) const;
 
-    // The line with that index, empty when there is none.
+    // Returns the line with that index, or an empty text.
     std::string lineOfIndex(std::uint64_t index) const;
 
 private:
@@ -50,7 +51,7 @@ private:
 
     int file = -1;
     std::vector<Line> lines;
-    std::size_t broken = 0;
+    std::size_t skipped = 0;
 };
 
 } // namespace olmkit

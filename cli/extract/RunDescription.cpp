@@ -1,4 +1,4 @@
-#include "cli/extract/RunRecord.h"
+#include "cli/extract/RunDescription.h"
 
 #include <algorithm>
 #include <array>
@@ -20,7 +20,7 @@ void addNumber(Sha256& hash, std::uint64_t number) {
     hash.add(bytes);
 }
 
-// Over the names, sizes and checksums of all entries.
+// Returns the SHA-256 over the names, sizes and checksums of all entries.
 std::string directoryHash(const olmhost::Session& session) {
     Sha256 hash;
     for (std::uint64_t entry = 0; entry < session.entryCount(); ++entry) {
@@ -45,7 +45,6 @@ JsonObject countOrNull(const std::optional<Moment>& moment) {
     return moment.has_value() ? JsonObject(moment->time_since_epoch().count()) : JsonObject();
 }
 
-// The options that decide what is written.
 JsonObject optionsObject(const ExtractOptions& options) {
     std::vector<std::uint64_t> items = options.items;
     std::ranges::sort(items);
@@ -69,61 +68,10 @@ JsonObject optionsObject(const ExtractOptions& options) {
     return object;
 }
 
-JsonObject shardObject(const std::optional<Shard>& shard) {
-    JsonObject object;
-    if (shard.has_value()) {
-        object["number"] = shard->number;
-        object["count"] = shard->count;
-    }
-    return object;
-}
-
 } // namespace
 
-RunRecord::RunRecord(const ExtractOptions& options, const olmhost::Session& session) {
-    JsonObject object;
-    object["program"] = "olmkit " OLMKIT_VERSION;
-    object["archive"] = archiveObject(session);
-    object["options"] = optionsObject(options);
-    object["shard"] = shardObject(options.shard);
-    std::string text;
-    appendLine(text, object);
-    *this = read(text).value();
-}
-
-std::optional<RunRecord> RunRecord::read(const std::string& text) {
-    try {
-        const JsonObject object = JsonObject::parse(text);
-        RunRecord record;
-        record.line = text;
-        record.program = object.at("program").dump();
-        record.archive = object.at("archive").dump();
-        record.chosen = object.at("options").dump();
-        if (const JsonObject& shard = object.at("shard"); !shard.is_null()) {
-            record.ownShard = {shard.at("number").get<std::uint64_t>(),
-                               shard.at("count").get<std::uint64_t>()};
-        }
-        return record;
-    } catch (const JsonObject::exception&) {
-        return std::nullopt;
-    }
-}
-
-std::string RunRecord::differenceTo(const RunRecord& other) const {
-    if (archive != other.archive) {
-        return "was made from another archive";
-    }
-    if (chosen != other.chosen) {
-        return "was made with other options";
-    }
-    if (program != other.program) {
-        return "was made by another version of this program";
-    }
-    return {};
-}
-
-std::string shardTitle(const Shard& shard) {
-    return std::to_string(shard.number) + "/" + std::to_string(shard.count);
+RunRecord describeRun(const ExtractOptions& options, const olmhost::Session& session) {
+    return {archiveObject(session), optionsObject(options), options.shard};
 }
 
 } // namespace olmkit

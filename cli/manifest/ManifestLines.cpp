@@ -1,11 +1,11 @@
-#include "cli/extract/ManifestLines.h"
+#include "cli/manifest/ManifestLines.h"
 
 #include <unistd.h>
 
 #include <algorithm>
 
-#include "cli/extract/ManifestRow.h"
 #include "cli/files/LineReader.h"
+#include "cli/manifest/ManifestRow.h"
 
 namespace olmkit {
 
@@ -23,7 +23,7 @@ int ManifestLines::open(const OutputDirectory& directory, const std::string& nam
         return error;
     }
     std::ranges::stable_sort(lines, {}, &Line::index);
-    // The last of its index stays.
+    // Of each index the last line stays.
     const auto kept = std::unique(lines.rbegin(), lines.rend(),
                                   [](const Line& a, const Line& b) { return a.index == b.index; });
     lines.erase(lines.begin(), kept.base());
@@ -40,7 +40,7 @@ int ManifestLines::readLines() {
         enter(line, offset);
         offset += line.size();
     }
-    broken += answer == LineReader::Answer::Rest ? 1 : 0;
+    skipped += answer == LineReader::Answer::Rest ? 1 : 0;
     return reader.errorNumber();
 }
 
@@ -48,7 +48,7 @@ void ManifestLines::enter(const std::string& line, std::uint64_t offset) {
     if (const auto index = indexOf(line)) {
         lines.push_back({*index, offset, line.size()});
     } else {
-        ++broken;
+        ++skipped;
     }
 }
 

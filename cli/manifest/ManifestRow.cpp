@@ -1,4 +1,4 @@
-#include "cli/extract/ManifestRow.h"
+#include "cli/manifest/ManifestRow.h"
 
 #include <algorithm>
 #include <charconv>
@@ -24,7 +24,7 @@ JsonObject objectOf(const AttachmentRow& row) {
     return object;
 }
 
-// A line that tells of no row.
+// Thrown for a line that is not a row.
 class NoRow {};
 
 void require(bool holds) {
@@ -63,7 +63,7 @@ std::string requiredText(const JsonObject& value) {
     return value.get<std::string>();
 }
 
-// A text that is not empty, or an empty one for null.
+// Returns a text, which must not be empty, or an empty one for null.
 std::string textOrNull(const JsonObject& object, const char* key) {
     const JsonObject& value = valueAt(object, key);
     require(!value.is_string() || !value.get_ref<const std::string&>().empty());

@@ -1,4 +1,4 @@
-#include "cli/extract/ManifestReader.h"
+#include "cli/manifest/ManifestReader.h"
 
 #include <optional>
 #include <utility>
@@ -18,7 +18,7 @@ ManifestReader::Answer ManifestReader::next(ManifestRow& row) {
     std::optional<ManifestRow> read =
         answer == LineReader::Answer::Line ? readRow(line) : std::nullopt;
     if (!read.has_value()) {
-        return Answer::Broken;
+        return Answer::Invalid;
     }
     row = std::move(*read);
     return Answer::Row;

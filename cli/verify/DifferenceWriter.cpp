@@ -1,4 +1,4 @@
-#include "cli/verify/VerifyReport.h"
+#include "cli/verify/DifferenceWriter.h"
 
 #include <utility>
 
@@ -25,6 +25,7 @@ JsonObject objectOf(const Difference& difference) {
     return object;
 }
 
+// Returns a number with the right form of its noun.
 std::string counted(std::uint64_t count, const char* one, const char* several) {
     return std::to_string(count) + " " + (count == 1 ? one : several);
 }
@@ -35,9 +36,9 @@ std::string summary(const Verifier& verifier) {
     const std::uint64_t others = verifier.differenceCount() - wrong;
     std::string text = std::to_string(verifier.goodCount()) + " of " +
                        counted(all, "file", "files") +
-                       (all == 1 ? " is as the manifest says" : " are as the manifest says");
+                       (all == 1 ? " matches the manifest" : " match the manifest");
     if (others > 0) {
-        text += "; " + counted(others, "difference", "differences") + " besides";
+        text += "; " + counted(others, "other difference", "other differences");
     }
     if (const std::uint64_t failed = verifier.failedCount(); failed > 0) {
         text += "; " + counted(failed, "item has", "items have") + " no message";
@@ -47,7 +48,7 @@ std::string summary(const Verifier& verifier) {
 
 } // namespace
 
-void VerifyReport::add(const Difference& difference) {
+void DifferenceWriter::add(const Difference& difference) {
     if (isJson) {
         differences.push_back(objectOf(difference));
         return;
@@ -57,7 +58,7 @@ void VerifyReport::add(const Difference& difference) {
     output.endRecord();
 }
 
-void VerifyReport::finish(const Verifier& verifier) {
+void DifferenceWriter::finish(const Verifier& verifier) {
     if (isJson) {
         JsonObject object;
         object["messages"] = verifier.messageCount();

@@ -1,5 +1,5 @@
-#ifndef OLMKIT_CLI_EXTRACT_MERGEOPTIONS_H
-#define OLMKIT_CLI_EXTRACT_MERGEOPTIONS_H
+#ifndef OLMKIT_CLI_MERGE_MERGEOPTIONS_H
+#define OLMKIT_CLI_MERGE_MERGEOPTIONS_H
 
 #include <string>
 #include <vector>
@@ -8,7 +8,7 @@ namespace olmkit {
 
 struct MergeOptions {
     std::vector<std::string> directories; // one for each shard, at least one
-    std::string output;                   // the folder to write to; empty: the first of those
+    std::string output;                   // the folder to write to; empty: the first shard's
 
     const std::string& target() const { return output.empty() ? directories.front() : output; }
 };
