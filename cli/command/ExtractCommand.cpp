@@ -169,8 +169,7 @@ void ExtractCommand::addCourse(CLI::App& extract) {
 
 void ExtractCommand::refuseFilterWithItems() const {
     if (!options.isEverything() && !ItemFilter(options.filter).takesEverything()) {
-        throw CLI::ValidationError(
-            "--item and --at choose items by themselves; leave out the filters");
+        throw CLI::ValidationError("--item and --at can't be used together with filters");
     }
 }
 
