@@ -162,7 +162,7 @@ void ExtractCommand::addCourse(CLI::App& extract) {
         .add_option_function<std::string>(
             "--max-errors",
             [this](const std::string& text) {
-                options.mostErrors = readNumber<std::uint64_t>(text);
+                options.maxErrors = readNumber<std::uint64_t>(text);
             },
             "Stop after this many items have failed")
         ->type_name("N")

@@ -9,7 +9,7 @@ library=$1
 module=$2
 cd "$3"
 
-public="host/session/Session.h host/session/LibraryVersions.h host/message/Message.h
+public="host/check/FileCheck.h host/session/Session.h host/session/LibraryVersions.h host/message/Message.h
 host/message/MessageSpool.h host/message/OneOffEntryId.h host/message/PropertyNames.h
 host/message/PropertyType.h host/message/Recurrence.h"
 
