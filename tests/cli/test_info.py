@@ -233,7 +233,7 @@ class InfoTest(ProgramTest):
             (1, "html.xml", 0, 0, 'its root element "html" is not of a known kind'),
             (2, "none.xml", 0, 0, "there is no note in it")])
         text = self.info(archive)
-        self.assertIn('\n  entry 1 (html.xml): its root element "html" is of no', text)
+        self.assertIn('\n  entry 1 (html.xml): its root element "html" is not of', text)
         self.assertNotIn("Categories", text)
 
     def test_items_that_are_not_listed_are_damage(self):
