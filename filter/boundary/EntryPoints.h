@@ -175,6 +175,9 @@ OLM_EXPORT void VwStreamClose(uint64_t ignored, PROC* proc);
  * `callback` may be null. Stores the status in `*status` and returns VwSpecialDone,
  * VwSpecialNoItem or VwSpecialFailed. After a failure the storages of the message stay open: the
  * host closes them when it ends the output.
+ *
+ * A document that is not of a known kind, which only a request by location can name, is copied to
+ * the output again and again until the callback cancels.
  */
 OLM_EXPORT int32_t VwDoSpecial(uint64_t ignored0, uint64_t request, ProgressCallback callback,
                                void* callbackData, uint16_t* status, uint64_t ignored1, PROC* proc);

@@ -12,8 +12,9 @@ inline constexpr unsigned int errorIndex = 137;
 class Exception : public Throwable {
 public:
     // As Throwable: all pointers may be null, and only the message is copied.
-    Exception(unsigned int errorCode, const char* message, Throwable* cause, const char* file,
-              unsigned int line);
+    explicit Exception(unsigned int errorCode, const char* message = nullptr,
+                       Throwable* cause = nullptr, const char* file = nullptr,
+                       unsigned int line = 0);
     Exception(const Exception&) = default;
     Exception& operator=(const Exception&) = default;
     ~Exception() override;

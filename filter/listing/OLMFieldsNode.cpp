@@ -72,7 +72,7 @@ OLMFieldsNode::OLMFieldsNode(OLMXMLParser& parser, void* proc, const OLMFieldKin
     const int16_t status =
         parser.addTags(kind.tags.data(), static_cast<unsigned short>(kind.tags.size()));
     if (status < 0) {
-        throw qor::Exception(static_cast<unsigned int>(status), nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(static_cast<unsigned int>(status));
     }
 }
 

@@ -11,17 +11,17 @@
 namespace {
 
 // clang-format off
-//                                    table                 named by          special values
-constexpr OLMFieldKind emailKind    = {emailFieldsTags,      FieldSubject,     SpecialKindMail,        4};
-constexpr OLMFieldKind calKind      = {calFieldsTags,        FieldSubject,     SpecialKindAppointment, 6};
-constexpr OLMFieldKind contactKind  = {contactFieldsTags,    FieldDisplayName, SpecialKindContact,     5};
-constexpr OLMFieldKind taskKind     = {taskFieldsTags,       FieldSubject,     SpecialKindTask,        8};
-constexpr OLMFieldKind noteKind     = {noteFieldsTags,       FieldSubject,     SpecialKindNote,        7};
-constexpr OLMFieldKind groupKind    = {contactGrpFieldsTags, FieldSubject,     SpecialKindContact,     5};
+//                                  table                 named by          special values
+constexpr OLMFieldKind emailKind   = {emailFieldsTags,      FieldSubject,     SpecialKindMail,        4};
+constexpr OLMFieldKind calKind     = {calFieldsTags,        FieldSubject,     SpecialKindAppointment, 6};
+constexpr OLMFieldKind contactKind = {contactFieldsTags,    FieldDisplayName, SpecialKindContact,     5};
+constexpr OLMFieldKind taskKind    = {taskFieldsTags,       FieldSubject,     SpecialKindTask,        8};
+constexpr OLMFieldKind noteKind    = {noteFieldsTags,       FieldSubject,     SpecialKindNote,        7};
+constexpr OLMFieldKind groupKind   = {contactGrpFieldsTags, FieldSubject,     SpecialKindContact,     5};
 // clang-format on
 
-// An element whose number is 0 changes a mail's second special value. No row of the tag table has
-// this code yet.
+// An element of this code whose number is 0 changes special value 7 of a mail. No row of the tag
+// table has the code yet.
 constexpr unsigned int numberCode = 19;
 constexpr unsigned int specialValueForZero = 11;
 

@@ -37,13 +37,9 @@ constexpr PatternText patternTexts[] = {
 };
 // clang-format on
 
-[[noreturn]] void throwFault(RecurrenceError code) {
-    throw qor::Exception(code, nullptr, nullptr, nullptr, 0);
-}
-
 const qor::Date& required(const std::unique_ptr<qor::Date>& date) {
     if (date == nullptr) {
-        throwFault(ErrRecurrence);
+        throw qor::Exception(ErrRecurrence);
     }
     return *date;
 }
@@ -59,7 +55,7 @@ uint64_t millisecondsOf(const qor::Date& date) {
 
 uint32_t remainderOf(uint32_t minutes, uint32_t interval) {
     if (interval == 0) {
-        throwFault(ErrRecurrence);
+        throw qor::Exception(ErrRecurrence);
     }
     return minutes % interval;
 }
@@ -70,7 +66,7 @@ OLMRecurrence::OLMRecurrence(OLMXMLParser& parser, const qor::WString& start,
                              const qor::WString& end, int zoneOffset)
     : timeZoneOffset(zoneOffset) {
     if (parser.addTags(recurrenceTags.data(), recurrenceTags.size()) != 0) {
-        throwFault(ErrRecurrenceTable);
+        throw qor::Exception(ErrRecurrenceTable);
     }
     itemStart = std::make_unique<qor::Date>(qor::Date::iso8601ToJulian(start.value()));
     itemEnd = std::make_unique<qor::Date>(qor::Date::iso8601ToJulian(end.value()));
@@ -169,7 +165,7 @@ void OLMRecurrence::calcFirstDateTime() {
 uint32_t OLMRecurrence::calculateWeeklyFDT() const {
     const uint32_t days = daysOfWeek & wholeWeek;
     if (days == 0) {
-        throwFault(ErrRecurrence);
+        throw qor::Exception(ErrRecurrence);
     }
     // The first day of the mask is taken for the day of the start, whichever day that is.
     const auto firstDay = static_cast<uint32_t>(std::countr_zero(days));

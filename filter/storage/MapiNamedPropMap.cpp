@@ -22,10 +22,6 @@ constexpr long firstListedSet = 3;
 
 constexpr unsigned short publicStringKind = publicStringsIndex * 2 + stringNameBit;
 
-[[noreturn]] void throwUnknown() {
-    throw qor::Exception(ErrUnknown, nullptr, nullptr, nullptr, 0);
-}
-
 // Returns the position of `value` in `list`, to which it is added when it is missing.
 template <typename T> long listedPosition(qor::ArrayList<T>& list, T value) {
     const int count = list.size();
@@ -85,7 +81,7 @@ unsigned int MapiNamedPropMap::mapNamedProp(unsigned int key) {
             return addMapping(row, propertyType(key));
         }
     }
-    throwUnknown();
+    throw qor::Exception(ErrUnknown);
 }
 
 unsigned int MapiNamedPropMap::mapNamedProp(const qor::WString& name, unsigned short type) {
@@ -96,7 +92,7 @@ unsigned int MapiNamedPropMap::mapNamedProp(const qor::WString& name, unsigned s
             return addMapping(row, type);
         }
     }
-    throwUnknown();
+    throw qor::Exception(ErrUnknown);
 }
 
 // A row that was mapped before gets one more number on purpose: each value has its own.
@@ -148,7 +144,7 @@ long MapiNamedPropMap::addStringToList(const MapiNamedProp& row) {
     long found = 0;
     while (!supportedProps[found].isStringName || supportedProps[found].propTag != hash) {
         if (++found == supportedPropCount) {
-            throwUnknown();
+            throw qor::Exception(ErrUnknown);
         }
     }
     const long position = listedPosition(stringList, found);
@@ -198,7 +194,7 @@ void MapiNamedPropMap::writeStringStream() {
     for (int position = 0; position < count; ++position) {
         const long row = stringList.get(position);
         if (row >= supportedPropCount) {
-            throwUnknown();
+            throw qor::Exception(ErrUnknown);
         }
         const qor::WString& name = supportedProps[row].name;
         OLMMsgWriter::writeDwordProp(stringStream, 2 * static_cast<uint32_t>(name.length()));

@@ -107,7 +107,7 @@ unsigned int OLMMsgSubStg::writeToPropStream(const unsigned char* data, unsigned
     const int32_t status =
         propStream == nullptr ? noStream : propStream->write(propStream, data, size, &count);
     if (status != 0 || count < size) {
-        throw qor::Exception(static_cast<unsigned int>(status), nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(static_cast<unsigned int>(status));
     }
     return 0;
 }

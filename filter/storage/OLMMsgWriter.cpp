@@ -64,7 +64,7 @@ unsigned int OLMMsgWriter::initilizeWriter(OLMXMLParser& parser) {
 
     OLMXMLTag tag;
     if (parser.nextTag(tag) == 0 || tag.id() == UTXML_UNKNOWN_TAG) {
-        throw qor::Exception(ErrUnknown, nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(ErrUnknown);
     }
     rootTag = tag.id();
     return 0;
@@ -165,7 +165,7 @@ void OLMMsgWriter::addProperty(unsigned int tag, unsigned long long value) {
 void OLMMsgWriter::beginMessage(OLMXMLParser& parser, std::span<const UTXML_STRVALPAIR> table,
                                 const qor::WString& messageClass) {
     if (parser.addTags(table.data(), static_cast<unsigned short>(table.size())) != 0) {
-        throw qor::Exception(ErrTagTable, nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(ErrTagTable);
     }
     OLMMsgWriter::initilizeWriter(parser);
     createRequiredProps(messageClass);

@@ -35,7 +35,7 @@ uint32_t writeCounted(HostStream* stream, const void* data, uint32_t size, int32
 void writeWhole(HostStream* stream, const void* data, uint32_t size) {
     int32_t status = 0;
     if (writeCounted(stream, data, size, status) < size) {
-        throw qor::Exception(ErrShortWrite, nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(ErrShortWrite);
     }
 }
 
@@ -135,7 +135,7 @@ unsigned int OLMMsgWriter::writeListedString(HostStream* storage, unsigned int t
 
 HostStream* OLMMsgWriter::createSubStorageFromWString(void* parent, const qor::WString& name) {
     if (parent == nullptr) {
-        throw qor::Exception(ErrNoStorage, nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(ErrNoStorage);
     }
     HostStream* storage = nullptr;
     StorageSpec record = {};
@@ -144,7 +144,7 @@ HostStream* OLMMsgWriter::createSubStorageFromWString(void* parent, const qor::W
 
     const int32_t status = IOCreate(&storage, IOSubStorage, &record, IOStorageFlags);
     if (status != 0) {
-        throw qor::Exception(static_cast<unsigned int>(status), nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(static_cast<unsigned int>(status));
     }
     return storage;
 }

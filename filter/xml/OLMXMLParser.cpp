@@ -23,7 +23,7 @@ using Chunk = std::array<uint16_t, OLMXMLParser::chunkUnits + 1>;
 
 void throwFailure(int16_t status) {
     if (status != 0) {
-        throw qor::Exception(static_cast<unsigned int>(status), nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(static_cast<unsigned int>(status));
     }
 }
 
@@ -50,7 +50,7 @@ OLMXMLParser::~OLMXMLParser() {
 void OLMXMLParser::init(void* archive, unsigned long entryIndex) {
     stream = openXMLFile(archive, entryIndex);
     if (stream == nullptr) {
-        throw qor::Exception(ErrEntryNotOpened, nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(ErrEntryNotOpened);
     }
 
     // A failure from here on leaves the stream open; the host closes it.
