@@ -36,7 +36,7 @@ public:
     // Empty when there is no such row.
     std::string_view name(std::uint64_t index) const;
 
-    // Returns whether the row's name is that of a document.
+    // Returns whether the row's name ends as a document's does.
     bool isDocument(std::uint64_t index) const { return name(index).ends_with(".xml"); }
 
     // Returns all names, each followed by a 0 byte.

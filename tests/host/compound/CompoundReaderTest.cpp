@@ -150,11 +150,11 @@ TEST(CompoundReaderTest, ReturnsNoMoreThanTheLimit) {
 }
 
 TEST(CompoundReaderTest, RefusesOtherFiles) {
-    EXPECT_THAT(failureOf({}), HasSubstr("no compound file"));
-    EXPECT_THAT(failureOf(Bytes(10'000)), HasSubstr("no compound file"));
+    EXPECT_THAT(failureOf({}), HasSubstr("not a compound file"));
+    EXPECT_THAT(failureOf(Bytes(10'000)), HasSubstr("not a compound file"));
     Bytes file = fileOf({100});
     file.resize(sectorSize - 1);
-    EXPECT_THAT(failureOf(file), HasSubstr("no compound file"));
+    EXPECT_THAT(failureOf(file), HasSubstr("not a compound file"));
 }
 
 TEST(CompoundReaderTest, RefusesAnotherVersion) {
@@ -169,7 +169,7 @@ TEST(CompoundReaderTest, ChainThatRunsInACircleIsRefused) {
     const SectorNumber first = numberAt(file, placeOfEntry(file, 1) + firstSectorField);
     setNumber(file, placeInTable(file, first + 1), first);
 
-    EXPECT_THAT(failureOf(file), HasSubstr("two chains, or to one twice"));
+    EXPECT_THAT(failureOf(file), HasSubstr("two chains, or in one twice"));
 }
 
 TEST(CompoundReaderTest, DirectoryThatRunsInACircleIsRefused) {
@@ -177,7 +177,7 @@ TEST(CompoundReaderTest, DirectoryThatRunsInACircleIsRefused) {
     const SectorNumber first = numberAt(file, directoryField);
     setNumber(file, placeInTable(file, first), first);
 
-    EXPECT_THAT(failureOf(file), HasSubstr("two chains, or to one twice"));
+    EXPECT_THAT(failureOf(file), HasSubstr("two chains, or in one twice"));
 }
 
 TEST(CompoundReaderTest, StreamsThatShareASectorAreRefused) {
@@ -185,7 +185,7 @@ TEST(CompoundReaderTest, StreamsThatShareASectorAreRefused) {
     const SectorNumber first = numberAt(file, placeOfEntry(file, 1) + firstSectorField);
     setNumber(file, placeOfEntry(file, 2) + firstSectorField, first);
 
-    EXPECT_THAT(failureOf(file), HasSubstr("two chains, or to one twice"));
+    EXPECT_THAT(failureOf(file), HasSubstr("two chains, or in one twice"));
 }
 
 TEST(CompoundReaderTest, StreamsThatShareAMiniSectorAreRefused) {

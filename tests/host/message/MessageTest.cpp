@@ -199,7 +199,7 @@ TEST_F(MessageTest, FileWithoutPropertiesIsNotAMessage) {
     Part part = messagePart();
     part.hasProperties = false;
 
-    EXPECT_THAT(failureOf(part), HasSubstr("no message"));
+    EXPECT_THAT(failureOf(part), HasSubstr("not a message"));
 }
 
 } // namespace
