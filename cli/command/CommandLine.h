@@ -5,8 +5,8 @@
 #include <variant>
 
 #include "cli/extract/ExtractOptions.h"
-#include "cli/extract/MergeOptions.h"
 #include "cli/info/InfoOptions.h"
+#include "cli/merge/MergeOptions.h"
 #include "cli/report/ReportOptions.h"
 #include "cli/rows/ListOptions.h"
 #include "cli/show/ShowOptions.h"

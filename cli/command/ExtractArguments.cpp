@@ -121,7 +121,7 @@ void addCourse(CLI::App& extract, ExtractOptions& options) {
         .add_option_function<std::string>(
             "--max-errors",
             [&options](const std::string& text) {
-                options.mostErrors = readNumber<std::uint64_t>(text);
+                options.maxErrors = readNumber<std::uint64_t>(text);
             },
             "Stop when so many items have failed")
         ->type_name("N")

@@ -5,6 +5,8 @@
 
 #include "cli/command/ArchiveInput.h"
 #include "cli/extract/Extractor.h"
+#include "cli/manifest/RunFiles.h"
+#include "cli/manifest/SummaryTable.h"
 #include "cli/terminal/Interrupt.h"
 #include "host/session/Session.h"
 
@@ -20,7 +22,7 @@ std::string summary(const ExtractOptions& options, const Extractor& extractor) {
                        options.directory;
     if (written < requested) {
         text += "; " + std::to_string(requested - written) + " failed, see " + options.directory +
-                "/" + Manifest::fileName;
+                "/" + runfile::manifest;
     }
     if (const std::uint64_t warned = extractor.counts().warned; warned > 0) {
         text += "; " + std::to_string(warned) + " with warnings";
@@ -70,7 +72,7 @@ ExitCode runExtract(const ExtractOptions& options, Output& output, Messages& mes
                        " messages were written" + howToGoOn(extractor));
     }
     if (!options.isDryRun && !messages.isQuiet()) {
-        output.buffer() += summary(options, extractor) + extractor.books().table();
+        output.buffer() += summary(options, extractor) + summaryTable(extractor.summary());
     }
     if (!output.flush() && !output.isClosed()) {
         messages.outputFailure("standard output", output.errorNumber());

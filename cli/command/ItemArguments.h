@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "cli/extract/ExtractOptions.h"
+#include "cli/rows/ItemPlace.h"
 
 namespace olmkit {
 

@@ -2,7 +2,8 @@
 
 #include <string>
 
-#include "cli/extract/Merger.h"
+#include "cli/manifest/SummaryTable.h"
+#include "cli/merge/Merger.h"
 #include "cli/terminal/Interrupt.h"
 
 namespace olmkit {
@@ -22,8 +23,8 @@ ExitCode runMerge(const MergeOptions& options, Output& output, Messages& message
                        (counts.messages == 1 ? " message of " : " messages of ") +
                        std::to_string(counts.items) + (counts.items == 1 ? " item" : " items") +
                        " joined in " + options.target() + "\n";
-    if (merger.books().has_value()) {
-        output.buffer() += merger.books()->table();
+    if (merger.summary() != nullptr) {
+        output.buffer() += summaryTable(*merger.summary());
     }
     if (!output.flush() && !output.isClosed()) {
         messages.outputFailure("standard output", output.errorNumber());

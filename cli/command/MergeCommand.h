@@ -1,7 +1,7 @@
 #ifndef OLMKIT_CLI_COMMAND_MERGECOMMAND_H
 #define OLMKIT_CLI_COMMAND_MERGECOMMAND_H
 
-#include "cli/extract/MergeOptions.h"
+#include "cli/merge/MergeOptions.h"
 #include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"

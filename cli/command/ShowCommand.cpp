@@ -4,10 +4,10 @@
 #include <memory>
 
 #include "cli/command/ArchiveInput.h"
-#include "cli/extract/LossText.h"
 #include "cli/show/BodyText.h"
 #include "cli/show/ItemDescription.h"
 #include "cli/show/ItemText.h"
+#include "cli/terminal/ExtractionText.h"
 #include "cli/terminal/Interrupt.h"
 #include "host/message/Message.h"
 #include "host/message/MessageSpool.h"
@@ -17,8 +17,6 @@
 namespace olmkit {
 
 namespace {
-
-constexpr const char* adviceOnPlaces = "; see entry and item in the list as csv or jsonl";
 
 // Whether a message holds anything that its document told. A number past the last item of its
 // document gives one that holds only what every message of its kind does.
@@ -80,7 +78,7 @@ ExitCode Show::run() {
         return ExitCode::Partial;
     }
     if (options.place.has_value() && !hasContent(*message) && !isThere()) {
-        return refuse("there is no item at that place" + std::string(adviceOnPlaces));
+        return refuse(std::string(noItemText));
     }
     code = write(*message);
     return code == ExitCode::Done && hasLosses ? ExitCode::Partial : code;
@@ -140,17 +138,13 @@ ExitCode Show::judge(const olmhost::Extraction& extraction) {
         messages.outputFailure("a temporary file", spool.errorNumber());
         return ExitCode::OutputFailed;
     case olmhost::ExtractionEnd::UnknownRoot:
-        return refuse("the entry is no document of items, so there is nothing to show");
+        return refuse(std::string(notADocumentText));
     case olmhost::ExtractionEnd::Cancelled:
     case olmhost::ExtractionEnd::NotBegun:
     case olmhost::ExtractionEnd::Refused:
         break;
     }
-    if (extraction.result == resultNoItem || origin.entry >= session.entryCount()) {
-        return refuse("there is no item at that place" + std::string(adviceOnPlaces));
-    }
-    return refuse("the module refused the item (result " + std::to_string(extraction.result) +
-                  ", status " + std::to_string(extraction.status) + ")");
+    return refuse(refusalText(extraction, session, origin.entry));
 }
 
 // Nothing is shown, for this reason, or because the whole archive is of another kind.
@@ -184,7 +178,7 @@ void Show::tellLosses(const olmhost::Extraction& extraction) {
         }
     }
     if (extraction.isCut) {
-        tellLoss("a part of the item is longer than a message can hold, and was cut there");
+        tellLoss(std::string(cutText));
     }
 }
 

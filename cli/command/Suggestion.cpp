@@ -1,9 +1,10 @@
 #include "cli/command/Suggestion.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstddef>
 #include <limits>
+
+#include "cli/terminal/Text.h"
 
 namespace olmkit {
 
@@ -13,8 +14,7 @@ constexpr std::size_t longestMistyped = 64; // bytes; nobody mistypes more
 constexpr std::size_t shortestStart = 2;    // letters that tell a name by its start
 
 bool isSame(char one, char other) {
-    return std::tolower(static_cast<unsigned char>(one)) ==
-           std::tolower(static_cast<unsigned char>(other));
+    return lowerAscii(one) == lowerAscii(other);
 }
 
 // Letters to insert, remove, replace, or swap with their neighbour.

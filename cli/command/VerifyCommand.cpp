@@ -4,12 +4,12 @@
 
 #include <cerrno>
 
-#include "cli/extract/Manifest.h"
-#include "cli/extract/ManifestReader.h"
 #include "cli/files/OutputDirectory.h"
+#include "cli/manifest/ManifestReader.h"
+#include "cli/manifest/RunFiles.h"
 #include "cli/terminal/Interrupt.h"
+#include "cli/verify/DifferenceWriter.h"
 #include "cli/verify/Verifier.h"
-#include "cli/verify/VerifyReport.h"
 
 namespace olmkit {
 
@@ -36,7 +36,7 @@ ExitCode checkRows(int file, const std::string& name, Verifier& verifier, Messag
         messages.error(name + ": it can't be read: " + errorText(reader.errorNumber()) +
                        "; check the disk, then try again");
         return ExitCode::Unreadable;
-    case ManifestReader::Answer::Broken:
+    case ManifestReader::Answer::Invalid:
         messages.error(name + ": " + line +
                        (reader.isCutOff() ? " is cut off" : " is no line of a manifest") +
                        "; extract again");
@@ -58,23 +58,23 @@ ExitCode runVerify(const VerifyOptions& options, Output& output, Messages& messa
                        "; give the folder that olmkit extract has written to");
         return ExitCode::Unreadable;
     }
-    const std::string name = options.directory + "/" + Manifest::fileName;
+    const std::string name = options.directory + "/" + runfile::manifest;
     int file = -1;
-    if (const int error = directory.openFile(Manifest::fileName, file); error != 0) {
+    if (const int error = directory.openFile(runfile::manifest, file); error != 0) {
         messages.error(name + ": " + openFailureText(error));
         return ExitCode::Unreadable;
     }
 
-    VerifyReport report(output, options.json);
+    DifferenceWriter differences(output, options.json);
     Verifier verifier(directory, options.strict,
-                      [&](const Difference& difference) { report.add(difference); });
+                      [&](const Difference& difference) { differences.add(difference); });
     const ExitCode code = checkRows(file, name, verifier, messages);
     close(file);
     if (code == ExitCode::Done) {
         if (options.strict) {
             verifier.checkOthers(options.directory);
         }
-        report.finish(verifier);
+        differences.finish(verifier);
     }
     output.flush();
     if (output.failed() && !output.isClosed()) {

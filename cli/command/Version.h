@@ -3,9 +3,9 @@
 
 #include <string>
 
-namespace olmkit {
+#include "cli/terminal/ProgramVersion.h"
 
-inline constexpr const char* programVersion = OLMKIT_VERSION;
+namespace olmkit {
 
 // The program's version on the first line, then a line for each library: those in use now, or,
 // for what has no file of its own, the one that was compiled in.

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
+#include "cli/terminal/Text.h"
+
 namespace olmkit {
 
 namespace {
-
-constexpr char lowerAscii(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
 
 std::string_view withoutBlanks(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "cli/command/Version.h"
 #include "cli/info/NumberText.h"
 #include "cli/info/SurveyText.h"
 #include "cli/report/Markup.h"
 #include "cli/report/PageParts.h"
+#include "cli/terminal/ProgramVersion.h"
 #include "cli/terminal/Text.h"
 
 namespace olmkit {

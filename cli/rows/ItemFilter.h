@@ -7,6 +7,7 @@
 
 #include "cli/rows/FilterOptions.h"
 #include "cli/rows/Glob.h"
+#include "cli/rows/RowFacts.h"
 #include "host/session/Row.h"
 
 namespace olmkit {
@@ -17,13 +18,14 @@ public:
     explicit ItemFilter(const FilterOptions& options);
 
     bool takes(const olmhost::Row& row) const;
+    bool takes(const olmhost::Row& row, const RowFacts& facts) const; // of that row
 
     // Returns true without any rule, when takes() is true for every row.
     bool takesEverything() const;
 
 private:
     bool takesFolderOf(const olmhost::Row& row) const;
-    bool takesDateOf(const olmhost::Row& row) const;
+    bool takesDate(const std::optional<Moment>& moment) const;
 
     std::vector<std::string> kinds;
     std::vector<Glob> folders;

@@ -24,11 +24,6 @@ template <> bool isAscii(std::u16string_view text) {
     return std::ranges::all_of(text, [](char16_t unit) { return unit < firstNonAscii; });
 }
 
-char lower(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                : character;
-}
-
 // Returns valid UTF-8. Normalizing sorts the marks after a letter in time proportional to the
 // square of their number, so long runs are split (Unicode's Stream-Safe Text Format, UAX #15).
 template <typename Unit> std::string validUtf8(std::basic_string_view<Unit> text) {
@@ -83,7 +78,7 @@ template <typename Unit> std::string comparable(std::basic_string_view<Unit> tex
     }
     std::string out(text.size(), '\0');
     std::ranges::transform(text, out.begin(),
-                           [](Unit unit) { return lower(static_cast<char>(unit)); });
+                           [](Unit unit) { return lowerAscii(static_cast<char>(unit)); });
     return out;
 }
 

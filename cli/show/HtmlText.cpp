@@ -78,17 +78,13 @@ constexpr TagRow tagRows[] = {
 
 static_assert(std::ranges::is_sorted(tagRows, {}, &TagRow::name));
 
-char lowered(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
 bool isLetter(char letter) {
-    return lowered(letter) >= 'a' && lowered(letter) <= 'z';
+    return lowerAscii(letter) >= 'a' && lowerAscii(letter) <= 'z';
 }
 
 bool startsWith(std::string_view text, std::string_view lowerCase) {
     return text.size() >= lowerCase.size() &&
-           std::ranges::equal(text.substr(0, lowerCase.size()), lowerCase, {}, lowered);
+           std::ranges::equal(text.substr(0, lowerCase.size()), lowerCase, {}, lowerAscii);
 }
 
 Effect effectOf(std::string_view name) {
@@ -164,7 +160,7 @@ void Stripper::takeTag() {
     std::string name;
     while (!rest.empty() &&
            (isLetter(rest.front()) || (rest.front() >= '0' && rest.front() <= '9'))) {
-        name += lowered(rest.front());
+        name += lowerAscii(rest.front());
         rest.remove_prefix(1);
     }
     const bool isEmpty = takeTagEnd().ends_with('/');
@@ -236,7 +232,7 @@ void Stripper::takeReference() {
     if (end != std::string_view::npos && end > 1) {
         std::string_view name = rest.substr(1, end - 1);
         if (name.front() == '#') {
-            const bool isHex = name.size() > 1 && lowered(name[1]) == 'x';
+            const bool isHex = name.size() > 1 && lowerAscii(name[1]) == 'x';
             name.remove_prefix(isHex ? 2 : 1);
             std::uint32_t number = 0;
             const char* stop = name.data() + name.size();

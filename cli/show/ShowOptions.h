@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "cli/extract/ExtractOptions.h"
+#include "cli/rows/ItemPlace.h"
 
 namespace olmkit {
 

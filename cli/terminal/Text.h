@@ -18,6 +18,11 @@ char32_t takeCodePoint(std::u16string_view& text);
 // code point gives replacementCharacter.
 char32_t takeCodePoint(std::string_view& text);
 
+// Returns the lower-case letter of an upper-case ASCII letter, and any other byte as it is.
+constexpr char lowerAscii(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
 // Appends a code point as UTF-8.
 void appendCodePoint(std::string& out, char32_t codePoint);
 

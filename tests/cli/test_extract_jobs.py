@@ -1,4 +1,4 @@
-"""olmkit extract --jobs: however many threads there are, everything comes out the same."""
+"""olmkit extract --jobs: the output is the same whatever the number of threads."""
 
 import os
 import signal
@@ -72,13 +72,13 @@ class JobsTest(RunTest):
                         process.send_signal(signal.SIGINT)
                     process.wait(timeout=30)
                     self.assertLess(time.monotonic() - started, 1)
-                    told = process.stderr.read().decode()
+                    errors = process.stderr.read().decode()
                 self.assertEqual(process.returncode, 130)
-                self.assertIn("interrupted", told)
+                self.assertIn("interrupted", errors)
                 self.assertEqual([name for name in os.listdir(self.path(out))
                                   if name.startswith(".")], [])
                 if signals == 1:
-                    self.assertIn("--resume", told)
+                    self.assertIn("--resume", errors)
 
 
 if __name__ == "__main__":

@@ -321,7 +321,7 @@ class ShowTest(ProgramTest):
                                ("Categories.xml", "<categories><category/></categories>"))
 
         for place, word in (("0:3", "no item at that place"), ("0:0", "number 0"), ("7:1", "no item at that place"),
-                            ("1:1", "entry 1 (b.txt)"), ("2:1", "no document of items")):
+                            ("1:1", "entry 1 (b.txt)"), ("2:1", "not a document of")):
             with self.subTest(place):
                 done = self.run_program("show", archive, "--at", place)
                 self.assertEqual((done.returncode, done.stdout), (1, ""))

@@ -17,7 +17,7 @@ constexpr int64_t smallest = std::numeric_limits<int64_t>::min();
 struct NumberCase {
     const char* text;
     int64_t number;
-    int end; // the position behind the number
+    int end; // the position after the number
 };
 
 void PrintTo(const NumberCase& row, std::ostream* out) {
@@ -40,7 +40,7 @@ int64_t decimal(const std::string& text) {
 
 } // namespace
 
-TEST_P(DecimalTexts, GiveTheSameNumberAsNarrowAndAsWideText) {
+TEST_P(DecimalTexts, AreTheSameNumberAsNarrowAndAsWideText) {
     const NumberCase& row = GetParam();
     int narrowEnd = -99;
     int wideEnd = -99;
@@ -71,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(WhiteSpace, DecimalTexts, testing::Values(
     NumberCase{"  -5  ",               -5,       4},
     NumberCase{"\x08" "5",             0,        0},
     NumberCase{"\x0E" "5",             0,        0},
-    NumberCase{"\xC2\xA0" "5",         0,        0}, // a no-break space is none
+    NumberCase{"\xC2\xA0" "5",         0,        0}, // a no-break space is not white space
     NumberCase{"- 5",                  0,        0}));
 
 INSTANTIATE_TEST_SUITE_P(ScientificForms, DecimalTexts, testing::Values(
@@ -93,7 +93,7 @@ INSTANTIATE_TEST_SUITE_P(ScientificForms, DecimalTexts, testing::Values(
     NumberCase{"100E-3",               0,        6},
     NumberCase{"100E-2",               1,        6},
     NumberCase{"0E99999999999999999999", 0,      22},
-    // 0.29 has no exact binary form: no digit may get lost on the way.
+    // 0.29 has no exact binary form: no digit may be lost.
     NumberCase{"0.29E2",               29,       6},
     NumberCase{"1.001E3",              1001,     7},
     NumberCase{"922337203685477580.7E1", 9223372036854775807LL, 22}));
@@ -150,7 +150,7 @@ INSTANTIATE_TEST_SUITE_P(Limits, DecimalTexts, testing::Values(
     NumberCase{"0.0000000001E999999999", largest,    22}));
 // clang-format on
 
-TEST(NumberReaderTest, ReadsFromTheStartThatIsGiven) {
+TEST(NumberReaderTest, ReadsFromTheGivenStart) {
     const qor::WString text("12 +34 x");
     int end = -99;
 
@@ -159,10 +159,10 @@ TEST(NumberReaderTest, ReadsFromTheStartThatIsGiven) {
     EXPECT_EQ(text.toLong(2, &end, 10), 34);
     EXPECT_EQ(end, 6);
     EXPECT_EQ(text.toLong(6, &end, 10), 0);
-    EXPECT_EQ(end, 6) << "white space alone is no number";
+    EXPECT_EQ(end, 6) << "white space is not a number";
 }
 
-TEST(NumberReaderTest, StartOutsideTheTextGivesZeroAndTheStart) {
+TEST(NumberReaderTest, StartOutsideTheTextReturnsZeroAndTheStart) {
     const qor::WString text("123");
 
     for (const int start :
@@ -175,7 +175,7 @@ TEST(NumberReaderTest, StartOutsideTheTextGivesZeroAndTheStart) {
     EXPECT_EQ(qor::String().toLong(0, nullptr, 10), 0);
 }
 
-TEST(NumberReaderTest, OtherRadicesTakeDigitsAlone) {
+TEST(NumberReaderTest, OtherRadicesTakeOnlyDigits) {
     // clang-format off
     const RadixCase rows[] = {
         {"101",              5,          2,  3},
@@ -200,7 +200,7 @@ TEST(NumberReaderTest, OtherRadicesTakeDigitsAlone) {
     }
 }
 
-TEST(NumberReaderTest, RadixThatIsNoneGivesZero) {
+TEST(NumberReaderTest, InvalidRadixReturnsZero) {
     for (const int radix :
          {std::numeric_limits<int>::min(), -10, -1, 0, 1, 37, std::numeric_limits<int>::max()}) {
         int end = -99;
@@ -230,7 +230,7 @@ TEST(NumberReaderTest, ZeroUnitEndsTheNumber) {
     EXPECT_EQ(decimal(std::string("1\0002", 3)), 1);
 }
 
-TEST(NumberReaderTest, UnitsThatLookLikeDigitsInTheirLowByteAreNone) {
+TEST(NumberReaderTest, UnitsWithALowByteOfADigitAreNotDigits) {
     qor::WString text;
     const uint16_t units[] = {0x0131, 0xFF11, 0x0661, '1'};
 
@@ -241,7 +241,7 @@ TEST(NumberReaderTest, UnitsThatLookLikeDigitsInTheirLowByteAreNone) {
     EXPECT_EQ(text.toLong(3, nullptr, 10), 1);
 }
 
-TEST(NumberReaderTest, ReaderMayBeUsedAgain) {
+TEST(NumberReaderTest, ReaderCanBeUsedAgain) {
     const std::string text = "-99999999999999999999 3";
     qor::NumberReader<char> reader(text.data(), static_cast<int>(text.size()));
     int end = 0;

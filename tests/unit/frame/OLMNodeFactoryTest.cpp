@@ -74,7 +74,7 @@ TEST_F(OLMNodeFactoryTest, EachKindHasItsWriter) {
     expectWriter<OLMMsgContactGrpWriter>(5);
 }
 
-TEST_F(OLMNodeFactoryTest, NothingIsFreedWithoutHarm) {
+TEST_F(OLMNodeFactoryTest, FreeingNullIsHarmless) {
     OLMNodeInt* node = nullptr;
     OLMNodeWriter* writer = nullptr;
 
