@@ -84,7 +84,7 @@ class ColumnsTest(ProgramTest):
         self.assertIn("''", self.refusal("--columns", ""))
 
     def test_column_given_twice_is_refused(self):
-        self.assertIn("'index' is there twice", self.refusal("--columns", "index,kind,index"))
+        self.assertIn("'index' is given twice", self.refusal("--columns", "index,kind,index"))
         self.assertIn("twice", self.refusal("--columns", "kind", "--columns", "kind"))
 
     def test_wrong_order_is_refused(self):

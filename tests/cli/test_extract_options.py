@@ -41,7 +41,7 @@ class OptionTest(RunTest):
         archive = self.small_archive()
         for chosen in ("--item=0", "--at=0:1"):
             done = self.extract(archive, chosen, "--kind=note", code=2)
-            self.assertIn("leave out the options that filter", done.stderr)
+            self.assertIn("can't be used together with filters", done.stderr)
 
     def test_flat_layout_has_no_folders_and_keeps_names_apart(self):
         self.extract(self.small_archive(), "--layout", "flat")

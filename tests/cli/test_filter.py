@@ -74,7 +74,7 @@ class FilterTest(ProgramTest):
         self.assertIn("'Email'", self.refusal("--kind", "note,Email"))
 
     def test_group_is_not_a_kind_of_its_own(self):
-        self.assertIn("give contact", self.refusal("--kind", "group"))
+        self.assertIn("use contact", self.refusal("--kind", "group"))
         self.assertIn("A group counts as a contact",
                       self.run_program("list", "--help").stdout)
 
@@ -308,8 +308,8 @@ class FilterTest(ProgramTest):
                                            "2020-02-29")), 1)
 
     def test_dates_in_the_wrong_order_are_refused(self):
-        self.assertIn("between", self.refusal("--since", "2020", "--until", "2019"))
-        self.assertIn("between", self.refusal("--until", "2019", "--since", "2020"))
+        self.assertIn("later than --until", self.refusal("--since", "2020", "--until", "2019"))
+        self.assertIn("later than --until", self.refusal("--until", "2019", "--since", "2020"))
 
     def test_every_rule_must_match_and_the_index_stays(self):
         archive = self.archive(("In/1.xml", mail("Tide", "bo@x", "2019-01-01")),

@@ -1,4 +1,4 @@
-"""What `cmake --install` makes: a program that runs from anywhere, and all that belongs to it."""
+"""What `cmake --install` installs: a program that runs from anywhere, and its files."""
 
 import os
 import shutil
@@ -36,7 +36,7 @@ int main(void) {
 
 
 def cache_value(name):
-    """What the build was configured with."""
+    """Returns a value that the build was configured with."""
     with open(os.path.join(BUILD, "CMakeCache.txt"), encoding="utf-8") as cache:
         for line in cache:
             if line.startswith(name + ":"):
@@ -56,7 +56,8 @@ class InstallTest(ProgramTest):
         return os.path.join(self.prefix, *names)
 
     def run_installed(self, *arguments):
-        """From another folder, and with nothing in the environment that leads to the build."""
+        """Runs the program in another folder, with nothing in the environment that leads to the
+        build."""
         environment = {name: value for name, value in os.environ.items()
                        if name.startswith(("LSAN", "ASAN", "UBSAN"))}
         return subprocess.run([self.installed("bin", "olmkit"), *arguments], check=False,
@@ -103,12 +104,12 @@ class InstallTest(ProgramTest):
         self.assertEqual((done.returncode, done.stderr), (0, b""))
         self.assertIn(b"one", done.stdout)
 
-    def test_missing_module_is_told(self):
+    def test_missing_module_is_reported(self):
         archive = self.archive(("a.xml", notes("one")))
         os.remove(self.files_called("olmfilter.so")[0])
         if os.path.exists(os.path.join(cache_value("CMAKE_INSTALL_PREFIX"), "lib", "olmkit",
                                        "olmfilter.so")):
-            self.skipTest("another olmkit is installed here")
+            self.skipTest("another olmkit is installed")
 
         done = self.run_installed("list", archive)
 
@@ -127,8 +128,8 @@ class InstallTest(ProgramTest):
                 self.assertGreater(len(printed.stdout), 500)
                 self.assertEqual(self.bytes_of(self.installed(place)), printed.stdout)
 
-    @unittest.skipUnless(shutil.which("c++"), "there is no compiler here")
-    def test_program_of_somebody_else_builds_on_the_installed_library(self):
+    @unittest.skipUnless(shutil.which("c++"), "no compiler is installed")
+    def test_other_programs_build_on_the_installed_library(self):
         archive = self.archive(("a.xml", notes("one", "two")))
 
         self.compile("c++", "user.cpp", CPP_USER, "-std=c++20")
@@ -136,8 +137,8 @@ class InstallTest(ProgramTest):
         done = subprocess.run([self.path("user"), archive], capture_output=True, check=False)
         self.assertEqual((done.returncode, done.stdout), (0, b"2 items\n"))
 
-    @unittest.skipUnless(shutil.which("cc"), "there is no compiler here")
-    def test_module_header_is_whole_and_plain_c(self):
+    @unittest.skipUnless(shutil.which("cc"), "no compiler is installed")
+    def test_module_header_is_complete_and_plain_c(self):
         self.compile("cc", "user.c", C_USER, "-std=c11", "-pedantic")
 
         self.assertEqual(subprocess.run([self.path("user")], check=False).returncode, 0)

@@ -372,7 +372,7 @@ class ReportTest(ProgramTest):
 
         done = self.report(archive, code=1)
 
-        self.assertIn("page.html tells what is missing", done.stderr)
+        self.assertIn("page.html says what is missing", done.stderr)
         self.assertIn("1 attachment is missing from the archive.",
                       self.bytes_of(self.path("page.html")).decode())
 

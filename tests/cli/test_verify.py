@@ -218,7 +218,7 @@ class VerifyTest(ProgramTest):
                     file.write(b"\n".join([json.dumps(good).encode(), json.dumps(good).encode(),
                                            line.encode("utf-8", "surrogateescape"), b""]))
                 done = self.verify(code=4)
-                self.assertEqual(done.stderr, f"olmkit: {self.out('manifest.jsonl')}: line 3 is no line "
+                self.assertEqual(done.stderr, f"olmkit: {self.out('manifest.jsonl')}: line 3 is not a line "
                                               "of a manifest; extract again\n")
                 self.assertEqual(self.verify("--json", code=4).stdout, "")
 
@@ -236,7 +236,7 @@ class VerifyTest(ProgramTest):
     def test_folder_or_manifest_that_can_not_be_read_ends_with_3(self):
         os.mkdir(self.path("bare"))
         for name, word in (("missing", "No such file"), ("mail.olm", "Not a directory"),
-                           ("bare", "there is none")):
+                           ("bare", "does not exist")):
             done = self.run_program("verify", self.path(name))
             self.assertEqual((done.returncode, done.stdout), (3, ""), name)
             self.assertIn(word, done.stderr)
