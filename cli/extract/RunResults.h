@@ -30,7 +30,7 @@ struct ExtractCounts {
     std::uint64_t failed() const { return requested - written; }
 };
 
-// Takes the results of a run's items, in order: gives files their names, writes the manifest and
+// Takes the results of a run's items, in order: names their files, writes the manifest and
 // the summary, reports what is wrong, counts, and knows when the run has to stop and its exit code.
 class RunResults {
 public:
