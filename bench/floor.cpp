@@ -1,12 +1,12 @@
-// Does what no lister or extractor can avoid, and nothing else, to measure the others by:
+// Does only the work that no lister or extractor can avoid, for comparison:
 //
 //   olmkit-floor list ARCHIVE
-//       libzip and expat over every document, with empty handlers
+//       reads every document with libzip and expat, with empty handlers
 //   olmkit-floor extract ARCHIVE MANIFEST DIR
-//       the same, libzip over all that is no document, and as many files in DIR, of the sizes that
-//       a manifest of olmkit tells
+//       does the same, reads all other entries with libzip, and writes as many files to DIR as a
+//       manifest of olmkit lists, of the same sizes
 //
-// Prints how many documents, elements and bytes it has seen, and how many files it has written.
+// Prints the numbers of documents, elements and bytes read and of files written.
 
 #include <cstdint>
 #include <cstdio>
@@ -62,7 +62,7 @@ bool readDocument(zip_t* archive, zip_uint64_t index, XML_Parser parser, Counts&
     return good;
 }
 
-// Reads an entry that is no document, such as an attachment.
+// Reads an entry that isn't a document, such as an attachment.
 bool readOther(zip_t* archive, zip_uint64_t index, std::vector<char>& buffer, Counts& counts) {
     zip_file_t* entry = zip_fopen_index(archive, index, 0);
     if (entry == nullptr) {
@@ -121,7 +121,7 @@ bool writeFiles(const char* manifestPath, const std::string& folder, Counts& cou
     return true;
 }
 
-// The exit status.
+// Returns the exit status.
 int run(int argumentCount, char** arguments) {
     const std::vector<std::string_view> words(arguments + 1, arguments + argumentCount);
     const bool lists = words.size() == 2 && words[0] == "list";
@@ -133,7 +133,7 @@ int run(int argumentCount, char** arguments) {
     Counts counts;
     if (!readEntries(arguments[2], extracts, counts) ||
         (extracts && !writeFiles(arguments[3], arguments[4], counts))) {
-        std::fputs("olmkit-floor: failed\n", stderr);
+        std::fputs("olmkit-floor: the archive can't be read or a file can't be written\n", stderr);
         return 1;
     }
     std::printf("%llu documents, %llu elements, %llu bytes, %llu files\n",
@@ -147,7 +147,8 @@ int run(int argumentCount, char** arguments) {
 } // namespace
 
 int main(int argumentCount, char** arguments) {
-    // libzip turns every row's date into local time, and without TZ looks for the zone each time.
+    // libzip converts the date of every entry to local time, and without TZ it looks up the zone
+    // each time.
     setenv("TZ", "UTC0", 1);
     try {
         return run(argumentCount, arguments);

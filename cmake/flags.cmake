@@ -11,10 +11,10 @@ if(NOT CMAKE_BUILD_TYPE)
 endif()
 
 add_library(olmkit_flags INTERFACE)
-target_compile_options(olmkit_flags INTERFACE -Wall -Wextra -Werror)
+target_compile_options(olmkit_flags INTERFACE -Wall -Wextra $<$<BOOL:${OLMKIT_WERROR}>:-Werror>)
 target_include_directories(olmkit_flags INTERFACE ${PROJECT_SOURCE_DIR})
 if(OLMKIT_SANITIZE)
   target_compile_options(olmkit_flags INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
-  target_link_options(olmkit_flags INTERFACE -fsanitize=address,undefined)
+    -fsanitize=${OLMKIT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
+  target_link_options(olmkit_flags INTERFACE -fsanitize=${OLMKIT_SANITIZE})
 endif()

@@ -1,5 +1,5 @@
-# Installs headers, and what they include of the project, below include/olmkit/, by the paths under
-# which they include each other:
+# Installs headers, and the headers of the project that they include, under include/olmkit/ with
+# their paths in the source tree, by which they include each other:
 #   olmkit_install_headers(host/session/Session.h ...)
 function(olmkit_install_headers)
   set(waiting ${ARGN})

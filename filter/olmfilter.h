@@ -2,8 +2,8 @@
 #define OLMKIT_FILTER_OLMFILTER_H
 
 /*
- * Everything that crosses between the module and its host: the records, the functions that the
- * module exports and those that it imports. Plain C11. A host needs this header and the module.
+ * The boundary between the module and its host, in plain C11: the records that cross it, the
+ * functions that the module exports and those that it imports. A host includes this header alone.
  */
 
 #include "filter/boundary/Archive.h"

@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::size_t chunkSize = std::size_t{256} << 10; // bytes
 
-// A descriptor that is closed at the end.
+// An owned file descriptor; -1 for none.
 class Descriptor {
 public:
     explicit Descriptor(int number) : number(number) {}
@@ -42,13 +42,13 @@ std::string temporaryFolder() {
     return folder == nullptr || *folder == '\0' ? "/tmp" : folder;
 }
 
-// A file without a name, or -1 and errno.
+// Opens a file without a name. Returns its descriptor, or -1 and sets errno.
 int openNameless(const std::string& folder) {
     const int file = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_EXCL | O_CLOEXEC, 0600);
     if (file >= 0 || (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL)) {
         return file;
     }
-    // The file system knows no such files: it has a name for an instant.
+    // The file system has no such files: this one has a name for an instant.
     std::string name = folder + "/olmkit-XXXXXX";
     const Interrupt::Delay delay;
     const int named = ::mkostemp(name.data(), O_CLOEXEC);
@@ -58,7 +58,7 @@ int openNameless(const std::string& folder) {
     return named;
 }
 
-// 0 or an errno value.
+// Returns 0 or an errno value.
 int writeAll(int target, std::span<const std::byte> bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(target, bytes.data(), bytes.size());
@@ -81,10 +81,9 @@ bool isReadable(const std::string& path) {
 }
 
 ExitCode spoolFailed(const std::string& archive, int errorNumber, Messages& messages) {
-    messages.error(
-        archiveTitle(archive) + " can't be kept in a temporary file in " + temporaryFolder() +
-        ": " + errorText(errorNumber) +
-        "; set TMPDIR to a folder with room for the archive, or give the archive's path");
+    messages.error(archiveTitle(archive) + ": can't be copied to a temporary file in " +
+                   temporaryFolder() + ": " + errorText(errorNumber) +
+                   "; set TMPDIR to a folder with room for the archive, or use the path of a file");
     return ExitCode::OutputFailed;
 }
 
@@ -98,22 +97,19 @@ ArchiveInput::~ArchiveInput() {
     }
 }
 
-ExitCode ArchiveInput::open(olmhost::Session& session, Messages& messages,
-                            const olmhost::SessionOptions& options) {
+ExitCode ArchiveInput::open(Messages& messages) {
     if (const ExitCode code = prepare(messages); code != ExitCode::Done) {
         return code;
     }
-    const olmhost::OpenOutcome outcome = session.open(readable, options);
+    const olmhost::OpenOutcome outcome = openSession.open(readable);
     if (outcome.status != olmhost::OpenStatus::Done) {
         messages.openFailure(archive, outcome);
     }
     return exitCodeOf(outcome.status);
 }
 
+// Finds or creates a file that the session can open.
 ExitCode ArchiveInput::prepare(Messages& messages) {
-    if (!readable.empty()) {
-        return ExitCode::Done;
-    }
     if (archive == standardInput) {
         return takeStandardInput(messages);
     }
@@ -121,21 +117,21 @@ ExitCode ArchiveInput::prepare(Messages& messages) {
     if (::stat(archive.c_str(), &state) == 0 && S_ISFIFO(state.st_mode)) {
         return takePipe(messages);
     }
-    readable = archive; // whatever is wrong with it, opening it tells
+    readable = archive; // opening it reports whatever is wrong with it
     return ExitCode::Done;
 }
 
 ExitCode ArchiveInput::takeStandardInput(Messages& messages) {
     if (::isatty(STDIN_FILENO) != 0) {
-        messages.error("standard input is a terminal; pipe an archive into it, or give its path");
+        messages.error("standard input is a terminal; pipe an archive into it, or use its path");
         return ExitCode::Usage;
     }
     struct stat state = {};
     if (::fstat(STDIN_FILENO, &state) != 0) {
         return readFailed(errno, messages);
     }
-    // A file that stands behind it from its start needs no copy, unless it was opened by somebody
-    // who may do more.
+    // A file that is open at its start needs no copy, unless it was opened by a process with more
+    // rights than this one.
     if (S_ISREG(state.st_mode) && ::lseek(STDIN_FILENO, 0, SEEK_CUR) == 0 &&
         isReadable(pathOf(STDIN_FILENO))) {
         readFrom(STDIN_FILENO);
@@ -187,7 +183,7 @@ ExitCode ArchiveInput::copy(int source, int target, Messages& messages) {
 
 ExitCode ArchiveInput::readFailed(int errorNumber, Messages& messages) const {
     messages.error(archiveTitle(archive) + ": can't be read: " + errorText(errorNumber) +
-                   "; check where it comes from, then try again");
+                   "; check its source, then try again");
     return ExitCode::Unreadable;
 }
 

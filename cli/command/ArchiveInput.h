@@ -9,31 +9,30 @@
 
 namespace olmkit {
 
-// The archive that a command was given: a file, or what comes through a pipe.
+// The archive that a command reads: a file, or what comes through a pipe.
 //
-// An archive is read from its end, here and there. What can't be read so ("-" for standard input, a
-// named pipe) is copied into a file without a name, in the folder TMPDIR of the environment or in
-// /tmp; it goes with the process, however that ends.
+// An archive is read from its end, and at random. What can't be read that way ("-" for standard
+// input, a named pipe) is copied to a file without a name, in the environment's TMPDIR or in /tmp;
+// the file disappears with the process, however that ends.
 class ArchiveInput {
 public:
-    // `archive` is the path as it was given.
+    // `archive` is the path as the user gave it.
     explicit ArchiveInput(std::string archive);
     ArchiveInput(const ArchiveInput&) = delete;
     ArchiveInput& operator=(const ArchiveInput&) = delete;
     ~ArchiveInput();
 
-    // Makes the archive ready to be opened by path(). After anything but Done it has been told why.
-    ExitCode prepare(Messages& messages);
+    // Opens the archive. On failure prints a message and returns the run's exit code. Call it once.
+    ExitCode open(Messages& messages);
 
-    // prepare() if that has not been called, and opens the archive in `session`. After anything but
-    // Done it has been told why.
-    ExitCode open(olmhost::Session& session, Messages& messages,
-                  const olmhost::SessionOptions& options = {});
+    // The open archive.
+    olmhost::Session& session() { return openSession; }
 
-    // For any number of sessions at once, while this object lives and behind prepare().
+    // A path by which the open archive can be read while this object exists.
     const std::string& path() const { return readable; }
 
 private:
+    ExitCode prepare(Messages& messages);
     ExitCode takeStandardInput(Messages& messages);
     ExitCode takePipe(Messages& messages);
     ExitCode spool(int source, Messages& messages);
@@ -42,8 +41,9 @@ private:
     void readFrom(int descriptor);
 
     std::string archive;
-    std::string readable; // empty ahead of prepare()
+    std::string readable; // empty until prepare() succeeds
     int file = -1;        // the copy
+    olmhost::Session openSession;
 };
 
 } // namespace olmkit

@@ -3,49 +3,55 @@
 
 #include <charconv>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
-#include "cli/command/CompletionOptions.h"
-#include "cli/command/ManualOptions.h"
-#include "cli/extract/ExtractOptions.h"
-#include "cli/extract/MergeOptions.h"
-#include "cli/info/InfoOptions.h"
-#include "cli/report/ReportOptions.h"
-#include "cli/rows/FilterOptions.h"
-#include "cli/rows/ListOptions.h"
-#include "cli/show/ShowOptions.h"
-#include "cli/terminal/TerminalOptions.h"
-#include "cli/verify/VerifyOptions.h"
-
-// The arguments of each command: what they are called, what is said about them, and what they are
-// read into. `options` is borrowed and filled while the command line is parsed.
+// What the definitions of several commands' arguments share. Values to parse into are borrowed, and
+// filled while the command line is parsed. A check returns what is wrong with a text, or nothing.
 
 namespace olmkit {
 
-void defineInfo(CLI::App& app, InfoOptions& options);
-void defineList(CLI::App& app, ListOptions& options);
-void defineExtract(CLI::App& app, ExtractOptions& options);
-void defineShow(CLI::App& app, ShowOptions& options);
-void defineReport(CLI::App& app, ReportOptions& options);
-void defineMerge(CLI::App& app, MergeOptions& options);
-void defineVerify(CLI::App& app, VerifyOptions& options);
-void defineCompletion(CLI::App& app, CompletionOptions& options);
-void defineManual(CLI::App& app, ManualOptions& options);
+// Adds the archive that a command reads.
+CLI::Option* addArchive(CLI::App& command, std::string& archive);
 
-// The options that every command has.
-void addTerminal(CLI::App& app, TerminalOptions& options);
+// Returns names as a list in a sentence: "a, b and c", with `conjunction` before the last one.
+std::string enumerated(const std::vector<std::string>& names, const std::string& conjunction);
 
-// The options that narrow a command down to some items.
-void addFilter(CLI::App& command, FilterOptions& options);
+// Checks the path of a file or folder: any that is not empty.
+std::string checkPath(const std::string& text);
 
-// Names in a row, for people: "a, b and c".
-std::string enumerated(std::span<const std::string_view> names);
+// A check that accepts only `names`, which help and completions then list.
+CLI::Validator isOneOf(const std::vector<std::string>& names);
 
-// Decimal digits alone, nothing around them.
+// The texts that an option takes, in the order in which help lists them, each with its meaning.
+template <typename Value> using Choices = std::vector<std::pair<std::string, Value>>;
+
+// Adds an option or argument that takes one of a few texts.
+template <typename Value>
+CLI::Option* addChoice(CLI::App& command, const std::string& name, Value& value,
+                       const Choices<Value>& choices, const std::string& description) {
+    std::vector<std::string> texts;
+    for (const auto& [text, meaning] : choices) {
+        texts.push_back(text);
+    }
+    const auto choose = [&value, choices](const std::string& given) {
+        for (const auto& [text, meaning] : choices) {
+            if (text == given) {
+                value = meaning;
+            }
+        }
+    };
+    return command.add_option_function<std::string>(name, choose, description)
+        ->check(isOneOf(texts));
+}
+
+// Reads a text of decimal digits only. Returns nothing for any other text, and for a number that is
+// too large.
 template <typename Number> std::optional<Number> readNumber(std::string_view text) {
     Number number = 0;
     const char* end = text.data() + text.size();
@@ -54,13 +60,6 @@ template <typename Number> std::optional<Number> readNumber(std::string_view tex
         return std::nullopt;
     }
     return number;
-}
-
-// The archive that a command reads.
-inline void addArchive(CLI::App& command, std::string& archive) {
-    command.add_option("ARCHIVE", archive, "The OLM archive; - reads it from standard input")
-        ->type_name("")
-        ->required();
 }
 
 } // namespace olmkit

@@ -1,3 +1,5 @@
+#include "cli/command/FilterArguments.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -10,29 +12,33 @@ namespace olmkit {
 
 namespace {
 
-constexpr const char* group = "Which items (all that keep every rule)";
+constexpr const char* group = "Filters (an item must match each of them)";
+
+std::string kindList() {
+    return enumerated({kindNames().begin(), kindNames().end()}, "and");
+}
 
 std::string checkKind(const std::string& text) {
     if (std::ranges::find(kindNames(), text) != kindNames().end()) {
         return "";
     }
     if (text == "group") {
-        return "a list can't tell a group from a contact; give contact for both";
+        return "groups are listed as contacts; use contact for both";
     }
-    return "there is no kind '" + text + "'; the kinds are " + enumerated(kindNames());
+    return "there is no kind '" + text + "'; the kinds are " + kindList();
 }
 
 std::string checkFolder(const std::string& text) {
     const std::string error = Glob(text).error();
     return error.empty() ? ""
-                         : "'" + text + "' is no pattern for a folder: " + error +
-                               "; give one as Local/Notes, '*/Inbox' or '**/Sent*'";
+                         : "'" + text + "' is not a folder pattern: " + error +
+                               "; use a pattern such as Local/Notes, '*/Inbox' or '**/Sent*'";
 }
 
 std::string checkDate(const std::string& text) {
     return readPeriod(text) ? ""
                             : "'" + text +
-                                  "' is no date; give YYYY, YYYY-MM, YYYY-MM-DD, "
+                                  "' is not a date; use YYYY, YYYY-MM, YYYY-MM-DD, "
                                   "YYYY-MM-DDThh:mm or YYYY-MM-DDThh:mm:ss";
 }
 
@@ -46,14 +52,14 @@ CLI::Option* addText(CLI::App& command, const char* name, std::optional<std::str
 }
 
 CLI::Option* addTexts(CLI::App& command, const char* name, std::vector<std::string>& texts,
-                      const char* description) {
+                      const std::string& description) {
     return command.add_option(name, texts, description)->allow_extra_args(false)->group(group);
 }
 
 void addDates(CLI::App& command, FilterOptions& options) {
-    const auto checkOrder = [&options](const char* name) {
+    const auto checkOrder = [&options] {
         if (options.since && options.until && *options.since >= *options.until) {
-            throw CLI::ValidationError(name, "no date lies between --since and --until");
+            throw CLI::ValidationError("--since is later than --until, so no item can match");
         }
     };
     command
@@ -61,55 +67,46 @@ void addDates(CLI::App& command, FilterOptions& options) {
             "--since",
             [&options, checkOrder](const std::string& text) {
                 options.since = readPeriod(text).value().begin;
-                checkOrder("--since");
+                checkOrder();
             },
-            "Only items of that date or later: a year, a month, a day, or "
-            "YYYY-MM-DDThh:mm[:ss], in universal time. The date is the one of the table")
+            "Only items of this date or later: a year, month, day or YYYY-MM-DDThh:mm[:ss], in "
+            "UTC. The date is the one that the table shows")
         ->type_name("DATE")
-        ->check(CLI::Validator(checkDate, ""))
+        ->check(checkDate)
         ->group(group);
     command
         .add_option_function<std::string>(
             "--until",
             [&options, checkOrder](const std::string& text) {
                 options.until = readPeriod(text).value().end;
-                checkOrder("--until");
+                checkOrder();
             },
-            "Only items of that date or earlier; all of that year, month, day or minute counts")
+            "Only items of this date or earlier; the whole year, month, day or minute counts")
         ->type_name("DATE")
-        ->check(CLI::Validator(checkDate, ""))
+        ->check(checkDate)
         ->group(group);
 }
 
 } // namespace
 
-std::string enumerated(std::span<const std::string_view> names) {
-    std::string text;
-    for (std::size_t place = 0; place < names.size(); ++place) {
-        text += place == 0 ? "" : place + 1 == names.size() ? " and " : ", ";
-        text += names[place];
-    }
-    return text;
-}
-
 void addFilter(CLI::App& command, FilterOptions& options) {
-    static const std::string kindHelp = "Only items of that kind: " + enumerated(kindNames()) +
-                                        ". A group counts as a contact. Several may be given, "
-                                        "also with commas";
-    addTexts(command, "--kind", options.kinds, kindHelp.c_str())
+    addTexts(command, "--kind", options.kinds,
+             "Only items of this kind: " + kindList() +
+                 ". A group counts as a contact. May be repeated, or list several kinds with "
+                 "commas between them")
         ->type_name("KIND")
         ->delimiter(',')
-        ->check(CLI::Validator(checkKind, ""));
+        ->check(checkKind);
     addTexts(command, "--folder", options.folders,
-             "Only items in that folder, as the table shows it, or below it: * and ? stand for "
-             "text within a level, ** for any levels, [a-z] for a character, \\ takes a meaning "
-             "away, as in '**/\\[Mail]'. Case counts. Several may be given")
+             "Only items in this folder, as the table shows it, or below it: * and ? match within "
+             "a level, ** matches any number of levels, [a-z] matches a character, \\ escapes "
+             "one, as in '**/\\[Mail]'. Case matters. May be repeated")
         ->type_name("GLOB")
-        ->check(CLI::Validator(checkFolder, ""));
+        ->check(checkFolder);
     addText(command, "--from", options.from,
-            "Only items whose sender or organizer has that text in it, in any case");
+            "Only items whose sender or organizer contains this text, in any case");
     addText(command, "--subject", options.subject,
-            "Only items whose subject, or display name, has that text in it, in any case");
+            "Only items whose subject or display name contains this text, in any case");
     addDates(command, options);
 }
 

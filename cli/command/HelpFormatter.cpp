@@ -22,7 +22,7 @@ std::string HelpFormatter::make_footer(const CLI::App* app) const {
             return option != parent->get_help_ptr() && !option->get_group().empty() &&
                    option->nonpositional();
         });
-    // A group begins with an empty line, which stands there already.
+    // A group begins with an empty line, which the caller has printed already.
     return shared.empty()
                ? footer
                : make_group("Options of every command", false, shared).substr(1) + "\n" + footer;
@@ -30,8 +30,7 @@ std::string HelpFormatter::make_footer(const CLI::App* app) const {
 
 std::string HelpFormatter::make_option_opts(const CLI::Option* option) const {
     const Parameter parameter = parameterOf(*option);
-    const std::string value =
-        parameter.choices.empty() ? parameter.value : joined(parameter.choices, "|");
+    const std::string value = valueText(parameter);
     return (value.empty() ? "" : " " + value) + (parameter.isRepeated ? " ..." : "") +
            (parameter.isRequired ? " (required)" : "");
 }

@@ -7,16 +7,16 @@
 
 namespace olmkit {
 
-// Help in which a command also shows the options that all commands have, and an option the texts
-// that it takes.
+// Formats help so that a command also shows the options that every command has, and an option the
+// values that it takes.
 class HelpFormatter : public CLI::Formatter {
 public:
     HelpFormatter();
 
-    // What stands behind the command's own options: the shared ones ahead of the footer.
+    // Returns what follows the command's own options: the shared ones, then the footer.
     std::string make_footer(const CLI::App* app) const override;
 
-    // What stands behind an option's names.
+    // Returns what follows an option's names.
     std::string make_option_opts(const CLI::Option* option) const override;
 };
 

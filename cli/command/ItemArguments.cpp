@@ -18,14 +18,13 @@ std::optional<ItemPlace> readPlace(std::string_view text) {
 }
 
 std::string checkIndex(const std::string& text) {
-    return readNumber<std::uint64_t>(text) ? ""
-                                           : "'" + text + "' is no item number; give 0, 1, 2 ...";
+    return readNumber<std::uint64_t>(text)
+               ? ""
+               : "'" + text + "' is not the index of an item; use 0, 1, 2, ...";
 }
 
 std::string checkPlace(const std::string& text) {
-    return readPlace(text)
-               ? ""
-               : "'" + text + "' is no place; give ENTRY:ITEM as list has them, as 12:1";
+    return readPlace(text) ? "" : "'" + text + "' is not a place; use ENTRY:ITEM, such as 12:1";
 }
 
 } // namespace olmkit

@@ -5,14 +5,14 @@
 #include <string>
 #include <string_view>
 
-#include "cli/extract/ExtractOptions.h"
+#include "cli/rows/ItemPlace.h"
 
 namespace olmkit {
 
-// A place as people write it, "12:1"; none for what is no place.
+// Reads a place as the user writes it, "12:1". Returns nothing for any other text.
 std::optional<ItemPlace> readPlace(std::string_view text);
 
-// For CLI11: what is wrong with an item's index, or with its place; empty when nothing is.
+// Check an item's index or place: return what is wrong with the text, or nothing.
 std::string checkIndex(const std::string& text);
 std::string checkPlace(const std::string& text);
 

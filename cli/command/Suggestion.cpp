@@ -1,23 +1,23 @@
 #include "cli/command/Suggestion.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstddef>
 #include <limits>
+
+#include "cli/terminal/Text.h"
 
 namespace olmkit {
 
 namespace {
 
-constexpr std::size_t longestMistyped = 64; // bytes; nobody mistypes more
-constexpr std::size_t shortestStart = 2;    // letters that tell a name by its start
+constexpr std::size_t maxMistyped = 64; // bytes; a longer name is not a typing mistake
+constexpr std::size_t minStart = 2;     // letters that identify a name by its start
 
 bool isSame(char one, char other) {
-    return std::tolower(static_cast<unsigned char>(one)) ==
-           std::tolower(static_cast<unsigned char>(other));
+    return lowerAscii(one) == lowerAscii(other);
 }
 
-// Letters to insert, remove, replace, or swap with their neighbour.
+// The number of letters to insert, remove, replace, or swap with their neighbour.
 std::size_t distance(std::string_view from, std::string_view to) {
     std::vector<std::vector<std::size_t>> steps(from.size() + 1,
                                                 std::vector<std::size_t>(to.size() + 1));
@@ -39,7 +39,7 @@ std::size_t distance(std::string_view from, std::string_view to) {
     return steps[from.size()][to.size()];
 }
 
-// Without the dashes of an option.
+// Removes the dashes of an option.
 std::string_view letters(std::string_view name) {
     name.remove_prefix(std::min(name.find_first_not_of('-'), name.size()));
     return name;
@@ -49,14 +49,14 @@ std::string_view letters(std::string_view name) {
 
 std::string nearestName(std::string_view mistyped, const std::vector<std::string>& names) {
     const std::string_view meant = letters(mistyped);
-    if (meant.size() > longestMistyped) {
+    if (meant.size() > maxMistyped) {
         return {};
     }
     std::string nearest;
     std::size_t least = std::numeric_limits<std::size_t>::max();
     for (const std::string& name : names) {
         const std::string_view candidate = letters(name);
-        const bool isStart = meant.size() >= shortestStart && candidate.starts_with(meant);
+        const bool isStart = meant.size() >= minStart && candidate.starts_with(meant);
         const std::size_t steps = isStart ? 1 : distance(meant, candidate);
         const std::size_t allowed = std::max<std::size_t>(1, candidate.size() / 3);
         if (candidate.size() > 1 && steps <= allowed && steps < least) {

@@ -7,8 +7,9 @@
 
 namespace olmkit {
 
-// The one of `names` that was most likely meant by `mistyped`; empty when none is near. Near is
-// what a few letters more, less, wrong or in the other order make of it, or what begins with it.
+// Returns the one of `names` that was most likely meant by `mistyped`, empty when none is similar.
+// A name is similar when it differs in a few missing, added, wrong or swapped letters, or begins
+// with `mistyped`.
 std::string nearestName(std::string_view mistyped, const std::vector<std::string>& names);
 
 } // namespace olmkit

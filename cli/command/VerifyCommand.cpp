@@ -1,28 +1,59 @@
-#include "cli/command/VerifyCommand.h"
-
 #include <unistd.h>
 
 #include <cerrno>
+#include <memory>
 
-#include "cli/extract/Manifest.h"
-#include "cli/extract/ManifestReader.h"
+#include "cli/command/Arguments.h"
+#include "cli/command/Command.h"
 #include "cli/files/OutputDirectory.h"
-#include "cli/terminal/Interrupt.h"
+#include "cli/manifest/ManifestReader.h"
+#include "cli/manifest/RunFiles.h"
+#include "cli/verify/DifferenceWriter.h"
 #include "cli/verify/Verifier.h"
-#include "cli/verify/VerifyReport.h"
+#include "cli/verify/VerifyOptions.h"
 
 namespace olmkit {
 
 namespace {
 
-std::string openFailureText(int error) {
-    if (error == ENOENT) {
-        return "there is none; give the folder that olmkit extract has written to";
+constexpr const char* folderAdvice = "; use the folder that olmkit extract wrote to";
+
+// Compares the files in a folder with the manifest there, and prints what differs. Changes nothing.
+class VerifyCommand : public Command {
+public:
+    CLI::App* define(CLI::App& program) override {
+        CLI::App* verify =
+            program.add_subcommand("verify", "Compare extracted files with their manifest");
+        verify->add_option("DIR", options.directory, "The folder that extract wrote to")
+            ->type_name("")
+            ->required()
+            ->check(checkPath);
+        verify->add_flag("--strict", options.strict,
+                         "Also report files that the manifest doesn't name");
+        verify->add_flag("--json", options.json, "Print one JSON object instead of text");
+        verify->footer("Examples:\n"
+                       "  olmkit verify messages\n"
+                       "  olmkit verify messages --strict\n"
+                       "  olmkit verify messages --json\n"
+                       "\n"
+                       "Reads DIR/manifest.jsonl, and compares the size and the SHA-256 of every "
+                       "file that it\nnames. Each file that differs is one line; then the exit "
+                       "code is 1.\n");
+        return verify;
     }
-    return "it can't be read: " + outputErrorText(error) + "; check what stands there";
+
+    ExitCode run(Output& output, Messages& messages) override;
+
+private:
+    VerifyOptions options;
+};
+
+std::string openFailureText(int error) {
+    return error == ENOENT ? std::string("does not exist") + folderAdvice
+                           : "can't be read: " + outputErrorText(error) + "; check the path";
 }
 
-// Checks all rows. What ends the reading early is told.
+// Checks all rows. Returns the exit code of what ended the reading early, after a message.
 ExitCode checkRows(int file, const std::string& name, Verifier& verifier, Messages& messages) {
     ManifestReader reader(file);
     ManifestRow row;
@@ -30,15 +61,14 @@ ExitCode checkRows(int file, const std::string& name, Verifier& verifier, Messag
     for (; answer == ManifestReader::Answer::Row; answer = reader.next(row)) {
         verifier.check(row);
     }
-    const std::string line = "line " + std::to_string(reader.lineNumber());
     switch (answer) {
     case ManifestReader::Answer::Unreadable:
-        messages.error(name + ": it can't be read: " + errorText(reader.errorNumber()) +
+        messages.error(name + ": can't be read: " + errorText(reader.errorNumber()) +
                        "; check the disk, then try again");
         return ExitCode::Unreadable;
-    case ManifestReader::Answer::Broken:
-        messages.error(name + ": " + line +
-                       (reader.isCutOff() ? " is cut off" : " is no line of a manifest") +
+    case ManifestReader::Answer::Invalid:
+        messages.error(name + ": line " + std::to_string(reader.lineNumber()) +
+                       (reader.isCutOff() ? " is cut off" : " is not a line of a manifest") +
                        "; extract again");
         return ExitCode::NotAnArchive;
     case ManifestReader::Answer::Row:
@@ -48,43 +78,38 @@ ExitCode checkRows(int file, const std::string& name, Verifier& verifier, Messag
     return ExitCode::Done;
 }
 
-} // namespace
-
-ExitCode runVerify(const VerifyOptions& options, Output& output, Messages& messages) {
-    Interrupt::endAtOnce();
+ExitCode VerifyCommand::run(Output& output, Messages& messages) {
     OutputDirectory directory;
     if (const int error = directory.openForReading(options.directory); error != 0) {
-        messages.error(options.directory + " can't be read: " + errorText(error) +
-                       "; give the folder that olmkit extract has written to");
+        messages.error(options.directory + ": can't be read: " + errorText(error) + folderAdvice);
         return ExitCode::Unreadable;
     }
-    const std::string name = options.directory + "/" + Manifest::fileName;
+    const std::string name = options.directory + "/" + runfile::manifest;
     int file = -1;
-    if (const int error = directory.openFile(Manifest::fileName, file); error != 0) {
+    if (const int error = directory.openFile(runfile::manifest, file); error != 0) {
         messages.error(name + ": " + openFailureText(error));
         return ExitCode::Unreadable;
     }
 
-    VerifyReport report(output, options.json);
+    DifferenceWriter differences(output, options.json);
     Verifier verifier(directory, options.strict,
-                      [&](const Difference& difference) { report.add(difference); });
-    const ExitCode code = checkRows(file, name, verifier, messages);
+                      [&](const Difference& difference) { differences.add(difference); });
+    ExitCode code = checkRows(file, name, verifier, messages);
     close(file);
     if (code == ExitCode::Done) {
         if (options.strict) {
             verifier.checkOthers(options.directory);
         }
-        report.finish(verifier);
+        differences.finish(verifier);
+        code = verifier.differenceCount() == 0 ? ExitCode::Done : ExitCode::Partial;
     }
-    output.flush();
-    if (output.failed() && !output.isClosed()) {
-        messages.outputFailure("standard output", output.errorNumber());
-        return ExitCode::OutputFailed;
-    }
-    if (code != ExitCode::Done) {
-        return code;
-    }
-    return verifier.differenceCount() == 0 ? ExitCode::Done : ExitCode::Partial;
+    return output.finish(code, messages);
+}
+
+} // namespace
+
+std::unique_ptr<Command> makeVerify() {
+    return std::make_unique<VerifyCommand>();
 }
 
 } // namespace olmkit

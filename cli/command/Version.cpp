@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <openssl/crypto.h>
 
+#include "cli/terminal/ProgramVersion.h"
 #include "host/session/LibraryVersions.h"
 
 namespace olmkit {

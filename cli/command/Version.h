@@ -5,10 +5,8 @@
 
 namespace olmkit {
 
-inline constexpr const char* programVersion = OLMKIT_VERSION;
-
-// The program's version on the first line, then a line for each library: those in use now, or,
-// for what has no file of its own, the one that was compiled in.
+// Returns the program's version on the first line, then one line for each library: the version that
+// is loaded, or, for a library of headers only, the one that was compiled in.
 std::string versionText();
 
 } // namespace olmkit

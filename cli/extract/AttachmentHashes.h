@@ -11,8 +11,10 @@
 
 namespace olmkit {
 
-// The SHA-256 of each attachment of a message, message after message: begin(), bytes, finish().
-// Attachments of a block and more are hashed beside the caller's thread.
+// Computes the SHA-256 of each attachment of a message. Attachments of HashThread::blockSize and
+// more are hashed on another thread.
+//
+// Order of calls, for each message: begin(), add() for all bytes, finish(), take().
 class AttachmentHashes {
 public:
     // `thread` is borrowed.
@@ -20,24 +22,24 @@ public:
 
     void begin();
 
-    // The next bytes of an attachment; attachments come in ascending order, some perhaps without
-    // bytes.
+    // Adds the next bytes of an attachment, by its number from 0. Attachments come in ascending
+    // order; those without bytes are skipped.
     void add(std::size_t attachment, std::span<const std::byte> bytes);
 
-    // No bytes are to come any more.
+    // Ends the last attachment.
     void finish();
 
-    // Once it is finished; that of no bytes for an attachment without any. Call it once for each.
+    // Returns the hash of an attachment, also of one without bytes. Call it once for each.
     HashText take(std::size_t attachment);
 
 private:
     void endAttachment();
 
     HashThread& thread;
-    std::vector<HashText> texts;  // of the attachments that had bytes and have ended
-    std::shared_ptr<Sha256> hash; // of the one at hand; null when there is none
-    HashThread::Block block;      // its bytes that are not hashed
-    bool isLong = false;          // blocks of it were given away
+    std::vector<HashText> texts;  // by number; invalid for attachments without bytes
+    std::shared_ptr<Sha256> hash; // of the current attachment; null between attachments
+    HashThread::Block block;      // its bytes that are not hashed yet
+    bool isLong = false;          // the thread got blocks of it
 };
 
 } // namespace olmkit

@@ -11,8 +11,8 @@ namespace olmkit {
 
 namespace {
 
-// A longer one, with its dot, is no type that a program opens a file by.
-constexpr std::size_t longestEnding = 17;
+// With its dot. A longer ending does not identify a type of file.
+constexpr std::size_t maxEndingUnits = 17;
 
 constexpr std::u16string_view namelessName = u"attachment";
 
@@ -38,15 +38,15 @@ std::u16string wantedName(const AttachmentRow& attachment) {
     return name.empty() ? std::u16string(namelessName) : name;
 }
 
-// A name in two parts, so that a number fits between them.
+// A name in two parts; a number goes between them.
 struct Parts {
     std::string stem;
-    std::string ending; // with its dot; empty when there is none
+    std::string ending; // with its dot, or empty
 };
 
-// Whether text is "." and what tells a file's type.
+// Whether text is "." and the letters or digits that identify a type of file.
 bool isFileEnding(std::u16string_view text) {
-    return text.size() > 1 && text.size() <= longestEnding &&
+    return text.size() > 1 && text.size() <= maxEndingUnits &&
            std::ranges::all_of(text.substr(1), [](char16_t unit) {
                return (unit >= u'0' && unit <= u'9') || (unit >= u'A' && unit <= u'Z') ||
                       (unit >= u'a' && unit <= u'z');
@@ -60,7 +60,7 @@ Parts partsOf(std::u16string_view name) {
         appendUtf8(parts.ending, name.substr(dot));
         name = name.substr(0, dot);
     }
-    parts.stem = safeName(name, longestName - numberRoom - parts.ending.size());
+    parts.stem = safeName(name, maxNameBytes - numberRoom - parts.ending.size());
     return parts;
 }
 
@@ -69,7 +69,7 @@ Parts partsOf(std::u16string_view name) {
 std::vector<std::string> attachmentFileNames(const std::vector<AttachmentRow>& attachments) {
     std::vector<std::string> names;
     names.reserve(attachments.size());
-    std::unordered_map<std::string, std::uint32_t> nextNumbers; // by folded names that are taken
+    std::unordered_map<std::string, std::uint32_t> nextNumbers; // by folded name in use
     for (const AttachmentRow& attachment : attachments) {
         const Parts parts = partsOf(wantedName(attachment));
         const std::string wanted = parts.stem + parts.ending;

@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
-#include "cli/extract/ManifestRow.h"
+#include "cli/manifest/ManifestRow.h"
 
 namespace olmkit {
 
-// What the attachments' files of one message are called: the mail's name of each, or else the last
-// part of the archive's, made safe and unique among them. Depends on nothing else.
+// Returns the file names of a message's attachments: the name in the mail, or else the last part of
+// the entry's name, made safe and unique. The names depend on nothing else.
 std::vector<std::string> attachmentFileNames(const std::vector<AttachmentRow>& attachments);
 
 } // namespace olmkit

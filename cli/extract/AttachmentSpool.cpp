@@ -1,11 +1,9 @@
 #include "cli/extract/AttachmentSpool.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 
 #include "cli/extract/AttachmentNames.h"
@@ -17,7 +15,7 @@ namespace olmkit {
 
 namespace {
 
-constexpr std::size_t heldAttachmentBytes = std::size_t{1} << 20;
+constexpr std::size_t maxHeldAttachmentBytes = std::size_t{1} << 20;
 constexpr std::size_t copyBytes = std::size_t{256} << 10;
 
 } // namespace
@@ -34,17 +32,17 @@ void AttachmentSpool::append(std::size_t attachment, std::span<const std::byte> 
     }
     if (error == 0) {
         pending.insert(pending.end(), bytes.begin(), bytes.end());
-        if (pending.size() >= heldAttachmentBytes) {
+        if (pending.size() >= maxHeldAttachmentBytes) {
             flush();
         }
     }
 }
 
-int AttachmentSpool::place(const MessagePath& message, const std::optional<timespec>& time,
+int AttachmentSpool::place(const OutputPath& message, const std::optional<timespec>& time,
                            std::vector<AttachmentRow>& rows) {
     const std::vector<std::string> names = attachmentFileNames(rows);
     const std::uint64_t end = written + pending.size();
-    MessagePath path;
+    OutputPath path;
     path.folders = message.folders;
     path.folders.push_back(MessagePaths::attachmentFolder(message));
     std::vector<std::string> paths(rows.size());
@@ -56,7 +54,7 @@ int AttachmentSpool::place(const MessagePath& message, const std::optional<times
             continue;
         }
         path.file = names[place];
-        // One without bytes may be behind the last that has some.
+        // Attachments without bytes may follow the last one that has some.
         const std::uint64_t start = place < starts.size() ? starts[place] : end;
         error = write(start, *rows[place].size, path, time);
         paths[place] = path.text();
@@ -87,8 +85,8 @@ bool AttachmentSpool::flush() {
     return error == 0;
 }
 
-// Fills `bytes` with what lies `offset` bytes from the first attachment's start. 0 or an errno
-// value.
+// Fills `bytes` with the bytes at `offset` from the start of the first attachment. Returns 0 or an
+// errno value.
 int AttachmentSpool::read(std::uint64_t offset, std::span<std::byte> bytes) const {
     const auto inFile =
         offset < written
@@ -103,7 +101,7 @@ int AttachmentSpool::read(std::uint64_t offset, std::span<std::byte> bytes) cons
     return 0;
 }
 
-int AttachmentSpool::write(std::uint64_t offset, std::uint64_t size, const MessagePath& path,
+int AttachmentSpool::write(std::uint64_t offset, std::uint64_t size, const OutputPath& path,
                            const std::optional<timespec>& time) {
     std::optional<TemporaryFile> made;
     int failure = directory.createTemporary(made);
@@ -117,12 +115,8 @@ int AttachmentSpool::write(std::uint64_t offset, std::uint64_t size, const Messa
         }
         done += bytes.size();
     }
-    if (failure == 0 && time.has_value()) {
-        const std::array<timespec, 2> times = {*time, *time};
-        // A file system that takes no such time keeps its own.
-        futimens(made->descriptor(), times.data());
-    }
     if (failure == 0) {
+        made->setTime(time);
         failure = made->close();
     }
     return failure == 0 ? directory.place(*made, path) : failure;

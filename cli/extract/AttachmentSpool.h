@@ -8,44 +8,44 @@
 #include <span>
 #include <vector>
 
-#include "cli/extract/ManifestRow.h"
 #include "cli/extract/MessagePaths.h"
 #include "cli/files/OutputDirectory.h"
+#include "cli/manifest/ManifestRow.h"
 
 namespace olmkit {
 
-// Keeps the attachments of one message until the message is whole, and then gives each a file of
-// its own. What doesn't fit in memory lies in a file without a name, which goes with the process
-// however that ends.
+// Keeps the attachments of one message until the message is complete, and then writes each to a
+// file of its own. Long attachments are kept in a file without a name, which the system removes
+// however the process ends.
 class AttachmentSpool {
 public:
-    // `directory` is borrowed, and open.
+    // `directory` is open and borrowed.
     explicit AttachmentSpool(OutputDirectory& directory) : directory(directory) {}
     AttachmentSpool(const AttachmentSpool&) = delete;
     AttachmentSpool& operator=(const AttachmentSpool&) = delete;
     ~AttachmentSpool();
 
-    // The next bytes of an attachment; attachments come in ascending order. A failure shows in
-    // place().
+    // Adds the next bytes of an attachment, by its number from 0. Attachments come in ascending
+    // order. place() returns the first failure.
     void append(std::size_t attachment, std::span<const std::byte> bytes);
 
-    // Writes the attachments that are in the message beside it, into the folder
-    // MessagePaths::attachmentFolder(), and enters their paths in `rows`. `time`, when given,
-    // becomes that of each file's last change. 0 or an errno value, EINTR when the run was asked to
-    // stop; files that were written by then stay, and no path is entered.
-    int place(const MessagePath& message, const std::optional<timespec>& time,
+    // Writes the attachments that are in the message to the folder
+    // MessagePaths::attachmentFolder() and sets their paths in `rows`. `time` is the files'
+    // modification time. Returns 0 or an errno value, EINTR when the run was asked to stop; then
+    // files already written stay, and no path is set.
+    int place(const OutputPath& message, const std::optional<timespec>& time,
               std::vector<AttachmentRow>& rows);
 
 private:
     bool flush();
     int read(std::uint64_t offset, std::span<std::byte> bytes) const;
-    int write(std::uint64_t offset, std::uint64_t size, const MessagePath& path,
+    int write(std::uint64_t offset, std::uint64_t size, const OutputPath& path,
               const std::optional<timespec>& time);
 
     OutputDirectory& directory;
-    std::vector<std::byte> pending;    // what follows the first `written` bytes
-    std::uint64_t written = 0;         // bytes that are in the file
-    std::vector<std::uint64_t> starts; // of each attachment among all bytes
+    std::vector<std::byte> pending;    // the bytes after the first `written` ones
+    std::uint64_t written = 0;         // bytes in the file
+    std::vector<std::uint64_t> starts; // offset of each attachment among all bytes
     int file = -1;
     int error = 0; // an errno value: the first failure
 };

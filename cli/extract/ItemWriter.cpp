@@ -1,13 +1,11 @@
 #include "cli/extract/ItemWriter.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <utility>
 
-#include "cli/extract/LossText.h"
-#include "cli/files/Sha256.h"
+#include "cli/manifest/ListedFile.h"
+#include "cli/terminal/ExtractionText.h"
 #include "cli/terminal/Interrupt.h"
 #include "cli/terminal/Text.h"
 
@@ -15,19 +13,15 @@ namespace olmkit {
 
 namespace {
 
-std::string refusalText(const ManifestRow& row, const olmhost::Extraction& extraction) {
-    std::string faultText;
+// Returns the faults of an entry, or an empty text.
+std::string faultText(const olmhost::Extraction& extraction, std::uint64_t entry) {
+    std::string text;
     for (const olmhost::EntryFault& fault : extraction.faults) {
-        if (fault.entryIndex == row.entry) {
-            faultText += "; the entry: " + fault.text;
+        if (fault.entryIndex == entry) {
+            text += (text.empty() ? "" : ", ") + fault.text;
         }
     }
-    std::string text = "the module refused the item";
-    if (row.result == resultNoItem) {
-        text = "there is no item at that place";
-    }
-    return text + " (result " + std::to_string(row.result) + ", status " +
-           std::to_string(row.status) + ")" + faultText;
+    return text;
 }
 
 std::string namelessWarning(const AttachmentRow& attachment) {
@@ -52,19 +46,19 @@ AttachmentRow attachmentRow(const olmhost::AttachmentAccount& account,
     }
     row.error = member.fault;
     if (row.error.empty() && account.size.value_or(0) < member.bytesRead) {
-        row.error = "it is longer than a message file can hold, and was cut there";
+        row.error = "it is longer than a message file can hold, and was cut off";
     }
     return row;
 }
 
-// The output took no message, so the row tells of none.
+// Makes the row that of an item without a message, because of the output error.
 void fail(ItemOutcome& outcome) {
     outcome.row.error = outputErrorText(outcome.outputError);
     outcome.row.sha256.clear();
     outcome.row.attachments.clear();
 }
 
-// Waits for the hashes of a message and its attachments. False when the library has failed.
+// Waits for the hashes of a message and its attachments. Returns false when the library failed.
 bool enterHashes(ItemOutcome& outcome) {
     outcome.row.sha256 = outcome.messageHash.get();
     bool isGood = !outcome.row.sha256.empty();
@@ -78,7 +72,7 @@ bool enterHashes(ItemOutcome& outcome) {
     return isGood;
 }
 
-// Says in the outcome what the message lacks, and what may be wrong in it.
+// Adds warnings to the outcome: what the message lacks, and what may be wrong in it.
 void warn(const WantedItem& wanted, const olmhost::Extraction& extraction, ItemOutcome& outcome) {
     ManifestRow& row = outcome.row;
     const auto addLoss = [&](const std::string& text) {
@@ -88,7 +82,8 @@ void warn(const WantedItem& wanted, const olmhost::Extraction& extraction, ItemO
     for (const olmhost::MemberRead& member : extraction.members) {
         if (!member.fault.empty()) {
             addLoss(attachmentLoss(member));
-            outcome.faultyEntries.insert(member.entryIndex.value_or(olmhost::EntryFault::noEntry));
+            outcome.reportedEntries.insert(
+                member.entryIndex.value_or(olmhost::EntryFault::noEntry));
         }
     }
     for (const AttachmentRow& attachment : row.attachments) {
@@ -108,7 +103,7 @@ void warn(const WantedItem& wanted, const olmhost::Extraction& extraction, ItemO
         }
     }
     if (extraction.isCut) {
-        addLoss("a part of it is longer than a message file can hold, and was cut there");
+        addLoss(std::string(cutText));
     }
 }
 
@@ -134,7 +129,7 @@ ItemOutcome ItemWriter::write(const WantedItem& wanted) {
             finish(wanted, outcome);
             addAttachments(extraction, outcome);
         } else {
-            judge(extraction, outcome);
+            explain(extraction, outcome);
         }
         warn(wanted, extraction, outcome);
         outcome.faults = extraction.faults;
@@ -162,7 +157,7 @@ olmhost::Extraction ItemWriter::extract(const ManifestRow& row, ItemOutcome& out
                : session.extractAt(*row.entry, *row.item, message, progress, takeBytes);
 }
 
-// Enters the attachments of a message that is finished in its row; their hashes follow.
+// Enters the attachments of a complete message in its row. Their hashes follow later.
 void ItemWriter::addAttachments(const olmhost::Extraction& extraction, ItemOutcome& outcome) {
     attachmentHashes.finish();
     if (!outcome.message.has_value()) {
@@ -177,39 +172,23 @@ void ItemWriter::addAttachments(const olmhost::Extraction& extraction, ItemOutco
     }
 }
 
-// Whether what an earlier run has told of the item still holds.
+// Whether an earlier run has written the item, and all of its files are still as it left them.
 bool ItemWriter::keep(const WantedItem& wanted, ItemOutcome& outcome) const {
     const std::optional<ManifestRow> row = readRow(wanted.keptLine);
     if (!row.has_value() || row->index != wanted.row.index || row->entry != wanted.row.entry ||
         row->item != wanted.row.item || row->path != wanted.path.text()) {
         return false;
     }
-    if (!isThere(row->path, row->size, row->sha256)) {
+    const bool isIntact = std::ranges::all_of(filesOf(*row), [this](const ListedFile& file) {
+        return stateOf(file, directory) == FileState::Intact;
+    });
+    if (!isIntact) {
         return false;
-    }
-    for (const AttachmentRow& attachment : row->attachments) {
-        if (!attachment.path.empty() &&
-            !isThere(attachment.path, attachment.size.value_or(0), attachment.sha256)) {
-            return false;
-        }
     }
     outcome.row = *row;
     outcome.line = wanted.keptLine;
     outcome.hasLosses = !row->warnings.empty();
     return true;
-}
-
-// Whether a file of that content is in the folder.
-bool ItemWriter::isThere(const std::string& path, std::uint64_t size,
-                         const std::string& sha256) const {
-    int file = -1;
-    if (directory.openFile(path, file) != 0) {
-        return false;
-    }
-    std::uint64_t foundSize = 0;
-    const std::string found = sha256OfFile(file, foundSize);
-    close(file);
-    return foundSize == size && found == sha256;
 }
 
 void ItemWriter::finish(const WantedItem& wanted, ItemOutcome& outcome) {
@@ -245,15 +224,15 @@ void ItemWriter::place(const WantedItem& wanted, OutputDirectory& directory, Ite
     }
 }
 
-// Says in the outcome why the item is not written.
-void ItemWriter::judge(const olmhost::Extraction& extraction, ItemOutcome& outcome) {
+// Sets the error of an item without a message.
+void ItemWriter::explain(const olmhost::Extraction& extraction, ItemOutcome& outcome) {
     switch (extraction.end) {
     case olmhost::ExtractionEnd::SinkFailed:
         outcome.outputError = message.errorNumber();
         outcome.row.error = outputErrorText(outcome.outputError);
         return;
     case olmhost::ExtractionEnd::UnknownRoot:
-        outcome.row.error = "the entry is no document of items, so there is no message to write";
+        outcome.row.error = notADocumentText;
         return;
     case olmhost::ExtractionEnd::Cancelled:
     case olmhost::ExtractionEnd::NotBegun:
@@ -261,7 +240,8 @@ void ItemWriter::judge(const olmhost::Extraction& extraction, ItemOutcome& outco
     case olmhost::ExtractionEnd::Whole:
         break;
     }
-    outcome.row.error = refusalText(outcome.row, extraction);
+    const std::uint64_t entry = *outcome.row.entry;
+    outcome.row.error = refusalText(extraction, session, entry, faultText(extraction, entry));
 }
 
 } // namespace olmkit

@@ -1,9 +1,6 @@
 #include "cli/extract/MessageFile.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <memory>
 #include <utility>
@@ -16,9 +13,9 @@ namespace olmkit {
 
 namespace {
 
-// Bytes that are held in memory: most messages are never written before they are whole, and so need
-// no second reading for their hash.
-constexpr std::size_t heldMessageBytes = std::size_t{4} << 20;
+// Most messages are held in memory until they are complete, and so need not be read back for their
+// hash.
+constexpr std::size_t maxHeldMessageBytes = std::size_t{4} << 20;
 
 } // namespace
 
@@ -31,7 +28,7 @@ bool MessageFile::append(std::span<const std::byte> bytes) {
         return false;
     }
     pending.insert(pending.end(), bytes.begin(), bytes.end());
-    return pending.size() < heldMessageBytes || flush();
+    return pending.size() < maxHeldMessageBytes || flush();
 }
 
 bool MessageFile::overwrite(std::uint64_t offset, std::span<const std::byte> bytes) {
@@ -58,11 +55,7 @@ bool MessageFile::overwrite(std::uint64_t offset, std::span<const std::byte> byt
 int MessageFile::finish(std::optional<TemporaryFile>& finished, HashText& sha256,
                         const std::optional<timespec>& time) {
     if (error == 0 && store() && hash(sha256)) {
-        if (time.has_value()) {
-            const std::array<timespec, 2> times = {*time, *time};
-            // A file system that takes no such time keeps its own.
-            futimens(file->descriptor(), times.data());
-        }
+        file->setTime(time);
         error = file->close();
     }
     if (error != 0) {
@@ -98,7 +91,7 @@ bool MessageFile::flush() {
     return true;
 }
 
-// Writes what is pending, and keeps it.
+// Writes the pending bytes and keeps them in memory.
 bool MessageFile::store() {
     if (!file.has_value()) {
         error = directory.createTemporary(file);
@@ -114,7 +107,7 @@ bool MessageFile::writeAt(std::uint64_t offset, std::span<const std::byte> bytes
     return error == 0;
 }
 
-// The start of a message is overwritten last, so only a whole one can be hashed.
+// The start of a message is overwritten last, so only a complete one can be hashed.
 bool MessageFile::hash(HashText& sha256) {
     const auto hash = std::make_shared<Sha256>();
     if (size() < HashThread::blockSize) {

@@ -15,14 +15,13 @@
 
 namespace olmkit {
 
-// One message on its way to its file.
+// Takes the bytes of a message, in memory while it is small and then in a temporary file. Only
+// OutputDirectory::place() makes the complete file appear under its name.
 //
-// It lies in memory while it is small, then in a temporary file; under its own name it appears
-// by OutputDirectory::place() alone, whole. Serves message after message: begin(), bytes, finish()
-// or discard().
+// Order of calls, for each message: begin(), append() and overwrite(), finish() or discard().
 class MessageFile : public olmhost::ByteSink {
 public:
-    // Both borrowed.
+    // Both are borrowed.
     MessageFile(OutputDirectory& directory, HashThread& hashThread)
         : directory(directory), hashThread(hashThread) {}
     MessageFile(const MessageFile&) = delete;
@@ -31,23 +30,23 @@ public:
 
     void begin();
 
-    // Refuse once the run has been asked to stop, and after an error.
+    // Both return false after an error, and when the run has been asked to stop.
     bool append(std::span<const std::byte> bytes) override;
     bool overwrite(std::uint64_t offset, std::span<const std::byte> bytes) override;
 
-    // Writes what is left to write, and hands the whole message over, with its SHA-256, which for a
-    // long one is made while the caller goes on; `time`, when given, becomes that of the file's
-    // last change. 0 or an errno value; after that the message is discarded.
+    // Writes the rest and moves the complete message to `finished` and its SHA-256, which may be
+    // computed later, to `sha256`. `time` is the file's modification time. Returns 0 or an errno
+    // value; after an error the message is discarded.
     int finish(std::optional<TemporaryFile>& finished, HashText& sha256,
                const std::optional<timespec>& time);
 
-    // Forgets the message.
+    // Removes the message.
     void discard();
 
-    // The errno value of the first failure, 0 for none.
+    // Returns the errno value of the first failure, or 0.
     int errorNumber() const { return error; }
 
-    // Bytes of the message.
+    // Returns the size of the message in bytes.
     std::uint64_t size() const { return written + pending.size(); }
 
 private:
@@ -59,8 +58,8 @@ private:
 
     OutputDirectory& directory;
     HashThread& hashThread;
-    std::vector<std::byte> pending; // what follows the first `written` bytes
-    std::uint64_t written = 0;      // bytes that are in the temporary file
+    std::vector<std::byte> pending; // the bytes after the first `written` ones
+    std::uint64_t written = 0;      // bytes in the temporary file
     std::optional<TemporaryFile> file;
     int error = 0;
 };

@@ -2,7 +2,8 @@
 
 #include <cerrno>
 
-#include "cli/extract/Summary.h"
+#include "cli/extract/RunDescription.h"
+#include "cli/manifest/RunFiles.h"
 
 namespace olmkit {
 
@@ -10,8 +11,8 @@ ExitCode RunOutput::open() {
     if (const int error = folder.open(options.directory); error != 0) {
         return refuse(ExitCode::OutputFailed, " can't be written: " + outputErrorText(error));
     }
-    const RunRecord record(options, session);
-    const std::optional<RunRecord> unfinished = recordIn(RunRecord::unfinishedName);
+    const RunRecord record = describeRun(options, session);
+    const std::optional<RunRecord> unfinished = recordIn(runfile::unfinished);
     if (const ExitCode code = checkShard(unfinished); code != ExitCode::Done) {
         return code;
     }
@@ -19,50 +20,50 @@ ExitCode RunOutput::open() {
         if (const std::string difference = unfinished->differenceTo(record); !difference.empty()) {
             return refuse(
                 ExitCode::Usage,
-                " holds a run that " + difference +
-                    ", so this one can't go on with it; leave out --resume to begin anew");
+                " has an unfinished run that " + difference +
+                    "; use the same archive and options, or leave out --resume to start again");
         }
     }
     return begin(record, unfinished);
 }
 
-// Two shards in one folder would leave the manifest of the second alone.
+// Refuses a second shard in one folder, as it would replace the manifest of the first.
 ExitCode RunOutput::checkShard(const std::optional<RunRecord>& unfinished) {
     if (!options.shard.has_value()) {
         return ExitCode::Done;
     }
     const std::optional<RunRecord> there =
-        unfinished.has_value() ? unfinished : recordIn(RunRecord::shardName);
+        unfinished.has_value() ? unfinished : recordIn(runfile::shard);
     const bool isSame = there.has_value() && there->shard() == options.shard;
-    if (isSame || (!there.has_value() && !folder.has(Manifest::fileName))) {
+    if (isSame || (!there.has_value() && !folder.has(runfile::manifest))) {
         return ExitCode::Done;
     }
     const bool hasShard = there.has_value() && there->shard().has_value();
     return refuse(ExitCode::OutputFailed,
-                  (hasShard ? " holds shard " + shardTitle(*there->shard())
-                            : std::string(" holds the manifest of another run")) +
+                  (hasShard ? " has shard " + there->shard()->text()
+                            : std::string(" has the manifest of another run")) +
                       "; give each shard a folder of its own");
 }
 
 ExitCode RunOutput::begin(const RunRecord& record, const std::optional<RunRecord>& unfinished) {
-    const bool goesOn = options.isResumed && unfinished.has_value();
-    if (unfinished.has_value() && !goesOn) {
+    const bool isResumed = options.isResumed && unfinished.has_value();
+    if (unfinished.has_value() && !isResumed) {
         messages.error(options.directory +
-                       " holds a run that was not finished; it is begun anew. --resume would have "
-                       "gone on with it");
+                       " has an unfinished run, which is started again; use --resume to continue "
+                       "such a run");
     }
-    // Also those of a run that was killed ahead of its record.
+    // Also those of a run that was killed before it wrote its record.
     int error = folder.removeLeftovers();
     if (error == 0) {
-        error = goesOn ? lines.goOn() : lines.begin();
+        error = isResumed ? lines.resume() : lines.begin();
     }
     if (error == 0) {
-        // One of an earlier run is never to be taken for this one's.
-        error = folder.remove(Summary::fileName);
-        error = error == EISDIR ? 0 : error; // the writing will tell
+        // Nobody must take the summary of an earlier run for this one's.
+        error = folder.remove(runfile::summary);
+        error = error == EISDIR ? 0 : error; // writing the summary will fail
     }
     if (error == 0) {
-        error = folder.putFile(RunRecord::unfinishedName, record.text());
+        error = folder.putFile(runfile::unfinished, record.text());
     }
     if (error != 0) {
         return refuse(ExitCode::OutputFailed, " can't be written: " + outputErrorText(error));
@@ -86,12 +87,12 @@ int RunOutput::finish() {
         return error;
     }
     if (options.shard.has_value()) {
-        return folder.rename(RunRecord::unfinishedName, RunRecord::shardName);
+        return folder.rename(runfile::unfinished, runfile::shard);
     }
-    if (const int error = folder.remove(RunRecord::shardName); error != 0) {
+    if (const int error = folder.remove(runfile::shard); error != 0) {
         return error;
     }
-    return folder.remove(RunRecord::unfinishedName);
+    return folder.remove(runfile::unfinished);
 }
 
 } // namespace olmkit

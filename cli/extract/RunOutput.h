@@ -6,31 +6,32 @@
 #include <string>
 
 #include "cli/extract/ExtractOptions.h"
-#include "cli/extract/Manifest.h"
-#include "cli/extract/RunRecord.h"
 #include "cli/files/OutputDirectory.h"
+#include "cli/manifest/Manifest.h"
+#include "cli/manifest/RunRecord.h"
 #include "cli/terminal/ExitCode.h"
 #include "cli/terminal/Messages.h"
 #include "host/session/Session.h"
 
 namespace olmkit {
 
-// Where a run writes: the folder, the manifest, and the record by which another run can go on.
+// The output of a run: the folder, the manifest, and the record that lets another run resume it.
 class RunOutput {
 public:
-    // Borrowed.
+    // All are borrowed.
     RunOutput(const ExtractOptions& options, const olmhost::Session& session, Messages& messages)
         : options(options), session(session), messages(messages), lines(folder) {}
 
-    // Done, or what the run ends with; then people have been told why.
+    // Opens the folder and begins the manifest. Returns Done, or the exit code of the run after a
+    // message.
     ExitCode open();
     bool isOpen() const { return opened; }
 
     OutputDirectory& directory() { return folder; }
     Manifest& manifest() { return lines; }
 
-    // Ends the run: it has dealt with all items, or with those below `end` alone. 0 or an errno
-    // value.
+    // Ends the output of a run that processed all items, or only those before the index `end`.
+    // Returns 0 or an errno value.
     int finish();
     int breakOff(std::uint64_t end) { return lines.breakOff(end); }
 

@@ -17,9 +17,9 @@ Selection::Selection(const ExtractOptions& options)
     }
 }
 
-bool Selection::takesRow(const olmhost::Row& row) {
+bool Selection::takesRow(const olmhost::Row& row, const RowFacts& facts) {
     if (everything) {
-        return shard.takes(row.index) && filter.takes(row);
+        return shard.takes(row.index) && filter.takes(row, facts);
     }
     if (nextIndex < indexes.size() && indexes[nextIndex] == row.index) {
         ++nextIndex;

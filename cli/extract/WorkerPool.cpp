@@ -9,10 +9,9 @@ namespace olmkit {
 
 namespace {
 
-// Tasks that wait: enough for a thread that it need not sleep while the main thread is at an item
-// of its own.
+// Tasks that wait: enough to keep a thread busy while the main thread makes a message itself.
 constexpr std::size_t queuedPerThread = 32;
-constexpr std::size_t mostQueued = 512;
+constexpr std::size_t maxQueued = 512;
 
 } // namespace
 
@@ -32,13 +31,13 @@ bool WorkerPool::offer(ItemTask& task) {
     bool needsWorker = false;
     {
         const std::lock_guard hold(lock);
-        needsWorker = idle == 0 && workers.size() < mostThreads;
+        needsWorker = idle == 0 && workers.size() < maxThreads;
     }
     if (needsWorker) {
         startWorker();
     }
     const std::lock_guard hold(lock);
-    if (queue.size() >= std::min(workers.size() * queuedPerThread, mostQueued)) {
+    if (queue.size() >= std::min(workers.size() * queuedPerThread, maxQueued)) {
         return false;
     }
     queue.push_back(&task);
@@ -63,18 +62,18 @@ void WorkerPool::waitFor(const ItemTask& task) {
     hasResult.wait(hold, [&task] { return task.isDone.load(); });
 }
 
-// Where the system has no more threads or descriptors, those that run have to do.
+// If the system has no more threads or descriptors, the pool continues with the threads it has.
 void WorkerPool::startWorker() {
     auto worker = std::make_unique<Worker>();
     if (worker->session.openBeside(session).status != olmhost::OpenStatus::Done) {
-        mostThreads = static_cast<unsigned>(workers.size());
+        maxThreads = static_cast<unsigned>(workers.size());
         return;
     }
-    const Interrupt::Block block; // which the thread inherits
+    const Interrupt::Block block; // inherited by the thread
     try {
         worker->thread = std::thread([this, &own = worker->session] { work(own); });
     } catch (const std::system_error&) {
-        mostThreads = static_cast<unsigned>(workers.size());
+        maxThreads = static_cast<unsigned>(workers.size());
         return;
     }
     workers.push_back(std::move(worker));

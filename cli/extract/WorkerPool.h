@@ -17,35 +17,36 @@
 
 namespace olmkit {
 
-// One item on its way through a run.
+// One item of a run.
 struct ItemTask {
     WantedItem wanted;
-    ItemOutcome outcome;        // valid once it is done
+    ItemOutcome outcome;        // valid when `isDone`
     std::exception_ptr failure; // instead of an outcome
     std::atomic<bool> isDone = false;
 };
 
-// Threads that make messages, each with a session of its own. They are started as there is work
-// for them. All functions are the main thread's.
+// Threads that make messages, each with a session of its own. They are started when there is work
+// for them. All functions are for the main thread.
 class WorkerPool {
 public:
-    // Both borrowed: the session that lists, and the open output folder.
-    WorkerPool(const olmhost::Session& session, OutputDirectory& directory, unsigned mostThreads,
+    // `session`, which lists the archive, and `directory`, which is open before the first offer(),
+    // are borrowed.
+    WorkerPool(const olmhost::Session& session, OutputDirectory& directory, unsigned maxThreads,
                bool withAttachments)
-        : session(session), directory(directory), mostThreads(mostThreads),
+        : session(session), directory(directory), maxThreads(maxThreads),
           withAttachments(withAttachments) {}
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
     ~WorkerPool();
 
-    // Takes the task, which is borrowed until it is done or the pool ends; false when there are
-    // tasks enough. The session must not be in use.
+    // Takes a task, which is borrowed until it is done or the pool is destroyed. Returns false when
+    // enough tasks wait. The session must not be in use.
     bool offer(ItemTask& task);
 
-    // Gives back a task that no thread has begun; null when there is none.
+    // Returns a task that no thread has begun, or null.
     ItemTask* takeBack();
 
-    // Until the task is done.
+    // Waits until the task is done.
     void waitFor(const ItemTask& task);
 
 private:
@@ -59,15 +60,15 @@ private:
 
     const olmhost::Session& session;
     OutputDirectory& directory;
-    unsigned mostThreads;
+    unsigned maxThreads;
     bool withAttachments; // see ItemWriter
     std::vector<std::unique_ptr<Worker>> workers;
 
-    std::mutex lock; // of what follows
+    std::mutex lock; // of the following members
     std::condition_variable hasWork;
     std::condition_variable hasResult;
     std::deque<ItemTask*> queue;
-    std::size_t idle = 0; // threads that wait
+    std::size_t idle = 0; // threads without a task
     bool isEnding = false;
 };
 

@@ -8,7 +8,7 @@ namespace olmkit {
 
 namespace {
 
-// Calls `step` for what is left until nothing is.
+// Calls `step` for the remaining bytes until there are none.
 template <typename Byte, typename Step>
 int repeat(std::uint64_t offset, std::span<Byte> bytes, const Step& step) {
     while (!bytes.empty()) {
@@ -36,6 +36,13 @@ int writeAt(int file, std::uint64_t offset, std::span<const std::byte> bytes) {
 int readAt(int file, std::uint64_t offset, std::span<std::byte> bytes) {
     return repeat(offset, bytes, [file](std::span<std::byte> rest, off_t place) {
         return pread(file, rest.data(), rest.size(), place);
+    });
+}
+
+int append(int file, std::string_view text) {
+    const auto bytes = std::as_bytes(std::span(text));
+    return repeat(0, bytes, [file](std::span<const std::byte> rest, off_t) {
+        return write(file, rest.data(), rest.size());
     });
 }
 

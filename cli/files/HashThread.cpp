@@ -10,9 +10,8 @@ namespace olmkit {
 
 namespace {
 
-// Bytes that are not hashed yet, and room that is kept for others.
-constexpr std::size_t mostWaiting = std::size_t{2} << 20;
-constexpr std::size_t mostRoom = std::size_t{4} << 20;
+constexpr std::size_t maxWaiting = std::size_t{2} << 20;    // bytes that are not hashed yet
+constexpr std::size_t maxBlockBytes = std::size_t{4} << 20; // capacity of empty blocks
 
 } // namespace
 
@@ -83,7 +82,7 @@ void HashThread::post(Task task) {
         return;
     }
     std::unique_lock lock(mutex);
-    changed.wait(lock, [this] { return waiting < mostWaiting; });
+    changed.wait(lock, [this] { return waiting < maxWaiting; });
     waiting += task.block.size();
     tasks.push_back(std::move(task));
     lock.unlock();
@@ -111,7 +110,7 @@ void HashThread::run() {
 // Keeps a block for emptyBlock(), unless there are enough.
 void HashThread::recycle(Block block) {
     block.clear();
-    if (block.capacity() > 0 && blockBytes + block.capacity() <= mostRoom) {
+    if (block.capacity() > 0 && blockBytes + block.capacity() <= maxBlockBytes) {
         blockBytes += block.capacity();
         blocks.push_back(std::move(block));
     }

@@ -21,7 +21,7 @@ LineReader::Answer LineReader::next(std::string& line) {
         const auto stop = std::find(start, end, '\n');
         line.append(start, stop);
         place = static_cast<std::size_t>(stop - part.begin()) + (stop != end ? 1 : 0);
-        if (line.size() > longest) {
+        if (line.size() > maxBytes) {
             return Answer::TooLong;
         }
         if (stop != end) {
@@ -34,7 +34,7 @@ LineReader::Answer LineReader::next(std::string& line) {
     return line.empty() ? Answer::End : Answer::Rest;
 }
 
-// False at the end, and when the file can't be read.
+// Returns false at the end of the file and on an error.
 bool LineReader::fill() {
     part.resize(partSize);
     ssize_t count = 0;

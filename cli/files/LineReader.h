@@ -8,37 +8,35 @@
 
 namespace olmkit {
 
-// Reads a file line by line; one line is held at a time.
+// Reads a file line by line and holds one line at a time.
 class LineReader {
 public:
     enum class Answer {
         Line,
-        Rest,       // what stands behind the last line's end, without an end of its own
-        TooLong,    // the line has more bytes than it may
-        End,        // there is nothing more
+        Rest,       // a last line without a line end
+        TooLong,    // the line has more than `maxBytes` bytes
+        End,        // there are no more lines
         Unreadable, // see errorNumber()
     };
 
-    // `file` is open for reading and stands at its start; it is borrowed. `longest` bytes of a line
-    // are taken at most.
-    explicit LineReader(int file, std::size_t longest = std::numeric_limits<std::size_t>::max())
-        : file(file), longest(longest) {}
+    // `file` is a borrowed descriptor, open for reading at the start of the file.
+    explicit LineReader(int file, std::size_t maxBytes = std::numeric_limits<std::size_t>::max())
+        : file(file), maxBytes(maxBytes) {}
 
-    // The next line goes to `line`, without its end. After anything but Line there is nothing more
-    // to read.
+    // Reads the next line into `line`, without its end. Call it no more after any answer but Line.
     Answer next(std::string& line);
 
-    // An errno value.
+    // Returns an errno value, or 0.
     int errorNumber() const { return error; }
 
 private:
     bool fill();
 
     int file;
-    std::size_t longest;
-    std::vector<char> part; // of the file, read at once
-    std::size_t place = 0;  // in it, of the next byte
-    std::size_t filled = 0; // bytes in it
+    std::size_t maxBytes;   // of a line
+    std::vector<char> part; // of the file
+    std::size_t place = 0;  // of the next byte in `part`
+    std::size_t filled = 0; // bytes in `part`
     int error = 0;
 };
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int pathFlags = O_NOFOLLOW | O_CLOEXEC;
 
-// The levels from the outside in; none unless all of them lead down.
+// Whether every level of `path` is a name, so that it leads to a place below.
 bool leadsDown(std::string_view path) {
     if (path.find('\0') != std::string_view::npos) {
         return false;
@@ -37,7 +37,7 @@ bool isLink(int folder, const char* name) {
     return fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
 }
 
-// The errno value of a file that is none.
+// Returns 0 for a regular file, otherwise an errno value.
 int faultOf(int file) {
     struct stat status = {};
     if (fstat(file, &status) != 0) {
@@ -49,7 +49,7 @@ int faultOf(int file) {
     return S_ISDIR(status.st_mode) ? EISDIR : ENODEV;
 }
 
-// Opens one level in `parent`.
+// Opens one level of a path in the folder `parent`. Returns 0 or an errno value.
 int openLevel(int parent, const std::string& level, int flags, int& entered) {
     entered = openat(parent, level.c_str(), flags | pathFlags);
     if (entered >= 0) {
@@ -77,7 +77,7 @@ int openBelow(int folder, const std::string& path, int& file) {
         rest.remove_prefix(end + 1);
     }
     if (error == 0) {
-        // A pipe that nobody writes to is opened at once, too.
+        // Without O_NONBLOCK, opening a pipe would wait for a writer.
         error = openLevel(parent, std::string(rest), O_RDONLY | O_NONBLOCK, file);
     }
     if (parent >= 0) {

@@ -5,10 +5,11 @@
 
 namespace olmkit {
 
-// Opens the file at `path`, its levels parted by "/", below an open folder, for reading. Follows no
-// link, and leads nowhere but below. 0 or an errno value: EINVAL for a path that isn't relative or
-// has an empty level, "." or "..", ELOOP for a link on the way, EISDIR for a folder and ENODEV for
-// anything else that is no file.
+// Opens the regular file at `path` below an open folder for reading. `path` is relative, with "/"
+// between its levels; no symbolic link is followed, so the file is never outside the folder.
+// Returns 0 or an errno value: EINVAL for a path that is absolute or has an empty level, "." or
+// "..", ELOOP for a link on the way, EISDIR for a folder, ENODEV for anything else that is not a
+// regular file.
 int openBelow(int folder, const std::string& path, int& file);
 
 } // namespace olmkit

@@ -29,11 +29,12 @@ constexpr std::string_view temporaryStart = ".olmkit-";
 constexpr std::string_view temporaryEnd = ".part";
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
-// Errors that come of one name or one place.
+// Errors that concern one name or place, not the whole disk.
 constexpr std::array localErrors = {EACCES, EEXIST, EFBIG,   EILSEQ,       EINVAL,    EISDIR,
                                     ELOOP,  EPERM,  ENOTDIR, ENAMETOOLONG, ENOTEMPTY, EXDEV};
 
-// A folder inside `parent`, made when it is missing. Takes the place of `parent`, which is closed.
+// Opens the folder `name` in `parent`, and creates it when it is missing. Closes `parent` and
+// replaces it. Returns 0 or an errno value.
 int enterFolder(int& parent, const std::string& name) {
     int error = 0;
     if (mkdirat(parent, name.c_str(), folderMode) != 0 && errno != EEXIST) {
@@ -54,12 +55,12 @@ int enterFolder(int& parent, const std::string& name) {
     return error;
 }
 
-// Copies all of a file, and its time.
+// Copies the contents and times of a file. Returns 0 or an errno value.
 int copyFile(int from, int to) {
     ssize_t count = 0;
     do {
-        constexpr std::size_t most = std::size_t{1} << 30;
-        count = sendfile(to, from, nullptr, most);
+        constexpr std::size_t maxCount = std::size_t{1} << 30;
+        count = sendfile(to, from, nullptr, maxCount);
     } while (count > 0);
     struct stat status = {};
     if (count < 0 || fstat(from, &status) != 0) {
@@ -85,7 +86,7 @@ int OutputDirectory::open(const std::string& path) {
     if (root < 0) {
         return errno == ENOENT && error ? error.value() : errno;
     }
-    // Where a file system knows no locks, nobody holds one.
+    // On a file system without locks, nobody holds one.
     return flock(root, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK ? EWOULDBLOCK : 0;
 }
 
@@ -116,7 +117,7 @@ int OutputDirectory::createTemporary(std::optional<TemporaryFile>& file) {
     return 0;
 }
 
-int OutputDirectory::place(TemporaryFile& file, const MessagePath& path) {
+int OutputDirectory::place(TemporaryFile& file, const OutputPath& path) {
     if (const int error = openFolders(path.folders); error != 0) {
         return error;
     }
@@ -148,7 +149,7 @@ int OutputDirectory::openFile(const std::string& path, int& file) const {
 }
 
 int OutputDirectory::createFile(const std::string& name, int& file) {
-    // Not truncated: it may be a link, or have another name besides.
+    // Not truncated: it may be a link, or have another name as well.
     if (const int error = remove(name); error != 0) {
         return error;
     }
@@ -176,13 +177,13 @@ bool OutputDirectory::has(const std::string& name) const {
            S_ISREG(status.st_mode);
 }
 
-int OutputDirectory::putFile(const std::string& name, const std::string& content) {
+int OutputDirectory::putFile(const std::string& name, const std::string& contents) {
     std::optional<TemporaryFile> file;
     if (const int error = createTemporary(file); error != 0) {
         return error;
     }
     Output output(file->descriptor());
-    output.buffer() = content;
+    output.buffer() = contents;
     if (!output.flush()) {
         return output.errorNumber();
     }
@@ -195,18 +196,18 @@ std::optional<std::string> OutputDirectory::readFile(const std::string& name) co
     if (openFile(name, file) != 0) {
         return std::nullopt;
     }
-    std::string content;
+    std::string contents;
     std::array<char, 4096> part = {};
     ssize_t count = 0;
     while ((count = read(file, part.data(), part.size())) > 0) {
-        content.append(part.data(), static_cast<std::size_t>(count));
+        contents.append(part.data(), static_cast<std::size_t>(count));
     }
     close(file);
-    return count == 0 ? std::optional(content) : std::nullopt;
+    return count == 0 ? std::optional(contents) : std::nullopt;
 }
 
 int OutputDirectory::linkFrom(const OutputDirectory& from, const std::string& source,
-                              const MessagePath& path) {
+                              const OutputPath& path) {
     int original = -1;
     if (const int error = from.openFile(source, original); error != 0) {
         return error;
@@ -225,7 +226,7 @@ int OutputDirectory::linkFrom(const OutputDirectory& from, const std::string& so
     return error == 0 ? place(*file, path) : error;
 }
 
-// A temporary file that is another name of the file `original`.
+// Makes a temporary file that is a hard link to the open file `original`.
 int OutputDirectory::linkTemporary(int original, std::optional<TemporaryFile>& file) {
     const Interrupt::Delay delay;
     const std::string name = nextTemporaryName();
@@ -272,10 +273,10 @@ void OutputDirectory::closeFolder() {
 
 std::string outputErrorText(int errorNumber) {
     if (errorNumber == ELOOP) {
-        return "a symbolic link stands where a folder has to be, and is not followed";
+        return "a symbolic link is in the place of a folder and is not followed; remove it";
     }
     if (errorNumber == EWOULDBLOCK) {
-        return "another run is writing to it; wait for its end";
+        return "another run is writing to it; wait until it has ended";
     }
     return errorText(errorNumber);
 }

@@ -8,16 +8,16 @@
 #include <string>
 #include <vector>
 
-#include "cli/extract/MessagePaths.h"
+#include "cli/files/OutputPath.h"
 #include "cli/files/TemporaryFile.h"
 
 namespace olmkit {
 
-// The folder that an extraction writes to.
+// The folder that an extraction writes to or wrote to.
 //
-// Below it no symbolic link is followed, so nothing that lies there already can lead out of it.
-// Unless it says otherwise, a function gives 0 or an errno value. Temporary files may be made, and
-// files opened for reading, on any thread.
+// Below it no symbolic link is followed, so nothing is ever opened outside of it. Functions that
+// return int return 0 or an errno value. createTemporary() and openFile() may be called on any
+// thread.
 class OutputDirectory {
 public:
     OutputDirectory() = default;
@@ -25,43 +25,44 @@ public:
     OutputDirectory& operator=(const OutputDirectory&) = delete;
     ~OutputDirectory();
 
-    // Opens the folder; makes it, and what is missing above it, when it is not there. EWOULDBLOCK:
+    // Opens the folder and locks it for this process. Missing folders are made. EWOULDBLOCK:
     // another process writes to it.
     int open(const std::string& path);
 
-    // Opens the folder when it is there, to read from it, or to put single files in it.
+    // Opens an existing folder without a lock, to read from it or to put single files in it.
     int openForReading(const std::string& path);
 
-    // Makes an empty file for reading and writing.
+    // Creates an empty file under a temporary name, for reading and writing.
     int createTemporary(std::optional<TemporaryFile>& file);
 
-    // Gives the temporary file its final place, in one step; what stands there is replaced.
-    int place(TemporaryFile& file, const MessagePath& path);
+    // Moves a temporary file to its final place, in one step. A file that is there is replaced.
+    int place(TemporaryFile& file, const OutputPath& path);
 
-    // Removes the temporary files that ended processes have left behind.
+    // Removes the temporary files of processes that were killed.
     int removeLeftovers();
 
-    // Opens the file at `path`, its levels parted by "/", for reading, as openBelow() does.
+    // Opens the file at `path` for reading; see openBelow().
     int openFile(const std::string& path, int& file) const;
 
-    // For files that stand in the folder itself: makes an empty one that is written at its end, in
-    // the place of what stands there; opens one that is; renames one; removes one, which need not
-    // be there.
+    // The following take the name of a file in the folder itself.
+
+    // Creates an empty file for appending. A file that is there is replaced.
     int createFile(const std::string& name, int& file);
+    // Opens a file for appending.
     int openToAppend(const std::string& name, int& file);
     int rename(const std::string& from, const std::string& to);
+    // Removes a file; a missing one is not an error.
     int remove(const std::string& name);
-    // Whether there is such a file; no link counts.
+    // Whether there is a regular file of that name. A link is not one.
     bool has(const std::string& name) const;
-
-    // Puts a file of that content in the folder, in one step.
-    int putFile(const std::string& name, const std::string& content);
-    // Its content; none when there is no such file, or it can't be read.
+    // Writes a file, which appears under its name in one step.
+    int putFile(const std::string& name, const std::string& contents);
+    // Returns the contents of a file, or nothing when it is missing or can't be read.
     std::optional<std::string> readFile(const std::string& name) const;
 
-    // Makes `path` a hard link to `source`, a file of `from`, or where that can't be a copy of it,
-    // its time included. What stands there is replaced.
-    int linkFrom(const OutputDirectory& from, const std::string& source, const MessagePath& path);
+    // Makes `path` a hard link to the file `source` below `from`, or a copy with the same times
+    // where there can be no link. A file that is there is replaced.
+    int linkFrom(const OutputDirectory& from, const std::string& source, const OutputPath& path);
 
     // Whether both are the same folder.
     bool isSameAs(const OutputDirectory& other) const;
@@ -75,13 +76,13 @@ private:
     int root = -1;
     std::atomic<unsigned> temporaries = 0;
     std::vector<std::string> openedFolders; // the path of `folder`
-    int folder = -1; // the one used last, since the next message mostly goes there too
+    int folder = -1; // the last one used; the next message is often in the same folder
 };
 
-// What went wrong, in words that fit an output folder. `errorNumber` is an errno value.
+// Returns the text of an errno value that a function of OutputDirectory returned.
 std::string outputErrorText(int errorNumber);
 
-// Whether every other file would meet the same error: a full or vanished disk.
+// Whether every other file would fail with the same error, as on a full disk.
 bool stopsEverything(int errorNumber);
 
 } // namespace olmkit

@@ -15,7 +15,7 @@ namespace {
 constexpr char substitute = '_';
 constexpr std::u32string_view reservedCharacters = U"<>:\"/\\|?*";
 
-// Names of devices on Windows, in lower case; with anything behind a dot they stay devices.
+// Names of devices on Windows, in lower case. Anything after a dot doesn't change that.
 // clang-format off
 constexpr auto deviceNames = std::to_array<std::string_view>({
     "con", "prn", "aux", "nul", "conin$", "conout$",
@@ -38,29 +38,25 @@ bool isUnsafe(char32_t codePoint) {
 bool isDeviceName(std::string_view name) {
     std::string stem(name.substr(0, name.find('.')));
     stem.erase(stem.find_last_not_of(' ') + 1);
-    std::ranges::transform(stem, stem.begin(), [](char character) {
-        return character >= 'A' && character <= 'Z' ? static_cast<char>(character + 0x20)
-                                                    : character;
-    });
+    std::ranges::transform(stem, stem.begin(), lowerAscii);
     return std::ranges::find(deviceNames, stem) != deviceNames.end();
 }
 
-// Shortens to `longest` bytes at a place where a code point starts, no mark that belongs to the one
-// ahead.
-void shorten(std::string& name, std::size_t longest) {
-    if (name.size() <= longest) {
+// Shortens to `maxBytes` bytes, between two code points, and never between a letter and its marks.
+void shorten(std::string& name, std::size_t maxBytes) {
+    if (name.size() <= maxBytes) {
         return;
     }
     std::string_view rest = name;
     std::size_t end = 0;
-    while (name.size() - rest.size() <= longest) {
+    while (name.size() - rest.size() <= maxBytes) {
         std::string_view next = rest;
         if (cellWidth(takeCodePoint(next)) > 0) {
             end = name.size() - rest.size();
         }
         rest = next;
     }
-    name.erase(end == 0 ? longest : end);
+    name.erase(end == 0 ? maxBytes : end);
 }
 
 void trimEnd(std::string& name) {
@@ -69,7 +65,7 @@ void trimEnd(std::string& name) {
 
 } // namespace
 
-std::string safeName(std::u16string_view text, std::size_t longest) {
+std::string safeName(std::u16string_view text, std::size_t maxBytes) {
     std::string name;
     while (!text.empty()) {
         const char32_t codePoint = takeCodePoint(text);
@@ -89,7 +85,7 @@ std::string safeName(std::u16string_view text, std::size_t longest) {
     if (isDeviceName(name)) {
         name.insert(name.begin(), substitute);
     }
-    shorten(name, longest);
+    shorten(name, maxBytes);
     trimEnd(name);
     return name;
 }
@@ -97,10 +93,7 @@ std::string safeName(std::u16string_view text, std::size_t longest) {
 std::string foldedName(std::string_view name) {
     if (std::ranges::all_of(name, [](char character) { return (character & 0x80) == 0; })) {
         std::string folded(name);
-        std::ranges::transform(folded, folded.begin(), [](char character) {
-            return character >= 'A' && character <= 'Z' ? static_cast<char>(character + 0x20)
-                                                        : character;
-        });
+        std::ranges::transform(folded, folded.begin(), lowerAscii);
         return folded;
     }
     utf8proc_uint8_t* mapped = nullptr;

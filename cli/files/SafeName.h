@@ -7,19 +7,19 @@
 
 namespace olmkit {
 
-// The longest name of a file or folder that every file system takes, in bytes of UTF-8.
-inline constexpr std::size_t longestName = 255;
+// The longest file name that every file system takes, in bytes of UTF-8.
+inline constexpr std::size_t maxNameBytes = 255;
 
-// Bytes that a name leaves for " (4294967295)", which tells it from others of its folder.
+// Bytes that a name leaves for " (4294967295)", which sets it apart from equal names.
 inline constexpr std::size_t numberRoom = 13;
 
-// Turns any text into a name that Linux, macOS and Windows take for a file or a folder: never
-// empty, no path, no reserved character or device name, no control, no dot in front, no dot or
-// space behind, at most `longest` bytes and no code point cut in two. UTF-8.
-std::string safeName(std::u16string_view text, std::size_t longest);
+// Returns a name in UTF-8 that Linux, macOS and Windows take for a file or folder: not empty, no
+// path, no reserved character, device name or control character, no leading dot, no trailing dot or
+// space, at most `maxBytes` bytes, no code point cut in two.
+std::string safeName(std::u16string_view text, std::size_t maxBytes);
 
-// The form in which two names are the same on a file system that takes no notice of case, of
-// normal forms and of characters that can't be seen.
+// Returns a key that is the same for two names that some file system takes for one name: case,
+// normal forms and invisible characters make no difference.
 std::string foldedName(std::string_view name);
 
 } // namespace olmkit

@@ -10,14 +10,14 @@
 
 namespace olmkit {
 
-// The SHA-256 of bytes that come piece by piece.
+// Computes the SHA-256 of bytes that arrive in pieces.
 class Sha256 {
 public:
     Sha256();
 
     void add(std::span<const std::byte> bytes);
 
-    // Hexadecimal digits; empty when the library has failed. Call it once.
+    // Returns lower-case hexadecimal digits; empty when the library failed. Call it once.
     std::string end();
 
 private:
@@ -25,8 +25,8 @@ private:
     bool isGood = false;
 };
 
-// That of an open file from its start to its end, whose size goes to `size`. Empty when it can't
-// be read, with the reason in errno.
+// Returns the SHA-256 of an open file from start to end, and its size in `size`. On a read error
+// the text is empty and errno has the reason.
 std::string sha256OfFile(int file, std::uint64_t& size);
 
 } // namespace olmkit

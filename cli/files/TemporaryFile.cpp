@@ -1,7 +1,9 @@
 #include "cli/files/TemporaryFile.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <utility>
 
@@ -26,6 +28,13 @@ TemporaryFile::~TemporaryFile() {
     close();
     if (!fileName.empty()) {
         unlinkat(directory, fileName.c_str(), 0);
+    }
+}
+
+void TemporaryFile::setTime(const std::optional<timespec>& time) {
+    if (time.has_value()) {
+        const std::array<timespec, 2> times = {*time, *time}; // of access, of modification
+        futimens(file, times.data());
     }
 }
 

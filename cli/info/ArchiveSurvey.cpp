@@ -1,14 +1,13 @@
 #include "cli/info/ArchiveSurvey.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace olmkit {
 
 namespace {
 
 JsonObject momentOrNull(const std::optional<Moment>& moment) {
-    return moment ? JsonObject(momentText(*moment)) : JsonObject();
+    return moment ? JsonObject(utcText(*moment)) : JsonObject();
 }
 
 void addFolders(JsonObject& list, const Folder& folder, const std::string& path) {
@@ -24,10 +23,10 @@ void addFolders(JsonObject& list, const Folder& folder, const std::string& path)
     }
 }
 
-JsonObject kindsOf(const ArchiveSurvey& report) {
+JsonObject kindsOf(const ArchiveSurvey& survey) {
     JsonObject list = JsonObject::array();
-    for (std::size_t place = 0; place < report.kinds.size(); ++place) {
-        const KindSurvey& kind = report.kinds[place];
+    for (std::size_t place = 0; place < survey.kinds.size(); ++place) {
+        const KindSurvey& kind = survey.kinds[place];
         JsonObject object;
         object["kind"] = olmhost::nameOf(static_cast<olmhost::ItemKind>(place));
         object["documents"] = kind.counted.documents;
@@ -41,26 +40,20 @@ JsonObject kindsOf(const ArchiveSurvey& report) {
     return list;
 }
 
-JsonObject entryOf(const EntryReport& report) {
+JsonObject entryOf(const EntryFinding& finding) {
     JsonObject object;
-    object["entry"] = report.entry ? JsonObject(*report.entry) : JsonObject();
-    object["entry_name"] = report.entry ? JsonObject(report.entryName) : JsonObject();
+    object["entry"] = orNull(finding.entry);
+    object["entry_name"] = finding.entry ? JsonObject(finding.entryName) : JsonObject();
     return object;
 }
 
-JsonObject attachmentsOf(const ArchiveSurvey& report) {
+JsonObject attachmentsOf(const ArchiveSurvey& survey) {
     JsonObject object;
-    std::uint64_t named = 0;
-    std::uint64_t unnamed = 0;
-    for (const KindSurvey& kind : report.kinds) {
-        named += kind.counted.attachments;
-        unnamed += kind.counted.unnamedAttachments;
-    }
-    object["count"] = named + unnamed;
-    object["missing"] = report.missingAttachments;
-    object["unnamed"] = unnamed;
+    object["count"] = survey.attachments();
+    object["missing"] = survey.missingAttachments;
+    object["unnamed"] = survey.unnamedAttachments();
     object["largest"] = JsonObject::array();
-    for (const AttachmentReport& attachment : report.largest) {
+    for (const FoundAttachment& attachment : survey.largest) {
         JsonObject one;
         one["name"] = attachment.name;
         one["size"] = attachment.size;
@@ -72,22 +65,29 @@ JsonObject attachmentsOf(const ArchiveSurvey& report) {
 
 } // namespace
 
-std::string momentText(Moment moment) {
-    const auto day = std::chrono::floor<std::chrono::days>(moment);
-    const std::chrono::year_month_day date(day);
-    const std::chrono::hh_mm_ss time(std::chrono::floor<std::chrono::seconds>(moment - day));
-    std::array<char, 40> text{};
-    std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ",
-                  static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                  static_cast<unsigned>(date.day()), static_cast<int>(time.hours().count()),
-                  static_cast<int>(time.minutes().count()),
-                  static_cast<int>(time.seconds().count()));
-    return text.data();
+std::string utcText(Moment moment) {
+    return momentText(moment) + "Z";
+}
+
+std::uint64_t ArchiveSurvey::attachments() const {
+    std::uint64_t count = unnamedAttachments();
+    for (const KindSurvey& kind : kinds) {
+        count += kind.counted.attachments;
+    }
+    return count;
+}
+
+std::uint64_t ArchiveSurvey::unnamedAttachments() const {
+    std::uint64_t count = 0;
+    for (const KindSurvey& kind : kinds) {
+        count += kind.counted.unnamedAttachments;
+    }
+    return count;
 }
 
 bool ArchiveSurvey::isDamaged() const {
     const bool isMismatched = std::ranges::any_of(
-        documents, [](const DocumentReport& document) { return document.note.isMismatch(); });
+        documents, [](const NotedDocument& document) { return document.note.isMismatch(); });
     return isMismatched || !faults.empty() || encryptedEntries > 0 || missingAttachments > 0;
 }
 
@@ -113,11 +113,11 @@ JsonObject ArchiveSurvey::json() const {
     object["attachments"] = attachmentsOf(*this);
     object["encrypted"]["count"] = encryptedEntries;
     object["encrypted"]["first"] = JsonObject::array();
-    for (const EntryReport& entry : encrypted) {
+    for (const EntryFinding& entry : encrypted) {
         object["encrypted"]["first"].push_back(entryOf(entry));
     }
     object["noted_entries"] = JsonObject::array();
-    for (const DocumentReport& document : documents) {
+    for (const NotedDocument& document : documents) {
         JsonObject one;
         one["entry"] = document.note.entryIndex;
         one["entry_name"] = document.entryName;
@@ -127,7 +127,7 @@ JsonObject ArchiveSurvey::json() const {
         object["noted_entries"].push_back(std::move(one));
     }
     object["faults"] = JsonObject::array();
-    for (const EntryReport& fault : faults) {
+    for (const EntryFinding& fault : faults) {
         JsonObject one = entryOf(fault);
         one["reason"] = fault.text;
         object["faults"].push_back(std::move(one));

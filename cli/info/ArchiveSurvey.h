@@ -17,66 +17,72 @@
 
 namespace olmkit {
 
-// Items of one kind.
+// The items of one kind.
 struct KindSurvey {
-    olmhost::KindCensus counted; // in the documents
-    std::uint64_t listed = 0;    // rows
+    olmhost::KindCensus counted; // in the documents, by the host
+    std::uint64_t listed = 0;    // as rows, by the module
     std::optional<Moment> earliest;
     std::optional<Moment> latest;
 };
 
-// An attachment whose entry the archive has.
-struct AttachmentReport {
-    std::string name; // for people; the entry's own when it has none
-    std::uint64_t size = 0;
+// An attachment whose entry is in the archive.
+struct FoundAttachment {
+    std::string name;       // its own, otherwise the entry's
+    std::uint64_t size = 0; // bytes, uncompressed
     std::uint64_t entry = 0;
 };
 
-// Something about one entry.
-struct EntryReport {
-    std::optional<std::uint64_t> entry; // none when no entry is concerned
+// What was found out about one entry.
+struct EntryFinding {
+    std::optional<std::uint64_t> entry; // none for the archive as a whole
     std::string entryName;
     std::string text;
 };
 
-// A ".xml" entry that gave no rows, or other than it has items.
-struct DocumentReport {
+// A ".xml" entry without rows, or whose number of rows differs from that of its items.
+struct NotedDocument {
     olmhost::DocumentNote note;
     std::string entryName;
 };
 
-// All that `info` tells about an archive. Texts are as the archive has them.
+// What `info` reports about an archive. Texts are the archive's, as UTF-8, unchanged.
 struct ArchiveSurvey {
-    // What is told of entries one by one is told of so many at most, where they may be many.
-    static constexpr std::size_t mostAttachments = 10;
-    static constexpr std::size_t mostEncrypted = 10;
+    // Lists that could grow with the archive end here.
+    static constexpr std::size_t maxAttachments = 10;
+    static constexpr std::size_t maxEncrypted = 10;
 
     std::string archive;
     std::uint64_t size = 0;         // bytes of the archive's file
-    std::uint64_t unpackedSize = 0; // bytes of all entries
-    std::uint64_t entries = 0;
-    std::uint64_t directories = 0; // of these
-    bool isChecked = false;        // every entry was read
+    std::uint64_t unpackedSize = 0; // bytes of all entries, uncompressed
+    std::uint64_t entries = 0;      // including directories
+    std::uint64_t directories = 0;
+    bool isChecked = false; // the data of every entry was read
 
     std::array<KindSurvey, olmhost::itemKindCount> kinds;
     FolderTree folders;
     std::vector<std::pair<std::string, std::uint64_t>> accounts; // folder, items
 
-    std::uint64_t missingAttachments = 0;  // that name an entry which the archive doesn't have
-    std::vector<AttachmentReport> largest; // largest first, then in the entries' order
+    std::uint64_t missingAttachments = 0; // named, but without an entry in the archive
+    std::vector<FoundAttachment> largest; // largest first, then in order of entries
     std::uint64_t encryptedEntries = 0;
-    std::vector<EntryReport> encrypted; // the first ones
-    std::vector<DocumentReport> documents;
-    std::vector<EntryReport> faults;
+    std::vector<EntryFinding> encrypted; // the first ones
+    std::vector<NotedDocument> documents;
+    std::vector<EntryFinding> faults;
 
-    // Whether something can't be read, is missing, or would go missing.
+    // The attachments that the documents name, all kinds together, and those of them without the
+    // name of an entry.
+    std::uint64_t attachments() const;
+    std::uint64_t unnamedAttachments() const;
+
+    // Returns whether something is unreadable, missing or not listed.
     bool isDamaged() const;
 
+    // Returns the object that `info --json` prints.
     JsonObject json() const;
 };
 
-// A moment as archives have them, with a "Z".
-std::string momentText(Moment moment);
+// Returns YYYY-MM-DDThh:mm:ssZ.
+std::string utcText(Moment moment);
 
 } // namespace olmkit
 

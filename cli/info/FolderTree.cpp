@@ -6,7 +6,7 @@ namespace olmkit {
 
 namespace {
 
-// Never called deeper than FolderTree::deepest.
+// Never called deeper than FolderTree::maxDepth.
 std::uint64_t totalOf(Folder& folder) {
     folder.total = folder.own;
     for (auto& [name, child] : folder.children) {
@@ -15,7 +15,7 @@ std::uint64_t totalOf(Folder& folder) {
     return folder.total;
 }
 
-// Takes the next level off the front of a path; empty at its end.
+// Takes the next level off the front of a path. Returns an empty name at its end.
 std::string_view takeLevel(std::string_view& path) {
     std::string_view name;
     while (name.empty() && !path.empty()) {
@@ -30,7 +30,7 @@ std::string_view takeLevel(std::string_view& path) {
 
 void FolderTree::add(std::string_view path, std::uint64_t items) {
     Folder* folder = &top;
-    for (std::size_t depth = 0; depth < deepest; ++depth) {
+    for (std::size_t depth = 0; depth < maxDepth; ++depth) {
         const std::string_view name = takeLevel(path);
         if (name.empty()) {
             break;
@@ -46,7 +46,7 @@ void FolderTree::add(std::string_view path, std::uint64_t items) {
 
 const Folder* FolderTree::find(std::string_view path) const {
     const Folder* folder = &top;
-    for (std::size_t depth = 0; depth < deepest; ++depth) {
+    for (std::size_t depth = 0; depth < maxDepth; ++depth) {
         const std::string_view name = takeLevel(path);
         if (name.empty()) {
             break;

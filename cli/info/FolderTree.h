@@ -12,27 +12,27 @@ namespace olmkit {
 
 // One folder, with the number of its items.
 struct Folder {
-    std::uint64_t own = 0;   // items that lie directly in it
-    std::uint64_t total = 0; // these, and all below it; see FolderTree::total()
+    std::uint64_t own = 0;   // items directly in it
+    std::uint64_t total = 0; // these and all below it; see FolderTree::total()
     std::map<std::string, Folder, std::less<>> children; // by name, in byte order
 };
 
 // The folders of an archive.
 //
-// No path makes the tree deeper than `deepest`: what lies deeper counts as lying in the folder at
-// that depth, so that walking the tree, and printing it, stay cheap whatever an archive holds.
+// No path makes the tree deeper than `maxDepth`: items below count as items of the folder at that
+// depth, so that walking and printing the tree stays cheap for any archive.
 class FolderTree {
 public:
-    static constexpr std::size_t deepest = 64;
+    static constexpr std::size_t maxDepth = 64;
 
-    // Adds `items` to a folder, which is made when it isn't there. `path` is UTF-8; empty levels
-    // are left out.
+    // Adds `items` to a folder, creating it if necessary. `path` is UTF-8; empty levels are
+    // ignored.
     void add(std::string_view path, std::uint64_t items);
 
-    // The folder of a path as add() takes it, or null.
+    // Returns the folder with that path, or null.
     const Folder* find(std::string_view path) const;
 
-    // Works out the totals. Call it when everything was added.
+    // Computes the totals. Call it after the last add().
     void total();
 
     const Folder& root() const { return top; }

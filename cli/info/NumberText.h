@@ -7,10 +7,10 @@
 
 namespace olmkit {
 
-// Decimal digits in groups of three.
+// Returns a number with a comma between groups of three digits.
 std::string grouped(std::uint64_t number);
 
-// The number and what it counts: "1 item", "2,000 items".
+// Returns a number and what it counts: "1 item", "2,000 items".
 std::string counted(std::uint64_t number, std::string_view one, std::string_view more);
 
 } // namespace olmkit

@@ -11,17 +11,18 @@ namespace olmkit {
 
 namespace {
 
-constexpr unsigned numberCells = 11; // cells
-constexpr std::size_t kindRoom = 11;
-constexpr std::size_t momentRoom = 20;
+// Widths of columns, in cells.
+constexpr unsigned numberWidth = 11;
+constexpr std::size_t kindWidth = 11;
+constexpr std::size_t momentWidth = 20;
 
-void appendLeft(std::string& out, std::string_view text, std::size_t room) {
+void appendLeft(std::string& out, std::string_view text, std::size_t width) {
     out += text;
-    out.append(room - std::min(room, text.size()) + columnGap, ' ');
+    out.append(width - std::min(width, text.size()) + columnGap, ' ');
 }
 
 void appendNumber(std::string& out, std::string_view text) {
-    appendRight(out, text, numberCells);
+    appendRight(out, text, numberWidth);
     out.append(columnGap, ' ');
 }
 
@@ -30,49 +31,49 @@ void endLine(std::string& out) {
     out += '\n';
 }
 
-void appendHead(std::string& out, const ArchiveSurvey& report) {
-    appendPrintable(out, report.archive);
-    out += ": " + counted(report.size, "byte", "bytes") + "\n" +
-           counted(report.entries, "entry", "entries") + ", " +
-           counted(report.directories, "directory", "directories") + " among them; " +
-           counted(report.unpackedSize, "byte", "bytes") + " unpacked\n";
+void appendHead(std::string& out, const ArchiveSurvey& survey) {
+    appendPrintable(out, survey.archive);
+    out += ": " + counted(survey.size, "byte", "bytes") + "\n" +
+           counted(survey.entries, "entry", "entries") + " (" +
+           counted(survey.directories, "directory", "directories") + "), " +
+           counted(survey.unpackedSize, "byte", "bytes") + " uncompressed\n";
 }
 
-void appendKinds(std::string& out, const ArchiveSurvey& report) {
+void appendKinds(std::string& out, const ArchiveSurvey& survey) {
     const bool isEmpty = std::ranges::all_of(
-        report.kinds, [](const KindSurvey& kind) { return kind.counted == olmhost::KindCensus(); });
+        survey.kinds, [](const KindSurvey& kind) { return kind.counted == olmhost::KindCensus(); });
     if (isEmpty) {
         out += "\nno items\n";
         return;
     }
     out += '\n';
-    appendLeft(out, "KIND", kindRoom);
+    appendLeft(out, "KIND", kindWidth);
     appendNumber(out, "DOCUMENTS");
     appendNumber(out, "ITEMS");
-    appendLeft(out, "EARLIEST", momentRoom);
+    appendLeft(out, "EARLIEST", momentWidth);
     out += "LATEST\n";
-    for (std::size_t place = 0; place < report.kinds.size(); ++place) {
-        const KindSurvey& kind = report.kinds[place];
+    for (std::size_t place = 0; place < survey.kinds.size(); ++place) {
+        const KindSurvey& kind = survey.kinds[place];
         if (kind.counted == olmhost::KindCensus()) {
             continue;
         }
-        appendLeft(out, olmhost::nameOf(static_cast<olmhost::ItemKind>(place)), kindRoom);
+        appendLeft(out, olmhost::nameOf(static_cast<olmhost::ItemKind>(place)), kindWidth);
         appendNumber(out, grouped(kind.counted.documents));
         appendNumber(out, grouped(kind.counted.items));
-        appendLeft(out, kind.earliest ? momentText(*kind.earliest) : "", momentRoom);
-        out += kind.latest ? momentText(*kind.latest) : "";
+        appendLeft(out, kind.earliest ? utcText(*kind.earliest) : "", momentWidth);
+        out += kind.latest ? utcText(*kind.latest) : "";
         endLine(out);
     }
 }
 
-void appendAccounts(std::string& out, const ArchiveSurvey& report) {
-    if (report.accounts.empty()) {
+void appendAccounts(std::string& out, const ArchiveSurvey& survey) {
+    if (survey.accounts.empty()) {
         return;
     }
     out += '\n';
     appendNumber(out, "ITEMS");
     out += "ACCOUNT\n";
-    for (const auto& [folder, items] : report.accounts) {
+    for (const auto& [folder, items] : survey.accounts) {
         appendNumber(out, grouped(items));
         appendPrintable(out, folder);
         out += '\n';
@@ -91,8 +92,8 @@ void appendFolder(std::string& out, const std::string& name, const Folder& folde
     }
 }
 
-void appendFolders(std::string& out, const ArchiveSurvey& report) {
-    const Folder& top = report.folders.root();
+void appendFolders(std::string& out, const ArchiveSurvey& survey) {
+    const Folder& top = survey.folders.root();
     if (top.children.empty()) {
         return;
     }
@@ -110,19 +111,19 @@ void appendFolders(std::string& out, const ArchiveSurvey& report) {
     }
 }
 
-void appendAttachments(std::string& out, const ArchiveSurvey& report) {
-    const std::string count = attachmentCount(report);
+void appendAttachments(std::string& out, const ArchiveSurvey& survey) {
+    const std::string count = attachmentCount(survey);
     if (count.empty()) {
         return;
     }
     out += "\n" + count + "\n";
-    if (report.largest.empty()) {
+    if (survey.largest.empty()) {
         return;
     }
     appendNumber(out, "BYTES");
     appendNumber(out, "ENTRY");
     out += "LARGEST\n";
-    for (const AttachmentReport& attachment : report.largest) {
+    for (const FoundAttachment& attachment : survey.largest) {
         appendNumber(out, grouped(attachment.size));
         appendNumber(out, std::to_string(attachment.entry));
         appendPrintable(out, attachment.name);
@@ -130,7 +131,7 @@ void appendAttachments(std::string& out, const ArchiveSurvey& report) {
     }
 }
 
-// "  entry 7 (name): text", or what of it there is.
+// Appends "  entry 7 (name): text", without the parts that are missing.
 void appendEntry(std::string& out, std::optional<std::uint64_t> entry, std::string_view name,
                  std::string_view text) {
     std::string line = "  ";
@@ -142,77 +143,74 @@ void appendEntry(std::string& out, std::optional<std::uint64_t> entry, std::stri
     out += '\n';
 }
 
-// Documents that gave no rows, or not as many as they have items. Every archive has one of
-// categories.
-void appendDocuments(std::string& out, const ArchiveSurvey& report) {
+// Lists the documents without rows or with a different number of items. The one of categories,
+// which every archive has, is left out.
+void appendDocuments(std::string& out, const ArchiveSurvey& survey) {
     bool isFirst = true;
-    for (const DocumentReport& document : report.documents) {
+    for (const NotedDocument& document : survey.documents) {
         if (document.note.finding == olmhost::DocumentFinding::Categories) {
             continue;
         }
         if (isFirst) {
-            out += "\nwithout items in the list, or not with all of them:\n";
+            out += "\ndocuments without items, or with items that are not listed:\n";
             isFirst = false;
         }
         appendEntry(out, document.note.entryIndex, document.entryName, document.note.text);
     }
 }
 
-void appendDamage(std::string& out, const ArchiveSurvey& report) {
-    if (report.encryptedEntries > 0) {
+void appendDamage(std::string& out, const ArchiveSurvey& survey) {
+    if (survey.encryptedEntries > 0) {
         out += '\n';
-        out += counted(report.encryptedEntries, "entry is", "entries are") + " encrypted" +
-               (report.encryptedEntries > report.encrypted.size() ? ", the first ones:\n" : ":\n");
-        for (const EntryReport& entry : report.encrypted) {
+        out += counted(survey.encryptedEntries, "entry is", "entries are") + " encrypted";
+        if (survey.encryptedEntries > survey.encrypted.size()) {
+            out += "; the first " + grouped(survey.encrypted.size());
+        }
+        out += ":\n";
+        for (const EntryFinding& entry : survey.encrypted) {
             appendEntry(out, entry.entry, entry.entryName, "");
         }
     }
-    if (!report.faults.empty()) {
-        out += "\ndamaged or not readable:\n";
-        for (const EntryReport& fault : report.faults) {
+    if (!survey.faults.empty()) {
+        out += "\ndamaged or unreadable:\n";
+        for (const EntryFinding& fault : survey.faults) {
             appendEntry(out, fault.entry, fault.entryName, fault.text);
         }
     }
-    if (report.isChecked) {
-        out += report.faults.empty() ? "\nevery entry was read, and is whole\n"
+    if (survey.isChecked) {
+        out += survey.faults.empty() ? "\nevery entry was read; none is damaged\n"
                                      : "\nevery entry was read\n";
     }
 }
 
 } // namespace
 
-std::string attachmentCount(const ArchiveSurvey& report) {
-    std::uint64_t named = 0;
-    std::uint64_t unnamed = 0;
-    for (const KindSurvey& kind : report.kinds) {
-        named += kind.counted.attachments;
-        unnamed += kind.counted.unnamedAttachments;
-    }
-    if (named + unnamed == 0) {
+std::string attachmentCount(const ArchiveSurvey& survey) {
+    if (survey.attachments() == 0) {
         return "";
     }
-    std::string text = counted(named + unnamed, "attachment", "attachments");
-    if (report.missingAttachments > 0) {
-        text += ", " + grouped(report.missingAttachments) + " of them missing";
+    std::string text = counted(survey.attachments(), "attachment", "attachments");
+    if (survey.missingAttachments > 0) {
+        text += ", " + grouped(survey.missingAttachments) + " missing from the archive";
     }
-    if (unnamed > 0) {
-        text += ", " + grouped(unnamed) + " without the name of a file";
+    if (const std::uint64_t unnamed = survey.unnamedAttachments(); unnamed > 0) {
+        text += ", " + grouped(unnamed) + " without a file name";
     }
     return text;
 }
 
-void appendFindings(std::string& out, const ArchiveSurvey& report) {
-    appendDocuments(out, report);
-    appendDamage(out, report);
+void appendFindings(std::string& out, const ArchiveSurvey& survey) {
+    appendDocuments(out, survey);
+    appendDamage(out, survey);
 }
 
-void appendReport(std::string& out, const ArchiveSurvey& report) {
-    appendHead(out, report);
-    appendKinds(out, report);
-    appendAccounts(out, report);
-    appendFolders(out, report);
-    appendAttachments(out, report);
-    appendFindings(out, report);
+void appendSurvey(std::string& out, const ArchiveSurvey& survey) {
+    appendHead(out, survey);
+    appendKinds(out, survey);
+    appendAccounts(out, survey);
+    appendFolders(out, survey);
+    appendAttachments(out, survey);
+    appendFindings(out, survey);
 }
 
 } // namespace olmkit

@@ -7,16 +7,16 @@
 
 namespace olmkit {
 
-// Appends a report for people: a block a subject, blocks that would be empty left out. What could
-// act on a terminal is taken out of the archive's texts.
-void appendReport(std::string& out, const ArchiveSurvey& report);
+// Appends a survey as text, in blocks by subject; empty blocks are left out. Control characters in
+// the archive's texts are replaced.
+void appendSurvey(std::string& out, const ArchiveSurvey& survey);
 
-// The last blocks alone, each behind an empty line: documents without their items in the list, what
-// is encrypted, damaged or not readable.
-void appendFindings(std::string& out, const ArchiveSurvey& report);
+// Appends only the last blocks, each after an empty line: documents whose items are not listed,
+// and entries that are encrypted, damaged or unreadable.
+void appendFindings(std::string& out, const ArchiveSurvey& survey);
 
-// How many attachments there are, and how many of them are missing; empty for none.
-std::string attachmentCount(const ArchiveSurvey& report);
+// Returns how many attachments there are and how many are missing; empty for none.
+std::string attachmentCount(const ArchiveSurvey& survey);
 
 } // namespace olmkit
 

@@ -10,13 +10,13 @@ namespace olmkit {
 
 namespace {
 
-// Of each account that isn't the machine's own.
+// Holds a folder for each account, except the local one.
 constexpr std::string_view accountsFolder = "Accounts";
 
-// Holds the bytes of attachments, no items.
+// Holds the contents of attachments, no items.
 constexpr std::string_view attachmentFolder = "com.microsoft.__Attachments/";
 
-bool isLarger(const AttachmentReport& left, const AttachmentReport& right) {
+bool isLarger(const FoundAttachment& left, const FoundAttachment& right) {
     return left.size != right.size ? left.size > right.size : left.entry < right.entry;
 }
 
@@ -24,23 +24,23 @@ bool isLarger(const AttachmentReport& left, const AttachmentReport& right) {
 
 ArchiveSurvey Surveyor::survey(bool isChecking) {
     if (!listItems()) {
-        return std::move(report);
+        return std::move(found);
     }
-    report.size = session.archiveSize();
-    report.entries = session.entryCount();
-    report.isChecked = isChecking;
-    for (std::uint64_t entry = 0; entry < report.entries; ++entry) {
+    found.size = session.archiveSize();
+    found.entries = session.entryCount();
+    found.isChecked = isChecking;
+    for (std::uint64_t entry = 0; entry < found.entries; ++entry) {
         addEntry(entry, isChecking);
     }
-    report.folders.total();
+    found.folders.total();
     addAccounts();
     addNotes();
-    return std::move(report);
+    return std::move(found);
 }
 
-// Whether the archive was listed to its end.
+// Returns whether the archive was listed to its end.
 bool Surveyor::listItems() {
-    session.tellAttachments(
+    session.setAttachmentCallback(
         [this](const olmhost::NamedAttachment& attachment) { addAttachment(attachment); });
     bool isStopped = false;
     const olmhost::RowCallback take = [this, &isStopped](const olmhost::Row& row) {
@@ -53,28 +53,28 @@ bool Surveyor::listItems() {
     };
     while (!session.list(take) && !isStopped) {
     }
-    session.tellAttachments(nullptr);
+    session.setAttachmentCallback(nullptr);
     endFolder();
-    for (std::size_t place = 0; place < report.kinds.size(); ++place) {
-        report.kinds[place].counted = session.census().kinds[place];
+    for (std::size_t place = 0; place < found.kinds.size(); ++place) {
+        found.kinds[place].counted = session.census().kinds[place];
     }
     return !isStopped;
 }
 
 void Surveyor::addRow(const olmhost::Row& row) {
-    // The items of one folder mostly come together.
+    // Items of one folder usually come in succession.
     const std::u16string_view folder = nameParts(row).folder;
-    if (folder != folderAtHand) {
+    if (folder != currentFolder) {
         endFolder();
-        folderAtHand = folder;
+        currentFolder = folder;
     }
-    ++itemsAtHand;
+    ++itemsInFolder;
 
     const std::optional<olmhost::ItemKind> itemKind = session.documentKind();
     if (!itemKind) {
         return;
     }
-    KindSurvey& kind = report.kinds[static_cast<std::size_t>(*itemKind)];
+    KindSurvey& kind = found.kinds[static_cast<std::size_t>(*itemKind)];
     ++kind.listed;
     if (const std::optional<Moment> moment = momentOf(row)) {
         kind.earliest = std::min(kind.earliest.value_or(*moment), *moment);
@@ -83,36 +83,36 @@ void Surveyor::addRow(const olmhost::Row& row) {
 }
 
 void Surveyor::endFolder() {
-    if (itemsAtHand == 0) {
+    if (itemsInFolder == 0) {
         return;
     }
-    std::ranges::replace(folderAtHand, u'\0', u'/');
+    std::ranges::replace(currentFolder, u'\0', u'/');
     std::string path;
-    appendUtf8(path, folderAtHand);
-    report.folders.add(path, itemsAtHand);
-    itemsAtHand = 0;
+    appendUtf8(path, currentFolder);
+    found.folders.add(path, itemsInFolder);
+    itemsInFolder = 0;
 }
 
 void Surveyor::addAttachment(const olmhost::NamedAttachment& attachment) {
     const std::optional<std::uint64_t> entry = session.findEntry(attachment.entryName);
     if (!entry) {
-        ++report.missingAttachments;
+        ++found.missingAttachments;
         return;
     }
     const std::string_view name =
         attachment.name.empty() ? session.entryName(*entry) : attachment.name;
-    AttachmentReport added = {"", session.entrySize(*entry).size, *entry};
-    std::vector<AttachmentReport>& largest = report.largest;
+    FoundAttachment added = {"", session.entrySize(*entry).size, *entry};
+    std::vector<FoundAttachment>& largest = found.largest;
     const auto place = std::ranges::lower_bound(largest, added, isLarger);
     const auto offset = static_cast<std::size_t>(place - largest.begin());
-    // Several items may name one entry.
+    // Several items may name the same entry.
     const bool isKnown = place != largest.end() && place->entry == *entry;
-    if (isKnown || offset == ArchiveSurvey::mostAttachments) {
+    if (isKnown || offset == ArchiveSurvey::maxAttachments) {
         return;
     }
     added.name = name;
     largest.insert(place, std::move(added));
-    if (largest.size() > ArchiveSurvey::mostAttachments) {
+    if (largest.size() > ArchiveSurvey::maxAttachments) {
         largest.pop_back();
     }
 }
@@ -120,11 +120,11 @@ void Surveyor::addAttachment(const olmhost::NamedAttachment& attachment) {
 void Surveyor::addEntry(std::uint64_t entry, bool isChecking) {
     const std::string_view name = session.entryName(entry);
     const olmhost::EntrySize size = session.entrySize(entry);
-    report.unpackedSize += size.size;
+    found.unpackedSize += size.size;
     if (size.isEncrypted) {
-        ++report.encryptedEntries;
-        if (report.encrypted.size() < ArchiveSurvey::mostEncrypted) {
-            report.encrypted.push_back(reportOn(entry, ""));
+        ++found.encryptedEntries;
+        if (found.encrypted.size() < ArchiveSurvey::maxEncrypted) {
+            found.encrypted.push_back(entryOf(entry, ""));
         }
     }
     if (!name.ends_with('/')) {
@@ -133,36 +133,36 @@ void Surveyor::addEntry(std::uint64_t entry, bool isChecking) {
         }
         return;
     }
-    ++report.directories;
+    ++found.directories;
     if (!name.ends_with(attachmentFolder)) {
-        report.folders.add(name, 0);
+        found.folders.add(name, 0);
     }
 }
 
-// The folders at the top are accounts, but for the one that holds a folder for each of the others.
+// The top-level folders are accounts, except `accountsFolder`, which holds the others.
 void Surveyor::addAccounts() {
-    for (const auto& [name, folder] : report.folders.root().children) {
+    for (const auto& [name, folder] : found.folders.root().children) {
         if (name != accountsFolder) {
-            report.accounts.emplace_back(name, folder.total);
+            found.accounts.emplace_back(name, folder.total);
             continue;
         }
         for (const auto& [account, below] : folder.children) {
             std::string path = name;
-            report.accounts.emplace_back(path.append("/").append(account), below.total);
+            found.accounts.emplace_back(path.append("/").append(account), below.total);
         }
     }
 }
 
 void Surveyor::addNotes() {
     for (const olmhost::DocumentNote& note : session.census().notes) {
-        report.documents.push_back({note, std::string(session.entryName(note.entryIndex))});
+        found.documents.push_back({note, std::string(session.entryName(note.entryIndex))});
     }
     for (const olmhost::EntryFault& fault : session.faults()) {
-        report.faults.push_back(reportOn(fault.entryIndex, fault.text));
+        found.faults.push_back(entryOf(fault.entryIndex, fault.text));
     }
 }
 
-EntryReport Surveyor::reportOn(std::uint64_t entry, const std::string& text) const {
+EntryFinding Surveyor::entryOf(std::uint64_t entry, const std::string& text) const {
     if (entry >= session.entryCount()) {
         return {std::nullopt, "", text};
     }

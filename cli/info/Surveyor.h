@@ -11,24 +11,23 @@
 
 namespace olmkit {
 
-// What a report makes of a row.
+// What a survey does with a row.
 enum class RowUse {
     Counted,
-    LeftOut, // of the rows, folders and dates; what the documents hold is told nevertheless
-    Stop,    // and list no more: nobody wants the report
+    LeftOut, // not counted as listed, by folder or by date; the documents' own counts include it
+    Stop,    // stop listing; the survey is no longer needed
 };
 using RowVisitor = std::function<RowUse(const olmhost::Row&)>;
 
-// Finds out all that a report tells. Keeps no item: memory grows with the folders, and with what is
-// wrong.
+// Makes the survey of an archive. Keeps no item: memory grows with the folders and the faults.
 class Surveyor {
 public:
-    // `session` is borrowed; it is open and not yet listed.
-    // `visit` is shown each row.
+    // `session` is borrowed; it must be open and not yet listed. `visit` is called with each row;
+    // without it every row is counted.
     explicit Surveyor(olmhost::Session& session, RowVisitor visit = nullptr)
         : session(session), visit(std::move(visit)) {}
 
-    // Lists the archive; with `isChecking` it reads the data of every entry, too. Call it once.
+    // Lists the archive; with `isChecking`, also reads the data of every entry. Call it once.
     ArchiveSurvey survey(bool isChecking);
 
 private:
@@ -39,13 +38,13 @@ private:
     void addEntry(std::uint64_t entry, bool isChecking);
     void addAccounts();
     void addNotes();
-    EntryReport reportOn(std::uint64_t entry, const std::string& text) const;
+    EntryFinding entryOf(std::uint64_t entry, const std::string& text) const;
 
     olmhost::Session& session;
     RowVisitor visit;
-    ArchiveSurvey report;
-    std::u16string folderAtHand; // of the rows that came last, as rows have it
-    std::uint64_t itemsAtHand = 0;
+    ArchiveSurvey found;
+    std::u16string currentFolder; // of the last rows, levels ended by 0 units
+    std::uint64_t itemsInFolder = 0;
 };
 
 } // namespace olmkit

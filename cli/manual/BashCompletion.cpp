@@ -4,8 +4,8 @@ namespace olmkit {
 
 namespace {
 
-// `=` and what stands behind it come as words of their own. What names a file or a folder is left
-// to readline when nothing fits: it knows how the user quotes.
+// Bash passes "=" and the value after it as separate words. Names of files and folders are left to
+// readline when nothing here matches: it knows how the user quotes.
 constexpr const char* frame = R"(# bash completion for olmkit
 # shellcheck shell=bash disable=SC2207
 
@@ -135,7 +135,7 @@ private:
                    " " + words(program.options) + "\" \"$current\" ;;\n";
         for (std::size_t place = 0; place < command.arguments.size(); ++place) {
             const Parameter& argument = command.arguments[place];
-            // What may be repeated stands last.
+            // A repeated argument is the last one.
             const std::string at = argument.isRepeated ? "*" : std::to_string(place);
             values += valueCase(command.name + ":" + at, argument);
         }
@@ -164,8 +164,8 @@ private:
     const ProgramOutline& program;
     std::string commands;
     std::string options; // cases: the options of a command
-    std::string values;  // cases: how a value is completed
-    std::string takers;  // a pattern: the options that have a value
+    std::string values;  // cases: the completion of a value
+    std::string takers;  // a pattern: the options with a value
 };
 
 } // namespace

@@ -7,7 +7,7 @@
 
 namespace olmkit {
 
-// The script by which bash completes the program's arguments. Needs bash 4 and nothing else.
+// Returns the script by which bash completes the program's arguments. It needs only bash 4.
 std::string bashCompletion(const ProgramOutline& program);
 
 } // namespace olmkit

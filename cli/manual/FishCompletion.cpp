@@ -15,21 +15,21 @@ std::string quotedText(const std::string& text) {
     return out + "'";
 }
 
-// How a value is completed; `isArgument` when it stands by itself.
+// Returns the completion of a value; `isArgument` when it belongs to no option.
 std::string action(const Parameter& parameter, bool isArgument) {
-    // Files come by themselves, unless they are ruled out.
-    std::string alone = isArgument ? " -f" : " -x";
+    // Fish offers files unless they are excluded.
+    std::string noFiles = isArgument ? " -f" : " -x";
     switch (parameter.kind) {
     case ValueKind::Archive:
         return (isArgument ? " -k" : " -r -k") + std::string(" -a '(__fish_complete_suffix .olm)'");
     case ValueKind::Folder:
-        return alone + " -a '(__fish_complete_directories)'";
+        return noFiles + " -a '(__fish_complete_directories)'";
     case ValueKind::Choice:
-        return alone + " -a " + quotedText(joined(parameter.choices, " "));
+        return noFiles + " -a " + quotedText(joined(parameter.choices, " "));
     case ValueKind::File:
         return isArgument ? " -F" : " -r -F";
     case ValueKind::Text:
-        return alone;
+        return noFiles;
     case ValueKind::None:
         break;
     }

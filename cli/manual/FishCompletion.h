@@ -7,7 +7,7 @@
 
 namespace olmkit {
 
-// The script by which fish completes the program's arguments. Needs fish 3.
+// Returns the script by which fish completes the program's arguments. It needs fish 3.
 std::string fishCompletion(const ProgramOutline& program);
 
 } // namespace olmkit

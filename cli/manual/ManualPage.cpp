@@ -9,7 +9,7 @@ namespace olmkit {
 
 namespace {
 
-// Text as roff prints it: nothing in it is a command.
+// Escapes text so that roff prints it unchanged.
 std::string escaped(std::string_view text) {
     std::string out;
     if (!text.empty() && (text.front() == '.' || text.front() == '\'')) {
@@ -50,7 +50,7 @@ std::string italic(std::string_view text) {
     return "\\fI" + escaped(text) + "\\fP";
 }
 
-// Of an argument, or of an option's value.
+// Returns the name of an argument or of an option's value, or its choices.
 std::string valueName(const Parameter& parameter, const std::string& name) {
     if (parameter.choices.empty()) {
         return italic(name);
@@ -96,7 +96,8 @@ std::string synopsis(const ProgramOutline& program, const CommandOutline& comman
     return text;
 }
 
-// Help's own layout: a line that begins with blanks is printed as it is, others are filled.
+// Follows the layout of help: lines that begin with blanks are printed unchanged, others are
+// filled.
 std::string footerText(const std::string& footer) {
     std::istringstream lines(footer);
     std::string text;
@@ -146,14 +147,14 @@ std::string exitCodes() {
 constexpr const char* environmentSection =
     ".SH ENVIRONMENT\n"
     ".TP\n\\fBNO_COLOR\\fP\n"
-    "When set and not empty, text is not coloured, unless "
+    "If set and not empty, text is not coloured, unless "
     "\\fB\\-\\-color always\\fP is given.\n"
     ".TP\n\\fBTERM\\fP\n"
-    "On a terminal of kind \\fBdumb\\fP there are neither colours "
+    "On a terminal of type \\fBdumb\\fP there are neither colours "
     "nor a progress bar.\n"
     ".TP\n\\fBTMPDIR\\fP\n"
-    "Where an archive that comes through a pipe is kept while it "
-    "is read, by default \\fI/tmp\\fP.\n";
+    "The folder for the temporary copy of an archive that comes through a pipe, "
+    "by default \\fI/tmp\\fP.\n";
 
 } // namespace
 
@@ -168,7 +169,7 @@ std::string manualPage(const ProgramOutline& program, const std::string& version
     }
     text += ".SH DESCRIPTION\n" + escaped(program.description) +
             "\n.PP\nResults go to standard output, everything else to standard error.\n"
-            ".SH OPTIONS\nThese may stand ahead of the command or behind it.\n";
+            ".SH OPTIONS\nThese may come before or after the command.\n";
     for (const Parameter& option : program.options) {
         text += parameterText(option, false);
     }

@@ -7,7 +7,7 @@
 
 namespace olmkit {
 
-// The manual page, in roff with the "man" macros.
+// Returns the manual page, in roff with the "man" macros.
 std::string manualPage(const ProgramOutline& program, const std::string& version);
 
 } // namespace olmkit

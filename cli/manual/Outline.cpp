@@ -1,12 +1,13 @@
 #include "cli/manual/Outline.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace olmkit {
 
 namespace {
 
-// The library writes a fixed set behind the value's name: "FORMAT:{table,csv}".
+// The library appends the note on a check to the value's name: "FORMAT:{table,csv}".
 void readType(const std::string& type, Parameter& parameter) {
     const std::size_t open = type.find(":{");
     parameter.value = type.substr(0, open);
@@ -17,8 +18,7 @@ void readType(const std::string& type, Parameter& parameter) {
     const std::size_t close = std::min(type.find('}', place), type.size());
     while (place < close) {
         const std::size_t end = std::min(type.find(',', place), close);
-        const std::string text = type.substr(place, end - place);
-        parameter.choices.push_back(text.substr(0, text.find("->")));
+        parameter.choices.push_back(type.substr(place, end - place));
         place = end + 1;
     }
 }
@@ -70,6 +70,14 @@ Parameter parameterOf(const CLI::Option& option) {
         parameter.kind = valueKindOf(parameter);
     }
     return parameter;
+}
+
+std::string choiceNote(const std::vector<std::string>& names) {
+    return "{" + joined(names, ",") + "}";
+}
+
+std::string valueText(const Parameter& parameter) {
+    return parameter.choices.empty() ? parameter.value : joined(parameter.choices, "|");
 }
 
 std::string joined(const std::vector<std::string>& texts, const std::string& separator) {

@@ -8,7 +8,7 @@
 
 namespace olmkit {
 
-// What stands behind an option, or in the place of an argument.
+// The kind of an argument, or of an option's value.
 enum class ValueKind {
     None, // an option without a value
     Archive,
@@ -21,7 +21,7 @@ enum class ValueKind {
 // An option or an argument.
 struct Parameter {
     std::vector<std::string> names; // short ones first, with dashes; an argument has one, without
-    std::string value;              // what help calls the value; empty for none
+    std::string value;              // the value's name in help; empty for none
     ValueKind kind = ValueKind::None;
     std::vector<std::string> choices;
     std::string description;
@@ -35,26 +35,32 @@ struct CommandOutline {
     std::string name;
     std::string description;
     std::string footer;
-    std::vector<Parameter> options; // its own, and help
+    std::vector<Parameter> options; // the command's own, and --help
     std::vector<Parameter> arguments;
 };
 
-// The definitions of commands and options in a plain form: completions and the manual page are made
-// of it.
+// The definitions of commands and options in a plain form, from which completions and the manual
+// page are made.
 struct ProgramOutline {
     std::string name;
     std::string description;
     std::string footer;
-    std::vector<Parameter> options; // of the program, to be given anywhere
+    std::vector<Parameter> options; // those of every command, valid anywhere
     std::vector<CommandOutline> commands;
 };
 
 Parameter parameterOf(const CLI::Option& option);
 
-// The texts with `separator` between them.
+// Returns the note on a check that accepts only `names`; parameterOf() reads the choices from it.
+std::string choiceNote(const std::vector<std::string>& names);
+
+// Returns the value as help writes it: its name, or the choices with "|" between them.
+std::string valueText(const Parameter& parameter);
+
+// Returns the texts with `separator` between them.
 std::string joined(const std::vector<std::string>& texts, const std::string& separator);
 
-// What is hidden in help is left out.
+// Returns the outline of a program. What help doesn't show is left out.
 ProgramOutline outlineOf(const CLI::App& app);
 
 } // namespace olmkit

@@ -36,7 +36,7 @@ else
 fi
 )";
 
-// Between single quotes, with `special` behind a backslash.
+// Returns text for single quotes, with a backslash before each character in `special`.
 std::string quoted(const std::string& text, std::string_view special) {
     std::string out;
     for (const char character : text) {
@@ -69,7 +69,7 @@ std::string action(const Parameter& parameter) {
     return " ";
 }
 
-// One line for each name of an option; a long one takes its value behind "=" too.
+// Returns one line for each name of an option; a long name also takes its value after "=".
 std::string optionSpecs(const Parameter& option, const std::string& margin) {
     const std::string others = "(" + joined(option.names, " ") + ")";
     std::string text;

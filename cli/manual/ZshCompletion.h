@@ -7,8 +7,8 @@
 
 namespace olmkit {
 
-// The script by which zsh completes the program's arguments. A file for a folder of fpath, to be
-// called _olmkit.
+// Returns the script by which zsh completes the program's arguments. It is the contents of a file
+// _olmkit in a folder of fpath.
 std::string zshCompletion(const ProgramOutline& program);
 
 } // namespace olmkit

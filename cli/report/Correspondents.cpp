@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
+#include "cli/terminal/Text.h"
+
 namespace olmkit {
 
 namespace {
-
-constexpr char lowerAscii(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
 
 std::string_view withoutBlanks(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
@@ -59,11 +57,11 @@ Correspondents::Tally& Correspondents::tallyOf(std::string_view name) {
     return tallies[std::string_view(kept, name.size())];
 }
 
-std::vector<Correspondent> Correspondents::most(std::size_t count) const {
+std::vector<Correspondent> Correspondents::busiest(std::size_t count) const {
     const auto isMore = [](const Correspondent& left, const Correspondent& right) {
         return left.items != right.items ? left.items > right.items : left.name < right.name;
     };
-    // A heap whose top is the least of those that are kept.
+    // A heap with the least busy of those kept at its top.
     std::vector<Correspondent> kept;
     for (const auto& [name, tally] : tallies) {
         kept.push_back({name, tally.sent, tally.received, tally.items});

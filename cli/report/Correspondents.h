@@ -10,25 +10,24 @@
 
 namespace olmkit {
 
-// An address, or a name where there is none, with the items that it sent or was sent.
+// An address, or a name without an address, with the number of items it sent and received.
 struct Correspondent {
-    std::string_view name; // as it was first written
+    std::string_view name; // as it appeared first
     std::uint32_t sent = 0;
     std::uint32_t received = 0;
-    std::uint32_t items = 0; // each once
+    std::uint32_t items = 0; // sent or received, each counted once
 };
 
-// Counts who wrote to whom. Texts are UTF-8 with ";" between correspondents; two are the same when
-// they differ in nothing but the case of ASCII letters and the blanks around them. Memory grows
-// with the number of different ones.
+// Counts the items of each correspondent. Names that differ only in the case of ASCII letters and
+// in surrounding blanks are the same. Memory grows with the number of different names.
 class Correspondents {
 public:
-    // The next item.
+    // Counts the next item. Each text is UTF-8 with ";" between correspondents.
     void add(std::string_view senders, std::string_view to, std::string_view cc);
 
-    // Those of most items, at most so many; of equal ones, in byte order. Valid as long as nothing
-    // is added.
-    std::vector<Correspondent> most(std::size_t count) const;
+    // Returns the `count` correspondents with the most items, equal ones in byte order. The names
+    // are valid as long as this object.
+    std::vector<Correspondent> busiest(std::size_t count) const;
 
 private:
     struct Tally {
@@ -45,10 +44,10 @@ private:
     void addAll(std::string_view names, bool areSenders);
     Tally& tallyOf(std::string_view name);
 
-    std::pmr::monotonic_buffer_resource memory; // for what is never freed
-    // No hashes: an archive could be made whose names all have the same one.
+    std::pmr::monotonic_buffer_resource memory; // for names and tallies, never freed
+    // Not a hash table: an archive could be made so that the hashes of all its names collide.
     std::pmr::map<std::string_view, Tally, Less> tallies{&memory};
-    std::uint32_t item = 0; // the one at hand
+    std::uint32_t item = 0; // the number of the current item
 };
 
 } // namespace olmkit

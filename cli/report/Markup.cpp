@@ -6,10 +6,14 @@
 
 namespace olmkit {
 
-void appendHtml(std::string& out, std::string_view text) {
+std::string printableText(std::string_view text) {
     std::string printable;
     appendPrintable(printable, text);
-    for (const char byte : printable) {
+    return printable;
+}
+
+void appendHtml(std::string& out, std::string_view text) {
+    for (const char byte : printableText(text)) {
         switch (byte) {
         case '&':
             out += "&amp;";
@@ -39,8 +43,8 @@ void appendIsolated(std::string& out, std::string_view text) {
 }
 
 void appendScriptData(std::string& out, const JsonObject& value) {
-    const std::string text = value.dump(-1, ' ', false, JsonObject::error_handler_t::replace);
-    // Only texts hold a "<", and there it may be written so.
+    const std::string text = jsonText(value);
+    // A "<" occurs only inside strings, where an escape can replace it.
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = std::min(text.find('<', start), text.size());
         out.append(text, start, end - start);

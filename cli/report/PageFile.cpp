@@ -8,7 +8,7 @@
 namespace olmkit {
 
 int PageFile::open(const std::string& path) {
-    // A rename would take away a device or a pipe as well.
+    // Renaming over a device or a pipe would remove it.
     struct stat status = {};
     if (stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
         return S_ISDIR(status.st_mode) ? EISDIR : EINVAL;

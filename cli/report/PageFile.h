@@ -11,27 +11,29 @@
 
 namespace olmkit {
 
-// A file that appears under its name only when it is whole: until finish() it is a temporary one
-// beside it, which goes with this object, or with the process when that is interrupted.
+// A file that appears under its name only when it is complete. Until finish() it is a temporary
+// file in the same folder, which is removed with this object or when the process is interrupted.
 class PageFile {
 public:
-    // Makes the temporary file for `path`, whose folder is there. 0 or an errno value; EISDIR or
-    // EINVAL when something stands there that no page is to replace.
+    // Creates the temporary file for `path`, whose folder must exist. Returns 0 or an errno value:
+    // EISDIR or EINVAL when `path` is not a regular file, which a page must not replace.
     int open(const std::string& path);
 
-    // What to append to. endRecord() is called now and then: it is false when the file has failed.
+    // The text to append to. Call endRecord() regularly, to write it; it returns false when the
+    // file has failed.
     std::string& buffer() { return output->buffer(); }
     bool endRecord();
     bool failed() const { return output->failed(); }
 
-    // Bytes written so far.
+    // Returns the bytes written so far.
     std::uint64_t size() const { return written; }
 
-    // Gives the file its name, in the place of what stands there. 0 or an errno value.
+    // Completes the file and gives it its name, replacing any existing file. Returns 0 or an errno
+    // value.
     int finish();
 
 private:
-    OutputDirectory directory; // outlives the file in it
+    OutputDirectory directory; // must outlive `file`
     std::optional<TemporaryFile> file;
     std::optional<Output> output;
     std::string name;

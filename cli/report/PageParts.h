@@ -5,8 +5,8 @@
 
 namespace olmkit {
 
-// What page.html, page.css and page.js hold.
-extern const std::string_view pageTemplate; // "{{name}}" stands where ReportPage puts something
+// The contents of page.html, page.css and page.js.
+extern const std::string_view pageTemplate; // ReportPage replaces each "{{name}}"
 extern const std::string_view pageStyle;
 extern const std::string_view pageScript;
 

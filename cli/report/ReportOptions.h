@@ -9,7 +9,7 @@ namespace olmkit {
 
 struct ReportOptions {
     std::string archive;
-    std::string file; // the page
+    std::string file; // the page to write
     FilterOptions filter;
 };
 

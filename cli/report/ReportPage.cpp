@@ -2,18 +2,18 @@
 
 #include <algorithm>
 
-#include "cli/command/Version.h"
 #include "cli/info/NumberText.h"
 #include "cli/info/SurveyText.h"
 #include "cli/report/Markup.h"
 #include "cli/report/PageParts.h"
+#include "cli/terminal/ProgramVersion.h"
 #include "cli/terminal/Text.h"
 
 namespace olmkit {
 
 namespace {
 
-constexpr std::size_t shownPeople = 200;
+constexpr std::size_t maxCorrespondents = 200;
 constexpr std::string_view markStart = "{{";
 constexpr std::string_view markEnd = "}}";
 
@@ -21,15 +21,10 @@ void appendCount(std::string& out, std::uint64_t number) {
     out += "<td class=\"n\">" + grouped(number) + "</td>";
 }
 
+// Returns YYYY-MM-DD, or nothing.
 std::string dayText(const std::optional<Moment>& moment) {
     constexpr std::size_t dateSize = 10;
     return moment ? momentText(*moment).substr(0, dateSize) : "";
-}
-
-std::string printableText(std::string_view text) {
-    std::string printable;
-    appendPrintable(printable, text);
-    return printable;
 }
 
 } // namespace
@@ -45,14 +40,14 @@ bool ReportPage::add(const olmhost::Row& row, std::optional<olmhost::ItemKind> k
 }
 
 void ReportPage::finish(const ArchiveSurvey& found) {
-    report = &found;
+    survey = &found;
     bars = rows.timeLine().bars();
-    people = rows.correspondents().most(shownPeople);
+    people = rows.correspondents().busiest(maxCorrespondents);
     rows.end(file.buffer());
     writeUpTo("");
 }
 
-// Writes the template up to the mark of that name, which is passed, and what its marks stand for.
+// Writes the template up to the placeholder `mark`, which is skipped; those before it are replaced.
 void ReportPage::writeUpTo(std::string_view mark) {
     while (!rest.empty()) {
         const std::size_t start = std::min(rest.find(markStart), rest.size());
@@ -103,7 +98,7 @@ void ReportPage::writeFacts() {
     std::uint64_t inDocuments = 0;
     std::optional<Moment> earliest;
     std::optional<Moment> latest;
-    for (const KindSurvey& kind : report->kinds) {
+    for (const KindSurvey& kind : survey->kinds) {
         inDocuments += kind.counted.items;
         if (kind.earliest) {
             earliest = std::min(earliest.value_or(*kind.earliest), *kind.earliest);
@@ -119,30 +114,30 @@ void ReportPage::writeFacts() {
     if (earliest) {
         out += "<li>" + dayText(earliest) + " to " + dayText(latest) + "</li>\n";
     }
-    if (const std::string count = attachmentCount(*report); !count.empty()) {
+    if (const std::string count = attachmentCount(*survey); !count.empty()) {
         out += "<li>" + count + "</li>\n";
     }
-    out += "<li>" + counted(report->size, "byte", "bytes") + "</li>\n";
-    out += "<li>" + counted(report->entries, "entry", "entries") + "</li>\n";
+    out += "<li>" + counted(survey->size, "byte", "bytes") + "</li>\n";
+    out += "<li>" + counted(survey->entries, "entry", "entries") + "</li>\n";
 }
 
 void ReportPage::writeFindings() {
     std::string findings;
-    appendFindings(findings, *report);
+    appendFindings(findings, *survey);
     std::string& out = file.buffer();
-    if (!report->isDamaged()) {
-        out += "<p class=\"whole\">All documents are whole, and no attachment is missing.</p>\n";
-    } else if (report->missingAttachments > 0) {
+    if (!survey->isDamaged()) {
+        out += "<p class=\"whole\">All documents are complete, and no attachment is missing.</p>\n";
+    } else if (survey->missingAttachments > 0) {
         out += "<p class=\"broken\">" +
-               counted(report->missingAttachments, "attachment is", "attachments are") +
-               " named, but not in the archive.</p>\n";
+               counted(survey->missingAttachments, "attachment is", "attachments are") +
+               " missing from the archive.</p>\n";
     }
     if (findings.empty()) {
         return;
     }
-    out += report->isDamaged() ? "<details class=\"broken\" open>" : "<details>";
-    out += report->isDamaged() ? "<summary>Not everything is whole</summary>\n<pre>"
-                               : "<summary>Documents without items in the list</summary>\n<pre>";
+    out += survey->isDamaged() ? "<details class=\"broken\" open>" : "<details>";
+    out += survey->isDamaged() ? "<summary>Damaged or incomplete</summary>\n<pre>"
+                               : "<summary>Documents without items</summary>\n<pre>";
     std::string_view lines = std::string_view(findings).substr(findings.find_first_not_of('\n'));
     while (!lines.empty()) {
         const std::size_t end = std::min(lines.find('\n'), lines.size());
@@ -156,8 +151,8 @@ void ReportPage::writeFindings() {
 void ReportPage::writeKinds() {
     const std::vector<std::string> titles = ReportRows::kindTitles();
     std::string& out = file.buffer();
-    for (std::size_t place = 0; place < report->kinds.size(); ++place) {
-        const KindSurvey& kind = report->kinds[place];
+    for (std::size_t place = 0; place < survey->kinds.size(); ++place) {
+        const KindSurvey& kind = survey->kinds[place];
         if (kind.listed == 0 && kind.counted.items == 0) {
             continue;
         }
@@ -170,7 +165,7 @@ void ReportPage::writeKinds() {
 }
 
 void ReportPage::writeFolders() {
-    const Folder& root = report->folders.root();
+    const Folder& root = survey->folders.root();
     if (root.own > 0) {
         places.emplace(&root, places.size());
         file.buffer() += "<li><span class=\"f\"><span>(in no folder)</span></span> <span "
@@ -182,7 +177,7 @@ void ReportPage::writeFolders() {
     }
 }
 
-// Never called deeper than FolderTree::deepest.
+// Never called deeper than FolderTree::maxDepth.
 void ReportPage::writeFolder(const std::string& folderName, const Folder& folder) {
     places.emplace(&folder, places.size());
     std::string& out = file.buffer();
@@ -223,14 +218,14 @@ void ReportPage::writePeople() {
     }
 }
 
-// What the script has to know, each list in the order of what stands in the page.
+// Writes the tables for the script, each in the order of its elements in the page.
 void ReportPage::writeTables() {
     JsonObject tables;
     tables["items"] = rows.count();
     tables["kinds"] = ReportRows::kindTitles();
-    tables["folders"] = JsonObject::array(); // by number: the place in the page, the path
+    tables["folders"] = JsonObject::array(); // by number: position in the page, path
     for (const std::string& path : rows.folders()) {
-        tables["folders"].push_back({places.at(report->folders.find(path)), printableText(path)});
+        tables["folders"].push_back({places.at(survey->folders.find(path)), printableText(path)});
     }
     tables["bars"] = JsonObject::array();
     for (const TimeBar& bar : bars) {

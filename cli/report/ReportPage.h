@@ -18,20 +18,20 @@
 
 namespace olmkit {
 
-// One HTML page about an archive, which needs nothing but a browser. The items go to the file as
-// they come; what is told of all of them is behind them in the file. Without JavaScript everything
-// but the items is there to read.
+// One HTML page about an archive, which needs only a browser. Items are written to the file as they
+// come, the counts after them. Without JavaScript everything except the items can be read.
 class ReportPage {
 public:
-    // `file` is borrowed, and open. `name` is what the page calls the archive.
+    // `file` is borrowed and must be open. `name` is the name of the archive in the page.
     ReportPage(PageFile& file, std::string name) : file(file), name(std::move(name)) {}
 
-    // In this order, add() for each item. What the file makes of it, the file tells; add() is false
-    // when it has failed.
+    // Call begin(), then add() for each item, then finish(). Errors are reported by `file`; add()
+    // returns false when it has failed.
     void begin();
     bool add(const olmhost::Row& row, std::optional<olmhost::ItemKind> kind);
-    void finish(const ArchiveSurvey& report);
+    void finish(const ArchiveSurvey& found);
 
+    // Returns the number of items added.
     std::uint64_t rowCount() const { return rows.count(); }
 
 private:
@@ -50,8 +50,8 @@ private:
     std::string name;
     ReportRows rows;
     std::string_view rest; // of the template
-    const ArchiveSurvey* report = nullptr;
-    std::unordered_map<const Folder*, std::size_t> places; // of folders among those that are shown
+    const ArchiveSurvey* survey = nullptr;
+    std::unordered_map<const Folder*, std::size_t> places; // positions of folders in the page
     std::vector<TimeBar> bars;
     std::vector<Correspondent> people;
 };

@@ -11,17 +11,15 @@ namespace olmkit {
 
 namespace {
 
-constexpr std::uint64_t rowsOfBlock = 4000;
+constexpr std::uint64_t rowsPerBlock = 4000;
 
 std::string printableCell(std::u16string_view text) {
     std::string utf8;
     appendUtf8(utf8, text);
-    std::string printable;
-    appendPrintable(printable, utf8);
-    return printable;
+    return printableText(utf8);
 }
 
-// Who an item comes from.
+// Returns the sender of an item, or its organizer.
 std::u16string_view senderOf(const olmhost::Row& row) {
     const std::u16string_view sender = row.text(olmhost::TextColumn::Sender);
     return sender.empty() ? row.text(olmhost::TextColumn::Organizer) : sender;
@@ -31,7 +29,7 @@ std::u16string_view senderOf(const olmhost::Row& row) {
 
 void ReportRows::write(std::string& out, const olmhost::Row& row,
                        std::optional<olmhost::ItemKind> kind) {
-    if (written % rowsOfBlock == 0) {
+    if (written % rowsPerBlock == 0) {
         end(out);
         out += "<script type=\"application/json\" class=\"rows\">[\n";
     } else {
@@ -68,17 +66,17 @@ void ReportRows::end(std::string& out) {
 }
 
 std::size_t ReportRows::numberOfFolder(const olmhost::Row& row) {
-    // The items of one folder mostly come together.
+    // Items of one folder usually come in succession.
     const std::u16string_view folder = nameParts(row).folder;
-    if (written == 1 || folder != folderAtHand) {
-        folderAtHand = folder;
-        const auto [place, isNew] = folderNumbers.try_emplace(folderAtHand, folderPaths.size());
-        numberAtHand = place->second;
+    if (written == 1 || folder != currentFolder) {
+        currentFolder = folder;
+        const auto [place, isNew] = folderNumbers.try_emplace(currentFolder, folderPaths.size());
+        currentNumber = place->second;
         if (isNew) {
             appendUtf8(folderPaths.emplace_back(), folderOf(row));
         }
     }
-    return numberAtHand;
+    return currentNumber;
 }
 
 std::vector<std::string> ReportRows::kindTitles() {

@@ -15,24 +15,28 @@
 
 namespace olmkit {
 
-// Writes the items of a page, and keeps what the page tells of all of them together. Each item is a
-// JSON array: its index in the list, the kind's number, the folder's number, the date (seconds
-// since 1970, or its text when it is none that can be read), sender or organizer, label, to, cc.
-// They come in script elements of some thousand items, which a browser need not read at once.
+// Writes the items of a page and counts them by folder, month and correspondent. Each item is a
+// JSON array: its index in the list, the number of its kind, the number of its folder, its date
+// (seconds since 1970, or the text of one that can't be read), sender or organizer, label, to, cc.
+// The arrays are split over script elements of some thousand items, which the script reads one at a
+// time.
 class ReportRows {
 public:
+    // Appends an item. `kind` is std::nullopt for one of an unknown kind.
     void write(std::string& out, const olmhost::Row& row, std::optional<olmhost::ItemKind> kind);
-    // Ends the last script element. Call it once, behind the last row.
+
+    // Ends the last script element. Call it once, after the last row.
     void end(std::string& out);
 
+    // Returns the number of items written.
     std::uint64_t count() const { return written; }
 
-    // By their numbers; as people see them, see folderOf().
+    // Returns the paths of the folders by number, see folderOf().
     const std::vector<std::string>& folders() const { return folderPaths; }
     const TimeLine& timeLine() const { return times; }
     const Correspondents& correspondents() const { return people; }
 
-    // The names of kinds by their numbers: those of olmhost::ItemKind, and one more for the rest.
+    // Returns the names of kinds by number: those of olmhost::ItemKind, then "unknown".
     static std::vector<std::string> kindTitles();
 
 private:
@@ -41,8 +45,8 @@ private:
     std::uint64_t written = 0;
     std::vector<std::string> folderPaths;
     std::unordered_map<std::u16string, std::size_t> folderNumbers;
-    std::u16string folderAtHand; // the last row's, as rows have it
-    std::size_t numberAtHand = 0;
+    std::u16string currentFolder; // of the last row, levels ended by 0 units
+    std::size_t currentNumber = 0;
     TimeLine times;
     Correspondents people;
 };

@@ -10,17 +10,16 @@
 
 namespace olmkit {
 
-// One month or year, or a stretch of them without any item.
+// One month or year, or a gap of several without any items.
 struct TimeBar {
-    std::string label;   // YYYY-MM or YYYY; empty for a stretch
+    std::string label;   // YYYY-MM or YYYY; empty for a gap
     std::int64_t begin;  // seconds since 1970
-    std::int64_t end;    // the first second behind it
+    std::int64_t end;    // the first second after it
     std::uint64_t items; // in it
 };
 
-// Counts items by month, and shows them as a row of bars: by month while those are few, otherwise
-// by year. Where nothing is for long, one bar stands for all of that, so a lone wrong date a
-// century away takes no room.
+// Counts items by month and returns them as bars: by month while there are few, otherwise by year.
+// A long gap is one bar, so a single wrong date a century away takes no space.
 class TimeLine {
 public:
     void add(Moment moment);
@@ -28,7 +27,7 @@ public:
     std::vector<TimeBar> bars() const;
 
 private:
-    std::map<std::int64_t, std::uint64_t> months; // since the year 0; items
+    std::map<std::int64_t, std::uint64_t> months; // items by month, counted from the year 0
 };
 
 } // namespace olmkit

@@ -1,15 +1,14 @@
 "use strict";
-// Everything in the page that comes from the archive is text: it goes into the document by
-// textContent alone.
+// Everything that comes from the archive is text: it enters the document only through textContent.
 (() => {
 const byId = (id) => document.getElementById(id);
 const tables = JSON.parse(byId("tables").textContent);
 
-const ROW = 28; // pixels, as the style has it
-const TALLEST = 8e6; // pixels; browsers end elements somewhere above that
-const SPARE = 10; // rows that are made above and below those that are seen
+const ROW = 28; // pixels, as in the style sheet
+const TALLEST = 8e6; // pixels; browsers limit the height of an element somewhere above
+const SPARE = 10; // rows drawn above and below the visible ones
 const PRINTED = 1000; // rows
-const SLICE = 12; // milliseconds of work between two looks at what people do
+const SLICE = 12; // milliseconds of work before input is handled
 
 function element(tag, options, ...children) {
   const made = document.createElement(tag);
@@ -20,7 +19,7 @@ function element(tag, options, ...children) {
   made.append(...children);
   return made;
 }
-// A button in the place of an element's text.
+// Wraps the contents of an element in a button.
 function buttonIn(parent, act) {
   const button = element("button", { type: "button", onclick: act });
   button.setAttribute("aria-pressed", "false");
@@ -32,20 +31,20 @@ const number = (value) => String(value).replace(/\B(?=(\d{3})+$)/g, ",");
 const pause = () => new Promise((resume) => setTimeout(resume));
 const lowerAscii = (text) => text.replace(/[A-Z]+/g, (letters) => letters.toLowerCase());
 
-// ---- The items, a column each.
+// ---- The items, one array per column.
 const count = tables.items;
 const item = {
   index: new Float64Array(count),
   kind: new Uint8Array(count),
   folder: new Uint32Array(count),
-  time: new Float64Array(count), // seconds since 1970; NaN for none
-  bar: new Int32Array(count), // of the time line; -1 for none
+  time: new Float64Array(count), // seconds since 1970; NaN without a date
+  bar: new Int32Array(count), // of the time line; -1 without a date
   from: new Array(count),
   label: new Array(count),
   to: new Array(count),
   cc: new Array(count),
 };
-const oddDates = new Map(); // texts that are no dates, by item
+const oddDates = new Map(); // dates that can't be read, by item
 
 function barAt(time) {
   let low = 0, high = tables.bars.length - 1;
@@ -90,15 +89,15 @@ function dateText(at) {
 }
 const folderPath = (at) => tables.folders[item.folder[at]][1];
 
-// ---- What is shown: the items that keep every rule, in an order.
+// ---- What is shown: the items that match every rule, in order.
 const rules = { words: [], kinds: new Set(), folder: null, since: null, until: null, person: null };
 let order = new Uint32Array(0); // all items
-let isHit = new Uint8Array(count); // of each, whether it keeps every rule
+let isHit = new Uint8Array(count); // for each item, whether it matches every rule
 let view = new Uint32Array(0);
-let selected = -1; // the place in the view
+let selected = -1; // position in the view
 let run = 0; // counts the searches, so that an older one stops
 
-// A pattern for each word, or each text between quotes, that is looked for.
+// Returns a pattern for each word or quoted text of a search.
 function patternsOf(text) {
   const found = text.match(/"[^"]+"|[^\s"]+/g) || [];
   return found.map((word) => {
@@ -116,7 +115,7 @@ function keepsPerson(at) {
     (cell) => cell.length >= rules.person.length && namesOf(cell).includes(rules.person));
 }
 
-// Whether an item keeps every rule but that of time.
+// Returns whether an item matches every rule except that of time.
 function keepsRules(at) {
   if (rules.kinds.size && !rules.kinds.has(item.kind[at])) return false;
   if (rules.folder) {
@@ -167,7 +166,7 @@ function makeView() {
   select(selected);
 }
 
-// ---- Order. A rank for each item and column, made when it is first asked for.
+// ---- Order: a rank for each item and column, computed on first use.
 const columns = [
   { title: "Kind", value: (at) => tables.kinds[item.kind[at]] },
   { title: "Date", value: (at) => item.time[at] },
@@ -175,7 +174,7 @@ const columns = [
   { title: "Subject or name", value: (at) => item.label[at] },
   { title: "Folder", value: folderPath },
 ];
-let sorted = { column: null, isDown: false }; // null: as the archive has them
+let sorted = { column: null, isDown: false }; // null: the archive's order
 
 function ranksOf(column) {
   if (column.ranks) return column.ranks;
@@ -189,7 +188,7 @@ function ranksOf(column) {
     const value = column.value(at);
     if (!keys.has(value)) keys.set(value, 0);
   }
-  // What differs in case alone stands together, in every browser alike.
+  // Independent of case and of the browser's language.
   const pairs = [...keys.keys()].map((value) => [value.toLowerCase(), value]);
   const compare = (one, other) => (one < other ? -1 : one > other ? 1 : 0);
   pairs.sort((one, other) => compare(one[0], other[0]) || compare(one[1], other[1]));
@@ -223,12 +222,12 @@ function drawHead() {
   });
 }
 
-// ---- The list: only the rows that are seen are in the document.
+// ---- The list: only the visible rows are in the document.
 const list = byId("list"), body = byId("body");
 const tallest = () => Math.min(view.length * ROW, TALLEST);
 const seen = () => Math.max(list.clientHeight - ROW, ROW); // pixels below the head
-// Rows above the first one that is seen; where the list is taller than an element may be, the
-// scrollbar's way is spread over it.
+// Returns the number of rows above the first visible one. When the list is taller than an element
+// may be, the scroll bar's range is scaled to it.
 function firstSeen() {
   const way = tallest() - seen(), rows = view.length - seen() / ROW;
   return way <= 0 ? 0 : Math.min(list.scrollTop / way, 1) * rows;
@@ -289,7 +288,7 @@ function bringIntoView() {
 
 function select(place) {
   selected = Math.max(-1, Math.min(place, view.length - 1));
-  drawDetail(); // which takes room from the list
+  drawDetail(); // first, since it changes the height of the list
   if (selected >= 0) bringIntoView();
   drawRows();
 }
@@ -323,7 +322,7 @@ function moveBy(event) {
   if (view.length) select(Math.max(0, Math.min(selected + steps[event.key], view.length - 1)));
 }
 
-// ---- The rules that are chosen.
+// ---- The rules that the user chose.
 const folderRows = [...document.querySelectorAll("#folders li")];
 const presses = []; // [button, whether it is pressed]
 
@@ -331,7 +330,7 @@ function applyRules() {
   for (const [button, isPressed] of presses) button.setAttribute("aria-pressed", isPressed());
   const chips = [];
   const chip = (text, undo) => chips.push(element("li", {}, element("button", {
-    type: "button", textContent: text, dir: "auto", title: "Take this rule away",
+    type: "button", textContent: text, dir: "auto", title: "Remove this filter",
     onclick: () => { undo(); applyRules(); } })));
   for (const kind of rules.kinds) chip(tables.kinds[kind], () => rules.kinds.delete(kind));
   if (rules.folder) chip("in " + rules.folder.name, () => { rules.folder = null; });
@@ -413,7 +412,7 @@ function drawChart(inBars) {
   const tall = (items) => (items ? Math.max((height - foot - top) * items / most, 1.5) : 0);
   const room = Math.max(step - (step > 4 ? 2 : 0.2), 0.5);
   const picture = svg("svg", { viewBox: `0 0 ${width} ${height}`, preserveAspectRatio: "none",
-                               role: "img", "aria-label": "Items by date; the table below tells the same" });
+                               role: "img", "aria-label": "Items by date; the table below has the same numbers" });
   const chosen = drag ? [Math.min(...drag), Math.max(...drag)] : chosenBars();
   if (chosen) picture.append(svg("rect", { class: "zone", x: chosen[0] * step, y: 0,
                                            width: (chosen[1] - chosen[0] + 1) * step,
@@ -427,14 +426,14 @@ function drawChart(inBars) {
     }
     const group = svg("g", {});
     group.append(svg("title", {}, `${label}: ${number(items)}` +
-      (inBars[place] === items ? "" : `, ${number(inBars[place])} of them found`)));
+      (inBars[place] === items ? "" : `, ${number(inBars[place])} of them shown`)));
     group.append(svg("rect", { x, y: 0, width: step, height: base, fill: "transparent" }));
     group.append(svg("rect", { class: "all", x: x + (step - room) / 2, y: base - tall(items),
                                width: room, height: tall(items) }));
     group.append(svg("rect", { class: "hit", x: x + (step - room) / 2, y: base - tall(inBars[place]),
                                width: room, height: tall(inBars[place]) }));
     picture.append(group);
-    // By month, years are told; where each bar has room, its own label.
+    // Wide bars have their own label; otherwise only the first bar of a year has one.
     const year = label.slice(0, 4), isNewYear = place === 0 || bars[place - 1][0].slice(0, 4) !== year;
     const text = step >= 44 ? label : year;
     if ((text === label || isNewYear) && x >= labelEnd) {
@@ -444,11 +443,11 @@ function drawChart(inBars) {
   });
   picture.append(svg("line", { class: "base", x1: 0, x2: bars.length * step, y1: height - foot,
                                y2: height - foot }));
-  picture.append(svg("text", { x: 1, y: 10 }, `most: ${number(most)}`));
+  picture.append(svg("text", { x: 1, y: 10 }, `max: ${number(most)}`));
   chart.replaceChildren(picture);
 }
 
-// The bars that lie in the chosen span, or null.
+// Returns the first and last bar in the chosen span, or null.
 function chosenBars() {
   if (rules.since === null && rules.until === null) return null;
   const inside = bars.map((bar, place) => place).filter((place) =>
@@ -480,7 +479,7 @@ function makeChart() {
     if (!drag) return;
     const since = bars[Math.min(...drag)][1], until = bars[Math.max(...drag)][2];
     drag = null;
-    // The same span once more takes it away.
+    // Choosing the same span again removes it.
     if (rules.since === since && rules.until === until) setSpan(null, null);
     else setSpan(since, until);
     applyRules();
@@ -488,7 +487,7 @@ function makeChart() {
   byId("since").onchange = byId("until").onchange = takeDates;
 }
 
-// ---- On paper there is no scrolling.
+// ---- Printing: paper doesn't scroll.
 addEventListener("beforeprint", () => {
   isPrinting = true;
   const rows = [];
@@ -503,7 +502,7 @@ addEventListener("afterprint", () => {
   drawRows();
 });
 
-// ---- All together.
+// ---- Start.
 async function start() {
   for (const id of ["search", "items"]) byId(id).hidden = false;
   for (const id of ["chart", "span"]) byId(id).hidden = bars.length === 0;

@@ -45,7 +45,7 @@ void CsvRowWriter::write(std::string& out, const olmhost::Row& row) {
         }
     }
     if (columns.size() == 1 && field.empty() && columns.front()->number == nullptr) {
-        out += "\"\""; // readers take a blank line for no record
+        out += "\"\""; // a blank line would be skipped by readers
     }
     out += lineEnd;
 }

@@ -9,7 +9,7 @@
 
 namespace olmkit {
 
-// Comma-separated values as RFC 4180 has them, with a header line.
+// Writes comma-separated values (RFC 4180) with a header line.
 class CsvRowWriter : public RowWriter {
 public:
     explicit CsvRowWriter(RowColumns columns) : columns(std::move(columns)) {}

@@ -9,15 +9,15 @@
 
 namespace olmkit {
 
-// Which items a command is about: those that keep every rule which is given. Of several kinds or
-// folders an item has one. Texts are UTF-8.
+// Which items a command takes: those that match every rule given. With several kinds or folders,
+// one match is enough. Texts are UTF-8.
 struct FilterOptions {
-    std::vector<std::string> kinds;     // as kindOf() has them
+    std::vector<std::string> kinds;     // as returned by kindOf()
     std::vector<std::string> folders;   // patterns, see Glob
     std::optional<std::string> from;    // part of the sender or the organizer
     std::optional<std::string> subject; // part of the item's label, see labelOf()
-    std::optional<Moment> since;        // the first moment that counts
-    std::optional<Moment> until;        // the first moment that doesn't count any more
+    std::optional<Moment> since;        // inclusive
+    std::optional<Moment> until;        // exclusive
 
     bool takesEverything() const {
         return kinds.empty() && folders.empty() && !from && !subject && !since && !until;

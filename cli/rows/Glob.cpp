@@ -16,13 +16,13 @@ bool isSlash(const GlobToken& token) {
     return token.kind == Kind::One && token.character == slash;
 }
 
-// Reads a pattern into its tokens.
+// Parses a pattern into tokens.
 class GlobReader {
 public:
     GlobReader(std::u32string_view pattern, std::vector<GlobToken>& tokens)
         : rest(pattern), tokens(tokens) {}
 
-    // What is wrong, or an empty text.
+    // Returns what is wrong with the pattern, or an empty text.
     std::string read() {
         while (!rest.empty() && error.empty()) {
             const char32_t next = take();
@@ -55,7 +55,7 @@ private:
         return first;
     }
 
-    // The character that is meant where `next` has been taken: itself, or the one behind "\".
+    // Returns the literal character that `next`, just taken, begins: itself, or the one after "\".
     char32_t plain(char32_t next) { return next == U'\\' && !rest.empty() ? take() : next; }
 
     void readStars() {
@@ -80,14 +80,15 @@ private:
         if (set.isNegated) {
             take();
         }
-        // A "]" that comes first is one of the characters.
+        // A "]" that comes first is a literal character.
         for (bool isFirst = true; isFirst || !rest.starts_with(U']'); isFirst = false) {
             if (rest.empty()) {
-                error = "a [ has no ]; write \\[ for the character itself";
+                error = "a [ has no matching ]; write \\[ for the character itself";
                 return;
             }
             if (rest.starts_with(U"[:")) {
-                error = "sets know no classes as [:alpha:]; write \\[ for the character itself";
+                error = "classes such as [:alpha:] are not supported; write \\[ for the character "
+                        "itself";
                 return;
             }
             readRange(set);
@@ -104,12 +105,12 @@ private:
             last = plain(take());
         }
         if (last < first) {
-            error = "a range of a set ends ahead of its start";
+            error = "a range in [ ] ends before it starts";
         }
         set.ranges.push_back({first, last});
     }
 
-    // Takes off the ends what means nothing there.
+    // Removes what has no meaning at the ends.
     void trim() {
         tokens.erase(tokens.begin(), std::ranges::find_if_not(tokens, isSlash));
         while (!tokens.empty()) {
@@ -129,18 +130,18 @@ private:
     std::string error;
 };
 
-// All places in the pattern that the text so far can have reached, ascending.
+// All places in the pattern that the text read so far can have reached, in ascending order.
 class Places {
 public:
     explicit Places(const std::vector<GlobToken>& tokens) : tokens(tokens) {}
 
     bool isEmpty() const { return reached.empty(); }
 
-    // Whether the text so far matches the whole pattern.
+    // Returns whether the text read so far matches the whole pattern.
     bool atEnd() const { return !reached.empty() && reached.back() == tokens.size(); }
 
-    // Adds a place, and those behind it that need no text. To be called with places that ascend:
-    // what was added is then a stretch without gaps, from some place up to the last one.
+    // Adds a place and those after it that need no text. Call it with ascending places: each call
+    // then adds a run without gaps, up to the last place.
     void add(std::size_t place, bool isLevelStart) {
         if (!reached.empty() && place <= reached.back()) {
             return;
@@ -151,7 +152,7 @@ public:
         }
     }
 
-    // The places behind one more character, into `next`, which is empty.
+    // Adds the places reached after one more character to `next`, which is empty.
     void advance(char32_t character, Places& next) const {
         const bool isLevelStart = character == slash;
         for (const std::size_t place : reached) {

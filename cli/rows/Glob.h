@@ -12,8 +12,8 @@ namespace olmkit {
 struct GlobToken {
     enum class Kind : std::uint8_t {
         One,    // this character
-        Any,    // any character but "/"
-        Set,    // a character but "/" that is in the ranges, or in none when negated
+        Any,    // any character except "/"
+        Set,    // a character except "/" that is in one of the ranges, or in none when negated
         Within, // any text without "/"
         Across, // any text
         Levels, // any number of whole levels, each with its "/"
@@ -29,25 +29,26 @@ struct GlobToken {
     std::vector<Range> ranges = {};
 };
 
-// A pattern for folders, as shells have them:
-//   *       any text within a level       **      any text, "/" included
-//   ?       one character                 **/     ahead of a level: any number of levels, also none
+// A pattern for folders in the syntax of shells:
+//   *       any text within a level       **      any text, including "/"
+//   ?       one character                 **/     before a level: any number of levels, or none
 //   [a-f]   one of these characters       [!a-f]  one of the others; [^a-f] is the same
-//   \       takes its meaning from the character behind it
-// Only "**" and "/" match a "/". Letters count with their case; how accents are encoded doesn't
-// matter. A pattern that a folder matches takes everything below it too.
+//   \       makes the next character literal
+// Only "**" and "/" match a "/". Case matters; how accents are encoded does not. A pattern that
+// matches a folder also matches everything below it.
 //
-// A match costs at most the product of the two lengths, whatever the pattern.
+// Matching takes time proportional to at most the product of the two lengths.
 class Glob {
 public:
-    // `pattern` is UTF-8. "/" at its ends and "/**" at its end mean nothing.
+    // `pattern` is UTF-8. "/" at either end and a final "/**" are ignored.
     explicit Glob(std::string_view pattern);
 
-    // What is wrong with the pattern, for people; empty when it can be used.
+    // Returns what is wrong with the pattern, as a message; empty for a valid one.
     const std::string& error() const { return fault; }
 
-    // Whether that folder, or one round it, matches. "/" stands between its levels. Not to be
-    // asked when there is an error.
+    // Returns whether `folder`, or a folder that contains it, matches. "/" separates its levels.
+    //
+    // REQUIRES: error().empty()
     bool matches(std::u16string_view folder) const;
 
 private:

@@ -29,10 +29,14 @@ bool ItemFilter::takesEverything() const {
 }
 
 bool ItemFilter::takes(const olmhost::Row& row) const {
-    if (!kinds.empty() && std::ranges::find(kinds, kindOf(row)) == kinds.end()) {
+    return takesEverything() || takes(row, RowFacts(row));
+}
+
+bool ItemFilter::takes(const olmhost::Row& row, const RowFacts& facts) const {
+    if (!kinds.empty() && std::ranges::find(kinds, facts.kind) == kinds.end()) {
         return false;
     }
-    if ((since || until) && !takesDateOf(row)) {
+    if ((since || until) && !takesDate(facts.moment)) {
         return false;
     }
     if (!folders.empty() && !takesFolderOf(row)) {
@@ -51,8 +55,7 @@ bool ItemFilter::takesFolderOf(const olmhost::Row& row) const {
                                [&folder](const Glob& glob) { return glob.matches(folder); });
 }
 
-bool ItemFilter::takesDateOf(const olmhost::Row& row) const {
-    const std::optional<Moment> moment = momentOf(row);
+bool ItemFilter::takesDate(const std::optional<Moment>& moment) const {
     return moment && (!since || *moment >= *since) && (!until || *moment < *until);
 }
 

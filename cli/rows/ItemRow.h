@@ -9,27 +9,28 @@
 
 namespace olmkit {
 
-// The kinds of items, in the order in which people are told of them.
+// Returns the names of the kinds of items, in the order in which messages list them.
 std::span<const std::string_view> kindNames();
 
-// What kind of item a row is, from its special column 6; "unknown" for a number of no kind.
+// Returns the kind of a row, from its special column 6; "unknown" for any other number.
 std::string_view kindOf(const olmhost::Row& row);
 
-// The date that tells most about an item of any kind: when it was sent, received, or changed last.
+// Returns the first of these dates that the item has: sent, received, last modified. Empty without
+// one.
 std::u16string_view dateOf(const olmhost::Row& row);
 
-// What people call an item of any kind: its subject, or its display name.
+// Returns the text that identifies an item of any kind: its subject, otherwise its display name.
 std::u16string_view labelOf(const olmhost::Row& row);
 
-// The two parts of `name`: the folder's levels, parted and ended by 0 units; the item's own name
-// with ".msg".
+// The two parts of a row's name: the levels of its folder, each ended by a 0 unit, and the item's
+// own name with ".msg".
 struct NameParts {
     std::u16string_view folder;
     std::u16string_view item;
 };
 NameParts nameParts(const olmhost::Row& row);
 
-// The folder as people see it: "/" stands between its levels.
+// Returns the folder with "/" between its levels.
 std::u16string folderOf(const olmhost::Row& row);
 
 } // namespace olmkit

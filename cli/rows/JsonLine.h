@@ -11,19 +11,25 @@ namespace olmkit {
 // An object whose members keep the order in which they were set.
 using JsonObject = nlohmann::ordered_json;
 
-// The value, or null where there is none.
+// Returns the value, or null for std::nullopt.
 template <typename Value> JsonObject orNull(const std::optional<Value>& value) {
     return value.has_value() ? JsonObject(*value) : JsonObject();
 }
 
-// The text, or null for an empty one.
+// Returns the text, or null for an empty one.
 inline JsonObject orNull(const std::string& text) {
     return text.empty() ? JsonObject() : JsonObject(text);
 }
 
-// Appends an object as one line of UTF-8; in its texts, broken bytes become U+FFFD.
-inline void appendLine(std::string& out, const JsonObject& object) {
-    out += object.dump(-1, ' ', false, JsonObject::error_handler_t::replace);
+// Returns a value as UTF-8, on one line or with `indent` blanks per level. Invalid bytes in its
+// texts become U+FFFD.
+inline std::string jsonText(const JsonObject& value, int indent = -1) {
+    return value.dump(indent, ' ', false, JsonObject::error_handler_t::replace);
+}
+
+// Appends a value as one line.
+inline void appendLine(std::string& out, const JsonObject& value) {
+    out += jsonText(value);
     out += '\n';
 }
 

@@ -9,7 +9,7 @@
 
 namespace olmkit {
 
-// One JSON object a line, with a member for each column.
+// Writes one JSON object per line, with a member for each column.
 class JsonRowWriter : public RowWriter {
 public:
     explicit JsonRowWriter(RowColumns columns) : columns(std::move(columns)) {}

@@ -16,8 +16,8 @@ struct ListOptions {
     std::string archive;
     RowFormat format = RowFormat::Table;
     FilterOptions filter;
-    RowColumns columns;             // empty: what the format usually has
-    std::optional<SortOrder> order; // nothing: as the archive has the items
+    RowColumns columns;             // empty: the default columns of the format
+    std::optional<SortOrder> order; // none: the archive's order
 };
 
 } // namespace olmkit

@@ -8,20 +8,20 @@
 
 namespace olmkit {
 
-// How much of an archive has been listed, by the bytes that its entries take in it.
+// How much of an archive has been listed, by the compressed sizes of its entries.
 class ListedShare {
 public:
-    // The session is borrowed, and open.
+    // `session` is borrowed and must be open.
     explicit ListedShare(const olmhost::Session& session) : session(session) {}
 
-    // The listing has come to an entry; entries come in ascending order.
+    // Records that the listing has reached `entry`; entries come in ascending order.
     void reach(std::uint64_t entry) {
         for (; entriesListed <= entry; ++entriesListed) {
             bytesListed += session.entrySize(entriesListed).packedSize;
         }
     }
 
-    // From 0 to 1.
+    // Returns the share, from 0 to 1.
     double value() const {
         return std::min(1.0, static_cast<double>(bytesListed) /
                                  static_cast<double>(session.archiveSize()));

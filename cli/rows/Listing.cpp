@@ -11,7 +11,7 @@ namespace olmkit {
 
 namespace {
 
-// Whether people want plain text although it is a terminal (no-color.org).
+// Returns whether the user asks for plain text even on a terminal (no-color.org).
 bool isPlainWanted() {
     const char* noColor = std::getenv("NO_COLOR");
     return noColor != nullptr && *noColor != '\0';
@@ -48,7 +48,7 @@ Listing::Listing(const ListOptions& options, Output& output)
 
 bool Listing::take(const olmhost::Row& row) {
     if (isFiltered && !filter.takes(row)) {
-        // An earlier row may still wait to be seen.
+        // An earlier row may still be in the buffer.
         return output.buffer().empty() ? !output.failed() : output.endRecord();
     }
     if (sorter) {

@@ -14,17 +14,17 @@
 
 namespace olmkit {
 
-// Writes the rows that are asked for, as they are asked for. They go out as they come; only an
-// order makes them wait for the last one.
+// Writes the rows that the options select, in their format. Rows are written as they come, unless
+// they are sorted: then all are held until the last one.
 class Listing {
 public:
-    // `output` is borrowed.
+    // `output` is borrowed and must outlive the listing.
     Listing(const ListOptions& options, Output& output);
 
-    // Takes the next row of the archive. False when the output has failed.
+    // Takes the next row of the archive. Returns false when the output has failed.
     bool take(const olmhost::Row& row);
 
-    // To be called behind the last row of an archive that is listed to its end.
+    // Ends the list. Call it once, after the last row of the archive.
     void finish();
 
 private:
@@ -35,7 +35,7 @@ private:
     Output& output;
     std::unique_ptr<RowWriter> writer;
     std::optional<RowSorter> sorter;
-    std::string line; // of a row that waits for its place
+    std::string line; // of the current row, when rows are sorted
     bool hasBegun = false;
 };
 

@@ -17,7 +17,7 @@ using std::chrono::minutes;
 using std::chrono::seconds;
 using std::chrono::year_month_day;
 
-// Takes texts of fixed form off the front of a date.
+// Takes the parts of a date off the front of a text.
 template <typename Unit> class DateReader {
 public:
     explicit DateReader(std::basic_string_view<Unit> text) : rest(text) {}
@@ -34,8 +34,8 @@ public:
         return true;
     }
 
-    // A number of exactly that many digits that lies within the bounds.
-    bool takeNumber(unsigned digits, int& number, int least, int most) {
+    // Takes a number of exactly `digits` digits. Returns whether there was one within the bounds.
+    bool takeNumber(unsigned digits, int& number, int min, int max) {
         if (rest.size() < digits) {
             return false;
         }
@@ -47,10 +47,11 @@ public:
             number = number * 10 + (rest[place] - '0');
         }
         rest.remove_prefix(digits);
-        return number >= least && number <= most;
+        return number >= min && number <= max;
     }
 
-    // "." or "," and at least one digit; those past the third don't count.
+    // Takes "." or "," and at least one digit, if there is a fraction. Digits after the third are
+    // ignored.
     bool takeFraction(milliseconds& fraction) {
         if (!take('.') && !take(',')) {
             return true;
@@ -72,7 +73,7 @@ private:
     std::basic_string_view<Unit> rest;
 };
 
-constexpr int lastYear = 9999;
+constexpr int maxYear = 9999;
 
 std::optional<Moment> startOf(int year, int month, int day) {
     const year_month_day date{std::chrono::year(year), std::chrono::month(unsigned(month)),
@@ -83,7 +84,7 @@ std::optional<Moment> startOf(int year, int month, int day) {
     return Moment(std::chrono::sys_days(date));
 }
 
-// hh:mm[:ss[.f...]] or, compact, hhmmss[.f...], added to `moment`.
+// Takes hh:mm[:ss[.f...]], or hhmmss[.f...] when compact, and adds it to `moment`.
 bool takeTime(DateReader<char16_t>& text, bool isCompact, Moment& moment) {
     int hour = 0;
     int minute = 0;
@@ -93,7 +94,7 @@ bool takeTime(DateReader<char16_t>& text, bool isCompact, Moment& moment) {
         !text.takeNumber(2, minute, 0, 59)) {
         return false;
     }
-    // A 60th second is a leap second.
+    // Second 60 is a leap second.
     if ((isCompact || text.take(':')) &&
         !(text.takeNumber(2, second, 0, 60) && text.takeFraction(fraction))) {
         return false;
@@ -102,7 +103,7 @@ bool takeTime(DateReader<char16_t>& text, bool isCompact, Moment& moment) {
     return hour < 24 || (minute == 0 && second == 0 && fraction.count() == 0);
 }
 
-// Z, +hh, +hhmm, +hh:mm or the like with "-", or nothing, applied to `moment`.
+// Takes Z, +hh, +hhmm or +hh:mm, likewise with "-", or nothing, and applies it to `moment`.
 bool takeZone(DateReader<char16_t>& text, Moment& moment) {
     if (text.isAtEnd() || text.take('Z')) {
         return true;
@@ -134,7 +135,7 @@ std::optional<Period> readPeriod(std::string_view text) {
     int year = 0;
     int month = 1;
     int day = 1;
-    if (!reader.takeNumber(4, year, 1, lastYear)) {
+    if (!reader.takeNumber(4, year, 1, maxYear)) {
         return std::nullopt;
     }
     if (reader.isAtEnd()) {
@@ -180,7 +181,7 @@ std::optional<Moment> readMoment(std::u16string_view text) {
     int year = 0;
     int month = 0;
     int day = 0;
-    if (!reader.takeNumber(4, year, 1, lastYear)) {
+    if (!reader.takeNumber(4, year, 1, maxYear)) {
         return std::nullopt;
     }
     const bool isCompact = !reader.take('-');
@@ -196,7 +197,7 @@ std::optional<Moment> readMoment(std::u16string_view text) {
     if (hasTime && !takeTime(reader, isCompact, *moment)) {
         return std::nullopt;
     }
-    // Digits alone with a zone would be no date but a number.
+    // Digits and a zone without a time would be a number, not a date.
     const bool mayHaveZone = hasTime || !isCompact;
     if ((mayHaveZone && !takeZone(reader, *moment)) || !reader.isAtEnd()) {
         return std::nullopt;
@@ -204,20 +205,21 @@ std::optional<Moment> readMoment(std::u16string_view text) {
     return moment;
 }
 
-std::string shortDate(const std::string& text) {
-    const auto moment = readMoment(std::u16string(text.begin(), text.end()));
-    if (!moment) {
-        return text;
-    }
-    const auto day = std::chrono::floor<days>(*moment);
+std::string momentText(Moment moment) {
+    const auto day = std::chrono::floor<days>(moment);
     const year_month_day date(day);
-    const std::chrono::hh_mm_ss time(std::chrono::floor<seconds>(*moment - day));
+    const std::chrono::hh_mm_ss time(std::chrono::floor<seconds>(moment - day));
     std::array<char, 32> shown = {};
     const int size =
         std::snprintf(shown.data(), shown.size(), "%04d-%02u-%02uT%02d:%02d:%02d", int(date.year()),
                       unsigned(date.month()), unsigned(date.day()), int(time.hours().count()),
                       int(time.minutes().count()), int(time.seconds().count()));
     return {shown.data(), static_cast<std::size_t>(size)};
+}
+
+std::string shortDate(const std::string& text) {
+    const auto moment = readMoment(std::u16string(text.begin(), text.end()));
+    return moment ? momentText(*moment) : text;
 }
 
 std::optional<Moment> momentOf(const olmhost::Row& row) {

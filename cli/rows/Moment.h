@@ -10,29 +10,33 @@
 
 namespace olmkit {
 
-// A moment in universal time.
+// A moment in UTC.
 using Moment = std::chrono::sys_time<std::chrono::milliseconds>;
 
-// A stretch of time that a text names: a year, a month, a day, a minute, a second.
+// A period that a text names: a year, month, day, minute or second.
 struct Period {
     Moment begin;
-    Moment end; // the first moment behind it
+    Moment end; // the first moment after it
 };
 
-// Reads YYYY, YYYY-MM, YYYY-MM-DD, YYYY-MM-DDThh:mm and YYYY-MM-DDThh:mm:ss in universal time, the
-// last two with or without "Z". Nothing for any other text, and for a day or time that isn't.
+// Reads YYYY, YYYY-MM, YYYY-MM-DD, YYYY-MM-DDThh:mm and YYYY-MM-DDThh:mm:ss in UTC, the last two
+// with or without "Z". Returns std::nullopt for any other text and for a day or time that doesn't
+// exist.
 std::optional<Period> readPeriod(std::string_view text);
 
-// Reads a date as archives have them: YYYY-MM-DD or YYYYMMDD, then perhaps a time of the same form,
-// with a fraction of a second, then perhaps a zone; without one it is universal time. Nothing for
-// any other text.
+// Reads a date in the form of archives: YYYY-MM-DD or YYYYMMDD, then optionally a time in the same
+// form, with a fraction of a second, then optionally a zone; without one it is UTC. Returns
+// std::nullopt for any other text.
 std::optional<Moment> readMoment(std::u16string_view text);
 
-// A date as readMoment() takes it, as YYYY-MM-DDThh:mm:ss in universal time; any other text as it
-// is.
+// Returns YYYY-MM-DDThh:mm:ss in UTC.
+std::string momentText(Moment moment);
+
+// Returns a date that readMoment() reads as YYYY-MM-DDThh:mm:ss in UTC, any other text unchanged.
 std::string shortDate(const std::string& text);
 
-// The moment of a row's date, see dateOf(). Nothing when the item has none that can be read.
+// Returns the moment of a row's date, see dateOf(), or std::nullopt when it has none that can be
+// read.
 std::optional<Moment> momentOf(const olmhost::Row& row);
 
 } // namespace olmkit

@@ -24,16 +24,11 @@ template <> bool isAscii(std::u16string_view text) {
     return std::ranges::all_of(text, [](char16_t unit) { return unit < firstNonAscii; });
 }
 
-char lower(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                : character;
-}
-
-// UTF-8 without what is no text. The marks behind a letter are put into an order, which takes the
-// square of their number, so a long run of them is parted (as the Stream-Safe Text Format does).
-template <typename Unit> std::string sound(std::basic_string_view<Unit> text) {
-    constexpr unsigned mostMarks = 30;
-    constexpr char32_t joiner = 0x034F; // shows nothing, and marks don't move across it
+// Returns valid UTF-8. Normalizing sorts the marks after a letter in time proportional to the
+// square of their number, so long runs are split (Unicode's Stream-Safe Text Format, UAX #15).
+template <typename Unit> std::string validUtf8(std::basic_string_view<Unit> text) {
+    constexpr unsigned maxMarks = 30;
+    constexpr char32_t joiner = 0x034F; // COMBINING GRAPHEME JOINER: invisible, ends a run
     std::string out;
     out.reserve(text.size());
     unsigned marks = 0;
@@ -41,7 +36,7 @@ template <typename Unit> std::string sound(std::basic_string_view<Unit> text) {
         const char32_t codePoint = takeCodePoint(text);
         const auto* property = utf8proc_get_property(static_cast<utf8proc_int32_t>(codePoint));
         marks = property->combining_class == 0 ? 0 : marks + 1;
-        if (marks > mostMarks) {
+        if (marks > maxMarks) {
             appendCodePoint(out, joiner);
             marks = 1;
         }
@@ -52,14 +47,14 @@ template <typename Unit> std::string sound(std::basic_string_view<Unit> text) {
 
 template <typename Unit>
 std::string normalized(std::basic_string_view<Unit> text, unsigned int options) {
-    const std::string utf8 = sound(text);
+    const std::string utf8 = validUtf8(text);
     utf8proc_uint8_t* mapped = nullptr;
     const utf8proc_ssize_t size =
         utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(utf8.data()),
                      static_cast<utf8proc_ssize_t>(utf8.size()), &mapped,
                      static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE | options));
     if (size < 0) {
-        throw std::bad_alloc(); // the one failure that sound text can have
+        throw std::bad_alloc(); // the only failure that is possible for valid text
     }
     const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(mapped, std::free);
     return {reinterpret_cast<const char*>(mapped), static_cast<std::size_t>(size)};
@@ -83,7 +78,7 @@ template <typename Unit> std::string comparable(std::basic_string_view<Unit> tex
     }
     std::string out(text.size(), '\0');
     std::ranges::transform(text, out.begin(),
-                           [](Unit unit) { return lower(static_cast<char>(unit)); });
+                           [](Unit unit) { return lowerAscii(static_cast<char>(unit)); });
     return out;
 }
 

@@ -6,12 +6,12 @@
 
 namespace olmkit {
 
-// The code points of a text in normal form C. What is no text becomes U+FFFD.
+// Returns the code points of a text in normal form C. Invalid units become U+FFFD.
 std::u32string composedText(std::string_view utf8);
 std::u32string composedText(std::u16string_view text);
 
-// A text as UTF-8 in which case and the encoding of accents make no difference any more: folded as
-// Unicode has it, without regard to any language, and in normal form C.
+// Returns UTF-8 that is equal for texts that differ only in case or in the encoding of accents:
+// with Unicode's case folding, independent of the language, in normal form C.
 std::string comparableText(std::string_view utf8);
 std::string comparableText(std::u16string_view text);
 

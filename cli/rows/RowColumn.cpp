@@ -13,11 +13,11 @@ namespace {
 using olmhost::Row;
 using olmhost::TextColumn;
 
-constexpr std::size_t scriptColumnCount = 18; // the first ones of the table below
+constexpr std::size_t scriptColumnCount = 18; // the first rows of the table below
 
-// A terminal narrower than this shows no folders, or no senders either.
-constexpr unsigned folderFrom = 110;
-constexpr unsigned senderFrom = 70;
+// A narrower terminal shows no folders, or neither folders nor senders.
+constexpr unsigned minWidthWithFolder = 110;
+constexpr unsigned minWidthWithSender = 70;
 
 std::uint64_t indexNumber(const Row& row) {
     return row.index;
@@ -41,7 +41,7 @@ void appendEntryName(std::string& out, const Row& row) {
 void appendKind(std::string& out, const Row& row) {
     out += kindOf(row);
 }
-// "/" stands between the levels of the folder.
+// With "/" between the levels of the folder.
 void appendName(std::string& out, const Row& row) {
     const std::size_t start = out.size();
     append<TextColumn::Name>(out, row);
@@ -59,7 +59,7 @@ void appendFolder(std::string& out, const Row& row) {
 
 // clang-format off
 constexpr std::array<RowColumn, 21> columns = {{
-    // key           heading         room share number       text
+    // key           heading         width share number      text
     {"index",        "INDEX",        7,   0,    indexNumber, nullptr},
     {"entry",        "ENTRY",        7,   0,    entryNumber, nullptr},
     {"item",         "ITEM",         7,   0,    itemNumber,  nullptr},
@@ -101,8 +101,8 @@ RowColumns scriptColumns() {
 RowColumns tableColumns(unsigned width) {
     RowColumns chosen;
     for (const std::string_view key : {"index", "kind", "date", "sender", "label", "folder"}) {
-        const bool isLeftOut = width != 0 && ((key == "folder" && width < folderFrom) ||
-                                              (key == "sender" && width < senderFrom));
+        const bool isLeftOut = width != 0 && ((key == "folder" && width < minWidthWithFolder) ||
+                                              (key == "sender" && width < minWidthWithSender));
         if (!isLeftOut) {
             chosen.push_back(findColumn(key));
         }

@@ -11,12 +11,12 @@
 
 namespace olmkit {
 
-// One thing that can be shown of a row.
+// A value of a row that can be shown as a column.
 struct RowColumn {
-    const char* key;     // the name that scripts know
-    const char* heading; // over a table
-    unsigned room;       // cells that it usually takes in a table
-    unsigned share;      // of the terminal's cells that are left over; with 0 it gets `room`
+    const char* key;     // its name in CSV, JSON and --columns
+    const char* heading; // its name in a table
+    unsigned width;      // its default width in a table, in cells
+    unsigned share;      // of the terminal's cells left over; with 0 it always gets `width`
 
     // One of the two is null.
     std::uint64_t (*number)(const olmhost::Row& row);
@@ -30,14 +30,14 @@ using RowColumns = std::vector<const RowColumn*>;
 
 std::span<const RowColumn> allColumns();
 
-// What csv and jsonl give when nothing else is asked for.
+// Returns the default columns of csv and jsonl.
 RowColumns scriptColumns();
 
-// What a table gives when nothing else is asked for, on a terminal of that width in cells. A narrow
-// one has no folders, or no senders either; 0 is no terminal.
+// Returns the default columns of a table on a terminal of `width` cells, or without a terminal for
+// 0. Narrow terminals have no folders, or neither folders nor senders.
 RowColumns tableColumns(unsigned width);
 
-// The column of that key, or null.
+// Returns the column with that key, or null.
 const RowColumn* findColumn(std::string_view key);
 
 } // namespace olmkit

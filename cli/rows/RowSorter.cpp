@@ -37,11 +37,11 @@ void RowSorter::add(const olmhost::Row& row, std::string_view line) {
 }
 
 void RowSorter::sort() {
-    const auto isAhead = [](const HeldRow& left, const HeldRow& right) {
+    const auto isLess = [](const HeldRow& left, const HeldRow& right) {
         return std::tie(left.number, left.text) < std::tie(right.number, right.text);
     };
     std::ranges::stable_sort(rows, [&](const HeldRow& left, const HeldRow& right) {
-        return order.isDescending ? isAhead(right, left) : isAhead(left, right);
+        return order.isDescending ? isLess(right, left) : isLess(left, right);
     });
 }
 

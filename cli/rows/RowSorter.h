@@ -15,24 +15,23 @@ struct SortOrder {
     bool isDescending = false;
 };
 
-// Holds written rows until all are there, and gives them in order: numbers by number, dates by
-// moment with those that are none ahead, texts without regard to case and with no language's rules.
-// Rows that are equal stay in the order in which they came.
+// Holds written rows and sorts them: numbers by value, dates by moment, after those that can't be
+// read, texts without regard to case, independent of the language. Equal rows keep their order.
 class RowSorter {
 public:
     explicit RowSorter(SortOrder order) : order(order) {}
 
-    // Takes a row and the line that was written for it, which is copied.
+    // Adds a row and the line written for it, which is copied.
     void add(const olmhost::Row& row, std::string_view line);
 
-    // Sorts what was added. The lines are valid as long as the sorter.
+    // Sorts the rows. The lines are valid as long as the sorter.
     void sort();
     std::size_t size() const { return rows.size(); }
     std::string_view line(std::size_t place) const { return rows[place].line; }
 
 private:
     struct HeldRow {
-        std::int64_t number; // of a number or a date
+        std::int64_t number; // the key when it is a number or a date
         std::string_view text;
         std::string_view line;
     };

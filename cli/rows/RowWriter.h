@@ -12,10 +12,10 @@ class RowWriter {
 public:
     virtual ~RowWriter() = default;
 
-    // What stands ahead of the rows.
+    // Appends what comes before the rows.
     virtual void begin(std::string& out) = 0;
 
-    // One row, with its line end.
+    // Appends one row with its line end.
     virtual void write(std::string& out, const olmhost::Row& row) = 0;
 };
 

@@ -11,41 +11,41 @@ namespace olmkit {
 
 namespace {
 
-constexpr unsigned leastRoom = 8; // of a column that gets a share
+constexpr unsigned minShare = 8; // cells of a column that gets a share
 constexpr std::string_view boldOn = "\x1B[1m";
 constexpr std::string_view boldOff = "\x1B[0m";
 
 } // namespace
 
 TableRowWriter::TableRowWriter(RowColumns columns, unsigned width, bool isStyled)
-    : columns(std::move(columns)), width(width), isStyled(isStyled) {
+    : columns(std::move(columns)), terminalWidth(width), isStyled(isStyled) {
     for (const RowColumn* column : this->columns) {
-        rooms.push_back(column->room);
+        widths.push_back(column->width);
     }
-    if (width != 0) {
+    if (terminalWidth != 0) {
         shareTerminal();
     }
 }
 
-// Shares what the other columns and the gaps leave among those that take any room.
+// Divides the cells that fixed columns and gaps leave over among the columns that have a share.
 void TableRowWriter::shareTerminal() {
     unsigned taken = (static_cast<unsigned>(columns.size()) - 1) * columnGap;
     unsigned shares = 0;
     for (const RowColumn* column : columns) {
-        taken += column->share == 0 ? column->room : 0;
+        taken += column->share == 0 ? column->width : 0;
         shares += column->share;
     }
     if (shares == 0) {
         return;
     }
-    const unsigned left = width > taken ? width - taken : 0;
+    const unsigned left = terminalWidth > taken ? terminalWidth - taken : 0;
     unsigned sharesBefore = 0;
     for (std::size_t place = 0; place < columns.size(); ++place) {
         const unsigned share = columns[place]->share;
         if (share != 0) {
             const unsigned start = left * sharesBefore / shares;
             sharesBefore += share;
-            rooms[place] = std::max(left * sharesBefore / shares - start, leastRoom);
+            widths[place] = std::max(left * sharesBefore / shares - start, minShare);
         }
     }
 }
@@ -66,11 +66,11 @@ void TableRowWriter::write(std::string& out, const olmhost::Row& row) {
         const RowColumn& column = *columns[place];
         if (column.number != nullptr) {
             cell = std::to_string(column.number(row));
-            cell.insert(0, rooms[place] - std::min<std::size_t>(rooms[place], cell.size()), ' ');
+            cell.insert(0, widths[place] - std::min<std::size_t>(widths[place], cell.size()), ' ');
         } else {
             raw.clear();
             column.appendText(raw, row);
-            if (column.isDate && raw.size() > column.room) {
+            if (column.isDate && raw.size() > column.width) {
                 raw = shortDate(raw);
             }
             cell.clear();
@@ -82,21 +82,21 @@ void TableRowWriter::write(std::string& out, const olmhost::Row& row) {
 }
 
 void TableRowWriter::putCell(std::size_t place, std::string_view text) {
-    const bool mayBeCut = width != 0 && columns[place]->number == nullptr;
+    const bool mayBeCut = terminalWidth != 0 && columns[place]->number == nullptr;
     if (mayBeCut) {
-        appendFitted(line, text, rooms[place]);
+        appendFitted(line, text, widths[place]);
     } else {
         line += text;
         const unsigned needed = cellsOf(text);
-        line.append(rooms[place] - std::min(rooms[place], needed), ' ');
+        line.append(widths[place] - std::min(widths[place], needed), ' ');
     }
     line.append(columnGap, ' ');
 }
 
 void TableRowWriter::endLine(std::string& out) {
     line.erase(line.find_last_not_of(' ') + 1);
-    if (width != 0 && cellsOf(line) > width) {
-        appendFitted(out, line, width);
+    if (terminalWidth != 0 && cellsOf(line) > terminalWidth) {
+        appendFitted(out, line, terminalWidth);
     } else {
         out += line;
     }

@@ -10,13 +10,13 @@
 
 namespace olmkit {
 
-// A table for people: columns of fixed width, so that the first row can be seen at once. What could
-// act on a terminal is taken out of the texts.
+// Writes a table of fixed column widths, so that the first row can be shown at once. Control
+// characters in the texts are replaced.
 class TableRowWriter : public RowWriter {
 public:
-    // `width` is the terminal's, in cells: no line is longer, and a text that is too long for its
-    // column is cut, with an ellipsis. With 0 nothing is cut. `isStyled` makes the headings bold,
-    // for terminals alone.
+    // `width` is the width of the terminal in cells: no line is longer, and a text too long for its
+    // column is cut with an ellipsis. With 0 nothing is cut. `isStyled` makes the headings bold,
+    // for terminals only.
     TableRowWriter(RowColumns columns, unsigned width, bool isStyled);
 
     void begin(std::string& out) override;
@@ -28,8 +28,8 @@ private:
     void endLine(std::string& out);
 
     RowColumns columns;
-    std::vector<unsigned> rooms; // of the columns, in cells
-    unsigned width;
+    std::vector<unsigned> widths; // of the columns, in cells
+    unsigned terminalWidth;
     bool isStyled;
     std::string line;
     std::string raw;

@@ -7,9 +7,9 @@
 
 namespace olmkit {
 
-// The text of a message, as lines of UTF-8 with "\n" behind each: its plain body, otherwise the
-// text of its HTML. A plain body that is HTML source, or the HTML over again, counts as HTML. Empty
-// when it has no text.
+// Returns the text of a message as UTF-8, each line ended by "\n": its plain body, otherwise the
+// text of its HTML. A plain body that is HTML source, or equal to the HTML body, is treated as
+// HTML. Empty when the message has no text.
 std::string bodyText(const olmhost::Message& message);
 
 } // namespace olmkit

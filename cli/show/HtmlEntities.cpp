@@ -12,7 +12,7 @@ struct EntityRow {
     char32_t character;
 };
 
-// The entities of HTML 4 and "apos", in ascending order.
+// The entities of HTML 4 and "apos", in ascending byte order.
 // clang-format off
 constexpr EntityRow entities[] = {
     {"AElig",    0x00C6},

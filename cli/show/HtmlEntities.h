@@ -5,7 +5,7 @@
 
 namespace olmkit {
 
-// The character that "&name;" stands for; 0 for a name that is not among those in common use.
+// Returns the character that "&name;" denotes, or 0 for a name that isn't in HTML 4.
 char32_t characterOfEntity(std::string_view name);
 
 } // namespace olmkit

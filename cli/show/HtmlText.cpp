@@ -13,16 +13,21 @@ namespace {
 
 constexpr std::string_view blanks = " \t\n\f\r";
 
-// What a tag does to the text round it.
+constexpr std::uint32_t maxCodePoint = 0x10FFFF;
+constexpr std::uint32_t firstSurrogate = 0xD800;
+constexpr std::uint32_t lastSurrogate = 0xDFFF;
+constexpr char32_t noBreakSpace = 0xA0;
+
+// What a tag does to the text around it.
 enum class Effect {
     None,
     Line,      // begins a line
-    Paragraph, // begins a line, with an empty one ahead
-    Break,     // ends a line, also an empty one
-    Item,      // begins a line with a mark
-    Cell,      // parts two cells of a line
-    Hidden,    // nothing up to the closing tag is shown
-    Pre,       // white space counts up to the closing tag
+    Paragraph, // begins a line after an empty one
+    Break,     // ends a line, even an empty one
+    Item,      // begins a line with a "-"
+    Cell,      // separates two cells of a line
+    Hidden,    // hides everything up to the closing tag
+    Pre,       // keeps white space up to the closing tag
 };
 
 struct TagRow {
@@ -73,17 +78,13 @@ constexpr TagRow tagRows[] = {
 
 static_assert(std::ranges::is_sorted(tagRows, {}, &TagRow::name));
 
-char lowered(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
 bool isLetter(char letter) {
-    return lowered(letter) >= 'a' && lowered(letter) <= 'z';
+    return lowerAscii(letter) >= 'a' && lowerAscii(letter) <= 'z';
 }
 
 bool startsWith(std::string_view text, std::string_view lowerCase) {
     return text.size() >= lowerCase.size() &&
-           std::ranges::equal(text.substr(0, lowerCase.size()), lowerCase, {}, lowered);
+           std::ranges::equal(text.substr(0, lowerCase.size()), lowerCase, {}, lowerAscii);
 }
 
 Effect effectOf(std::string_view name) {
@@ -110,8 +111,8 @@ private:
 
     std::string_view rest;
     std::string text;
-    unsigned linesWanted = 0; // line ends that go ahead of the next text
-    bool isBlankWanted = false;
+    unsigned pendingLines = 0; // line ends to write before the next text
+    bool isBlankPending = false;
     unsigned openPre = 0;
 };
 
@@ -133,7 +134,7 @@ std::string Stripper::run() {
     return std::move(text);
 }
 
-// What begins with "<". One that opens no markup is a character.
+// Takes markup, which begins with "<", or a "<" that is a plain character.
 void Stripper::takeMarkup() {
     if (rest.starts_with("<!--")) {
         skipPast("-->");
@@ -147,7 +148,7 @@ void Stripper::takeMarkup() {
     }
 }
 
-// Without that end, everything is markup.
+// Skips markup up to and including `end`, or everything when there is no `end`.
 void Stripper::skipPast(std::string_view end) {
     const std::size_t found = rest.find(end);
     rest.remove_prefix(found == std::string_view::npos ? rest.size() : found + end.size());
@@ -159,7 +160,7 @@ void Stripper::takeTag() {
     std::string name;
     while (!rest.empty() &&
            (isLetter(rest.front()) || (rest.front() >= '0' && rest.front() <= '9'))) {
-        name += lowered(rest.front());
+        name += lowerAscii(rest.front());
         rest.remove_prefix(1);
     }
     const bool isEmpty = takeTagEnd().ends_with('/');
@@ -173,7 +174,7 @@ void Stripper::takeTag() {
     apply(effect, isClosing);
 }
 
-// The rest of a tag; a ">" within quotes doesn't end it.
+// Takes the rest of a tag and returns it; a ">" in quotes doesn't end it.
 std::string_view Stripper::takeTagEnd() {
     char quote = 0;
     std::size_t size = 0;
@@ -201,8 +202,8 @@ void Stripper::apply(Effect effect, bool isClosing) {
         beginLine(1);
         break;
     case Effect::Break:
-        ++linesWanted;
-        isBlankWanted = false;
+        ++pendingLines;
+        isBlankPending = false;
         break;
     case Effect::Item:
         beginLine(0);
@@ -211,7 +212,7 @@ void Stripper::apply(Effect effect, bool isClosing) {
         }
         break;
     case Effect::Cell:
-        isBlankWanted = true;
+        isBlankPending = true;
         break;
     case Effect::Pre:
         beginLine(1);
@@ -223,21 +224,21 @@ void Stripper::apply(Effect effect, bool isClosing) {
     }
 }
 
-// "&amp;", "&#38;" or "&#x26;"; what is none is text as it stands.
+// Takes "&amp;", "&#38;" or "&#x26;"; anything else is plain text.
 void Stripper::takeReference() {
-    constexpr std::size_t longest = 12;
-    const std::size_t end = rest.substr(0, longest).find(';');
+    constexpr std::size_t maxSize = 12;
+    const std::size_t end = rest.substr(0, maxSize).find(';');
     char32_t character = 0;
     if (end != std::string_view::npos && end > 1) {
         std::string_view name = rest.substr(1, end - 1);
         if (name.front() == '#') {
-            const bool isHex = name.size() > 1 && lowered(name[1]) == 'x';
+            const bool isHex = name.size() > 1 && lowerAscii(name[1]) == 'x';
             name.remove_prefix(isHex ? 2 : 1);
             std::uint32_t number = 0;
             const char* stop = name.data() + name.size();
             const auto read = std::from_chars(name.data(), stop, number, isHex ? 16 : 10);
-            const bool isCharacter =
-                number > 0 && number <= 0x10FFFF && (number < 0xD800 || number > 0xDFFF);
+            const bool isCharacter = number > 0 && number <= maxCodePoint &&
+                                     (number < firstSurrogate || number > lastSurrogate);
             if (read.ec == std::errc() && read.ptr == stop && !name.empty()) {
                 character = isCharacter ? number : replacementCharacter;
             }
@@ -250,9 +251,8 @@ void Stripper::takeReference() {
         rest.remove_prefix(1);
         return;
     }
-    constexpr char32_t hardBlank = 0xA0;
     std::string resolved;
-    appendCodePoint(resolved, character == hardBlank ? U' ' : character);
+    appendCodePoint(resolved, character == noBreakSpace ? U' ' : character);
     put(resolved);
     rest.remove_prefix(end + 1);
 }
@@ -260,31 +260,31 @@ void Stripper::takeReference() {
 void Stripper::takeText(char byte) {
     const bool isBlank = blanks.find(byte) != std::string_view::npos;
     if (openPre == 0 && isBlank) {
-        isBlankWanted = true;
+        isBlankPending = true;
     } else if (openPre > 0 && byte == '\n') {
-        ++linesWanted;
+        ++pendingLines;
     } else if (byte != '\r') {
         put({&byte, 1});
     }
 }
 
-// Text that is shown, behind what is wanted ahead of it.
+// Appends visible text, after the pending line ends or blank.
 void Stripper::put(std::string_view shown) {
-    if (linesWanted > 0) {
+    if (pendingLines > 0) {
         if (!text.empty()) {
-            text.append(linesWanted, '\n');
+            text.append(pendingLines, '\n');
         }
-        linesWanted = 0;
-    } else if (isBlankWanted && !text.empty() && !text.ends_with('\n') && !text.ends_with(' ')) {
+        pendingLines = 0;
+    } else if (isBlankPending && !text.empty() && !text.ends_with('\n') && !text.ends_with(' ')) {
         text += ' ';
     }
-    isBlankWanted = false;
+    isBlankPending = false;
     text += shown;
 }
 
 void Stripper::beginLine(unsigned emptyLines) {
-    linesWanted = std::max(linesWanted, emptyLines + 1);
-    isBlankWanted = false;
+    pendingLines = std::max(pendingLines, emptyLines + 1);
+    isBlankPending = false;
 }
 
 } // namespace

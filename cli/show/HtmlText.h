@@ -6,14 +6,14 @@
 
 namespace olmkit {
 
-// The text that a page of HTML shows, as far as it can be had without laying the page out: tags go,
-// blocks and line breaks become lines, white space is one blank outside of "pre", entities are
-// resolved, and what is never shown (head, styles, scripts, comments) goes whole. UTF-8 in and out.
+// Returns the text that an HTML page shows, without a layout: tags are removed, blocks and line
+// breaks become lines, white space outside of "pre" becomes one blank, entities are resolved, and
+// titles, styles, scripts and comments are left out. Input and output are UTF-8.
 //
-// Takes any text, in time in proportion to its length.
+// Takes any text, in time proportional to its length.
 std::string textOfHtml(std::string_view html);
 
-// Whether a text is HTML source, by its first tag.
+// Returns whether a text is HTML source, judged by its first tag.
 bool isHtml(std::string_view text);
 
 } // namespace olmkit

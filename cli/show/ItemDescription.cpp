@@ -4,6 +4,7 @@
 
 #include "cli/files/Sha256.h"
 #include "cli/show/PropertyDescription.h"
+#include "cli/show/PropertyTags.h"
 #include "cli/show/RecurrenceDescription.h"
 
 namespace olmkit {
@@ -13,16 +14,15 @@ namespace {
 using olmhost::Message;
 using olmhost::Property;
 
-enum Tag : std::uint32_t {
-    MessageClass = 0x001A001F,
-    RecipientType = 0x0C150003,
-    DisplayName = 0x3001001F,
-    EmailAddress = 0x3003001F,
-    AttachData = 0x37010102,
-    AttachFilename = 0x3704001F,
-    AttachMimeTag = 0x370E001F,
-    AttachContentId = 0x3712001F,
+// Values of PidTagRecipientType (MS-OXOMSG).
+enum RecipientType : std::uint64_t {
+    Originator = 0,
+    PrimaryRecipient = 1,
+    CcRecipient = 2,
+    BccRecipient = 3,
 };
+
+constexpr std::u16string_view appointmentClass = u"IPM.Appointment";
 
 JsonObject describeAll(const Message& message, const Message::Properties& properties) {
     JsonObject all = JsonObject::array();
@@ -32,27 +32,27 @@ JsonObject describeAll(const Message& message, const Message::Properties& proper
     return all;
 }
 
-// The text of a property, null without one.
-JsonObject textOf(const Message& message, const Message::Properties& properties, Tag tag) {
+// Returns the text of a property, or null without one.
+JsonObject textOf(const Message& message, const Message::Properties& properties, PropertyTag tag) {
     return Message::find(properties, tag) == nullptr
                ? JsonObject()
                : JsonObject(utf8Of(message.text(properties, tag)));
 }
 
-// How a recipient takes part: in a mail, or in a meeting.
-JsonObject partOf(const Message& message, const Message::Properties& recipient, bool isMeeting) {
-    const Property* type = Message::find(recipient, RecipientType);
+// Returns the role of a recipient of a mail or a meeting.
+JsonObject roleOf(const Message& message, const Message::Properties& recipient, bool isMeeting) {
+    const Property* type = Message::find(recipient, PidTagRecipientType);
     if (type == nullptr) {
         return nullptr;
     }
     switch (message.numbers(*type).front()) {
-    case 0:
+    case Originator:
         return "originator";
-    case 1:
+    case PrimaryRecipient:
         return isMeeting ? "required" : "to";
-    case 2:
+    case CcRecipient:
         return isMeeting ? "optional" : "cc";
-    case 3:
+    case BccRecipient:
         return isMeeting ? "resource" : "bcc";
     default:
         return nullptr;
@@ -62,21 +62,21 @@ JsonObject partOf(const Message& message, const Message::Properties& recipient, 
 JsonObject describeRecipient(const Message& message, const Message::Properties& recipient,
                              bool isMeeting) {
     JsonObject described;
-    described["type"] = partOf(message, recipient, isMeeting);
-    described["name"] = textOf(message, recipient, DisplayName);
-    described["address"] = textOf(message, recipient, EmailAddress);
+    described["type"] = roleOf(message, recipient, isMeeting);
+    described["name"] = textOf(message, recipient, PidTagDisplayName);
+    described["address"] = textOf(message, recipient, PidTagEmailAddress);
     described["properties"] = describeAll(message, recipient);
     return described;
 }
 
 JsonObject describeAttachment(const Message& message, const Message::Properties& attachment) {
     JsonObject described;
-    described["name"] = textOf(message, attachment, AttachFilename);
-    described["mime_type"] = textOf(message, attachment, AttachMimeTag);
-    described["content_id"] = textOf(message, attachment, AttachContentId);
+    described["name"] = textOf(message, attachment, PidTagAttachFilename);
+    described["mime_type"] = textOf(message, attachment, PidTagAttachMimeTag);
+    described["content_id"] = textOf(message, attachment, PidTagAttachContentId);
     described["size"] = nullptr;
     described["sha256"] = nullptr;
-    const Property* data = Message::find(attachment, AttachData);
+    const Property* data = Message::find(attachment, PidTagAttachDataBinary);
     if (data != nullptr && !data->values.empty()) {
         Sha256 sha256;
         message.read(data->values.front(),
@@ -115,10 +115,10 @@ JsonObject recurrenceOf(const Message& message) {
 } // namespace
 
 JsonObject describeItem(const ItemOrigin& origin, const Message& message) {
-    const std::u16string messageClass = message.text(message.properties(), MessageClass);
-    const bool isMeeting = messageClass == u"IPM.Appointment";
+    const std::u16string messageClass = message.text(message.properties(), PidTagMessageClass);
+    const bool isMeeting = messageClass == appointmentClass;
     JsonObject described;
-    described["index"] = origin.index.has_value() ? JsonObject(*origin.index) : JsonObject();
+    described["index"] = orNull(origin.index);
     described["entry"] = origin.entry;
     described["item"] = origin.item;
     described["class"] = utf8Of(messageClass);

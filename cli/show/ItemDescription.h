@@ -10,16 +10,16 @@
 
 namespace olmkit {
 
-// Which item a message was made of.
+// The item that a message was extracted from.
 struct ItemOrigin {
-    std::optional<std::uint64_t> index; // none for one that was asked for by its place
+    std::optional<std::uint64_t> index; // none when the item was named by its place
     std::uint32_t entry = 0;
     std::uint32_t item = 0;
 };
 
-// All that a message holds, as an object of "index", "entry", "item", "class", "properties",
-// "recipients", "attachments" and "recurrence" (null without one). A recurrence that can't be
-// decoded is an object with its "fault" alone.
+// Returns the contents of a message as an object with "index", "entry", "item", "class",
+// "properties", "recipients", "attachments" and "recurrence" (null without one). A recurrence that
+// can't be decoded is an object with only a "fault".
 JsonObject describeItem(const ItemOrigin& origin, const olmhost::Message& message);
 
 } // namespace olmkit

@@ -11,10 +11,8 @@ namespace olmkit {
 
 namespace {
 
-constexpr unsigned leastValue =
-    40; // cells for long values beside the columns; with less, they go below
-constexpr unsigned valueIndent = 4;     // of values below their columns
-constexpr std::size_t shownDigits = 64; // hexadecimal, of a binary value
+constexpr unsigned minValueWidth = 40; // with fewer cells, long values go below their row
+constexpr unsigned valueIndent = 4;    // of values below their row
 
 std::string printable(std::string_view text) {
     std::string shown;
@@ -22,12 +20,12 @@ std::string printable(std::string_view text) {
     return shown;
 }
 
-// That of a JSON text; empty for null.
+// Returns the printable form of a JSON text; empty for null.
 std::string textOf(const JsonObject& text) {
     return text.is_string() ? printable(text.get_ref<const std::string&>()) : "";
 }
 
-// "Mara <mara@x>", or what there is of it.
+// Returns "Mara <mara@x>", or the part that is known.
 std::string personText(const JsonObject& name, const JsonObject& address) {
     const std::string shownName = textOf(name);
     const std::string shownAddress = textOf(address);
@@ -51,7 +49,7 @@ std::string binaryText(const JsonObject& value) {
     for (std::size_t place = 0; place < start.size(); place += 2) {
         digits += (place == 0 ? ": " : " ") + start.substr(place, 2);
     }
-    const bool isWhole = value.at("size").get<std::uint64_t>() * 2 <= shownDigits;
+    const bool isWhole = value.at("size").get<std::uint64_t>() * 2 == start.size();
     return sizeText(value.at("size")) + digits + (isWhole ? "" : " ...");
 }
 
@@ -91,7 +89,7 @@ std::vector<std::string> valueTexts(const JsonObject& property) {
     return texts;
 }
 
-// "PtypString" is "String" among people.
+// Returns "String" for "PtypString".
 std::string typeText(const JsonObject& property) {
     const std::string type = property.at("type").get<std::string>();
     constexpr std::string_view start = "Ptyp";
@@ -102,7 +100,7 @@ std::string orMark(const JsonObject& text) {
     return text.is_null() ? "-" : textOf(text);
 }
 
-// A value of a recurrence in a line: "-" for null, members parted by commas.
+// Returns a value of a recurrence as one line: "-" for null, members separated by commas.
 std::string lineOf(const JsonObject& value) {
     if (value.is_null()) {
         return "-";
@@ -133,8 +131,8 @@ std::vector<std::string> linesOf(const JsonObject& value) {
 void ItemText::write(const JsonObject& described, std::string_view entryName) {
     std::string title = described.at("index").is_null() ? std::string("Item")
                                                         : "Item " + described.at("index").dump();
-    title += ": " + textOf(described.at("class")) + ", number " + described.at("item").dump() +
-             " in entry " + described.at("entry").dump() + " (" + printable(entryName) + ")";
+    title += ": " + textOf(described.at("class")) + ", item " + described.at("item").dump() +
+             " of entry " + described.at("entry").dump() + " (" + printable(entryName) + ")";
     writeWrapped(title, 0, valueIndent);
     writeHeading("Properties");
     writeProperties(described.at("properties"), columnGap);
@@ -193,7 +191,7 @@ void ItemText::writeRow(const Row& row, const std::vector<unsigned>& widths, uns
     }
     const auto fits = [&](const std::string& value) { return used + cellsOf(value) <= width; };
     const bool isBeside =
-        width == 0 || used + leastValue <= width || std::ranges::all_of(row.values, fits);
+        width == 0 || used + minValueWidth <= width || std::ranges::all_of(row.values, fits);
     const unsigned start = isBeside ? used : indent + valueIndent;
     if (!isBeside || row.values.empty()) {
         line.erase(line.find_last_not_of(' ') + 1);
@@ -214,8 +212,8 @@ void ItemText::writeRow(const Row& row, const std::vector<unsigned>& widths, uns
     }
 }
 
-// Text with its line end, where `start` cells of the first line are taken; lines that it has to
-// break go on behind `indent` cells. Breaks are at blanks where there are any.
+// Writes text and a line end. `start` cells of the first line are taken; continuation lines are
+// indented by `indent` cells. Lines break at blanks where possible.
 void ItemText::writeWrapped(std::string_view text, unsigned start, unsigned indent) {
     if (width == 0) {
         out += text;
@@ -244,7 +242,7 @@ void ItemText::writeWrapped(std::string_view text, unsigned start, unsigned inde
             used += indent;
             blank = std::string::npos;
             if (codePoint == ' ') {
-                continue; // it ends the line without being seen
+                continue; // the line break replaces it
             }
         }
         if (codePoint == ' ' && used > indent) {
@@ -260,8 +258,8 @@ void ItemText::writeWrapped(std::string_view text, unsigned start, unsigned inde
 void ItemText::writeRecipients(const JsonObject& recipients) {
     for (std::size_t i = 0; i < recipients.size(); ++i) {
         const JsonObject& recipient = recipients[i];
-        const std::string part = textOf(recipient.at("type"));
-        writeHeading("Recipient " + std::to_string(i) + (part.empty() ? "" : ", " + part) + ": " +
+        const std::string role = textOf(recipient.at("type"));
+        writeHeading("Recipient " + std::to_string(i) + (role.empty() ? "" : ", " + role) + ": " +
                      personText(recipient.at("name"), recipient.at("address")));
         writeProperties(recipient.at("properties"), columnGap);
     }
@@ -274,7 +272,7 @@ void ItemText::writeAttachments(const JsonObject& attachments) {
         std::string title =
             "Attachment " + std::to_string(i) + ": " + (name.empty() ? "(no name)" : name);
         if (attachment.at("size").is_null()) {
-            title += ", without contents";
+            title += ", no contents";
         } else {
             title += ", " + sizeText(attachment.at("size")) + ", SHA-256 " +
                      attachment.at("sha256").get<std::string>();

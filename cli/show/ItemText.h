@@ -8,22 +8,22 @@
 
 namespace olmkit {
 
-// Lays an item's description out for people.
+// Formats the description of an item as text.
 //
-// On a terminal, values wrap to its width. Elsewhere each value is one line, whole, so that other
-// programs can search them.
+// On a terminal, values wrap at its width. Elsewhere each value is one whole line, so that other
+// programs can search it.
 class ItemText {
 public:
-    // `width` is the terminal's, in cells; 0 without one.
+    // `out` is borrowed. `width` is the width of the terminal in cells, 0 without one.
     ItemText(std::string& out, unsigned width) : out(out), width(width) {}
 
-    // `described` is what describeItem() gives.
+    // Appends an item as returned by describeItem(). `entryName` is UTF-8.
     void write(const JsonObject& described, std::string_view entryName);
 
 private:
     using Cells = std::vector<std::string>;
 
-    // Lines of a table: cells, and the values that stand behind them below each other.
+    // A row of a table: cells, and the values after them, one per line.
     struct Row {
         Cells cells;
         Cells values;

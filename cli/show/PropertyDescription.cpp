@@ -16,8 +16,9 @@ using olmhost::Property;
 using olmhost::ValueStream;
 
 constexpr std::size_t shownBytes = 32;          // of a binary value
-constexpr std::size_t longestEntryId = 1 << 20; // bytes; a longer one names nobody
-constexpr double currencyUnit = 10'000;
+constexpr std::size_t maxEntryIdSize = 1 << 20; // bytes; larger values are not decoded
+constexpr double currencyUnit = 10'000;         // PtypCurrency counts in 1/10,000
+constexpr std::uint32_t maxShortId = 0xFFFF;    // a larger LID is shown with 8 digits
 
 std::string hexNumber(std::uint32_t number, int digits) {
     constexpr std::string_view all = "0123456789ABCDEF";
@@ -65,7 +66,7 @@ JsonObject binaryValue(const Message& message, const ValueStream& value) {
     JsonObject described;
     described["size"] = value.size;
     described["start"] = hexDigits(message.bytes(value, shownBytes));
-    if (value.size > longestEntryId) {
+    if (value.size > maxEntryIdSize) {
         return described;
     }
     if (const auto entryId = olmhost::decodeOneOffEntryId(message.bytes(value, value.size))) {
@@ -117,7 +118,7 @@ void describeName(JsonObject& described, const Property& property) {
                                                : olmhost::namedPropertyName(name.set, name.id));
     described["set"] = set == nullptr ? olmhost::setText(name.set) : set;
     described["id"] =
-        name.isText ? utf8Of(name.text) : hexNumber(name.id, name.id > 0xFFFF ? 8 : 4);
+        name.isText ? utf8Of(name.text) : hexNumber(name.id, name.id > maxShortId ? 8 : 4);
 }
 
 } // namespace

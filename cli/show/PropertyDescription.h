@@ -8,15 +8,15 @@
 
 namespace olmkit {
 
-// A property as an object of "tag", "type", "name", "set", "id" and "value"; without a value also
-// "fault", the reason.
+// Returns a property as an object with "tag", "type", "name", "set", "id" and "value". Without a
+// value there is also a "fault", the reason.
 //
-// A text is itself, a number or a truth value likewise; a time is a text of ISO 8601; a binary
-// value is an object of its "size" and the hexadecimal digits of its "start", with "one_off" when
-// it names a recipient. A list is an array of these.
+// Strings, numbers and booleans are JSON values of that kind; a time is a string in ISO 8601; a
+// binary value is an object with its "size" and "start", its first bytes in hexadecimal, and with
+// "one_off" when it is a one-off entry id. Multiple values are an array.
 JsonObject describeProperty(const olmhost::Message& message, const olmhost::Property& property);
 
-// A text as UTF-8.
+// Returns a text as UTF-8.
 std::string utf8Of(std::u16string_view text);
 
 } // namespace olmkit

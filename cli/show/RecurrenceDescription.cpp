@@ -84,7 +84,7 @@ JsonObject dateList(const std::vector<std::uint32_t>& days) {
     return dates;
 }
 
-// The moment at which an occurrence on that day starts or ends; offsets may be below 0.
+// Returns when an occurrence on `day` starts or ends. Both are in minutes; a negative offset wraps.
 JsonObject momentAt(std::uint32_t day, const std::optional<std::uint32_t>& offset) {
     return offset.has_value() ? JsonObject(minuteText(day + *offset)) : JsonObject();
 }
@@ -96,7 +96,7 @@ void describeText(JsonObject& described, const char* key,
     }
 }
 
-// Only what the exception changes.
+// Returns only what the exception changes.
 JsonObject describeException(const olmhost::RecurrenceException& exception) {
     JsonObject described;
     described["original_start"] = minuteText(exception.originalStart);

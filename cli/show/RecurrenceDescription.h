@@ -6,8 +6,8 @@
 
 namespace olmkit {
 
-// A recurrence as an object. Days and times are texts of ISO 8601 without a zone, in the clock of
-// the zone that the item is in; what a pattern doesn't have is null.
+// Returns a recurrence as an object. Days and times are strings in ISO 8601 without a zone, in the
+// item's local time; what a pattern doesn't have is null.
 JsonObject describeRecurrence(const olmhost::Recurrence& recurrence);
 
 } // namespace olmkit

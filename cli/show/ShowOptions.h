@@ -5,17 +5,17 @@
 #include <optional>
 #include <string>
 
-#include "cli/extract/ExtractOptions.h"
+#include "cli/rows/ItemPlace.h"
 
 namespace olmkit {
 
 enum class ShowForm {
-    Text, // everything, for people
+    Text, // everything, as text
     Json, // everything, as one object
-    Body, // the item's text alone
+    Body, // only the text of the item
 };
 
-// Either an index or a place is set.
+// Exactly one of `index` and `place` is set.
 struct ShowOptions {
     std::string archive;
     std::optional<std::uint64_t> index;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view ellipsis = "\u2026"; // one cell
 
-// Goes through a text by what people take for characters.
+// Reads a text by grapheme clusters, which are single characters to a reader.
 class CharacterReader {
 public:
     explicit CharacterReader(std::string_view text) : rest(text) {
@@ -24,38 +24,38 @@ public:
 
     bool isAtEnd() const { return !hasNext; }
 
-    // Moves behind the next character. Gives its cells.
+    // Moves past the next character. Returns its width in cells.
     unsigned take() {
         unsigned cells = 0;
         bool isOver = false;
         while (!isOver) {
             cells += cellWidth(next);
             if (next == emojiStyle) {
-                cells = std::max(cells, 2U); // it turns the sign ahead of it into a picture
+                cells = std::max(cells, 2U); // it turns the sign before it into a picture
             }
             const char32_t last = next;
-            const std::string_view ahead = rest;
+            const std::string_view following = rest;
             hasNext = !rest.empty();
             if (!hasNext) {
                 unread = 0;
                 break;
             }
             next = takeCodePoint(rest);
-            unread = ahead.size();
+            unread = following.size();
             isOver = utf8proc_grapheme_break_stateful(static_cast<utf8proc_int32_t>(last),
                                                       static_cast<utf8proc_int32_t>(next), &state);
         }
         return cells;
     }
 
-    // Bytes behind the characters that have been taken.
+    // Bytes after the characters that have been taken.
     std::size_t bytesLeft() const { return unread; }
 
 private:
     static constexpr char32_t emojiStyle = 0xFE0F;
 
     std::string_view rest;
-    char32_t next = 0; // taken off `rest`, not yet part of a character
+    char32_t next = 0; // taken from `rest`, not yet part of a character
     bool hasNext = false;
     std::size_t unread = 0;
     utf8proc_int32_t state = 0;
@@ -81,7 +81,7 @@ unsigned cellsOf(std::string_view text) {
 void appendFitted(std::string& out, std::string_view text, unsigned room) {
     unsigned used = 0;
     unsigned usedAtCut = 0;
-    std::size_t cut = 0; // the bytes that leave a cell for the ellipsis
+    std::size_t cut = 0; // bytes of the longest start that leaves a cell for the ellipsis
     for (CharacterReader reader(text); !reader.isAtEnd();) {
         used += reader.take();
         if (used > room) {

@@ -6,23 +6,22 @@
 
 namespace olmkit {
 
-// Texts are UTF-8 without controls.
+// Text in terminal cells. All text is UTF-8 without control characters.
 //
-// Terminals differ in what a sequence of joined signs takes: some show one sign of two cells,
-// others each by itself. What counts here is the most that it can take, so no line gets too long on
-// any.
+// Terminals differ in the width of a sequence of joined signs: some show one sign of two cells,
+// others each sign by itself. The largest width counts here, so no line is too long on any.
 
-// Cells between the columns of a table.
+// Cells between two columns of a table.
 inline constexpr unsigned columnGap = 2;
 
-// Cells that a text takes.
+// Returns the width of a text in cells.
 unsigned cellsOf(std::string_view text);
 
-// Appends a text and blanks, `room` cells in all. A text that is too long is cut behind a whole
-// character, its marks and what is joined to it included, and gets an ellipsis.
+// Appends a text, padded with blanks to `room` cells. A text that is too long is cut after a whole
+// character, with its marks and what is joined to it, and ends in an ellipsis.
 void appendFitted(std::string& out, std::string_view text, unsigned room);
 
-// Appends blanks and a text, `room` cells in all, or more when the text is longer.
+// Appends a text, aligned to the right in `room` cells; a longer text is appended whole.
 void appendRight(std::string& out, std::string_view text, unsigned room);
 
 } // namespace olmkit

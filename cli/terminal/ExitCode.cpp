@@ -10,7 +10,7 @@ constexpr ExitRow rows[] = {
     {ExitCode::Partial,      "done, but some items failed or something was lost on the way"},
     {ExitCode::Usage,        "wrong usage, or the program is not installed completely"},
     {ExitCode::Unreadable,   "the archive can't be read; trying again may help"},
-    {ExitCode::NotAnArchive, "no OLM archive, damaged beyond opening, or encrypted"},
+    {ExitCode::NotAnArchive, "not an OLM archive, damaged beyond opening, or encrypted"},
     {ExitCode::OutputFailed, "the output can't be written"},
     {ExitCode::LimitReached, "a limit stopped the run"},
     {ExitCode::Interrupted,  "interrupted"},

@@ -23,10 +23,10 @@ struct ExitRow {
     const char* meaning;
 };
 
-// What a run can end with; everything that tells of exit codes prints this table.
+// Returns all exit codes in ascending order. Help and the manual page print this table.
 std::span<const ExitRow> exitRows();
 
-// The exit code of an archive that did not open.
+// Returns the exit code of a run whose archive was opened with this status.
 ExitCode exitCodeOf(olmhost::OpenStatus status);
 
 } // namespace olmkit

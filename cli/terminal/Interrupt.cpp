@@ -20,7 +20,7 @@ namespace olmkit {
 
 namespace {
 
-// Time that a run gets to stop by itself.
+// The time that a run has to stop by itself.
 constexpr suseconds_t graceMicroseconds = 600'000;
 
 struct GuardedFile {
@@ -33,19 +33,19 @@ struct GuardedFile {
 std::array<GuardedFile, Interrupt::guardCount> guardedFiles;
 std::atomic<bool> isAsked = false;
 std::atomic<bool> isEnding = false;
-std::atomic<bool> doesLineStand = false;
-std::atomic<int> delays = 0; // that stand
+std::atomic<bool> isLineUnfinished = false;
+std::atomic<int> delays = 0; // Delay objects that exist
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 
-// Everything below runs in a signal handler: bare system calls alone.
+// The functions below run in a signal handler: only async-signal-safe calls.
 
-// Other threads may be making a file right now. They begin no other one, so this takes no longer
-// than a call of the system, unless the file system hangs.
+// Other threads may be creating a file at this moment. They start no other one, so this takes no
+// longer than a system call, unless the file system hangs.
 void waitForDelays() {
-    constexpr int mostTries = 100;
+    constexpr int maxTries = 100;
     constexpr timespec pause = {0, 1'000'000};
     isEnding = true;
-    for (int tries = 0; delays > 0 && tries < mostTries; ++tries) {
+    for (int tries = 0; delays > 0 && tries < maxTries; ++tries) {
         nanosleep(&pause, nullptr);
     }
 }
@@ -57,7 +57,7 @@ void waitForDelays() {
             unlinkat(file.directory, file.name.data(), 0);
         }
     }
-    if (doesLineStand) {
+    if (isLineUnfinished) {
         [[maybe_unused]] const ssize_t ignored =
             write(STDERR_FILENO, style::emptyLine.data(), style::emptyLine.size());
     }
@@ -86,7 +86,7 @@ void install(void (*handler)(int)) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction before = {};
         sigaction(signal, nullptr, &before);
-        // nohup, or a shell's background job: the signal is not for this process.
+        // Under nohup, or in a shell's background job, the signal is not for this process.
         if (before.sa_handler != SIG_IGN) {
             sigaction(signal, &action, nullptr);
         }
@@ -162,8 +162,8 @@ bool Interrupt::isRequested() {
     return isAsked;
 }
 
-void Interrupt::setLineStands(bool stands) {
-    doesLineStand = stands;
+void Interrupt::setLineUnfinished(bool isUnfinished) {
+    isLineUnfinished = isUnfinished;
 }
 
 } // namespace olmkit

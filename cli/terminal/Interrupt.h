@@ -8,18 +8,19 @@ namespace olmkit {
 
 // What SIGINT, SIGTERM and SIGHUP do to the program.
 //
-// A run that leaves nothing behind is ended at once. A run that writes files is asked to stop, and
-// does so between two steps, with a manifest of what is done; if that takes too long, or the signal
-// comes again, it is ended at once, and the files under guard are removed. Either way the process
-// ends with the exit code of an interruption.
+// A run that leaves no files is ended at once. A run that writes files is asked to stop, and does
+// so between two steps, with a manifest of what is done; if that takes too long, or the signal
+// comes again, it is ended at once, and the guarded files are removed. Either way the process ends
+// with ExitCode::Interrupted.
 //
-// The signals are the main thread's: others are started while an Interrupt::Block stands.
+// Only the main thread takes the signals: start other threads while an Interrupt::Block exists.
 class Interrupt {
 public:
-    // A file that goes when the process is ended at once. There may be `guardCount` at a time.
+    // A file that is removed when the process is ended at once. At most `guardCount` may exist.
     class Guard {
     public:
-        // The file `name` in the folder `directory`, an open descriptor that outlives the guard.
+        // Guards the file `name`, of at most 63 bytes, in the folder `directory`, an open
+        // descriptor that must outlive the guard.
         Guard(int directory, const std::string& name);
         Guard(Guard&& other) noexcept;
         Guard& operator=(Guard&& other) noexcept;
@@ -28,11 +29,11 @@ public:
         ~Guard();
 
     private:
-        int place; // below 0: it guards nothing
+        int place; // below 0: guards nothing
     };
     static constexpr int guardCount = 2048;
 
-    // While it stands on a thread, that thread gets no signals, nor do those that it starts.
+    // While it exists, its thread and the threads started by it receive no signals.
     class Block {
     public:
         Block();
@@ -44,8 +45,8 @@ public:
         sigset_t before = {};
     };
 
-    // While it stands, on whichever thread, the process is not ended at once: a file is made and
-    // put under guard in one step.
+    // While one exists on any thread, the process is not ended at once: a file is created and
+    // guarded in one step.
     class Delay {
     public:
         Delay();
@@ -57,14 +58,15 @@ public:
         Block block;
     };
 
+    // Makes the signals end the process at once, or first ask the run to stop.
     static void endAtOnce();
     static void askToStop();
 
-    // Whether the run has been asked to stop.
+    // Returns whether the run has been asked to stop.
     static bool isRequested();
 
-    // Whether an unfinished line stands on the terminal, which the last message takes away.
-    static void setLineStands(bool stands);
+    // Sets whether the terminal shows an unfinished line, which the last message must clear.
+    static void setLineUnfinished(bool isUnfinished);
 };
 
 } // namespace olmkit

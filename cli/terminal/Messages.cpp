@@ -21,13 +21,13 @@ const char* adviceOn(olmhost::OpenStatus status) {
     case olmhost::OpenStatus::Unreadable:
         return "check the path, the permissions and the disk, then try again";
     case olmhost::OpenStatus::NotAnArchive:
-        return "it is no OLM archive";
+        return "it is not an OLM archive";
     case olmhost::OpenStatus::Damaged:
         return "copy or export the archive again";
     case olmhost::OpenStatus::Encrypted:
         return "export or unpack it without a password";
     case olmhost::OpenStatus::LimitReached:
-        return "it is larger than this program takes";
+        return "it is larger than this program can read";
     case olmhost::OpenStatus::Done:
         break;
     }
@@ -42,11 +42,11 @@ const char* adviceOn(olmhost::FaultKind kind) {
         return "it was left out; export the archive without a password";
     case olmhost::FaultKind::Damaged:
     case olmhost::FaultKind::Checksum:
-        return "what could be read of it was used; copy or export the archive again";
+        return "the part that could be read was used; copy or export the archive again";
     case olmhost::FaultKind::LimitReached:
-        return "what lies beyond the limit was left out";
+        return "the part beyond the limit was left out";
     case olmhost::FaultKind::BrokenMarkup:
-        return "what stands ahead of the break was used; export the archive again";
+        return "the part before the error was used; export the archive again";
     }
     return "";
 }
@@ -107,7 +107,7 @@ void Messages::openFailure(const std::string& archive, const olmhost::OpenOutcom
     error(archiveTitle(archive) + ": " + outcome.text + "; " + adviceOn(outcome.status));
 }
 
-void Messages::noOlmArchive(const std::string& archive, const olmhost::Session& session) {
+ExitCode Messages::notOlmArchive(const std::string& archive, const olmhost::Session& session) {
     const std::vector<olmhost::EntryFault>& found = session.faults();
     const bool isEncrypted = std::ranges::any_of(found, [](const olmhost::EntryFault& fault) {
         return fault.kind == olmhost::FaultKind::Encrypted;
@@ -115,10 +115,11 @@ void Messages::noOlmArchive(const std::string& archive, const olmhost::Session& 
     if (isEncrypted) {
         error(archiveTitle(archive) + ": no document in it can be read without a password; " +
               adviceOn(olmhost::OpenStatus::Encrypted));
-        return;
+    } else {
+        error(archiveTitle(archive) + ": a ZIP archive, but not an OLM archive: it has no document "
+                                      "of mail, contacts, events, tasks or notes");
     }
-    error(archiveTitle(archive) + ": a ZIP archive, but no OLM archive: no document of mail, "
-                                  "contacts, events, tasks or notes was found in it");
+    return ExitCode::NotAnArchive;
 }
 
 std::size_t Messages::faults(const std::string& archive, const olmhost::Session& session) {
@@ -128,9 +129,9 @@ std::size_t Messages::faults(const std::string& archive, const olmhost::Session&
 
 void Messages::faults(const std::string& archive, const olmhost::Session& session,
                       const std::vector<olmhost::EntryFault>& found,
-                      const std::set<std::uint64_t>& told) {
+                      const std::set<std::uint64_t>& reported) {
     for (const olmhost::EntryFault& fault : found) {
-        if (told.contains(fault.entryIndex)) {
+        if (reported.contains(fault.entryIndex)) {
             continue;
         }
         const bool hasEntry = fault.entryIndex < session.entryCount();
@@ -140,8 +141,9 @@ void Messages::faults(const std::string& archive, const olmhost::Session& sessio
     }
 }
 
-void Messages::outputFailure(std::string_view name, int errorNumber) {
+ExitCode Messages::outputFailure(std::string_view name, int errorNumber) {
     error(std::string(name) + " can't be written: " + errorText(errorNumber));
+    return ExitCode::OutputFailed;
 }
 
 std::string archiveTitle(const std::string& archive) {

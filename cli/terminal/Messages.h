@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/terminal/ExitCode.h"
 #include "cli/terminal/TerminalOptions.h"
 #include "host/session/OpenOutcome.h"
 #include "host/session/Session.h"
@@ -16,9 +17,9 @@
 
 namespace olmkit {
 
-// What the program tells people, one line each on standard error, with "olmkit: " ahead. What
-// could act on a terminal is taken out of the lines. `archive` is always the path as it was given.
-// Used by one thread at a time.
+// The program's messages: one line each on standard error, after "olmkit: ". Characters that could
+// act on a terminal are replaced. `archive` is always the path as the user gave it. Used by one
+// thread at a time.
 class Messages {
 public:
     void setOptions(const TerminalOptions& wanted);
@@ -26,36 +27,38 @@ public:
     bool isQuiet() const { return chosen.loudness == Loudness::Quiet; }
     bool isVerbose() const { return chosen.loudness == Loudness::Verbose; }
 
-    // What is wrong, or has gone wrong.
+    // Prints what is wrong.
     void error(std::string_view text);
-    // What is worth a look. Not told when only errors are wanted.
+    // Prints what may need attention, unless the run is quiet.
     void warn(std::string_view text);
-    // What happens. Told only when everything is wanted.
+    // Prints what happens, when the run is verbose.
     void detail(std::string_view text);
 
-    // Writes text as it is, control sequences and all, to standard error.
+    // Writes text unchanged to standard error, control sequences included.
     static void show(std::string_view text);
 
-    // Sets what takes away a line that stands unfinished on the terminal; it is called ahead of
-    // each message. An empty function ends that.
+    // Sets a function that is called before each message, to clear an unfinished line on the
+    // terminal. An empty function unsets it.
     void beforeEachMessage(std::function<void()> action) { beforeMessage = std::move(action); }
 
-    // An archive that did not open, and what to do about it.
+    // Reports an archive that did not open, and what to do about it.
     void openFailure(const std::string& archive, const olmhost::OpenOutcome& outcome);
 
-    // A readable archive that holds nothing of what this program reads.
-    void noOlmArchive(const std::string& archive, const olmhost::Session& session);
+    // Reports a readable archive without any document that this program reads. Returns the run's
+    // exit code.
+    ExitCode notOlmArchive(const std::string& archive, const olmhost::Session& session);
 
-    // The faults of all entries. Gives how many there are.
+    // Reports the faults of all entries and returns their number.
     std::size_t faults(const std::string& archive, const olmhost::Session& session);
 
-    // Faults of the archive's entries, each with the entry's name and what to do about it, but for
-    // those of entries in `told`.
+    // Reports the faults in `found`, each with the entry's name and what to do about it, except
+    // those of entries in `reported`.
     void faults(const std::string& archive, const olmhost::Session& session,
-                const std::vector<olmhost::EntryFault>& found, const std::set<std::uint64_t>& told);
+                const std::vector<olmhost::EntryFault>& found,
+                const std::set<std::uint64_t>& reported);
 
-    // Standard output, or whatever `name` says, can't be written.
-    void outputFailure(std::string_view name, int errorNumber);
+    // Reports that an output, called `name`, can't be written. Returns the run's exit code.
+    ExitCode outputFailure(std::string_view name, int errorNumber);
 
 private:
     void put(std::string_view text, std::string_view color);
@@ -65,19 +68,19 @@ private:
     std::function<void()> beforeMessage;
 };
 
-// The name that stands for standard input where an archive is wanted.
+// The path that means standard input where an archive is expected.
 inline constexpr std::string_view standardInput = "-";
 
-// How messages call an archive that was given by that path.
+// Returns what messages call an archive that was given by this path.
 std::string archiveTitle(const std::string& archive);
 
-// The same without its folders.
+// Returns the same without the folders of the path.
 std::string archiveName(const std::string& archive);
 
-// How an entry is called in messages: its index and name.
+// Returns what messages call an entry: its index and name.
 std::string entryTitle(const olmhost::Session& session, std::uint64_t entry);
 
-// The text of an errno value.
+// Returns the text of an errno value.
 std::string errorText(int errorNumber);
 
 } // namespace olmkit

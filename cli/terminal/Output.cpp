@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <string_view>
 
 #include "cli/terminal/Terminal.h"
@@ -11,19 +12,19 @@ namespace olmkit {
 
 namespace {
 
-constexpr std::size_t enough = std::size_t{64} << 10; // bytes
-constexpr std::chrono::milliseconds whileAgo{100};
+constexpr std::size_t enoughBytes = std::size_t{64} << 10;
+constexpr std::chrono::milliseconds maxWait{100};
 
 } // namespace
 
 Output::Output(int descriptor)
     : descriptor(descriptor), lastFlush(std::chrono::steady_clock::now()) {
-    pending.reserve(2 * enough);
+    pending.reserve(2 * enoughBytes);
 }
 
 bool Output::endRecord() {
-    if (pending.size() >= enough || isFirstRecord ||
-        std::chrono::steady_clock::now() - lastFlush >= whileAgo) {
+    if (pending.size() >= enoughBytes || isFirstRecord ||
+        std::chrono::steady_clock::now() - lastFlush >= maxWait) {
         isFirstRecord = false;
         return flush();
     }
@@ -42,10 +43,14 @@ bool Output::flush() {
     }
     pending.clear();
     lastFlush = std::chrono::steady_clock::now();
-    if (isClosed() && closedAction) {
-        closedAction();
+    if (isClosed() && endsProcess) {
+        std::_Exit(static_cast<int>(ExitCode::Done));
     }
     return error == 0;
+}
+
+ExitCode Output::finish(ExitCode code, Messages& messages) {
+    return flush() || isClosed() ? code : messages.outputFailure("standard output", error);
 }
 
 bool Output::isClosed() const {

@@ -2,19 +2,19 @@
 #define OLMKIT_CLI_TERMINAL_OUTPUT_H
 
 #include <chrono>
-#include <functional>
 #include <string>
-#include <utility>
 
+#include "cli/terminal/ExitCode.h"
+#include "cli/terminal/Messages.h"
 #include "cli/terminal/TerminalOptions.h"
 
 namespace olmkit {
 
-// Buffered text for one file descriptor, which is borrowed.
+// Buffered text for a file descriptor, which is borrowed.
 //
-// What is written goes out in whole records only, so a run that is cut off leaves whole lines: the
-// caller appends to buffer() and ends each record with endRecord(). The first record goes out at
-// once, later ones when there are enough or the last ones are a while ago.
+// Only whole records are written, so an interrupted run leaves whole lines: the caller appends to
+// buffer() and ends each record with endRecord(). The first record is written at once, later ones
+// when there are enough or some time has passed.
 class Output {
 public:
     explicit Output(int descriptor);
@@ -22,33 +22,39 @@ public:
     Output& operator=(const Output&) = delete;
     ~Output() = default;
 
-    // Sets what is called when nobody reads the output any more (a closed pipe). It may end the
-    // process; when it returns, the output is failed() and isClosed().
-    void whenClosed(std::function<void()> action) { closedAction = std::move(action); }
+    // Makes a closed pipe end the process at once, with ExitCode::Done: for a run that has nothing
+    // left to do or to undo when its output is no longer read.
+    void endProcessWhenClosed() { endsProcess = true; }
 
     std::string& buffer() { return pending; }
 
-    // False when the output has failed.
+    // Returns false when the output has failed.
     bool endRecord();
 
-    // Writes what is pending. False when the output has failed.
+    // Writes the buffer. Returns false when the output has failed.
     bool flush();
 
+    // Writes the buffer of standard output at the end of a run, and returns `code`; when the output
+    // has failed, prints a message and returns OutputFailed. A closed pipe is not a failure.
+    ExitCode finish(ExitCode code, Messages& messages);
+
     bool failed() const { return error != 0; }
-    bool isClosed() const;
-    // The errno of the failure, 0 for none.
+    // Returns the errno value of the failure, 0 for none.
     int errorNumber() const { return error; }
 
-    // Columns of the terminal behind the output, 0 when it is none.
+    // Returns the width in columns of the terminal, 0 when the output is not a terminal.
     unsigned terminalWidth() const;
 
-    // Whether text may have control sequences for bold type and colours; by default on a terminal.
+    // Returns whether text may have control sequences for bold type and colours; by default only on
+    // a terminal.
     bool isStyled() const;
     void setColor(ColorMode mode) { color = mode; }
 
 private:
+    bool isClosed() const;
+
     int descriptor;
-    std::function<void()> closedAction;
+    bool endsProcess = false;
     std::string pending;
     std::chrono::steady_clock::time_point lastFlush;
     bool isFirstRecord = true;

@@ -16,12 +16,12 @@ namespace olmkit {
 namespace {
 
 // Seconds.
-constexpr double barDelay = 0.3; // a run that is over by then shows no bar
+constexpr double barDelay = 0.3; // a run that ends sooner shows no bar
 constexpr double barPause = 0.1;
 constexpr double jsonPause = 0.25;
-constexpr double rateMemory = 3; // what lies further back hardly counts
+constexpr double rateMemory = 3; // older values hardly count
 
-// Some milliseconds coarse, and read in a few nanoseconds.
+// Exact to some milliseconds, and read in a few nanoseconds.
 double secondsNow() {
     timespec now = {};
     clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
@@ -76,11 +76,11 @@ void Progress::draw(double now) {
         nextDraw = now + jsonPause;
         return;
     }
-    // Asked for each time, so a terminal that changes its width is followed. The last column stays
-    // free: a cursor behind it would be on the next line.
+    // Read each time, since the terminal's width may change. The last column stays free: a cursor
+    // after it would be on the next line.
     unsigned width = terminalWidth(STDERR_FILENO);
-    width = (width == 0 ? usualWidth : width) - 1;
-    Interrupt::setLineStands(true);
+    width = (width == 0 ? defaultWidth : width) - 1;
+    Interrupt::setLineUnfinished(true);
     messages.show(std::string(style::emptyLine) + progressBar(report, label, width));
     isShown = true;
     nextDraw = now + barPause;
@@ -103,14 +103,14 @@ void Progress::hide() {
     if (isShown) {
         messages.show(style::emptyLine);
         isShown = false;
-        Interrupt::setLineStands(false);
+        Interrupt::setLineUnfinished(false);
     }
 }
 
 void Progress::finish() {
     hide();
     if (mode == ProgressMode::Json) {
-        // The rate of the whole run.
+        // The last line has the rate of the whole run.
         report.isFinished = true;
         report.seconds = secondsNow() - start;
         report.rate = report.seconds > 0 ? static_cast<double>(report.done) / report.seconds : 0;

@@ -9,24 +9,25 @@
 
 namespace olmkit {
 
-// Shows on standard error how far a run is: a bar that comes and goes on a terminal, or lines of
-// JSON, or nothing, as the options of `messages` say. Messages told in the meantime take the bar
-// away; it is back with the next update. One at a time, used by the thread that tells messages.
+// Shows the progress of a run on standard error: as a bar on a terminal, as lines of JSON, or not
+// at all, as the options of `messages` say. A message clears the bar, and the next update draws it
+// again. Only one may exist at a time, used by the thread that prints messages.
 class Progress {
 public:
-    // `messages` is borrowed. `label` stands ahead of the bar; any text.
+    // `messages` is borrowed and must outlive this object. `label` is printed before the bar; it
+    // may be any text.
     Progress(Messages& messages, const std::string& label);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
     ~Progress();
 
-    // To be called as often as there is something new; what can't be seen yet costs next to
-    // nothing. `total` is 0 while it isn't known; `share` of the whole way, from 0 to 1, serves in
-    // its place. `done` counts the failed ones too.
+    // Takes new figures; may be called often, since it draws only from time to time. `total` is 0
+    // while it is unknown; then `share`, from 0 to 1, says how much of the run is done. `done`
+    // includes the failed ones.
     void update(std::uint64_t done, std::uint64_t total, std::uint64_t bytes, std::uint64_t failed,
                 double share = 0);
 
-    // Takes the bar away, or tells the last line. Nothing is shown after that.
+    // Clears the bar, or prints the last line of JSON. Nothing is shown after that.
     void finish();
 
 private:

@@ -15,8 +15,8 @@ namespace olmkit {
 namespace {
 
 constexpr const char* gap = "  ";
-constexpr std::size_t shortestBar = 12; // cells, brackets included
-constexpr std::size_t longestBar = 52;
+constexpr std::size_t minBar = 12; // cells, including the brackets
+constexpr std::size_t maxBar = 52;
 
 template <typename... Values> std::string formatted(const char* format, Values... values) {
     std::array<char, 64> text = {};
@@ -36,14 +36,14 @@ std::string sizeText(std::uint64_t bytes) {
 }
 
 std::string timeText(double seconds) {
-    constexpr double most = 359'999; // 99:59:59
-    const auto whole = static_cast<unsigned>(std::min(std::ceil(seconds), most));
+    constexpr double maxSeconds = 359'999; // 99:59:59
+    const auto whole = static_cast<unsigned>(std::min(std::ceil(seconds), maxSeconds));
     const unsigned minutes = whole / 60;
     return minutes < 60 ? formatted("%u:%02u", minutes, whole % 60)
                         : formatted("%u:%02u:%02u", minutes / 60, minutes % 60, whole % 60);
 }
 
-// All but the bar and the label.
+// Everything except the bar and the label.
 std::string figures(const ProgressReport& report) {
     std::string text = std::to_string(report.done);
     text += report.total != 0 ? " of " + std::to_string(report.total) : " done";
@@ -103,12 +103,12 @@ std::string progressBar(const ProgressReport& report, const std::string& label, 
         return text.substr(0, width);
     }
     constexpr std::size_t gapSize = std::string_view(gap).size();
-    const bool hasBar = report.passed().has_value() && room >= shortestBar + gapSize;
+    const bool hasBar = report.passed().has_value() && room >= minBar + gapSize;
     const std::size_t labelSize = label.empty() ? 0 : cellsOf(label) + gapSize;
-    const bool hasLabel = labelSize + (hasBar ? shortestBar + gapSize : 0) <= room;
+    const bool hasLabel = labelSize + (hasBar ? minBar + gapSize : 0) <= room;
     room -= hasLabel ? labelSize : 0;
     if (hasBar) {
-        text = bar(report, std::min(room - gapSize, longestBar)) + gap + text;
+        text = bar(report, std::min(room - gapSize, maxBar)) + gap + text;
     }
     return hasLabel && labelSize != 0 ? label + gap + text : text;
 }

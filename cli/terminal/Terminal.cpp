@@ -23,7 +23,7 @@ unsigned terminalWidth(int descriptor) {
     }
     winsize size = {};
     if (ioctl(descriptor, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) {
-        return usualWidth;
+        return defaultWidth;
     }
     return size.ws_col;
 }

@@ -5,17 +5,18 @@
 
 namespace olmkit {
 
-// Columns where no terminal tells them.
-inline constexpr unsigned usualWidth = 80;
+// The width in columns where no terminal reports one.
+inline constexpr unsigned defaultWidth = 80;
 
-// Columns of the terminal behind a file descriptor at this moment, 0 when it is none.
+// Returns the current width in columns of the terminal that a file descriptor refers to, 0 when it
+// is not a terminal.
 unsigned terminalWidth(int descriptor);
 
-// Whether a terminal that obeys control sequences is behind a file descriptor.
+// Returns whether a file descriptor refers to a terminal that obeys control sequences.
 bool isSmartTerminal(int descriptor);
 
-// Whether what goes to a file descriptor is coloured. NO_COLOR in the environment decides only for
-// Auto.
+// Returns whether text for a file descriptor is coloured. The environment's NO_COLOR counts for
+// Auto only.
 bool isColored(ColorMode mode, int descriptor);
 
 } // namespace olmkit

@@ -4,23 +4,23 @@
 namespace olmkit {
 
 enum class Loudness {
-    Quiet, // errors alone
-    Usual,
+    Quiet, // errors only
+    Normal,
     Verbose,
 };
 
 enum class ColorMode { Auto, Always, Never };
 
 enum class ProgressMode {
-    Auto, // a bar on a terminal that can move its cursor, nothing elsewhere
+    Auto, // a bar on a terminal that obeys control sequences, otherwise nothing
     Bar,
     Json,
     None,
 };
 
-// How the program talks, whichever command it runs.
+// How the program prints, whichever command it runs.
 struct TerminalOptions {
-    Loudness loudness = Loudness::Usual;
+    Loudness loudness = Loudness::Normal;
     ColorMode color = ColorMode::Auto;
     ProgressMode progress = ProgressMode::Auto;
 };

@@ -15,13 +15,14 @@ constexpr bool isLowSurrogate(char32_t unit) {
     return unit >= 0xDC00 && unit < 0xE000;
 }
 
-// Vowels and ends of Korean syllables, which share the cells of the consonant ahead of them.
+// Vowels and final consonants of Korean syllables, which share the cells of the consonant before
+// them.
 constexpr bool isJoinedJamo(char32_t codePoint) {
     return (codePoint >= 0x1160 && codePoint < 0x1200) ||
            (codePoint >= 0xD7B0 && codePoint < 0xD800);
 }
 
-constexpr char32_t firstPicture = 0x1F000; // from here on signs take two cells
+constexpr char32_t firstPicture = 0x1F000; // signs from here on take two cells
 
 } // namespace
 
@@ -72,7 +73,7 @@ void appendCodePoint(std::string& out, char32_t codePoint) {
 
 void appendUtf8(std::string& out, std::u16string_view text) {
     while (!text.empty()) {
-        // Nearly all text is ASCII for long stretches.
+        // Most text is ASCII over long stretches.
         const auto stop = std::ranges::find_if(text, [](char16_t unit) { return unit >= 0x80; });
         out.append(text.begin(), stop);
         text.remove_prefix(static_cast<std::size_t>(stop - text.begin()));
@@ -112,7 +113,7 @@ unsigned cellWidth(char32_t codePoint) {
         return 1;
     }
     if (category == UTF8PROC_CATEGORY_CN && codePoint >= firstPicture) {
-        return 2; // a sign that is newer than the library
+        return 2; // a sign newer than the library
     }
     const int width = utf8proc_charwidth(character);
     return width < 0 ? 0 : static_cast<unsigned>(width);

@@ -10,26 +10,26 @@ enum class Problem {
     Missing,
     Size,
     Hash,
-    Refused,    // its path leads out of the folder, or over a link; it was not opened
-    Unreadable, // it is there, but is no file or can't be read
-    Unexpected, // the manifest doesn't name it
+    Refused,    // its path leads out of the folder or through a link; it was not opened
+    Unreadable, // it exists, but is not a regular file or can't be read
+    Unexpected, // the manifest doesn't list it
 };
 
-// A file that is not as the manifest says.
+// A file that differs from the manifest.
 struct Difference {
     Problem problem = Problem::Missing;
-    std::string path; // as the manifest has it
+    std::string path; // as in the manifest
     std::uint64_t expectedSize = 0;
     std::uint64_t size = 0;
     std::string expectedSha256;
     std::string sha256;
-    std::string reason; // of Refused and Unreadable, for people
+    std::string reason; // of Refused and Unreadable, for the user
 };
 
-// The name of a problem for programs.
+// Returns the name of a problem in JSON.
 const char* nameOf(Problem problem);
 
-// A line for people, without its end. What the path could do to a terminal is still in it.
+// Returns a line for the user, without its end. Control characters of the path are still in it.
 std::string textOf(const Difference& difference);
 
 } // namespace olmkit

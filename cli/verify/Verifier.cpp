@@ -4,14 +4,13 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <filesystem>
-#include <string_view>
 #include <system_error>
 #include <vector>
 
 #include "cli/files/Sha256.h"
+#include "cli/manifest/RunFiles.h"
 #include "cli/terminal/Messages.h"
 
 namespace olmkit {
@@ -20,49 +19,37 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What this program itself puts beside the messages.
-bool isOwnFile(const std::string& path) {
-    static constexpr std::array<std::string_view, 5> names = {
-        "manifest.jsonl", "manifest.jsonl.part", "shard.json", "summary.json", "unfinished.json"};
-    return std::ranges::find(names, path) != names.end();
-}
-
 } // namespace
 
 void Verifier::check(const ManifestRow& row) {
-    if (row.path.empty()) {
-        ++failed;
-    } else {
-        ++messages;
-        check(row.path, row.size, row.sha256);
-    }
-    for (const AttachmentRow& attachment : row.attachments) {
-        if (!attachment.path.empty()) {
-            ++attachments;
-            check(attachment.path, attachment.size.value_or(0), attachment.sha256);
-        }
+    const std::vector<ListedFile> files = filesOf(row);
+    const bool hasMessage = !row.path.empty();
+    ++(hasMessage ? messages : failed);
+    attachments += files.size() - (hasMessage ? 1 : 0);
+    for (const ListedFile& file : files) {
+        check(file);
     }
 }
 
-void Verifier::check(const std::string& path, std::uint64_t size, const std::string& sha256) {
+void Verifier::check(const ListedFile& file) {
     if (remembers) {
-        named.insert(path);
+        listedPaths.insert(file.path);
     }
     Difference difference;
-    difference.path = path;
-    difference.expectedSize = size;
-    difference.expectedSha256 = sha256;
-    int file = -1;
-    const bool isGood = open(difference, file) && compare(difference, file);
-    if (file >= 0) {
-        close(file);
+    difference.path = file.path;
+    difference.expectedSize = file.size;
+    difference.expectedSha256 = file.sha256;
+    int descriptor = -1;
+    const bool isGood = open(difference, descriptor) && compare(difference, descriptor);
+    if (descriptor >= 0) {
+        close(descriptor);
     }
     if (!isGood) {
-        tell(difference);
+        add(difference);
         return;
     }
     ++good;
-    bytes += size;
+    bytes += file.size;
 }
 
 bool Verifier::open(Difference& difference, int& file) {
@@ -80,11 +67,11 @@ bool Verifier::open(Difference& difference, int& file) {
         return false;
     case ELOOP:
         difference.problem = Problem::Refused;
-        difference.reason = "a symbolic link is in its path, and is not followed";
+        difference.reason = "a symbolic link is in its path and is not followed";
         return false;
     case ENODEV:
         difference.problem = Problem::Unreadable;
-        difference.reason = "it is no file";
+        difference.reason = "it is not a regular file";
         return false;
     default:
         difference.problem = Problem::Unreadable;
@@ -107,7 +94,7 @@ bool Verifier::compare(Difference& difference, int file) {
         difference.reason = errorText(errno);
         return false;
     }
-    // It may have become longer meanwhile.
+    // The file may have grown since fstat().
     difference.problem = difference.size != difference.expectedSize ? Problem::Size : Problem::Hash;
     return difference.size == difference.expectedSize &&
            difference.sha256 == difference.expectedSha256;
@@ -121,7 +108,7 @@ void Verifier::checkOthers(const std::string& path) {
         std::error_code ignored;
         const bool isFolder = place->symlink_status(ignored).type() == fs::file_type::directory;
         std::string name = place->path().lexically_relative(path).string();
-        if (!isFolder && !isOwnFile(name) && !named.contains(name)) {
+        if (!isFolder && !isRunFile(name) && !listedPaths.contains(name)) {
             others.push_back(std::move(name));
         }
         place.increment(error);
@@ -131,18 +118,18 @@ void Verifier::checkOthers(const std::string& path) {
         Difference difference;
         difference.problem = Problem::Unexpected;
         difference.path = std::move(other);
-        tell(difference);
+        add(difference);
     }
     if (error) {
         Difference difference;
         difference.problem = Problem::Unreadable;
         difference.path = path;
         difference.reason = error.message();
-        tell(difference);
+        add(difference);
     }
 }
 
-void Verifier::tell(const Difference& difference) {
+void Verifier::add(const Difference& difference) {
     ++differences;
     listener(difference);
 }

@@ -7,7 +7,7 @@ namespace olmkit {
 
 struct VerifyOptions {
     std::string directory;
-    bool strict = false; // files that the manifest doesn't name count too
+    bool strict = false; // files that the manifest doesn't list are differences too
     bool json = false;
 };
 

@@ -1,8 +1,8 @@
 /*
- * What the module writes a message to: storages are folders here, streams are files.
+ * The storages and streams of a message, as folders and files.
  *
- * A request that fails leaves its handles open; here the program's end closes them. Better: keep a
- * list of them, and write a compound file (MS-CFB), which is what mail programs read.
+ * A request that fails leaves its handles open; here the end of the program closes them. Better:
+ * keep a list of them, and write a compound file (MS-CFB), which mail programs read.
  */
 #include <errno.h>
 #include <stdio.h>
@@ -13,7 +13,7 @@
 #include "minimal_host.h"
 
 typedef struct Place {
-    HostStream stream; /* comes first: the module's HostStream* is our Place* */
+    HostStream stream; /* must be first: the module's HostStream* is our Place* */
     FILE* file;        /* null for a folder */
     char path[];
 } Place;
@@ -45,22 +45,26 @@ HostStream* newOutput(const char* path) {
     return &newPlace(path, "")->stream;
 }
 
-/* Names are plain ASCII in everything that the module makes; others are refused. */
-static int readName(const StorageSpec* wanted, char* name) {
-    const size_t most = sizeof wanted->name / sizeof *wanted->name;
+enum {
+    MaxName = sizeof((StorageSpec*)0)->name / sizeof *((StorageSpec*)0)->name, /* units */
+    ClassIdSize = 16,
+};
+
+/* Returns whether the name can be used. All names that the module makes are ASCII. */
+static int readName(const StorageSpec* spec, char* name) {
     size_t length = 0;
-    for (; length < most && wanted->name[length] != 0; ++length) {
-        if (wanted->name[length] >= 0x80 || wanted->name[length] == '/') {
+    for (; length < MaxName && spec->name[length] != 0; ++length) {
+        if (spec->name[length] >= 0x80 || spec->name[length] == '/') {
             return 0;
         }
-        name[length] = (char)wanted->name[length];
+        name[length] = (char)spec->name[length];
     }
     return length != 0 && name[0] != '.';
 }
 
-/* The root's record is another one, so it takes the folder that the output names. */
+/* The root has another record, without a name: its folder is the output's. */
 static Place* placeOf(uint32_t type, void* record) {
-    char name[130] = "/";
+    char name[MaxName + 2] = "/";
     if (type == IORootStorage) {
         return newPlace(((Place*)((RootStorageSpec*)record)->output)->path, "");
     }
@@ -68,7 +72,7 @@ static Place* placeOf(uint32_t type, void* record) {
     if (readName(record, name + 1)) {
         return newPlace(folder, name);
     }
-    fault(folder, "can't hold a stream of that name");
+    fault(folder, "a stream has a name that no file can have");
     return NULL;
 }
 
@@ -90,20 +94,20 @@ int32_t IOCreate(HostStream** handle, uint32_t type, void* record, uint32_t flag
     return 0;
 }
 
-/* A folder has no class id: it becomes a file, under a name that no stream has. */
+/* A folder has no class id: it becomes a file, with a name that no stream has. */
 int32_t IOSetInfo(HostStream* handle, uint32_t type, uint32_t number, const void* information) {
     Place* const made = newPlace(((Place*)handle)->path, "/class-id");
     uint32_t written = 0;
     int32_t status = -1;
     made->file = fopen(made->path, "wb");
     if (type == IORootStorage && number == IOInfoClassId && made->file != NULL) {
-        status = writePlace(&made->stream, information, 16, &written);
+        status = writePlace(&made->stream, information, ClassIdSize, &written);
     }
     closePlace(&made->stream);
     return status;
 }
 
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the name is the boundary's
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name is part of the boundary
 uint16_t* _UTwstrncpy(uint16_t* destination, const uint16_t* source, uint32_t count) {
     for (uint32_t i = 0; i < count; ++i) {
         destination[i] = *source;

@@ -1,11 +1,11 @@
 /*
- * A host of the filter: lists an archive, and writes one item as a folder of streams.
+ * A host of the filter: lists an archive, or writes one item as a folder of streams.
  *
  *     minimal_host MODULE ARCHIVE [--extract N OUT]
  *
- * It shows every side of the boundary and takes the simplest way on each; "Better:" tells what a
- * host for daily use does instead. Here are memory, rows and the order of calls: start with main(),
- * at the end. Exit status: 0 done, 1 something failed and was told, 2 wrong usage.
+ * It shows every part of the boundary in the simplest way; "Better:" says what a host for daily use
+ * does instead. This file has memory, rows and the order of calls: start with main(), at the end.
+ * The exit status is 0 when all is done, 1 after a failure, which is reported, 2 on wrong usage.
  */
 #include "minimal_host.h"
 
@@ -17,7 +17,7 @@
 
 #include "utf16.h"
 
-static int faults; /* told so far */
+static int faults; /* reported so far */
 
 int32_t fault(const char* what, const char* why) {
     fprintf(stderr, "minimal_host: %s: %s\n", what, why);
@@ -27,7 +27,7 @@ int32_t fault(const char* what, const char* why) {
 
 void* need(void* block) {
     if (block == NULL) {
-        fault("memory", "there is none left");
+        fault("memory", "exhausted");
         exit(1);
     }
     return block;
@@ -51,15 +51,18 @@ void SYSNativeFree(uint64_t handle) {
     free((void*)(uintptr_t)handle);
 }
 
-/* ---- Rows: number, name, subject, date and kind, printed as their cells come. ---- */
+/* ---- Rows: number, name, subject, date and kind, printed as the cells arrive. ---- */
 
 enum { NameColumn, SubjectColumn = 4, SentColumn, ReceivedColumn, ModifiedColumn, KindColumn = 11 };
 
-/* What the first word of VwSetUser leads to. */
+/* A kind is 0x30000, 0x40000 and so on, in the order of `kinds`. */
+enum { KindStep = 0x10000, FirstKind = 3, KindCount = 5 };
+
+/* The state of a scan, passed as the first word of VwSetUser. */
 typedef struct Scan {
     int isDone;
     unsigned long rows;
-    int column; /* of the cell that comes */
+    int column; /* of the next cell */
     int hasDate;
 } Scan;
 
@@ -67,7 +70,7 @@ static Scan* scanOf(uint64_t user0) {
     return (Scan*)(uintptr_t)user0;
 }
 
-/* Only address lists, which aren't shown, have more than one text in a cell. */
+/* Only address lists, which are not printed, have several texts in a cell. */
 static int32_t putText(const uint16_t* text, uint16_t length, uint32_t charset, uint64_t user0,
                        uint64_t user1) {
     Scan* const scan = scanOf(user0);
@@ -87,13 +90,13 @@ static int32_t putText(const uint16_t* text, uint16_t length, uint32_t charset, 
 }
 
 static void putValue(const void* value, uint64_t user0, uint64_t user1) {
-    static const char* const kinds[] = {"email", "contact", "appointment", "note", "task"};
+    static const char* const kinds[KindCount] = {"email", "contact", "appointment", "note", "task"};
     uint32_t number = 0;
     (void)user1;
     if (scanOf(user0)->column == KindColumn) {
         memcpy(&number, value, sizeof number);
-        const uint32_t kind = number / 0x10000 - 3; /* 0x30000, 0x40000 and so on */
-        printf("\t%s", kind < 5 ? kinds[kind] : "unknown");
+        const uint32_t kind = number / KindStep - FirstKind;
+        printf("\t%s", kind < KindCount ? kinds[kind] : "unknown");
     }
 }
 
@@ -102,11 +105,11 @@ static void cellEnd(uint16_t code, uint64_t user0, uint64_t user1) {
     ++scanOf(user0)->column;
 }
 
-/* Better: give non-zero at BreakEntry to pause the scan, when the user asks for it. */
+/* Better: return non-zero at BreakEntry to pause the scan, when the user asks for it. */
 static uint16_t breakAt(uint16_t code, uint32_t zero, uint64_t user0, uint64_t user1) {
     Scan* const scan = scanOf(user0);
     (void)zero, (void)user1;
-    if (scan->column != 0) { /* no cells come when rows aren't printed */
+    if (scan->column != 0) { /* there are no cells when rows aren't printed */
         putchar('\n');
         *scan = (Scan){.rows = scan->rows + (code == BreakRow)};
     }
@@ -114,7 +117,9 @@ static uint16_t breakAt(uint16_t code, uint32_t zero, uint64_t user0, uint64_t u
     return 0;
 }
 
-/* The scan goes on with the next entry; an extraction must not be returned to. */
+/* Called when an entry fails. The scan continues with the next entry, but an extraction must not be
+ * continued.
+ */
 static void bail(uint32_t failure, uint64_t user0, uint64_t user1) {
     (void)failure, (void)user1;
     fault("an entry", "can't be read as a document");
@@ -125,7 +130,7 @@ static void bail(uint32_t failure, uint64_t user0, uint64_t user1) {
 
 /* ---- The order of calls. ---- */
 
-/* Calls an entry point by its place in the table that VwGetRtns fills. */
+/* Calls an entry point by its index in the table that VwGetRtns fills. */
 #define CALL(name) ((__typeof__(&name))table[name##Entry])
 
 static void list(const SoRoutine* table, PROC* proc, Scan* scan, int isPrinted) {
@@ -135,7 +140,7 @@ static void list(const SoRoutine* table, PROC* proc, Scan* scan, int isPrinted) 
         CALL(VwSetSoRtn)(SoRtnCellEndId, (SoRoutine)cellEnd, proc);
     }
     CALL(VwSetSoRtn)(SoRtnBreakId, (SoRoutine)breakAt, proc);
-    CALL(VwSetSoRtn)(SoRtnBailId, (SoRoutine)bail, proc); /* what is left out does nothing */
+    CALL(VwSetSoRtn)(SoRtnBailId, (SoRoutine)bail, proc); /* routines not set do nothing */
     CALL(VwSetUser)((uint64_t)(uintptr_t)scan, 0, proc);
     CALL(VwStreamSection)(0, proc);
     while (!scan->isDone) {
@@ -143,14 +148,14 @@ static void list(const SoRoutine* table, PROC* proc, Scan* scan, int isPrinted) 
     }
 }
 
-/* Writes beside `out` and renames, so that what stands there is whole. By index: the module has
- * kept every item's place while it listed.
+/* Writes to `out`.part and renames it, so that `out` is always complete. Items are named by index:
+ * the module has kept the place of every item while listing.
  */
 static void extract(const SoRoutine* table, PROC* proc, int32_t index, const char* out) {
     char partial[4096];
     uint16_t status = 0;
     if ((size_t)snprintf(partial, sizeof partial, "%s.part", out) >= sizeof partial) {
-        fault(out, "is too long a name");
+        fault(out, "the name is too long");
         return;
     }
     const uint64_t handle = SYSNativeAlloc(sizeof(SODOSPECIALARC));
@@ -158,9 +163,9 @@ static void extract(const SoRoutine* table, PROC* proc, int32_t index, const cha
     *request = (SODOSPECIALARC){.output = newOutput(partial), .itemIndex = index};
     const int before = faults;
     if (CALL(VwDoSpecial)(0, handle, NULL, NULL, &status, 0, proc) != VwSpecialDone) {
-        fault(out, "is not written: there is no such item, or it failed");
+        fault(out, "not written: there is no such item, or it can't be extracted");
     } else if (faults != before) {
-        fault(partial, "lacks something, and keeps this name");
+        fault(partial, "is incomplete and keeps this name");
     } else if (rename(partial, out) != 0) {
         fault(out, strerror(errno));
     }
@@ -175,7 +180,7 @@ static void run(const SoRoutine* table, const char* archive, long index, const c
     Scan scan = {.rows = 0};
     uint64_t word = 0;
     PROC* const proc = need(CALL(VwAllocProc)());
-    CALL(VwLocalUp)(0, &word, proc); /* ahead of all routines: it blanks them */
+    CALL(VwLocalUp)(0, &word, proc); /* before VwSetSoRtn: it clears all routines */
     if (CALL(VwStreamOpen)(file, 0, 0, &information, proc) == VwOpenDone) {
         list(table, proc, &scan, out == NULL);
         if (out != NULL) {
@@ -188,7 +193,7 @@ static void run(const SoRoutine* table, const char* archive, long index, const c
     file->close(file);
 }
 
-/* The module finds its imports in this program, which is linked to show its functions. */
+/* The module finds its imports in this program, which exports its functions. */
 int main(int count, char** arguments) {
     SoRoutine table[VwTableEntries] = {NULL};
     char* end = NULL;

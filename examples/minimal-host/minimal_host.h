@@ -3,19 +3,19 @@
 
 #include "filter/olmfilter.h"
 
-/* Tells of a failure, which makes the exit status 1. Gives -1, the status of one that failed. */
+/* Reports a failure, which makes the exit status 1. Returns -1, the status of a failed call. */
 int32_t fault(const char* what, const char* why);
 
-/* The block itself; ends the program when there was no memory for it. */
+/* Returns the block, which must be newly allocated; ends the program when it is null. */
 void* need(void* block);
 
-/* The raw stream that VwStreamOpen takes, of a file with that path. Its `close` ends it. */
+/* Returns the raw stream of the file at `path`, for VwStreamOpen. Its `close` frees it. */
 HostStream* newFile(const char* path);
 
-/* What the archive's file, or an entry of it, is called in messages. */
+/* Returns the name of an archive's file, or of one of its entries, for messages. */
 const char* nameOf(HostStream* source);
 
-/* An output for one message, which becomes a folder of that path. Its `close` ends the handle. */
+/* Returns an output for one message, which becomes a folder at `path`. Its `close` frees it. */
 HostStream* newOutput(const char* path);
 
 #endif

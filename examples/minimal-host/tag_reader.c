@@ -1,10 +1,9 @@
 /*
- * The XML reader that the module asks of its host, over expat.
+ * The XML reader that the module uses, with expat.
  *
- * A document is parsed whole, into an array of tags with their texts as UTF-16; a saved state is
- * little more than a number of a tag. Better: parse on while tags are asked for, so that memory
- * doesn't grow with the document, and let a saved state tell a place in the entry's bytes, so that
- * the way back is a seek.
+ * A document is parsed completely into an array of tags, with texts in UTF-16; a saved state is
+ * little more than the index of a tag. Better: parse while tags are read, so that memory doesn't
+ * grow with the document, and save a position in the entry's bytes, so that restoring is a seek.
  */
 #include <stdlib.h>
 #include <string.h>
@@ -16,41 +15,44 @@
 
 enum { ChunkSize = 65536 };
 
-/* Set in the flags of an opening tag that was read; the module looks at UTXML_CLOSING_TAG alone. */
+/* White space between elements isn't text. */
+enum { WhiteSpaceOption = 4, WhiteSpaceIgnored = 1 };
+
+/* Set in the flags of an opening tag that was read; the module reads only UTXML_CLOSING_TAG. */
 enum { IsNumbered = 1 };
 
-/* Texts are places in `units`, each with a 0 unit behind it. */
+/* Texts are offsets into `units`; each ends with a 0 unit. */
 typedef struct Tag {
     size_t name;
-    size_t attributes; /* names and values in turns, up to an empty name */
-    size_t text;       /* directly behind an opening tag */
-    size_t partner;    /* the element's other tag; its parent's opening tag while it has none */
+    size_t attributes; /* names and values alternately, up to an empty name */
+    size_t text;       /* after an opening tag */
+    size_t partner; /* the element's closing or opening tag; until closed, its parent's opening */
     uint32_t flags;
     uint32_t id;
 } Tag;
 
-/* Where a reader stands: all of a saved state. */
+/* The position of a reader: the contents of a saved state. */
 typedef struct TagPlace {
-    size_t next; /* the tag that comes next */
-    size_t text; /* the unread text of the one ahead of it */
-    uint64_t isTold;
+    size_t next;         /* the next tag */
+    size_t text;         /* the unread text of the tag before it */
+    uint64_t isReported; /* that there is unread text */
 } TagPlace;
 
 typedef struct Document {
-    Tag* tags; /* the first stands for the document itself */
+    Tag* tags; /* the first is the document itself */
     size_t tagCount;
     uint16_t* units; /* the first is the empty text */
     size_t unitCount;
-    size_t unitRoom;
-    size_t open;            /* while it is parsed: the innermost open element */
+    size_t unitCapacity;
+    size_t open;            /* while parsing: the innermost open element */
     UTXML_STRVALPAIR* rows; /* of all tag maps */
     size_t rowCount;
     const UTXML_STRVALPAIR* lastMap;
     TagPlace place;
-    size_t attribute; /* the next one */
+    size_t attribute; /* the next one to return */
 } Document;
 
-_Static_assert(sizeof(TagPlace) <= sizeof(tagUTXMLSaveData), "a place fits into a saved state");
+_Static_assert(sizeof(TagPlace) <= sizeof(tagUTXMLSaveData), "a place must fit into a saved state");
 
 static Document* documentOf(const UTXMLReader* reader) {
     return (Document*)(uintptr_t)reader->host[0];
@@ -58,13 +60,13 @@ static Document* documentOf(const UTXMLReader* reader) {
 
 /* ---- What expat calls ---- */
 
-/* Gives the place of the first unit. A 0 byte that ends the text is appended like any other. */
+/* Returns the offset of the first unit. A terminator is appended if `size` includes it. */
 static size_t append(Document* document, const char* text, size_t size) {
     const size_t place = document->unitCount;
-    if (place + size > document->unitRoom) {
-        document->unitRoom = 2 * (place + size);
+    if (place + size > document->unitCapacity) {
+        document->unitCapacity = 2 * (place + size);
         document->units =
-            need(realloc(document->units, document->unitRoom * sizeof *document->units));
+            need(realloc(document->units, document->unitCapacity * sizeof *document->units));
     }
     document->unitCount += toUtf16(text, size, document->units + place);
     return place;
@@ -72,9 +74,9 @@ static size_t append(Document* document, const char* text, size_t size) {
 
 static Tag* addTag(Document* document) {
     const size_t count = document->tagCount;
-    if ((count & (count - 1)) == 0) { /* the room is the next power of two */
-        const size_t room = count == 0 ? 1 : 2 * count;
-        document->tags = need(realloc(document->tags, room * sizeof(Tag)));
+    if ((count & (count - 1)) == 0) { /* the capacity is the next power of two */
+        const size_t capacity = count == 0 ? 1 : 2 * count;
+        document->tags = need(realloc(document->tags, capacity * sizeof(Tag)));
     }
     document->tags[count] = (Tag){.partner = document->open, .id = UTXML_UNKNOWN_TAG};
     ++document->tagCount;
@@ -85,7 +87,7 @@ static int isBlank(uint16_t unit) {
     return unit == ' ' || unit == '\t' || unit == '\r' || unit == '\n';
 }
 
-/* White space alone is a text only when the element's own closing tag follows. */
+/* White space is text only when the element's own closing tag follows. */
 static void endText(Document* document, int isBeforeOpening) {
     append(document, "", 1);
     const size_t text = document->tags[document->tagCount - 1].text;
@@ -131,14 +133,14 @@ static void XMLCALL onText(void* user, const XML_Char* text, int size) {
     }
 }
 
-/* Nothing outside the entry is ever read: a document that wants it ends there, as broken. */
+/* Nothing outside the entry is ever read: a document that refers to it ends there, as broken. */
 static int XMLCALL refuseExternal(XML_Parser parser, const XML_Char* context, const XML_Char* base,
                                   const XML_Char* systemId, const XML_Char* publicId) {
     (void)parser, (void)context, (void)base, (void)systemId, (void)publicId;
     return XML_STATUS_ERROR;
 }
 
-/* What is ahead of a fault counts; the text there is the content of the tag read last. */
+/* Keeps what comes before a fault; text there belongs to the last tag. */
 static void parse(Document* document, HostStream* stream) {
     XML_Parser parser = need(XML_ParserCreate(NULL));
     XML_SetUserData(parser, document);
@@ -180,13 +182,13 @@ void UTXMLDeInit(UTXMLReader* reader) {
     free(document);
 }
 
-/* Option 4, the only one: white space between elements is no text. It never is here. */
+/* The module sets only this option, and this reader always behaves that way. */
 int16_t UTXMLSetOption(UTXMLReader* reader, uint32_t option, uint32_t value) {
     (void)reader;
-    return option == 4 && value == 1 ? 0 : -1;
+    return option == WhiteSpaceOption && value == WhiteSpaceIgnored ? 0 : -1;
 }
 
-/* The module adds a map anew for each item of a document, so that must cost next to nothing. */
+/* The module adds the same map again for each item of a document, so that must be cheap. */
 int16_t UTXMLAddTagMap(UTXMLReader* reader, const char* space, uint32_t reserved0,
                        uint32_t reserved1, const UTXML_STRVALPAIR* rows, uint16_t count) {
     Document* const document = documentOf(reader);
@@ -201,7 +203,7 @@ int16_t UTXMLAddTagMap(UTXMLReader* reader, const char* space, uint32_t reserved
     return 0;
 }
 
-/* The row added last counts. Better: a hash table. */
+/* The last row of a name counts. Better: a hash table. */
 static uint32_t numberOf(const Document* document, const uint16_t* name) {
     for (size_t row = document->rowCount; row-- > 0;) {
         const char* const candidate = document->rows[row].name;
@@ -230,8 +232,8 @@ static void number(Document* document, Tag* tag) {
 int16_t UTXMLReadNextTag(UTXMLReader* reader, UTXMLTagRecord* tag, uint64_t* extra) {
     Document* const document = documentOf(reader);
     TagPlace* const place = &document->place;
-    if (!place->isTold && document->units[place->text] != 0) {
-        place->isTold = 1;
+    if (!place->isReported && document->units[place->text] != 0) {
+        place->isReported = 1;
         return UTXML_CONTENT_PENDING;
     }
     const size_t index = place->next;
@@ -283,7 +285,7 @@ int16_t UTXMLReadContent(UTXMLReader* reader, uint32_t always1, uint16_t* buffer
     return *count == 0 ? 1 : 0;
 }
 
-/* Refuses a tag whose element isn't open any more, or never ends. */
+/* Fails for a tag whose element is closed already or never closes. */
 int16_t UTXMLSkipTag(UTXMLReader* reader, uint64_t firstHalf, uint64_t secondHalf) {
     Document* const document = documentOf(reader);
     TagPlace* const place = &document->place;
@@ -307,7 +309,7 @@ int16_t UTXMLGetStateInfo(UTXMLReader* reader, tagUTXMLSaveData* save) {
     return 0;
 }
 
-/* The state may come from another reader of the same entry: it parsed the same tags. */
+/* The state may be from another reader of the same entry, which parsed the same tags. */
 int16_t UTXMLRestoreStateInfo(UTXMLReader* reader, const tagUTXMLSaveData* save) {
     Document* const document = documentOf(reader);
     memcpy(&document->place, save, sizeof(TagPlace));

@@ -5,14 +5,14 @@
 #include <stdint.h>
 
 /*
- * Valid UTF-8 of `size` bytes as UTF-16, which never has more units than that. Gives the count of
- * units; no 0 unit is added.
+ * Converts valid UTF-8 of `size` bytes to UTF-16, which never has more than `size` units. Returns
+ * the number of units; adds no terminator.
  */
 size_t toUtf16(const char* text, size_t size, uint16_t* units);
 
 /*
- * Prints units to standard output, on one line: "/" for a 0 unit, which parts the levels of a
- * folder, a space for other control characters and U+FFFD for half a surrogate pair.
+ * Prints UTF-16 to standard output on one line: "/" for a 0 unit, which separates the levels of a
+ * folder, a space for other control characters and U+FFFD for a lone surrogate.
  */
 void printUtf16(const uint16_t* units, size_t count);
 

@@ -1,25 +1,44 @@
 #ifndef OLMKIT_FILTER_BOUNDARY_ENTRYPOINTS_H
 #define OLMKIT_FILTER_BOUNDARY_ENTRYPOINTS_H
 
+/*
+ * What the module exports. The module implements these functions; a host looks up VwGetRtns by name
+ * and finds the others in the table that it fills.
+ *
+ * Order of calls: VwGetRtns once. For each archive VwAllocProc, VwLocalUp, VwSetSoRtn for each
+ * routine, VwSetUser, VwStreamOpen, VwStreamSection, VwStreamRead until SoRtnBreak(BreakArchive)
+ * was called, VwDoSpecial any number of times, VwStreamClose, VwLocalDown, VwFreeProc. VwGetInfo
+ * may be called at any time.
+ *
+ * A PROC is used by one thread at a time. Different PROCs share nothing that is written, so they
+ * may be used by different threads. No exception leaves an exported function except for lack of
+ * memory in VwStreamOpen and VwStreamSection.
+ */
+
 #include "filter/boundary/HostStream.h"
 #include "filter/boundary/Layout.h"
 #include "filter/boundary/Request.h"
 #include "filter/boundary/Routines.h"
 
-/* What the host tells of the file that it opens. The module passes one word of it on. */
+#define OLM_EXPORT __attribute__((visibility("default")))
+
+/* The state of one open archive. The host knows it only by its address. */
+typedef struct PROCtag PROC;
+
+/* What the host knows about the file that it opens. */
 typedef struct FileInformation {
-    uint8_t host[16]; /* the host's own */
-    uint64_t word;    /* goes into ArchiveOpenRequest.fileWord */
+    uint8_t host[16]; /* the host's own; the module does not read it */
+    uint64_t word;    /* copied to ArchiveOpenRequest.fileWord */
 } FileInformation;
 
 OLM_ASSERT_OFFSET(FileInformation, word, 16);
 OLM_ASSERT_SIZE(FileInformation, 24);
 
-/* Who the filter is. */
+/* Identifies the filter. */
 typedef struct OverlayId {
-    uint16_t identifier; /* also the answer to VwGetInfo request 7 */
-    uint8_t number;      /* the record's own; the module never reads it */
-    char name[33];       /* the format, zero-filled */
+    uint16_t identifier; /* also the answer to VwInfoIdentifier */
+    uint8_t number;      /* a number of the record; the module does not read it */
+    char name[33];       /* the format, filled up with 0 bytes */
 } OverlayId;
 
 OLM_ASSERT_OFFSET(OverlayId, identifier, 0);
@@ -27,29 +46,16 @@ OLM_ASSERT_OFFSET(OverlayId, number, 2);
 OLM_ASSERT_OFFSET(OverlayId, name, 3);
 OLM_ASSERT_SIZE(OverlayId, 36);
 
-/* Where the scan of an archive stands; VwGetData copies it out, VwSetData puts it back. */
+/* The position of the listing in an archive (see VwGetData and VwSetData). */
 typedef struct ScanPosition {
-    uint64_t currentEntry; /* index of the archive entry that comes next */
-    uint8_t reserved[48];  /* zero */
+    uint64_t currentEntry; /* index of the next archive entry */
+    uint8_t reserved[48];  /* 0 */
 } ScanPosition;
 
 OLM_ASSERT_OFFSET(ScanPosition, currentEntry, 0);
 OLM_ASSERT_SIZE(ScanPosition, 56);
 
-/*
- * What the module exports. A host needs only VwGetRtns by name: it learns the others from the
- * table. Order of calls: VwGetRtns; for each open VwAllocProc, VwLocalUp, VwSetSoRtn for each
- * routine, VwSetUser, VwStreamOpen, VwStreamSection, VwStreamRead until SoRtnBreak(2, 0) has come,
- * VwDoSpecial at will; VwStreamClose, VwLocalDown, VwFreeProc. One PROC is used by one thread at a
- * time; different PROCs share nothing that is written.
- */
-
-#define OLM_EXPORT __attribute__((visibility("default")))
-
-/* The state of one open archive; the host sees the pointer alone. */
-typedef struct PROCtag PROC;
-
-/* Places in the table of VwGetRtns; the rest is null. */
+/* Indexes of the table of VwGetRtns. The entries that are not named here are null. */
 enum {
     VwStreamOpenEntry = 0,
     VwStreamSectionEntry = 1,
@@ -68,22 +74,32 @@ enum {
     VwStreamCloseEntry = 14,
     VwStreamReadRecordEntry = 17,
     VwDoSpecialEntry = 18,
-    VwTableEntries = 36 /* room that the table must have, whatever count is passed */
+    VwTableEntries = 36 /* the room that a table must have, whatever count is passed */
+};
+
+/* Requests of VwGetInfo. The meaning of those from 3 to 6 and from 10 to 13 is the host's. */
+enum {
+    VwInfoPositionSize = 1,   /* bytes of a ScanPosition */
+    VwInfoRoutinesOffset = 2, /* bytes of a PROC before its first routine */
+    VwInfoIdentifier = 7,     /* OverlayId.identifier */
+    VwInfoBuildDate = 8,      /* text of 12 bytes, terminator included */
+    VwInfoBuildTime = 9,      /* text of 9 bytes, terminator included */
+    VwInfoLast = 13
 };
 
 /* Results of VwStreamOpen. */
 enum {
     VwOpenDone = 0,
-    VwOpenFailed = 9,  /* no archive, or it can't be read */
+    VwOpenFailed = 9,  /* not an archive, or it can't be read */
     VwOpenRefused = 14 /* the host set ArchiveDamaged or ArchiveEncrypted */
 };
 
-/* Results of VwDoSpecial. */
+/* Results of VwDoSpecial, and the status of its two failures. */
 enum {
     VwSpecialDone = 0,        /* written, or cancelled by the callback; the status is 0 */
-    VwSpecialNoItem = 15,     /* by location: item number 0, or the way to it failed; status 2 */
-    VwSpecialFailed = 18,     /* by index: no such item; or anything else that failed; status 2 */
-    VwSpecialStatusFailed = 2 /* the status that goes with both failures */
+    VwSpecialNoItem = 15,     /* by location: item number 0, or the item can't be reached */
+    VwSpecialFailed = 18,     /* by index: no such item; or any other failure */
+    VwSpecialStatusFailed = 2 /* the status of VwSpecialNoItem and VwSpecialFailed */
 };
 
 #ifdef __cplusplus
@@ -91,8 +107,8 @@ extern "C" {
 #endif
 
 /*
- * Fills `table`, which has room for VwTableEntries, as far as `count` reaches: above 18 it holds
- * VwDoSpecial. The last two entries become null whatever the count.
+ * Fills `table`, which must have room for VwTableEntries, as far as `count` reaches; a count above
+ * 18 includes VwDoSpecial. The last two entries become null whatever the count is.
  */
 OLM_EXPORT void VwGetRtns(SoRoutine* table, uint16_t count);
 
@@ -102,75 +118,84 @@ OLM_EXPORT void VwLocalUp(uint64_t value, uint64_t* word, PROC* proc);
 /* Stores `value` in `*word`. */
 OLM_EXPORT void VwLocalDown(uint64_t value, uint64_t* word);
 
-/* A zeroed block in memory of the host, or null when it gives none. VwFreeProc ends it. */
+/*
+ * Allocates a zeroed PROC in the memory of the host. Returns null when the host has no memory. The
+ * caller frees it with VwFreeProc.
+ */
 OLM_EXPORT PROC* VwAllocProc(void);
 
-/* Gives the block back. */
+/* Frees a PROC. */
 OLM_EXPORT void VwFreeProc(PROC* proc);
 
-/* Sets the two words that every routine gets. */
+/* Sets the two words that every routine of `proc` gets as its last arguments. */
 OLM_EXPORT void VwSetUser(uint64_t user0, uint64_t user1, PROC* proc);
 
 /*
- * Installs a routine; null installs SODummy. Ids 0, 119, 120 and above 150 are ignored; 121 is
- * stored for id 4 too.
+ * Installs a routine under its id; null installs SODummy. Ignores the ids 0, 119, 120 and those
+ * above 150. The routine of id 121 is installed under id 4 too.
  */
 OLM_EXPORT void VwSetSoRtn(uint16_t id, SoRoutine routine, PROC* proc);
 
 /*
- * Answers a request about the module: 1 when it stored something in `answer`, otherwise 0.
- * Requests 8 and 9 store terminated text of 12 and 9 bytes, 12 and 13 a uint32_t, the others up
- * to 11 a uint16_t; 0 and all above 13 store nothing.
+ * Answers a request about the module. Returns 1 when it stored an answer in `answer`, and 0 for
+ * request 0 and those above VwInfoLast, which store nothing. Answers are uint16_t, except for the
+ * two texts and for requests 12 and 13, which are uint32_t.
  */
 OLM_EXPORT int32_t VwGetInfo(void* answer, uint16_t request);
 
-/* Copies the scan's place out, or back in. */
+/* Stores the position of the listing in `*position`. */
 OLM_EXPORT void VwGetData(ScanPosition* position, PROC* proc);
+
+/* Sets the position of the listing. Items found earlier stay, so they may be listed twice. */
 OLM_EXPORT void VwSetData(const ScanPosition* position, PROC* proc);
 
 /*
- * Opens `stream` as an archive through its own `open`. VwOpenDone, VwOpenFailed or VwOpenRefused.
- * The stream is the host's; after success its archive is closed by VwStreamClose, which must not
- * follow a failure.
+ * Opens `stream` as an archive through its own `open`. Returns VwOpenDone, VwOpenFailed or
+ * VwOpenRefused. The host owns the stream. After success VwStreamClose closes the archive; after a
+ * failure VwStreamClose must not be called.
  */
 OLM_EXPORT int32_t VwStreamOpen(HostStream* stream, uint16_t word, uint64_t ignored,
                                 const FileInformation* fileInfo, PROC* proc);
 
-/* Announces the section and its fourteen columns. Gives 0. */
+/* Announces the section and its fourteen columns. Returns 0. */
 OLM_EXPORT int32_t VwStreamSection(uint64_t ignored, PROC* proc);
 
 /*
- * Lists entry by entry until the archive's end or until SoRtnBreak(11, 0) asks for a pause; the
- * next call goes on. Gives 0. A failed entry is told by SoRtnBail and passed over.
+ * Lists the items, entry by entry, to the end of the archive or until SoRtnBreak(BreakEntry) asks
+ * for a pause; the next call continues. An entry that fails is reported by SoRtnBail, and the
+ * listing continues after it. Returns 0.
  */
 OLM_EXPORT int32_t VwStreamRead(uint64_t ignored, PROC* proc);
 
-/* Closes the archive and frees all that the scan has kept. */
+/* Closes the archive and frees everything that the listing kept. */
 OLM_EXPORT void VwStreamClose(uint64_t ignored, PROC* proc);
 
 /*
- * Writes one item as a message. `request` is the handle (SYSNativeAlloc) of a SODOSPECIALARC;
- * `callback` may be null. Gives VwSpecialDone, VwSpecialNoItem or VwSpecialFailed and stores the
- * status. After a failure the storage stays unclosed: the host gives back what hangs from the
- * output.
+ * Writes one item as a message. `request` is the handle (see SYSNativeAlloc) of a SODOSPECIALARC;
+ * `callback` may be null. Stores the status in `*status` and returns VwSpecialDone,
+ * VwSpecialNoItem or VwSpecialFailed. After a failure the storages of the message stay open: the
+ * host closes them when it ends the output.
+ *
+ * A document that is not of a known kind, which only a request by location can name, is copied to
+ * the output again and again until the callback cancels.
  */
 OLM_EXPORT int32_t VwDoSpecial(uint64_t ignored0, uint64_t request, ProgressCallback callback,
                                void* callbackData, uint16_t* status, uint64_t ignored1, PROC* proc);
 
-/* These do nothing; the first two give 0. */
+/* Do nothing. VwStreamTell and VwStreamSeek return 0. */
 OLM_EXPORT int32_t VwStreamTell(void);
 OLM_EXPORT int32_t VwStreamSeek(void);
 OLM_EXPORT void VwStreamReadRecord(void);
 OLM_EXPORT void VwGetSectionDataFunc(void);
 OLM_EXPORT void VwSetSectionDataFunc(void);
 
-/* Stands for every routine that the host did not install. Takes anything, gives 0. */
+/* Replaces every routine that the host did not install. Ignores its arguments and returns 0. */
 OLM_EXPORT uint64_t SODummy(void);
 
-/* Who the filter is. */
+/* Identifies the filter. */
 OLM_EXPORT extern const OverlayId OLMOverlayId;
 
-/* "QOR_VER=" and the project's version. */
+/* "QOR_VER=" followed by the version of the project. */
 OLM_EXPORT extern const char* const version;
 
 #ifdef __cplusplus

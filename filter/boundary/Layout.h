@@ -1,10 +1,12 @@
 #ifndef OLMKIT_FILTER_BOUNDARY_LAYOUT_H
 #define OLMKIT_FILTER_BOUNDARY_LAYOUT_H
 
+/*
+ * Assertions that hold the records of the boundary to their sizes and offsets, in C11 and in C++.
+ */
+
 #include <stddef.h>
 #include <stdint.h>
-
-/* What holds the records of the boundary to their sizes and offsets, in C11 and in C++ alike. */
 
 #ifdef __cplusplus
 #define OLM_ASSERT(condition, text) static_assert(condition, text)

@@ -1,27 +1,29 @@
 #ifndef OLMKIT_FILTER_BOUNDARY_READER_H
 #define OLMKIT_FILTER_BOUNDARY_READER_H
 
+/*
+ * The XML pull reader of the host. The host implements these functions; the module imports them.
+ *
+ * Text is UTF-16 in the byte order of the machine, and lengths are in units of 16 bits. The
+ * functions return a status, which is 0 for success unless the function's own comment says
+ * otherwise.
+ */
+
 #include "filter/boundary/HostStream.h"
 #include "filter/boundary/Layout.h"
 
-/* The host's reader state. The module gives the room, the host alone knows what is in it. */
+/* The state of one reader. The module provides the memory; only the host reads and writes it. */
 typedef struct UTXMLReader {
     uint64_t host[72];
 } UTXMLReader;
 
 OLM_ASSERT_SIZE(UTXMLReader, 576);
 
-/* `id` of an element whose name no tag map holds. */
-#define UTXML_UNKNOWN_TAG 0xFFFFFFFFU
-
-/* Bit of `flags`: a closing tag. */
-#define UTXML_CLOSING_TAG 0x1000U
-
-/* One tag as the reader delivers it. Opening and closing tag of an element have the same `id`. */
+/* One tag. The opening and the closing tag of an element have the same `id`. */
 typedef struct UTXMLTagRecord {
-    uint32_t host0; /* the host's own; goes back to it with UTXMLSkipTag */
-    uint32_t id;    /* value of the tag map, or UTXML_UNKNOWN_TAG */
-    uint32_t flags; /* UTXML_CLOSING_TAG; the other bits are the host's */
+    uint32_t host0; /* the host's own; the module returns it with UTXMLSkipTag */
+    uint32_t id;    /* value of the name in the tag maps, or UTXML_UNKNOWN_TAG */
+    uint32_t flags; /* UTXML_CLOSING_TAG; the other bits are the host's own */
     uint32_t host1; /* as host0 */
 } UTXMLTagRecord;
 
@@ -29,10 +31,16 @@ OLM_ASSERT_OFFSET(UTXMLTagRecord, id, 4);
 OLM_ASSERT_OFFSET(UTXMLTagRecord, flags, 8);
 OLM_ASSERT_SIZE(UTXMLTagRecord, 16);
 
-/* One row of a tag map: the number that the reader gives to every element of that name. */
+/* UTXMLTagRecord.id of an element whose name is in no tag map. */
+#define UTXML_UNKNOWN_TAG 0xFFFFFFFFU
+
+/* Bit of UTXMLTagRecord.flags that marks a closing tag. */
+#define UTXML_CLOSING_TAG 0x1000U
+
+/* One row of a tag map: the id of every element of that name. */
 typedef struct UTXML_STRVALPAIR {
     uint64_t value;
-    const char* name; /* terminated; must outlive the reader */
+    const char* name; /* terminated */
 } UTXML_STRVALPAIR;
 
 OLM_ASSERT_OFFSET(UTXML_STRVALPAIR, value, 0);
@@ -40,8 +48,8 @@ OLM_ASSERT_OFFSET(UTXML_STRVALPAIR, name, 8);
 OLM_ASSERT_SIZE(UTXML_STRVALPAIR, 16);
 
 /*
- * A reader's place in its document, filled and taken back by the host. The module copies it by
- * value and looks at nothing in it, so it may hold no pointer.
+ * A saved state: a position in a document, with the elements that are open there. The module
+ * copies it by value and does not read it, so it must not contain a pointer.
  */
 typedef struct tagUTXMLSaveData {
     uint64_t host[6];
@@ -49,16 +57,13 @@ typedef struct tagUTXMLSaveData {
 
 OLM_ASSERT_SIZE(tagUTXMLSaveData, 48);
 
-/*
- * The host's XML pull reader. Whoever loads the module provides these functions. Text is UTF-16
- * in the machine's byte order, lengths are in units. A status of 0 is success unless said
- * otherwise.
- */
+/* The one option of UTXMLSetOption in use: white space between elements is not text. */
+enum { UTXML_OPTION_SKIP_SPACE = 4 };
 
 /* Status of UTXMLReadNextTag: text of the element is unread, and no tag was read. */
 enum { UTXML_CONTENT_PENDING = 101 };
 
-/* A length or count that says: the text ends at its first 0 unit. */
+/* A length or count of a text that ends at its first 0 unit and is to be counted by the module. */
 #define UTXML_COUNT_IT 0xFFFFFFFFU
 
 #ifdef __cplusplus
@@ -68,50 +73,59 @@ extern "C" {
 /* Prepares the reader on `stream`, which is borrowed until UTXMLDeInit. */
 int16_t UTXMLInit(UTXMLReader* reader, HostStream* stream);
 
-/* Ends the reader; the stream stays open. */
+/* Ends the reader. The stream stays open. */
 void UTXMLDeInit(UTXMLReader* reader);
 
-/* Sets an option. Number 4, value 1 is the only one in use: white space between elements is no
- * text. */
+/* Sets an option. The module calls it once, with UTXML_OPTION_SKIP_SPACE and the value 1. */
 int16_t UTXMLSetOption(UTXMLReader* reader, uint32_t option, uint32_t value);
 
 /*
- * Adds `count` rows, which are borrowed until UTXMLDeInit, under the namespace `space` (always
- * empty). Maps add up; a later row of the same name replaces an earlier one.
+ * Adds a tag map of `count` rows in ascending byte order of their names, under the namespace
+ * `space`, which is always empty. The rows and their names are borrowed until UTXMLDeInit. Maps
+ * add up; a later row replaces an earlier one of the same name. Both reserved arguments are 0.
  */
 int16_t UTXMLAddTagMap(UTXMLReader* reader, const char* space, uint32_t reserved0,
                        uint32_t reserved1, const UTXML_STRVALPAIR* rows, uint16_t count);
 
 /*
- * Reads the next tag. UTXML_CONTENT_PENDING once when text is unread; negative, with both
- * outputs left as they were, at the end of the document and when it is broken.
+ * Reads the next tag into `*tag`; the module ignores `*extra`. Returns UTXML_CONTENT_PENDING, but
+ * never twice in a row, when text is unread; a negative status at the end of the document or when
+ * it is broken, and then leaves both outputs as they were.
  */
 int16_t UTXMLReadNextTag(UTXMLReader* reader, UTXMLTagRecord* tag, uint64_t* extra);
 
-/* Skips the text that UTXML_CONTENT_PENDING told of. */
+/* Skips the text that UTXML_CONTENT_PENDING reported. */
 int16_t UTXMLSkipContent(UTXMLReader* reader);
 
 /*
- * 0 while it delivers an attribute of the tag read last, non-zero when none is left. Name and
- * value stay valid until the next call on the reader. A length may be UTXML_COUNT_IT.
+ * Stores the next attribute of the last tag read. Returns non-zero when no attribute is left.
+ * `*name` and `*value` stay valid until the next call on the reader; either may be null. Each
+ * length may be UTXML_COUNT_IT. The module ignores `*word`.
  */
 int16_t UTXMLGetNextAttribute(UTXMLReader* reader, uint32_t* word, const uint16_t** name,
                               const uint16_t** value, uint32_t* nameLength, uint32_t* valueLength);
 
 /*
- * Reads at most `capacity` units of the text behind the opening tag read last, and stores how
- * many came (or UTXML_COUNT_IT). Non-zero on failure and at the end of the text. `always1` is 1.
+ * Reads at most `capacity` units of the text after the last opening tag read, and stores their
+ * number, or UTXML_COUNT_IT, in `*count`. The buffer is all zero at the first read of a text.
+ * Returns non-zero on failure and at the end of the text. `always1` is 1.
  */
 int16_t UTXMLReadContent(UTXMLReader* reader, uint32_t always1, uint16_t* buffer, uint32_t capacity,
                          uint32_t* count);
 
-/* Moves behind the closing tag of the element that a UTXMLTagRecord opened, given in two halves. */
+/*
+ * Moves to the position after the closing tag of the element that a UTXMLTagRecord opened. The
+ * record is passed in two halves.
+ */
 int16_t UTXMLSkipTag(UTXMLReader* reader, uint64_t firstHalf, uint64_t secondHalf);
 
-/* Stores the reader's place: behind the tag read last. */
+/* Stores the state of the reader after the last tag read. */
 int16_t UTXMLGetStateInfo(UTXMLReader* reader, tagUTXMLSaveData* save);
 
-/* Puts the reader back: the next tag is the one behind the place where `save` was taken. */
+/*
+ * Restores a saved state, which may come from another reader on the same entry: the next tag is the
+ * one that followed when `save` was stored.
+ */
 int16_t UTXMLRestoreStateInfo(UTXMLReader* reader, const tagUTXMLSaveData* save);
 
 #ifdef __cplusplus

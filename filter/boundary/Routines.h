@@ -1,15 +1,17 @@
 #ifndef OLMKIT_FILTER_BOUNDARY_ROUTINES_H
 #define OLMKIT_FILTER_BOUNDARY_ROUTINES_H
 
-#include "filter/boundary/Layout.h"
-
 /*
- * The host's routines that the module calls, installed one by one with VwSetSoRtn. Each gets the
- * two words of VwSetUser as its last arguments. Everything that a pointer names is borrowed for
- * the call.
+ * The routines by which the module delivers a listing. The host implements them and installs each
+ * under its id with VwSetSoRtn. Every routine gets the two words of VwSetUser as its last
+ * arguments. What a pointer argument points to is valid only during the call.
+ *
+ * The numbers that the comments do not explain have a meaning only to the host.
  */
 
-/* The ids of VwSetSoRtn; the others are stored and never called. */
+#include "filter/boundary/Layout.h"
+
+/* Ids of the routines that the module calls. Routines of other ids are stored and never called. */
 enum {
     SoRtnPutCharId = 1,
     SoRtnCellEndId = 2,
@@ -30,61 +32,91 @@ enum {
     SoRtnPutTextId = 129
 };
 
-/* The code of UTF-16 text in the machine's byte order. */
+/* The character set of all text: UTF-16 in the byte order of the machine. */
 #define CharsetUtf16 0x14B00000U
 
-/* The number that SoRtnBail gets: a failed lock, and any failure while one entry is scanned. */
+/* The only failure that SoRtnBail gets: a failed lock, or any failure while an entry is listed. */
 enum { BailFailure = 461 };
 
-/* First argument of SoRtnBreak. */
+/* Codes of SoRtnBreak. */
 enum {
-    BreakArchive = 2, /* the archive is at its end */
-    BreakRow = 5,     /* a row is complete */
-    BreakEntry = 11   /* a directory entry is done; a non-zero answer pauses the scan */
+    BreakArchive = 2, /* the end of the archive */
+    BreakRow = 5,     /* the end of a row */
+    BreakEntry = 11   /* the end of an archive entry; a non-zero answer pauses the listing */
 };
 
-/* Argument of SoRtnCellEnd. */
+/* The only code of SoRtnCellEnd. */
 enum { CellEndCode = 13 };
 
 /* First argument of SoRtnTagBegin and SoRtnTagEnd. */
 #define TaggedText 0x290004U
 
+/* Values of special column 6: the kind of the item. A contact group is listed as a contact. */
+enum {
+    SpecialKindMail = 0x30000,
+    SpecialKindContact = 0x40000,
+    SpecialKindAppointment = 0x50000,
+    SpecialKindNote = 0x60000,
+    SpecialKindTask = 0x70000
+};
+
 #ifdef __cplusplus
 extern "C" {
 #endif
 
-/* Any routine; cast to its own type before it is called. */
+/* A routine of any type; cast to its own type before it is called. */
 typedef void (*SoRoutine)(void);
 
-/* One character into the open cell. */
+/* Appends one character to the open cell. */
 typedef void (*SoRtnPutChar)(uint16_t character, uint64_t user0, uint64_t user1);
-/* The cell is complete. */
+
+/* Ends the open cell. `code` is CellEndCode. */
 typedef void (*SoRtnCellEnd)(uint16_t code, uint64_t user0, uint64_t user1);
-/* A break of the section; non-zero asks for a pause. */
+
+/* Reports the end that `code` names. Returns non-zero to ask for a pause. */
 typedef uint16_t (*SoRtnBreak)(uint16_t code, uint32_t zero, uint64_t user0, uint64_t user1);
-/* A cell's binary value; the column tells its size. */
+
+/* Delivers the binary value of a cell: a uint32_t, or an ItemLocator in the last column. */
 typedef void (*SoRtnPutValue)(const void* value, uint64_t user0, uint64_t user1);
+
+/* Begins and ends the definitions of the columns. */
 typedef void (*SoRtnColumnsBegin)(uint64_t user0, uint64_t user1);
 typedef void (*SoRtnColumnsEnd)(uint64_t user0, uint64_t user1);
+
+/* Announces the section: its type, which is 10, and its name as terminated narrow text. */
 typedef void (*SoRtnSectionType)(uint32_t type, uint32_t zero0, uint32_t zero1, uint64_t user0,
                                  uint64_t user1);
-/* Narrow text, terminated. */
 typedef void (*SoRtnSectionName)(const char* name, uint64_t user0, uint64_t user1);
-/* A failure; see BailFailure. */
+
+/* Reports a failure. `failure` is BailFailure. */
 typedef void (*SoRtnBail)(uint32_t failure, uint64_t user0, uint64_t user1);
-/* Opens a tagged text: its index in the row, from 0, and the tag's id. */
+
+/*
+ * Begin and end a tagged text. `kind` is TaggedText, `tagIndex` the number of the text in its row,
+ * from 0.
+ */
 typedef void (*SoRtnTagBegin)(uint32_t kind, uint32_t tagIndex, const uint32_t* tagId,
                               uint64_t user0, uint64_t user1);
 typedef void (*SoRtnTagEnd)(uint32_t kind, uint32_t tagIndex, uint64_t user0, uint64_t user1);
+
+/* Sets the character set of the text that follows. `charset` is CharsetUtf16. */
 typedef void (*SoRtnCharset)(uint32_t charset, uint64_t user0, uint64_t user1);
-typedef void (*SoRtnColumnDone)(uint32_t number0, uint32_t number1, uint32_t number2,
-                                uint32_t number3, uint64_t user0, uint64_t user1);
+
+/* Define one column, in the order SoRtnColumnType, SoRtnColumnFormat, SoRtnColumnDone. */
 typedef void (*SoRtnColumnType)(uint32_t number0, uint32_t number1, uint32_t number2,
                                 uint64_t user0, uint64_t user1);
 typedef void (*SoRtnColumnFormat)(uint32_t number0, uint32_t number1, uint32_t number2,
                                   uint64_t user0, uint64_t user1);
+typedef void (*SoRtnColumnDone)(uint32_t number0, uint32_t number1, uint32_t number2,
+                                uint32_t number3, uint64_t user0, uint64_t user1);
+
+/* Begins a cell. */
 typedef void (*SoRtnCellBegin)(uint64_t user0, uint64_t user1);
-/* Text into the open cell; `length` in units, its higher bits dropped. */
+
+/*
+ * Appends text to the open cell. `length` is the low 16 bits of the number of units. The module
+ * ignores the result.
+ */
 typedef int32_t (*SoRtnPutText)(const uint16_t* text, uint16_t length, uint32_t charset,
                                 uint64_t user0, uint64_t user1);
 

@@ -5,16 +5,17 @@
 
 namespace qor {
 
-// A text with a buffer that can be written to.
+// Text with a buffer that can be written to.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): the base makes it virtual
 template <class T> class AbstractMutableString : public AbstractString<T> {
 public:
     ~AbstractMutableString() override = default;
 
-    // The units that the buffer can hold, without the terminator.
+    // Returns how many units fit in the buffer, not counting the terminator.
     int capacity() const { return unitCapacity; }
 
-    // The units, to be changed in place; null when capacity() is 0. resetHash() when done.
+    // Returns the units, to be changed in place, or null when capacity() is 0. A change must be
+    // followed by resetHash().
     T* buffer() { return units; }
 
 protected:

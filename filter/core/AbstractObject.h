@@ -3,7 +3,7 @@
 
 namespace qor {
 
-// The root of the object library: what can be deleted without knowing what it is.
+// The root of the object library: an object that can be deleted through a pointer to its base.
 class AbstractObject {
 public:
     AbstractObject() = default;

@@ -7,24 +7,24 @@
 
 namespace qor {
 
-// Terminated text of units of type T that knows its length and keeps its hash. Where the units
-// live is the business of the derived classes.
+// Terminated text of units of type T, with its length and a cached hash. Derived classes own the
+// units.
 template <class T> class AbstractString : public Object {
 public:
     ~AbstractString() override = default;
 
-    // What an empty text without a buffer points to.
+    // The text of a string without a buffer.
     static constexpr T EMPTY_STRING_BUF[1] = {0};
 
     static const T* emptyText() { return EMPTY_STRING_BUF; }
 
-    // The text with a 0 unit behind it; never null. Valid until the text changes.
+    // Returns the terminated text, never null. Valid until the text changes.
     const T* value() const { return text != nullptr ? text : EMPTY_STRING_BUF; }
 
-    // In units, without the terminator.
+    // Returns the length in units, without the terminator.
     int length() const { return unitCount; }
 
-    // Kept from the first call on, unless it is 0: then each call works it out again.
+    // Returns the hash of the units, which is cached unless it is 0.
     int hashCode() const override {
         if (hash <= 0) {
             const auto* bytes = reinterpret_cast<const unsigned char*>(value());
@@ -35,19 +35,19 @@ public:
         return hash;
     }
 
-    // True for a text of the same kind with the same units.
+    // Returns true for a text of the same unit type with the same units.
     bool equals(const Object& other) const override {
         const auto* that = dynamic_cast<const AbstractString*>(&other);
         return that != nullptr && hasSameUnits(*that);
     }
 
-    // To be called after a change through a pointer into the text.
+    // Clears the cached hash. To be called after a change through buffer().
     void resetHash() { hash = 0; }
 
 protected:
     AbstractString() = default;
 
-    // Copying is for the class that holds the units.
+    // Only the class that owns the units can copy them.
     AbstractString(const AbstractString&) = delete;
     AbstractString& operator=(const AbstractString&) = delete;
 

@@ -9,13 +9,13 @@
 
 namespace qor {
 
-// A fixed number of plain values. What pointer elements point to is never looked at or deleted.
-// A broken bound throws an Exception of code errorIndex.
+// A fixed number of plain values. The objects that pointer elements point to are not owned. An
+// index out of range throws an Exception with the code errorIndex.
 template <class T> class Array : public Object {
     static_assert(std::is_trivially_copyable_v<T>, "elements are copied bit for bit");
 
 public:
-    // Filled with zero. A length of 0 or less allocates nothing.
+    // Makes an array of zeros. A length of 0 or less allocates nothing.
     explicit Array(int length)
         : elementCount(length), data(length > 0 ? new T[static_cast<size_t>(length)]() : nullptr) {}
     Array(const Array&) = delete;
@@ -28,7 +28,7 @@ public:
 
     int length() const { return elementCount; }
 
-    // For going through the elements in order.
+    // The elements in order.
     const T* begin() const { return data; }
     const T* end() const { return data == nullptr ? nullptr : data + elementCount; }
 
@@ -46,7 +46,7 @@ public:
         data[index] = value;
     }
 
-    // Stores one value in every slot.
+    // Stores `value` in every slot.
     void fill(T value) {
         if (elementCount < 1) {
             throwIndexError("Array.fill: requested index is out of range");
@@ -54,7 +54,7 @@ public:
         std::fill_n(data, elementCount, value);
     }
 
-    // Copies all of the source from index 0 on; what lies behind it stays.
+    // Copies all elements of the source to the start of this array. The other elements stay.
     void copyFromArray(const Array& source) {
         if (source.elementCount > elementCount) {
             throwIndexError(
@@ -63,7 +63,7 @@ public:
         std::copy_n(source.data, source.elementCount, data);
     }
 
-    // True for an array of the same type whose elements are equal one by one; pointers are equal
+    // Returns true for an array of the same type and length with equal elements. Pointers are equal
     // when they point to the same object.
     bool equals(const Object& other) const override {
         if (&other == this) {
@@ -76,7 +76,7 @@ public:
         return elementCount <= 0 || std::equal(data, data + elementCount, that->data);
     }
 
-    // Moves `count` elements within the array. The caller answers for the bounds.
+    // Moves `count` elements within the array. REQUIRES: both ranges are inside the array.
     void moveElements(int to, int from, int count) {
         T* const first = data + from;
         if (to < from) {
@@ -89,7 +89,7 @@ public:
 private:
     int elementCount;
     T* data;               // null when there are no elements
-    bool borrowed = false; // set: the elements belong to somebody else
+    bool borrowed = false; // true when the elements are not owned
 };
 
 } // namespace qor

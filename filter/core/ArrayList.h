@@ -10,8 +10,8 @@
 
 namespace qor {
 
-// A list that grows. It owns its store and never what pointer elements point to: the holder
-// deletes those first. A broken bound throws an Exception of code errorIndex.
+// A list that grows. The objects that pointer elements point to are not owned: the owner of the
+// list deletes them first. An index out of range throws an Exception with the code errorIndex.
 template <class T> class ArrayList : public Object {
 public:
     ArrayList() = default;
@@ -55,14 +55,14 @@ public:
         ++elementCount;
     }
 
-    // Forgets the elements and keeps the store for the next ones.
+    // Removes the elements and keeps the memory for the next ones.
     void clear() { elementCount = 0; }
 
-    // For going through the elements in order; adding and removing ends that.
+    // The elements in order. Adding or removing an element invalidates the pointers.
     const T* begin() const { return array == nullptr ? nullptr : array->begin(); }
     const T* end() const { return begin() + elementCount; }
 
-    // Null until the first element came.
+    // Returns the array that holds the elements, or null before the first was added.
     const Array<T>* store() const { return array; }
 
 protected:
@@ -70,8 +70,8 @@ protected:
     int elementCount = 0;
 
 private:
-    // Makes room for one element more. The first store has one slot; a later one stays longer than
-    // what is in it, doubles up to 4096 and then grows by 4096.
+    // Makes room for one more element. The first array has one slot. A later one always has a spare
+    // slot; its length doubles up to 4096 and then grows by 4096.
     void growByOne() {
         const int64_t needed = static_cast<int64_t>(elementCount) + 1;
         if (array == nullptr || array->length() == 0) {

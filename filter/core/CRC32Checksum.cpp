@@ -6,7 +6,7 @@ namespace qor {
 
 namespace {
 
-// The remainder of each byte value.
+// Returns the remainder of each byte value.
 constexpr std::array<uint32_t, 256> makeRemainders() {
     std::array<uint32_t, 256> remainders{};
     for (uint32_t byte = 0; byte < remainders.size(); ++byte) {

@@ -7,8 +7,8 @@
 
 namespace qor {
 
-// The CRC-32 with which messages number the names of their properties: reflected, polynomial
-// 0xEDB88320, started at 0 and not inverted at the end. ZIP's own sum differs in the last two.
+// The CRC-32 of property names ([MS-OXMSG] 2.2.3.2): reflected, polynomial 0xEDB88320, with the
+// initial value 0 and not inverted at the end. The CRC-32 of ZIP differs in the last two.
 class CRC32Checksum : public Checksum {
 public:
     void update(unsigned char byte) override;

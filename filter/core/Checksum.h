@@ -5,12 +5,12 @@
 
 namespace qor {
 
-// A sum over bytes that are fed one by one.
+// A checksum over bytes that are added one by one.
 class Checksum : public Object {
 public:
     virtual void update(unsigned char byte) = 0;
 
-    // The sum over all bytes so far, as decimal text.
+    // Returns the checksum of all bytes so far, as decimal text.
     virtual String getValue() const = 0;
 };
 

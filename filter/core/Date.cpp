@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "filter/core/NumberText.h"
+#include "filter/core/NumberReader.h"
 
 namespace qor {
 
@@ -23,13 +23,13 @@ constexpr int64_t divideDown(int64_t number, int64_t divisor) {
     return number / divisor - (number % divisor < 0 ? 1 : 0);
 }
 
-// What divideDown() leaves: 0 up to the divisor.
+// The remainder of divideDown(): from 0 to below the divisor.
 constexpr int64_t remainderOf(int64_t number, int64_t divisor) {
     const int64_t remainder = number % divisor;
     return remainder < 0 ? remainder + divisor : remainder;
 }
 
-// Days since 1970-01-01 of a day; `month` is 1 to 12, `day` may be any number.
+// Returns the days since 1970-01-01. `month` is 1 to 12, `day` may be any number.
 constexpr int64_t daysOfDate(int64_t year, int64_t month, int64_t day) {
     const int64_t marchYear = month <= 2 ? year - 1 : year;
     const int64_t cycle = divideDown(marchYear, 400);
@@ -66,8 +66,8 @@ int daysInMonth(int year, int month) {
     return month == 2 && isLeapYear(year) ? 29 : lengths[month - 1];
 }
 
-// Reads the fields of one text. Each read gives whether it found what it looked for; what it
-// found is behind the reader then.
+// Reads the fields of one text. Each function returns whether it found what it reads, and then the
+// position is after it.
 class MomentReader {
 public:
     MomentReader(const uint16_t* text, const uint16_t* textEnd) : position(text), end(textEnd) {}
@@ -129,7 +129,7 @@ private:
                readFraction();
     }
 
-    // A fraction may be missing; a mark without a digit is wrong.
+    // A fraction may be missing; a separator without a digit is an error.
     bool readFraction() {
         if (!take('.') && !take(',')) {
             return true;
@@ -180,7 +180,7 @@ private:
     int minute = 0;
     int second = 0;
     int millisecond = 0;
-    int zoneMinutes = 0; // to be taken off the time to get universal time
+    int zoneMinutes = 0; // to subtract from the time for universal time
 };
 
 } // namespace
@@ -227,7 +227,7 @@ double Date::calendarDateToJulian(int year, int month, int day, int hour, int mi
         daysOfDate(year + divideDown(monthIndex, 12), remainderOf(monthIndex, 12) + 1, day) +
         divideDown(time, millisecondsPerDay);
 
-    // Whole days and the time of the day are added last, so that only this sum is rounded.
+    // Whole days and the time of day are added last, so that only this sum is rounded.
     const auto timeOfDay = static_cast<double>(remainderOf(time, millisecondsPerDay));
     return julianOf1970 + static_cast<double>(days) +
            timeOfDay / static_cast<double>(millisecondsPerDay);

@@ -9,7 +9,7 @@ Exception::Exception(unsigned int errorCode, const char* message, Throwable* cau
 Exception::~Exception() = default;
 
 void throwIndexError(const char* message) {
-    throw Exception(errorIndex, message, nullptr, nullptr, 0);
+    throw Exception(errorIndex, message);
 }
 
 } // namespace qor

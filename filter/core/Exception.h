@@ -5,16 +5,16 @@
 
 namespace qor {
 
-// The code of an index that lies outside its container.
+// The code for an index outside its container.
 inline constexpr unsigned int errorIndex = 137;
 
-// The one exception type of the module. Negative codes stand in `code` as they wrap: -15 is
-// 0xFFFFFFF1.
+// The only exception type of the module. Negative codes wrap in `code`: -15 is 0xFFFFFFF1.
 class Exception : public Throwable {
 public:
-    // As Throwable's: all pointers may be null, only the message is copied.
-    Exception(unsigned int errorCode, const char* message, Throwable* cause, const char* file,
-              unsigned int line);
+    // As Throwable: all pointers may be null, and only the message is copied.
+    explicit Exception(unsigned int errorCode, const char* message = nullptr,
+                       Throwable* cause = nullptr, const char* file = nullptr,
+                       unsigned int line = 0);
     Exception(const Exception&) = default;
     Exception& operator=(const Exception&) = default;
     ~Exception() override;
@@ -22,7 +22,7 @@ public:
     unsigned int code;
 };
 
-// Throws an Exception of code errorIndex. Out of line, so that the checks stay small.
+// Throws an Exception with the code errorIndex. Out of line, so that the checks stay small.
 [[noreturn]] void throwIndexError(const char* message);
 
 } // namespace qor

@@ -7,8 +7,8 @@ namespace qor {
 
 class String;
 
-// What every object of the library can be asked. The answers here go by identity; classes whose
-// objects are values give their own.
+// The base of the objects of the library. Objects are compared by identity unless their class
+// overrides the functions.
 class Object : public virtual AbstractObject {
 public:
     Object() = default;
@@ -16,19 +16,19 @@ public:
     Object& operator=(const Object&) = default;
     ~Object() override = default;
 
-    // Never below 0; the same for the same object as long as it isn't changed.
+    // Returns a hash that is not negative and stays the same until the object changes.
     virtual int hashCode() const;
 
     virtual bool equals(const Object& other) const;
 
-    // A text for people: the value, or the class name and the hash code.
+    // Returns readable text: the value, or the class name and the hash code.
     virtual String toString() const;
 
-    // The class of the object given, or of this one, as it is written in C++.
+    // Returns the C++ name of the class of `object`, or of this object.
     virtual String className(const Object& object) const;
     virtual String className() const;
 
-    // 32-bit FNV-1a over `count` bytes. The same bytes give the same number in every build.
+    // Returns the 32-bit FNV-1a hash of `count` bytes.
     static unsigned int hashdata(const unsigned char* bytes, unsigned int count);
 };
 

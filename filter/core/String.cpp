@@ -4,7 +4,7 @@
 #include <limits>
 #include <new>
 
-#include "filter/core/NumberText.h"
+#include "filter/core/NumberReader.h"
 
 namespace qor {
 
@@ -26,7 +26,7 @@ String::String(const char* text, int count) {
 }
 
 int64_t String::toLong(int start, int* end, int radix) const {
-    return NumberText<char>(value(), length()).read(start, end, radix);
+    return NumberReader<char>(value(), length()).read(start, end, radix);
 }
 
 int String::hashCode() const {

@@ -8,15 +8,15 @@
 
 namespace qor {
 
-// Narrow text, UTF-8 by agreement. A 0 byte may stand in it.
+// Narrow text in UTF-8. It may contain 0 bytes.
 class String : public Object {
 public:
     String() = default;
 
-    // Copies the text up to its 0 byte; null counts as empty.
+    // Copies the text up to its 0 byte. Null is an empty text.
     String(const char* text);
 
-    // Copies `count` bytes; null, or a count below 1, counts as empty.
+    // Copies `count` bytes. Null, or a count below 1, is an empty text.
     String(const char* text, int count);
 
     String(const String&) = default;
@@ -25,13 +25,13 @@ public:
     String& operator=(String&&) noexcept = default;
     ~String() override = default;
 
-    // Never null, always terminated; valid until the text changes.
+    // Returns the terminated text, never null. Valid until the text changes.
     const char* value() const { return bytes.c_str(); }
 
-    // In bytes.
+    // Returns the length in bytes.
     int length() const { return static_cast<int>(bytes.size()); }
 
-    // As WString::toLong.
+    // Returns the number at `start`, as WString::toLong().
     int64_t toLong(int start, int* end, int radix) const;
 
     int hashCode() const override;

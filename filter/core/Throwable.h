@@ -6,19 +6,19 @@
 
 namespace qor {
 
-// What is thrown: a message, what led to it, and the place in the source.
+// The base of exceptions: a message, a cause and a position in the source.
 class Throwable {
 public:
-    // All may be null. The message is copied; neither the cause nor the file's name is, so both
-    // must outlive the object and its copies.
+    // All pointers may be null. The message is copied. The cause and the name of the file are
+    // borrowed and must outlive the object and its copies.
     Throwable(const char* message, Throwable* cause, const char* file, unsigned int line);
 
-    // Copies share the message, so a copy can't fail.
+    // Copies share the message, so that copying can't fail.
     Throwable(const Throwable&) = default;
     Throwable& operator=(const Throwable&) = default;
     virtual ~Throwable();
 
-    // Null when none was given. Lives as long as this object or a copy of it.
+    // Returns the message, or null without one. Valid as long as this object or a copy of it.
     const char* message() const { return text ? text->c_str() : nullptr; }
 
     Throwable* cause() const { return origin; }

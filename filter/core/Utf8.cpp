@@ -4,8 +4,8 @@ namespace qor {
 
 namespace {
 
-// What may follow a lead byte: how many bytes, and the range of the first of them, which leaves
-// out overlong forms, surrogates and what lies past U+10FFFF.
+// What may follow a lead byte: the number of bytes and the range of the first of them, which
+// excludes overlong forms, surrogates and code points above U+10FFFF.
 struct LeadByte {
     unsigned char first;
     unsigned char last;
@@ -101,7 +101,7 @@ void appendUtf8(std::string& text, char32_t codePoint) {
         return;
     }
     const int followCount = codePoint < 0x800 ? 1 : codePoint < 0x10000 ? 2 : 3;
-    const char32_t leadMark = 0xFF00U >> (followCount + 1) & 0xFF; // as many ones as bytes
+    const char32_t leadMark = 0xFF00U >> (followCount + 1) & 0xFF; // as many 1 bits as bytes
     text += static_cast<char>(leadMark | codePoint >> (6 * followCount));
     for (int left = followCount - 1; left >= 0; --left) {
         text += static_cast<char>(0x80 | (codePoint >> (6 * left) & 0x3F));

@@ -6,20 +6,20 @@
 #include <new>
 #include <string_view>
 
-#include "filter/core/NumberText.h"
+#include "filter/core/NumberReader.h"
 #include "filter/core/Utf8.h"
 
 namespace qor {
 
 namespace {
 
-constexpr int64_t largestCapacity = std::numeric_limits<int>::max();
+constexpr int64_t maxCapacity = std::numeric_limits<int>::max();
 
 constexpr char16_t numberDigits[] = u"0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
 
-// The sum of a length and a count, neither below 0.
+// Returns the sum of a length and a count. REQUIRES: neither is negative.
 int sumOfUnits(int length, int64_t count) {
-    if (count > largestCapacity - length) {
+    if (count > maxCapacity - length) {
         throw std::bad_alloc();
     }
     return length + static_cast<int>(count);
@@ -33,7 +33,7 @@ uint16_t foldCase(uint16_t unit) {
     return unit >= 'A' && unit <= 'Z' ? static_cast<uint16_t>(unit + ('a' - 'A')) : unit;
 }
 
-// `word` is in small ASCII letters.
+// `word` is in lower-case ASCII letters.
 bool isWord(const uint16_t* text, int length, std::string_view word) {
     return static_cast<size_t>(length) == word.size() &&
            std::equal(word.begin(), word.end(), text,
@@ -154,10 +154,9 @@ void WString::insureCapacity(int count) {
         unitCapacity = shortCapacity;
         units[0] = 0;
     } else {
-        // A text that grows gains half of its room each time, so that many small pieces cost no
-        // more than one large one.
+        // The room grows by half each time, so that appending many small pieces takes linear time.
         const int64_t grown = static_cast<int64_t>(unitCapacity) + unitCapacity / 2;
-        const auto needed = static_cast<int>(std::clamp<int64_t>(grown, count, largestCapacity));
+        const auto needed = static_cast<int>(std::clamp<int64_t>(grown, count, maxCapacity));
         auto* larger = new uint16_t[static_cast<size_t>(needed) + 1];
         std::memcpy(larger, value(), sizeof(uint16_t) * (static_cast<size_t>(unitCount) + 1));
         releaseUnits();
@@ -168,25 +167,25 @@ void WString::insureCapacity(int count) {
 }
 
 int64_t WString::toLong(int start, int* end, int radix) const {
-    return NumberText<uint16_t>(value(), unitCount).read(start, end, radix);
+    return NumberReader<uint16_t>(value(), unitCount).read(start, end, radix);
 }
 
 bool WString::toBoolean(int start, int* end) const {
     const bool isInside = start >= 0 && start < unitCount;
-    NumberText<uint16_t> number(value(), unitCount);
+    NumberReader<uint16_t> number(value(), unitCount);
     const int wordAt = isInside ? number.skipWhiteSpace(start) : start;
-    int behind = wordAt;
-    while (isInside && behind < unitCount && isAsciiLetter(value()[behind])) {
-        ++behind;
+    int wordEnd = wordAt;
+    while (isInside && wordEnd < unitCount && isAsciiLetter(value()[wordEnd])) {
+        ++wordEnd;
     }
-    if (behind == wordAt) {
+    if (wordEnd == wordAt) {
         return number.read(start, end, 10) != 0;
     }
     if (end != nullptr) {
-        *end = behind;
+        *end = wordEnd;
     }
     const uint16_t* word = value() + wordAt;
-    return isWord(word, behind - wordAt, "true") || isWord(word, behind - wordAt, "yes");
+    return isWord(word, wordEnd - wordAt, "true") || isWord(word, wordEnd - wordAt, "yes");
 }
 
 bool WString::equalsIgnoreCase(const char* narrow) const {
@@ -218,7 +217,8 @@ String WString::toString() const {
     return String(narrow.data(), sumOfUnits(0, static_cast<int64_t>(narrow.size())));
 }
 
-// Makes room for `count` units. Gives the place of `source`, which moves when it lies in this text.
+// Makes room for `count` units. Returns the new address of `source`, which may be part of this
+// text.
 const uint16_t* WString::makeRoom(int count, const uint16_t* source) {
     const bool isOwn =
         std::less_equal<>()(units, source) && std::less<>()(source, units + unitCapacity);
@@ -227,7 +227,7 @@ const uint16_t* WString::makeRoom(int count, const uint16_t* source) {
     return isOwn ? units + offset : source;
 }
 
-// Leaves `other` empty. What this text had must have been released.
+// Takes over the units of `other` and leaves it empty. REQUIRES: this text's units were released.
 void WString::takeUnits(WString& other) noexcept {
     unitCount = other.unitCount;
     hash = other.hash;
@@ -246,25 +246,25 @@ void WString::copyUnits(const uint16_t* source, int count) {
     hash = 0;
     insureCapacity(count);
     if (units == nullptr) {
-        return; // no text was there and none comes
+        return; // both texts are empty
     }
     std::memcpy(units, source, sizeof(uint16_t) * static_cast<size_t>(count));
     setUnitCount(count);
 }
 
-// `count` must be within the capacity.
+// REQUIRES: `count` is within the capacity.
 void WString::setUnitCount(int count) {
     unitCount = count;
     units[count] = 0;
     hash = 0;
 }
 
-// A byte of narrow text never becomes more than one unit.
+// Narrow text becomes at most one unit per byte.
 void WString::appendNarrow(const char* narrow, size_t byteCount) {
     if (byteCount == 0) {
         return;
     }
-    const auto count = static_cast<int64_t>(std::min<size_t>(byteCount, largestCapacity + 1));
+    const auto count = static_cast<int64_t>(std::min<size_t>(byteCount, maxCapacity + 1));
     insureCapacity(sumOfUnits(unitCount, count));
     uint16_t* unit = units + unitCount;
     for (const char *position = narrow, *end = narrow + count; position != end;) {

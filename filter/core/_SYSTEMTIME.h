@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-// A moment of universal time as its fields.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the name that the callers know it by
+// The fields of a moment in universal time.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the object library prescribes the name
 struct _SYSTEMTIME {
     uint16_t wYear;
     uint16_t wMonth;     // 1 to 12

@@ -1,4 +1,4 @@
-// The walk over an archive: opening it, listing its items, closing it.
+// The entry points that open an archive, list its items and close it.
 
 #include <memory>
 #include <string_view>
@@ -13,7 +13,9 @@ namespace {
 
 constexpr std::string_view documentSuffix = ".xml";
 
-// A name that holds the suffix earlier too is refused, and so is the bare suffix.
+constexpr uint32_t sectionType = 10; // the meaning is the host's
+
+// The suffix must not occur earlier in the name, and must not be the whole name.
 bool isDocument(const ArchiveDirectory& directory, uint64_t entryIndex) {
     const ArchiveEntry& entry = directory.entries[entryIndex];
     const std::string_view name(directory.namePool + entry.nameOffset, entry.nameLength);
@@ -25,17 +27,17 @@ void rememberItem(PROC& proc, const tagUTXMLSaveData& state, uint32_t itemNumber
     auto item =
         std::make_unique<OLMNodeId>(OLMNodeId{state, proc.position.currentEntry, itemNumber});
     proc.items->add(item.get());
-    static_cast<void>(item.release()); // the list's from here on
+    static_cast<void>(item.release()); // now owned by the list
 }
 
-// Lists the items of the document that the scan is on.
+// Lists the items of the document at the current entry.
 void scanDocument(PROC& proc) {
     OLMXMLTag rootTag;
     OLMXMLParser parser(proc.archive, proc.position.currentEntry);
     parser.nextTag(rootTag);
 
     for (uint32_t itemNumber = 1;; ++itemNumber) {
-        // A plain pointer: an exception leaves the node behind.
+        // A plain pointer on purpose: an exception leaves the node allocated.
         OLMNodeInt* node = OLMNodeFactory::newOLMFieldsNode(rootTag.id(), parser, &proc);
         tagUTXMLSaveData state{};
         parser.getParserState(&state);
@@ -58,7 +60,7 @@ void scanEntry(PROC& proc) {
             scanDocument(proc);
         }
     } catch (...) {
-        // What was listed of the entry stays; the scan goes on behind it.
+        // The rows listed so far stay, and the scan continues with the next entry.
         proc.call<SoRtnBailId>(BailFailure);
     }
 }
@@ -85,7 +87,7 @@ int32_t VwStreamOpen(HostStream* stream, uint16_t word, uint64_t /*ignored*/,
 }
 
 int32_t VwStreamSection(uint64_t /*ignored*/, PROC* proc) {
-    proc->call<SoRtnSectionTypeId>(10, 0, 0);
+    proc->call<SoRtnSectionTypeId>(sectionType, 0, 0);
     proc->call<SoRtnSectionNameId>("Email Archive Section");
     proc->call<SoRtnCharsetId>(CharsetUtf16);
     OLMFieldsNode::defineOLMFields(proc);
@@ -99,7 +101,7 @@ int32_t VwStreamRead(uint64_t /*ignored*/, PROC* proc) {
         ++proc->position.currentEntry;
         isPaused = proc->call<SoRtnBreakId>(BreakEntry, 0) != 0;
     }
-    // The archive's end is told even when the host asked for a pause at the last entry.
+    // The end of the archive is reported even when the host asked for a pause at the last entry.
     if (isAtEnd(*proc)) {
         proc->call<SoRtnBreakId>(BreakArchive, 0);
     }

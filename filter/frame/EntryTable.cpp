@@ -1,10 +1,28 @@
-// The table of entry points, and those of them that do nothing.
+// The table of entry points, and the entry points that do nothing.
 
 #include <algorithm>
 
 #include "filter/boundary/EntryPoints.h"
 
 namespace {
+
+// A table is filled in steps. Each step needs a count above its limit and fills the entries from
+// `first` to `last` that have no function with null.
+constexpr uint16_t specialLimit = VwDoSpecialEntry;
+
+struct EmptyEntries {
+    uint16_t limit;
+    uint16_t first;
+    uint16_t last;
+};
+
+constexpr EmptyEntries emptyEntries[] = {
+    {0, 15, 16},
+    {22, 19, 22},
+    {29, 23, 33},
+};
+
+constexpr uint16_t firstAlwaysEmpty = 34; // up to the end of the table, whatever the count is
 
 template <typename Function> SoRoutine routine(Function* function) {
     return reinterpret_cast<SoRoutine>(function);
@@ -26,28 +44,24 @@ void fillBasicEntries(SoRoutine* table) {
     table[VwSetUserEntry] = routine(VwSetUser);
     table[VwSetSoRtnEntry] = routine(VwSetSoRtn);
     table[VwStreamCloseEntry] = routine(VwStreamClose);
-    table[15] = nullptr;
-    table[16] = nullptr;
     table[VwStreamReadRecordEntry] = routine(VwStreamReadRecord);
 }
 
 } // namespace
 
 void VwGetRtns(SoRoutine* table, uint16_t count) {
-    table[34] = nullptr; // these two whatever the count
-    table[35] = nullptr;
+    std::fill(table + firstAlwaysEmpty, table + VwTableEntries, nullptr);
     if (count == 0) {
         return;
     }
     fillBasicEntries(table);
-    if (count > 18) {
+    if (count > specialLimit) {
         table[VwDoSpecialEntry] = routine(VwDoSpecial);
     }
-    if (count > 22) {
-        std::fill(table + 19, table + 23, nullptr);
-    }
-    if (count > 29) {
-        std::fill(table + 23, table + 34, nullptr);
+    for (const EmptyEntries& empty : emptyEntries) {
+        if (count > empty.limit) {
+            std::fill(table + empty.first, table + empty.last + 1, nullptr);
+        }
     }
 }
 

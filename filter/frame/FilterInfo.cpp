@@ -1,68 +1,70 @@
-// What the module tells about itself.
+// What the module reports about itself.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 
 #include "filter/boundary/EntryPoints.h"
 #include "filter/state/PROC.h"
 
 namespace {
 
-// Set by a release, not by the clock: two builds of one source are the same bytes.
+// Set by a release, not by the clock, so that two builds of one source are the same bytes.
 constexpr char buildDate[] = "Dec 24 2025";
 constexpr char buildTime[] = "04:45:48";
-static_assert(sizeof(buildDate) == 12 && sizeof(buildTime) == 9);
+static_assert(sizeof buildDate == 12 && sizeof buildTime == 9);
 
-int32_t answerText(void* answer, const char* text, std::size_t size) {
+constexpr uint16_t identifier = 0x0565;
+
+// A request whose answer is a number. The requests without a name have a meaning only to the host.
+struct NumberAnswer {
+    uint16_t request;
+    uint16_t size; // bytes of the answer: 2 or 4
+    uint32_t value;
+};
+
+// clang-format off
+constexpr NumberAnswer numberAnswers[] = {
+    {VwInfoPositionSize,   2, sizeof(ScanPosition)},
+    {VwInfoRoutinesOffset, 2, offsetof(PROC, routines)},
+    {3,                    2, 1},
+    {4,                    2, 400},
+    {5,                    2, 440},
+    {6,                    2, 1},
+    {VwInfoIdentifier,     2, identifier},
+    {10,                   2, 56},
+    {11,                   2, 0},
+    {12,                   4, 0x12345678},
+    {VwInfoLast,           4, 0},
+};
+// clang-format on
+
+int32_t answerNumber(void* answer, const NumberAnswer& row) {
+    const auto low = static_cast<uint16_t>(row.value);
+    const bool isShort = row.size == sizeof low;
+    std::memcpy(answer, isShort ? static_cast<const void*>(&low) : &row.value, row.size);
+    return 1;
+}
+
+template <std::size_t size> int32_t answerText(void* answer, const char (&text)[size]) {
     std::memcpy(answer, text, size);
-    return 1;
-}
-
-int32_t answerShort(void* answer, uint16_t value) {
-    std::memcpy(answer, &value, sizeof(value));
-    return 1;
-}
-
-int32_t answerLong(void* answer, uint32_t value) {
-    std::memcpy(answer, &value, sizeof(value));
     return 1;
 }
 
 } // namespace
 
-const OverlayId OLMOverlayId = {0x0565, 5, "Outlook 2011 for Mac"};
+const OverlayId OLMOverlayId = {identifier, 5, "Outlook 2011 for Mac"};
 
 const char* const version = "QOR_VER=" OLMKIT_VERSION;
 
 int32_t VwGetInfo(void* answer, uint16_t request) {
-    switch (request) {
-    case 1:
-        return answerShort(answer, sizeof(ScanPosition));
-    case 2:
-        return answerShort(answer, offsetof(PROC, routines));
-    case 3:
-        return answerShort(answer, 1);
-    case 4:
-        return answerShort(answer, 400);
-    case 5:
-        return answerShort(answer, 440);
-    case 6:
-        return answerShort(answer, 1);
-    case 7:
-        return answerShort(answer, OLMOverlayId.identifier);
-    case 8:
-        return answerText(answer, buildDate, sizeof(buildDate));
-    case 9:
-        return answerText(answer, buildTime, sizeof(buildTime));
-    case 10:
-        return answerShort(answer, 56);
-    case 11:
-        return answerShort(answer, 0);
-    case 12:
-        return answerLong(answer, 0x12345678);
-    case 13:
-        return answerLong(answer, 0);
-    default:
-        return 0;
+    if (request == VwInfoBuildDate) {
+        return answerText(answer, buildDate);
     }
+    if (request == VwInfoBuildTime) {
+        return answerText(answer, buildTime);
+    }
+    const auto* row = std::ranges::find(numberAnswers, request, &NumberAnswer::request);
+    return row != std::end(numberAnswers) ? answerNumber(answer, *row) : 0;
 }

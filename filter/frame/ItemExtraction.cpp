@@ -1,4 +1,4 @@
-// Finding one item again and driving its writer.
+// VwDoSpecial: finds one item again and runs its writer.
 
 #include <memory>
 
@@ -12,14 +12,14 @@ namespace {
 constexpr int16_t progressDone = 100;
 
 struct Progress {
-    // True when the host cancels.
+    // Reports a value. Returns true when the host cancels.
     bool report(int16_t value) const { return callback != nullptr && callback(data, value) != 0; }
 
     ProgressCallback callback; // may be null
     void* data;
 };
 
-// What one request works with. The writer is not here: an exception leaves it behind.
+// The state of one request. The writer is not part of it: after an exception it stays allocated.
 struct Extraction {
     const PROC& proc;
     SODOSPECIALARC& request;
@@ -28,7 +28,7 @@ struct Extraction {
 
     void openDocument(uint64_t entryIndex) {
         parser = std::make_unique<OLMXMLParser>(proc.archive, entryIndex);
-        // Whether there is a root tag isn't asked: without one its id is 0.
+        // The result is not needed: without a root tag the id is 0.
         parser->nextTag(rootTag);
     }
 };
@@ -44,16 +44,17 @@ int32_t findByIndex(Extraction& work) {
     return VwSpecialDone;
 }
 
-// Passes `count` elements, whatever they are. A number past the last item ends ahead of the root's
-// closing tag, and that is no failure: the message will be empty.
+// Skips `count` elements, whatever they are. Returns false when the reader refuses. A count past
+// the last item is not a failure: the reader is left before the closing tag of the root, and the
+// message will be empty.
 bool skipItems(OLMXMLParser& parser, uint32_t count) {
     OLMXMLTag tag;
     for (; count != 0; --count) {
-        tagUTXMLSaveData ahead{};
-        parser.getParserState(&ahead);
+        tagUTXMLSaveData before{};
+        parser.getParserState(&before);
         parser.nextTag(tag);
         if (tag.isClosing()) {
-            parser.setParserState(&ahead);
+            parser.setParserState(&before);
             return true;
         }
         if (parser.skipTag(tag) == 0) {
@@ -77,7 +78,7 @@ int32_t findItem(Extraction& work) {
     return isByLocation ? findByLocation(work) : findByIndex(work);
 }
 
-// A value of 100 ends the item whole, also when the host cancels at it.
+// The value 100 completes the item, even when the host answers it with a cancel.
 void writeItem(Extraction& work, const Progress& progress) {
     OLMNodeWriter* writer =
         OLMNodeFactory::newOLMNodeWriter(work.rootTag.id(), work.proc.archive, &work.request);
@@ -98,19 +99,24 @@ void writeItem(Extraction& work, const Progress& progress) {
     OLMNodeFactory::freeNodeWriter(&writer);
 }
 
-// Gives the result; no exception leaves it. The parser is gone when it returns.
+// Returns the result of the request; no exception leaves this function. The status of a failure is
+// stored before the parser ends.
 int32_t extractItem(const PROC& proc, SODOSPECIALARC& request, OLMXMLTag& rootTag,
-                    const Progress& progress) {
+                    const Progress& progress, uint16_t& status) {
     Extraction work{proc, request, rootTag, nullptr};
+    int32_t result = VwSpecialFailed;
     try {
-        const int32_t result = findItem(work);
+        result = findItem(work);
         if (result == VwSpecialDone) {
             writeItem(work, progress);
         }
-        return result;
     } catch (...) {
-        return VwSpecialFailed;
+        result = VwSpecialFailed;
     }
+    if (result != VwSpecialDone) {
+        status = VwSpecialStatusFailed;
+    }
+    return result;
 }
 
 } // namespace
@@ -120,16 +126,13 @@ int32_t VwDoSpecial(uint64_t /*ignored0*/, uint64_t request, ProgressCallback ca
     OLMXMLTag rootTag;
     auto* record = static_cast<SODOSPECIALARC*>(SYSNativeLock(request));
     if (record == nullptr) {
-        // The host is not meant to come back from here; one that does gets a failure.
+        // The host must not return from this routine; for one that does the request fails.
         proc->call<SoRtnBailId>(BailFailure);
         *status = VwSpecialStatusFailed;
         return VwSpecialFailed;
     }
     *status = 0;
-    const int32_t result = extractItem(*proc, *record, rootTag, {callback, callbackData});
-    if (result != VwSpecialDone) {
-        *status = VwSpecialStatusFailed;
-    }
+    const int32_t result = extractItem(*proc, *record, rootTag, {callback, callbackData}, *status);
     SYSNativeUnlock(request);
     return result;
 }

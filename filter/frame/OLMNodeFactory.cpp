@@ -1,12 +1,7 @@
 #include "filter/frame/OLMNodeFactory.h"
 
 #include "filter/frame/OLMXmlDumper.h"
-#include "filter/listing/OLMCalFields.h"
-#include "filter/listing/OLMContactFields.h"
-#include "filter/listing/OLMContactGrpFields.h"
-#include "filter/listing/OLMEmailFields.h"
-#include "filter/listing/OLMNoteFields.h"
-#include "filter/listing/OLMTaskFields.h"
+#include "filter/listing/OLMKindFields.h"
 #include "filter/writers/OLMMsgCalWriter.h"
 #include "filter/writers/OLMMsgContactGrpWriter.h"
 #include "filter/writers/OLMMsgContactWriter.h"

@@ -3,13 +3,8 @@
 #include <array>
 #include <cstdint>
 
+#include "filter/storage/WriterErrors.h"
 #include "filter/xml/OLMXMLParser.h"
-
-namespace {
-
-constexpr int16_t shortWrite = -15;
-
-} // namespace
 
 OLMXmlDumper::OLMXmlDumper(SODOSPECIALARC* request) : request(request), output(request->output) {}
 
@@ -27,7 +22,7 @@ int16_t OLMXmlDumper::writeNode(OLMXMLParser& parser) {
         uint32_t bytesWritten = 0;
         const int32_t status = output->write(output, buffer.data(), bytesRead, &bytesWritten);
         if (status == 0 && bytesWritten != bytesRead) {
-            return shortWrite;
+            return static_cast<int16_t>(ErrShortWrite);
         }
     }
     return 0;

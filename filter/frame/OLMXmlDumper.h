@@ -5,8 +5,8 @@
 #include "filter/boundary/Request.h"
 #include "filter/storage/OLMNodeWriter.h"
 
-// Copies a whole entry, for documents of a type that no writer knows. It never reports the item's
-// end: every writeNode() copies the entry once more, until the progress callback cancels.
+// Copies a whole entry, for documents whose type has no writer. It never reports the end of the
+// item: every writeNode() copies the entry once more, until the progress callback cancels.
 class OLMXmlDumper : public OLMNodeWriter {
 public:
     // The request and its output are borrowed.
@@ -14,8 +14,8 @@ public:
 
     unsigned int initilizeWriter(OLMXMLParser& parser) override;
 
-    // 0 when the entry was copied to its end, -15 when the output took fewer bytes than it got
-    // without telling a failure. A failure that it tells is passed over.
+    // Returns 0 when the entry was copied to its end, and ErrShortWrite (-15) when the output took
+    // fewer bytes without a status. A status of the output is ignored.
     int16_t writeNode(OLMXMLParser& parser) override;
 
     unsigned int finalizeNode(OLMXMLParser& parser) override;

@@ -1,4 +1,4 @@
-// The life of a PROC: its block, its routines and the scan's place in it.
+// The entry points that make and end a PROC, install its routines and copy its position.
 
 #include <cstring>
 #include <new>
@@ -8,7 +8,8 @@
 
 namespace {
 
-constexpr uint16_t firstSharedId = 4; // id 121 brings its routine here too
+// The routine of the second id is installed under the first too.
+constexpr uint16_t firstSharedId = 4;
 constexpr uint16_t secondSharedId = 121;
 
 SoRoutine dummyRoutine() {

@@ -1,7 +1,7 @@
 #include "filter/listing/OLMEMailAddr.h"
 
 #include "filter/state/PROC.h"
-#include "filter/xml/TextUnits.h"
+#include "filter/xml/WStringUnits.h"
 
 void OLMEMailAddr::setAddress(const uint16_t* text) {
     setUnits(address, text, countUnits(text));

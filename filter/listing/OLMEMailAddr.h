@@ -10,28 +10,28 @@
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class OLMEMailAddr final {
 public:
-    // Replace the text by a copy of `text`, which ends at its first 0 unit. Null empties it.
+    // Each replaces the text by a copy of `text`, which ends at its first 0 unit. Null empties it.
     virtual void setAddress(const uint16_t* text);
     virtual void setName(const uint16_t* text);
     virtual void setType(int newType);
 
-    // Terminated text, never null, valid until the next change; its length in units.
+    // Return the terminated text, never null and valid until it changes, or its length in units.
     virtual const uint16_t* getAddress() const;
     virtual int64_t getAddressLen() const;
     virtual const uint16_t* getName() const;
     virtual int64_t getNameLen() const;
     virtual int getType() const;
 
-    // Empty the texts, keeping their memory.
+    // Empty the texts and keep their memory.
     virtual void clearAddress();
     virtual void clearName();
     virtual void clear();
 
-    // Puts the address into the open cell of `proc` (a PROC) and gives the host's answer; an
-    // empty one is left out and gives 0. The length goes out modulo 65,536.
+    // Writes the address to the open cell of `proc` (a PROC) and returns the host's answer; an
+    // empty address is left out and returns 0. The host gets the length modulo 65,536.
     virtual int outputToChunker(void* proc);
 
-    // Does nothing and gives 0.
+    // Does nothing and returns 0.
     virtual int outputToFile(void* file);
 
 private:

@@ -7,8 +7,8 @@
 
 #include "filter/xml/TagTable.h"
 
-// What the elements of all item kinds become; the values of the field classes' tag tables. They
-// start behind the values of the root tags, which every reader knows too.
+// The field that an element becomes: the values of the tag tables of all item kinds. They start
+// after the values of the root tags, which every reader also knows.
 enum OLMFieldCode : unsigned int {
     FieldItem = 6,       // the item's own element
     FieldSender = 7,     // a group with one address
@@ -27,8 +27,7 @@ enum OLMFieldCode : unsigned int {
 inline constexpr std::size_t fieldCodeCount = FieldTitle - FieldItem + 1;
 inline constexpr std::size_t fieldTextCount = FieldTitle - FieldSubject + 1;
 
-// True for a table in byte order that holds each code exactly once. A kind that has no element
-// for a code binds it to a name that no archive holds, so that every table is complete.
+// Returns true for a table in byte order that holds each code exactly once.
 constexpr bool isFieldTable(std::span<const UTXML_STRVALPAIR> rows) {
     if (rows.size() != fieldCodeCount || !inByteOrder(rows)) {
         return false;

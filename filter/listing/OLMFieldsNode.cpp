@@ -9,6 +9,8 @@
 #include "filter/xml/OLMXMLParser.h"
 #include "filter/xml/OLMXMLTag.h"
 
+// The numbers in the definitions of the columns have a meaning only to the host.
+
 namespace {
 
 constexpr uint16_t addressSeparator = ';';
@@ -29,7 +31,7 @@ void deleteAddresses(qor::ArrayList<OLMEMailAddr*>& list) {
     list.clear();
 }
 
-// Turns each "/" into a 0 unit: the host takes the levels apart there.
+// Replaces each "/" by a 0 unit, at which the host separates the levels.
 void separateLevels(qor::WString& path) {
     uint16_t* units = path.buffer();
     bool replaced = false;
@@ -64,18 +66,19 @@ void OLMDefineArcLocatorColumn(PROCtag* proc) {
     finishColumn(*proc);
 }
 
-OLMFieldsNode::OLMFieldsNode(void* proc) : proc(static_cast<PROCtag*>(proc)), itemName(nullptr) {}
+OLMFieldsNode::OLMFieldsNode(OLMXMLParser& parser, void* proc, const OLMFieldKind& kind)
+    : specialValue6(kind.specialValue6), specialValue7(kind.specialValue7),
+      proc(static_cast<PROCtag*>(proc)), itemName(&textOf(kind.nameCode)) {
+    const int16_t status =
+        parser.addTags(kind.tags.data(), static_cast<unsigned short>(kind.tags.size()));
+    if (status < 0) {
+        throw qor::Exception(static_cast<unsigned int>(status));
+    }
+}
 
 OLMFieldsNode::~OLMFieldsNode() {
     deleteAddresses(firstList);
     deleteAddresses(secondList);
-}
-
-void OLMFieldsNode::addTagTable(OLMXMLParser& parser, std::span<const UTXML_STRVALPAIR> table) {
-    const int16_t status = parser.addTags(table.data(), static_cast<unsigned short>(table.size()));
-    if (status < 0) {
-        throw qor::Exception(static_cast<unsigned int>(status), nullptr, nullptr, nullptr, 0);
-    }
 }
 
 void OLMFieldsNode::defineOLMFields(void* proc) {
@@ -103,7 +106,7 @@ unsigned short OLMFieldsNode::parseNode(OLMXMLParser& parser) {
 
     OLMXMLTag tag;
     if (parser.nextTag(tag) == 0 || tag.isClosing() || tag.id() != FieldItem) {
-        return 0; // behind the last item stands the root's closing tag
+        return 0; // after the last item: the closing tag of the root
     }
     // Any tag of that code ends the item, an opening one too.
     while (parser.nextTag(tag) != 0 && tag.id() != FieldItem) {
@@ -130,7 +133,7 @@ void OLMFieldsNode::handleTag(const OLMXMLTag& tag, OLMXMLParser& parser) {
     case FieldOrganizer:
     case FieldDisplayName:
     case FieldTitle:
-        // Behind a closing tag there is no text, and the field keeps what it has.
+        // After a closing tag there is no text, and the field keeps its value.
         parser.content(textOf(tag.id()));
         break;
     default:
@@ -164,7 +167,7 @@ unsigned short OLMFieldsNode::readEmailAddrList(OLMXMLParser& parser, unsigned i
             auto address = std::make_unique<OLMEMailAddr>();
             attributesToAddr(tag, *address);
             list.add(address.get());
-            static_cast<void>(address.release()); // the list's from here on
+            static_cast<void>(address.release()); // now owned by the list
         }
     }
     return 0;
@@ -177,7 +180,7 @@ unsigned short OLMFieldsNode::translateNode(unsigned int itemNumber) {
             putField(column.code, column.tagId);
         }
     }
-    // The values have no opening of a cell, and the locator has no end of one.
+    // The values have no beginning of a cell, and the locator has no end of one either.
     proc->call<SoRtnPutValueId>(&specialValue6);
     proc->call<SoRtnCellEndId>(CellEndCode);
     proc->call<SoRtnPutValueId>(&specialValue7);
@@ -246,7 +249,7 @@ void OLMFieldsNode::putFieldContent(unsigned int code) {
     }
 }
 
-// The length's higher bits are dropped: a text of 65,536 units goes out with a length of 0.
+// The higher bits of the length are dropped: for a text of 65,536 units the host gets 0.
 void OLMFieldsNode::putText(const qor::WString& text) {
     proc->call<SoRtnPutTextId>(text.value(), static_cast<uint16_t>(text.length()), CharsetUtf16);
 }

@@ -16,42 +16,51 @@ class OLMXMLParser;
 class OLMXMLTag;
 struct PROCtag;
 
-// The fields of one item, read from its element and written out as the fourteen cells of a row.
+// What distinguishes the fields of one item kind from those of another.
+struct OLMFieldKind {
+    std::span<const UTXML_STRVALPAIR> tags;
+    OLMFieldCode nameCode;      // of the text that names the item
+    unsigned int specialValue6; // of special column 6
+    unsigned int specialValue7; // of special column 7
+};
+
+// The fields of one item, read from its element and written as the fourteen cells of a row.
 //
-// A subclass brings the tag table of its item kind, which maps elements to OLMFieldCode; what a
-// kind does not have stays empty. Order of calls: parseNode() once, translateNode() once.
+// A subclass passes in its item kind, whose tag table maps elements to OLMFieldCode. A field that
+// the kind does not have stays empty. Order of calls: parseNode() once, translateNode() once.
 class OLMFieldsNode : public OLMNodeInt {
 public:
     ~OLMFieldsNode() override;
 
-    // Announces the columns to the host of `proc` (a PROC), ahead of the first row.
+    // Announces the columns to the host of `proc` (a PROC), before the first row.
     static void defineOLMFields(void* proc);
 
-    // An item that is cut short by the document's end or a fault counts as read.
+    // An item that ends early, at the end of the document or at a fault, counts as read.
     unsigned short parseNode(OLMXMLParser& parser) override;
 
     unsigned short translateNode(unsigned int itemNumber) override;
 
-    // Takes one tag of the item, closing ones too.
+    // Handles one tag of the item. Closing tags are passed in too.
     virtual void handleTag(const OLMXMLTag& tag, OLMXMLParser& parser);
 
-    // Fills an address from a tag's attributes; in this class it does nothing.
+    // Fills an address from the attributes of a tag. The base class does nothing.
     virtual void attributesToAddr(OLMXMLTag& tag, OLMEMailAddr& address);
 
-    // Takes the first entry of an address group into `address`, if that is what the group begins
-    // with, and reads on to the tag of `endCode`: 1. 0 when the document ends ahead of it.
+    // Reads the first tag of an address group into `address` if it is an address, then reads on to
+    // the tag of `endCode`. Returns 1, or 0 when the document ends before that tag.
     unsigned short readSingleAddress(OLMXMLParser& parser, unsigned int endCode,
                                      OLMEMailAddr& address);
 
-    // Appends the entries of an address group to `list`, which owns them, up to the tag of
-    // `endCode`: 1. 0 when the document ends ahead of it.
+    // Appends the addresses of a group to `list`, which owns them, up to the tag of `endCode`.
+    // Returns 1, or 0 when the document ends before that tag.
     unsigned short readEmailAddrList(OLMXMLParser& parser, unsigned int endCode,
                                      qor::ArrayList<OLMEMailAddr*>& list);
 
-    // Puts the addresses into the open cell, joined by ";".
+    // Writes the addresses to the open cell, joined by ";".
     void addressesOut(const qor::ArrayList<OLMEMailAddr*>& list);
 
-    // Open and close a tagged text in the row; the texts are numbered as they are closed.
+    // Open and close a tagged text of the row. Texts are numbered from 0 in the order of their
+    // ends.
     void startTag(unsigned int id);
     void endTag();
 
@@ -59,13 +68,10 @@ public:
     void clearFields();
 
 protected:
-    // `proc` is a PROC, borrowed for the node's life. The subclass sets the special values and
-    // itemName, and adds its table.
-    explicit OLMFieldsNode(void* proc);
-
-    // Adds the subclass's table to the reader. Throws qor::Exception with a negative status as
-    // its code; a positive one is no failure here.
-    static void addTagTable(OLMXMLParser& parser, std::span<const UTXML_STRVALPAIR> table);
+    // Adds the table of `kind` to the reader. `proc` is a PROC, borrowed for the node's life.
+    // Throws qor::Exception with the reader's status as its code when that is negative; a positive
+    // one is not a failure here.
+    OLMFieldsNode(OLMXMLParser& parser, void* proc, const OLMFieldKind& kind);
 
     // The text of a code from FieldSubject to FieldTitle.
     qor::WString& textOf(unsigned int code) { return texts[code - FieldSubject]; }
@@ -76,11 +82,11 @@ protected:
     qor::ArrayList<OLMEMailAddr*> secondList;       // owns the addresses
     std::array<qor::WString, fieldTextCount> texts; // in the order of their codes
     uint64_t entryIndex = 0;
-    qor::WString folder; // the entry's, with a "/" behind each level
-    unsigned int specialValue6 = 0;
-    unsigned int specialValue7 = 0;
+    qor::WString folder; // the entry's, with a "/" after each level
+    unsigned int specialValue6;
+    unsigned int specialValue7;
     PROCtag* proc;                // not owned
-    const qor::WString* itemName; // the one of `texts` that names the item
+    const qor::WString* itemName; // the element of `texts` that names the item
     unsigned int tagIndex = 0;    // of the next tagged text in the row
 
 private:
@@ -91,7 +97,8 @@ private:
     void putText(const qor::WString& text);
 };
 
-// Announce one column each: a text column by its two numbers, a special column, the locator.
+// Announce one column each to the host: a text column by its two numbers, a special column by its
+// number, the locator column.
 void OLMDefineTextColumn(unsigned int number, unsigned int second, PROCtag* proc);
 void OLMDefineSpecialColumn(unsigned int which, PROCtag* proc);
 void OLMDefineArcLocatorColumn(PROCtag* proc);

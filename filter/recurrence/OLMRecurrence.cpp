@@ -11,10 +11,10 @@ constexpr uint32_t minutesPerDay = 1440;
 constexpr uint32_t minutesPerWeek = 7 * minutesPerDay;
 constexpr int64_t millisecondsPerMinute = 60000;
 
-// From 1601 to 1970.
+// Minutes from 1601 to 1970.
 constexpr int64_t minutesOf1970 = 194074560;
 
-// 4500-12-31T23:59, the end of what never ends.
+// 4500-12-31T23:59, the end of a recurrence without end ([MS-OXOCAL]).
 constexpr uint32_t endlessDate = 0x5AE980DF;
 
 constexpr uint32_t monthsPerYear = 12;
@@ -37,18 +37,14 @@ constexpr PatternText patternTexts[] = {
 };
 // clang-format on
 
-[[noreturn]] void throwFault(RecurrenceError code) {
-    throw qor::Exception(code, nullptr, nullptr, nullptr, 0);
-}
-
-const qor::Date& given(const std::unique_ptr<qor::Date>& date) {
+const qor::Date& required(const std::unique_ptr<qor::Date>& date) {
     if (date == nullptr) {
-        throwFault(ErrRecurrence);
+        throw qor::Exception(ErrRecurrence);
     }
     return *date;
 }
 
-// Milliseconds come as they wrap, so that no sum of them can overflow.
+// Milliseconds are unsigned here, so that no sum of them can overflow.
 int64_t wholeMinutes(uint64_t milliseconds) {
     return static_cast<int64_t>(milliseconds) / millisecondsPerMinute;
 }
@@ -59,7 +55,7 @@ uint64_t millisecondsOf(const qor::Date& date) {
 
 uint32_t remainderOf(uint32_t minutes, uint32_t interval) {
     if (interval == 0) {
-        throwFault(ErrRecurrence);
+        throw qor::Exception(ErrRecurrence);
     }
     return minutes % interval;
 }
@@ -70,7 +66,7 @@ OLMRecurrence::OLMRecurrence(OLMXMLParser& parser, const qor::WString& start,
                              const qor::WString& end, int zoneOffset)
     : timeZoneOffset(zoneOffset) {
     if (parser.addTags(recurrenceTags.data(), recurrenceTags.size()) != 0) {
-        throwFault(ErrRecurrenceTable);
+        throw qor::Exception(ErrRecurrenceTable);
     }
     itemStart = std::make_unique<qor::Date>(qor::Date::iso8601ToJulian(start.value()));
     itemEnd = std::make_unique<qor::Date>(qor::Date::iso8601ToJulian(end.value()));
@@ -81,14 +77,14 @@ void OLMRecurrence::parseRecurrence(OLMXMLParser& parser, unsigned int closingTa
     bool isRead = false;
     do {
         isRead = parser.nextTag(tag) != 0;
-        // At the document's end the tag still holds the last record, which counts once more.
+        // At the end of the document the tag still has the last record, which is handled once more.
         if (!tag.isClosing()) {
             mapTagToValue(tag, parser);
         }
     } while (isRead && tag.id() != closingTag);
 
     if (hasEndDate) {
-        given(endDate); // now, while nothing of the value has been written
+        required(endDate); // before any part of the value is written
     }
     adjustTimeZoneOffset();
     modifyPeriod();
@@ -96,22 +92,22 @@ void OLMRecurrence::parseRecurrence(OLMXMLParser& parser, unsigned int closingTa
 }
 
 uint32_t OLMRecurrence::getStartDate() const {
-    return qorDateToRecurDate(given(startDate)) + static_cast<uint32_t>(timeZoneOffset);
+    return qorDateToRecurDate(required(startDate)) + static_cast<uint32_t>(timeZoneOffset);
 }
 
 uint32_t OLMRecurrence::getEndDate() const {
     if (!hasEndDate) {
         return endlessDate;
     }
-    return qorDateToRecurDate(given(endDate)) + static_cast<uint32_t>(timeZoneOffset);
+    return qorDateToRecurDate(required(endDate)) + static_cast<uint32_t>(timeZoneOffset);
 }
 
 int64_t OLMRecurrence::getStartTimeOffset() const {
-    return wholeMinutes(millisecondsOf(*itemStart) + 1 - millisecondsOf(given(startDate)));
+    return wholeMinutes(millisecondsOf(*itemStart) + 1 - millisecondsOf(required(startDate)));
 }
 
 int64_t OLMRecurrence::getEndTimeOffset() const {
-    return wholeMinutes(millisecondsOf(*itemEnd) - millisecondsOf(given(startDate)));
+    return wholeMinutes(millisecondsOf(*itemEnd) - millisecondsOf(required(startDate)));
 }
 
 uint32_t OLMRecurrence::qorDateToRecurDate(const qor::Date& date) const {
@@ -120,10 +116,10 @@ uint32_t OLMRecurrence::qorDateToRecurDate(const qor::Date& date) const {
 
 void OLMRecurrence::adjustTimeZoneOffset() {
     _SYSTEMTIME fields{};
-    qor::Date::julianToSystemTime(given(startDate).julian(), fields);
+    qor::Date::julianToSystemTime(required(startDate).julian(), fields);
     const int32_t minute = fields.wMinute == 29 ? 30 : fields.wMinute;
 
-    // Only a full hour is carried, and never west of Greenwich, where the minutes are negative.
+    // Only a full hour carries, and never west of Greenwich, where the minutes are negative.
     const int32_t zoneMinutes = timeZoneOffset % qor::minutesPerHour;
     const bool isCarried = zoneMinutes > 0 && minute + zoneMinutes == qor::minutesPerHour;
     const int32_t hours = fields.wHour + (isCarried ? 1 : 0) + timeZoneOffset / qor::minutesPerHour;
@@ -169,9 +165,9 @@ void OLMRecurrence::calcFirstDateTime() {
 uint32_t OLMRecurrence::calculateWeeklyFDT() const {
     const uint32_t days = daysOfWeek & wholeWeek;
     if (days == 0) {
-        throwFault(ErrRecurrence);
+        throw qor::Exception(ErrRecurrence);
     }
-    // The first day of the mask stands for the start's, whichever day that really is.
+    // The first day of the mask is taken for the day of the start, whichever day that is.
     const auto firstDay = static_cast<uint32_t>(std::countr_zero(days));
     return remainderOf(getStartDate() - firstDay * minutesPerDay, period * minutesPerWeek);
 }
@@ -180,7 +176,7 @@ int64_t OLMRecurrence::calculateMonthlyFDT() const {
     if (month == 0) {
         return 0;
     }
-    constexpr int firstYear = 1601; // of recurrence dates, whatever the year of the start
+    constexpr int firstYear = 1601; // of recurrence dates; the year of the start does not matter
     const double days =
         qor::Date::calendarDateToJulian(firstYear, static_cast<int>(month), 1, 0, 0, 0, 0) -
         qor::Date::calendarDateToJulian(firstYear, 1, 1, 0, 0, 0, 0);

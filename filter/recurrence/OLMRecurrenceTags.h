@@ -6,8 +6,8 @@
 
 #include "filter/xml/TagTable.h"
 
-// Codes of OLMRecurrence. They keep clear of the codes of the writers, whose tables are in the
-// same reader.
+// Codes of OLMRecurrence. They differ from the codes of the writers, whose tables are in the same
+// reader.
 enum RecurrenceCode : unsigned int {
     RecurEndDate = 10,
     RecurStartDate = 11,
@@ -62,7 +62,7 @@ inline constexpr auto recurrenceTags = std::to_array<UTXML_STRVALPAIR>({
     {RecurWeekendDays,     "weekenddays"},
 });
 
-// The bits of the day mask for the codes from RecurAllDays on.
+// The day mask of each code from RecurAllDays on.
 inline constexpr auto recurrenceDayFlags = std::to_array<uint32_t>({
     0x7F, // allDays
     0x20, // friday

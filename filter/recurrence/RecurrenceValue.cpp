@@ -4,11 +4,11 @@
 
 namespace {
 
-constexpr uint16_t readerVersion = 0x3004; // also the writer's
+constexpr uint16_t readerVersion = 0x3004; // also the version of the writer
 constexpr uint32_t readerVersion2 = 0x3006;
 constexpr uint32_t writerVersion2 = 0x3009;
 
-// Bytes ahead of and behind the part that depends on the pattern.
+// Bytes before and after the part that depends on the pattern type.
 constexpr uint64_t headSize = 22;
 constexpr uint64_t tailSize = 54;
 
@@ -31,7 +31,7 @@ void writeHead(HostStream* stream, const OLMRecurrence& recurrence) {
     writeDword(stream, 0); // sliding flag
 }
 
-// Gives the bytes written.
+// Returns the number of bytes written.
 uint64_t writePattern(HostStream* stream, const OLMRecurrence& recurrence) {
     switch (recurrence.patternType) {
     case PatternWeek:
@@ -62,8 +62,8 @@ void writeTail(HostStream* stream, const OLMRecurrence& recurrence) {
     writeDword(stream, static_cast<uint32_t>(recurrence.getStartTimeOffset()));
     writeDword(stream, static_cast<uint32_t>(recurrence.getEndTimeOffset()));
     writeWord(stream, 0);  // exceptions
-    writeDword(stream, 0); // size of a reserved block that isn't there
-    writeDword(stream, 0); // the same of a second one
+    writeDword(stream, 0); // size of the first reserved block
+    writeDword(stream, 0); // size of the second
 }
 
 } // namespace

@@ -5,11 +5,11 @@
 
 #include "filter/boundary/Reader.h"
 
-// One item that the scan has found.
+// One item that was listed.
 struct OLMNodeId {
-    tagUTXMLSaveData state; // the reader's place just ahead of the item's opening tag
+    tagUTXMLSaveData state; // before the item's opening tag
     uint64_t entryIndex;
-    uint32_t itemNumber; // its place in that entry, from 1
+    uint32_t itemNumber; // the item's number in that entry, from 1
 };
 
 #endif

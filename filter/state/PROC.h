@@ -12,26 +12,27 @@
 #include "filter/state/OLMNodeId.h"
 #include "filter/state/RoutineSlots.h"
 
-// The state of one open archive, in a block of the host's memory that starts out zeroed.
+// The state of one open archive, in a zeroed block of the host's memory.
 struct PROCtag {
-    // Calls the host's routine of that id with `arguments` and the two user words.
+    // Calls the host's routine of that id with `arguments` and the two user words, and returns its
+    // result.
     template <std::size_t id, typename... Arguments> auto call(Arguments... arguments) const {
         using Routine = typename RoutineTypeOf<id>::Type;
         constexpr std::size_t slot = routineSlots[id];
         return reinterpret_cast<Routine>(routines[slot])(arguments..., user0, user1);
     }
 
-    // What `archive` is once it is open.
+    // The opened archive. Valid after VwStreamOpen succeeded.
     const ArchiveDirectory& directory() const {
         return *reinterpret_cast<const ArchiveDirectory*>(archive);
     }
 
     ScanPosition position;
-    HostStream* archive;               // the raw stream, once open the ArchiveDirectory
-    qor::ArrayList<OLMNodeId*>* items; // every item found so far; owned, from open to close
-    qor::WString* scratch;             // owned, from open to close; nothing uses it
+    HostStream* archive;               // the raw stream; once open, the ArchiveDirectory
+    qor::ArrayList<OLMNodeId*>* items; // all items listed so far; owned, from open to close
+    qor::WString* scratch;             // owned, from open to close; not used
 
-    // By slot. After VwLocalUp none is null, save the two that no id reaches.
+    // By slot. After VwLocalUp only the two that no id reaches are null.
     std::array<SoRoutine, routineSlotCount> routines;
 
     uint64_t user0; // last arguments of every routine

@@ -7,7 +7,7 @@
 
 #include "filter/boundary/Routines.h"
 
-// Where the host's routines stand in PROC, and the type of each that the module calls.
+// The slots of the host's routines in PROC, and the types of those that the module calls.
 
 inline constexpr std::size_t routineIdLimit = 150; // the highest id
 inline constexpr std::size_t routineSlotCount = 150;
@@ -17,7 +17,7 @@ struct RoutineIdRun {
     std::size_t last;
 };
 
-// The slots in their order, by the ids that reach them. No id reaches those of 119 and 120.
+// The slots in order, by the ids that reach them. No routine can be installed for 119 and 120.
 // clang-format off
 inline constexpr auto routineIdRuns = std::to_array<RoutineIdRun>({
     {1,   1},
@@ -54,7 +54,7 @@ inline constexpr auto routineIdRuns = std::to_array<RoutineIdRun>({
 });
 // clang-format on
 
-// The slot of each id; routineSlotCount for an id that no run holds.
+// The slot of each id; routineSlotCount for id 0.
 inline constexpr auto routineSlots = [] {
     std::array<std::size_t, routineIdLimit + 1> slots{};
     slots.fill(routineSlotCount);
@@ -78,9 +78,9 @@ static_assert(
         }
         return true;
     }(),
-    "every id has a slot of its own");
+    "every id has its own slot");
 
-// True for the 148 ids under which the host may install a routine.
+// Returns true for the 148 ids under which a routine can be installed.
 constexpr bool isRoutineId(std::size_t id) {
     return id != 0 && id != 119 && id != 120 && id <= routineIdLimit;
 }

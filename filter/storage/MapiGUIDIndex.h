@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-// The property sets of named properties: rows of MapiGUIDMap::TheGuids.
+// Property sets of named properties ([MS-OXPROPS] 1.3.2): rows of MapiGUIDMap::TheGuids.
 enum MapiGUIDIndex : int32_t {
     SetCommon = 0,
     SetAddress = 1,

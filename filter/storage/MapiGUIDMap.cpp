@@ -17,7 +17,7 @@ constinit const MapiGUID MapiGUIDMap::TheGuids[7] = {
 
 const MapiGUID* MapiGUIDMap::getMaipGuid(MapiGUIDIndex set) {
     if (set > SetPublicStrings) {
-        throw qor::Exception(ErrUnknown, nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(ErrUnknown);
     }
     return &TheGuids[set];
 }

@@ -6,14 +6,13 @@
 #include "filter/core/WString.h"
 #include "filter/storage/MapiGUIDIndex.h"
 
-// One named property that can be written: a row of MapiNamedPropMap::supportedProps.
+// One named property that a message may contain: a row of MapiNamedPropMap::supportedProps.
 // NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): 41 rows; the order is for the reader
 struct MapiNamedProp {
-    // Numeric name: named id in the high 16 bits, property type in the low 16 bits. String name:
-    // the name's hashCode.
+    // Numeric name: a MapiNamedPropKey. String name: the hashCode of the name.
     uint32_t propTag = 0;
-    qor::WString name;    // string name; empty for a numeric one
-    uint32_t nameCrc = 0; // checksum of a string name; 0: to be worked out
+    qor::WString name;    // of a string name; otherwise empty
+    uint32_t nameCrc = 0; // checksum of a string name; 0: to be calculated
     bool isStringName = false;
     MapiGUIDIndex guidSet = SetCommon;
 };

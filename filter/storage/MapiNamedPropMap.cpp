@@ -3,8 +3,8 @@
 #include "filter/core/CRC32Checksum.h"
 #include "filter/core/Exception.h"
 #include "filter/core/String.h"
+#include "filter/storage/MapiPropType.h"
 #include "filter/storage/OLMMsgWriter.h"
-#include "filter/storage/PropertyType.h"
 #include "filter/storage/WriterErrors.h"
 
 namespace {
@@ -13,19 +13,16 @@ constexpr unsigned int firstNamedTag = 0x80000000;
 constexpr int bucketCount = 31;
 constexpr unsigned int firstBucketId = 0x1000;
 
-// Kind of name: bit 0 of a kind word.
+// A kind word has the property kind in bit 0 and the GUID index above it ([MS-OXMSG] 2.2.3.1.2).
 constexpr int stringNameBit = 1;
 
-// A numeric name's place of its set counts from here: 1 is PS_MAPI, 2 is PS_PUBLIC_STRINGS.
+// GUID indexes: 1 is PS_MAPI, and the sets of the GUID stream follow PS_PUBLIC_STRINGS.
+constexpr int publicStringsIndex = 2;
 constexpr long firstListedSet = 3;
 
-constexpr unsigned short publicStringKind = 5; // PS_PUBLIC_STRINGS with stringNameBit
+constexpr unsigned short publicStringKind = publicStringsIndex * 2 + stringNameBit;
 
-[[noreturn]] void throwUnknown() {
-    throw qor::Exception(ErrUnknown, nullptr, nullptr, nullptr, 0);
-}
-
-// Where `value` stands in `list`, which it joins when it is not there.
+// Returns the position of `value` in `list`, to which it is added when it is missing.
 template <typename T> long listedPosition(qor::ArrayList<T>& list, T value) {
     const int count = list.size();
     for (int position = 0; position < count; ++position) {
@@ -84,7 +81,7 @@ unsigned int MapiNamedPropMap::mapNamedProp(unsigned int key) {
             return addMapping(row, propertyType(key));
         }
     }
-    throwUnknown();
+    throw qor::Exception(ErrUnknown);
 }
 
 unsigned int MapiNamedPropMap::mapNamedProp(const qor::WString& name, unsigned short type) {
@@ -95,10 +92,10 @@ unsigned int MapiNamedPropMap::mapNamedProp(const qor::WString& name, unsigned s
             return addMapping(row, type);
         }
     }
-    throwUnknown();
+    throw qor::Exception(ErrUnknown);
 }
 
-// A row that is mapped already gets one more number on purpose: each value has its own.
+// A row that was mapped before gets one more number on purpose: each value has its own.
 unsigned int MapiNamedPropMap::addMapping(int row, unsigned int type) {
     const auto number = static_cast<unsigned int>(mappedProps.size());
     mappedProps.add(row);
@@ -133,7 +130,7 @@ void MapiNamedPropMap::finalizeNumericProperty(const MapiNamedProp& row, long nu
 void MapiNamedPropMap::finalizeStringProperty(const MapiNamedProp& row, long number) {
     unsigned short kindWord = publicStringKind;
     if (row.guidSet != SetPublicStrings) {
-        // Without the 3 that a numeric name's place counts from, and that is meant.
+        // Without firstListedSet, unlike a numeric name, on purpose.
         const long set = listedPosition(guidList, row.guidSet);
         kindWord = static_cast<unsigned short>(set * 2 + stringNameBit);
     }
@@ -147,12 +144,12 @@ long MapiNamedPropMap::addStringToList(const MapiNamedProp& row) {
     long found = 0;
     while (!supportedProps[found].isStringName || supportedProps[found].propTag != hash) {
         if (++found == supportedPropCount) {
-            throwUnknown();
+            throw qor::Exception(ErrUnknown);
         }
     }
     const long position = listedPosition(stringList, found);
 
-    // Counts units of the table's first rows, so behind the first name this is no true offset. The
+    // Counts units of the first rows of the table, so only the first name gets a true offset. The
     // table has one string name, whose offset is 0.
     long offset = 4 * position;
     for (long before = 0; before < position; ++before) {
@@ -197,7 +194,7 @@ void MapiNamedPropMap::writeStringStream() {
     for (int position = 0; position < count; ++position) {
         const long row = stringList.get(position);
         if (row >= supportedPropCount) {
-            throwUnknown();
+            throw qor::Exception(ErrUnknown);
         }
         const qor::WString& name = supportedProps[row].name;
         OLMMsgWriter::writeDwordProp(stringStream, 2 * static_cast<uint32_t>(name.length()));

@@ -3,14 +3,14 @@
 
 #include "filter/boundary/Layout.h"
 
-// The attributes that every entry carries: readable (2) and writable (4).
+// The flags of every entry: PROPATTR_READABLE (2) and PROPATTR_WRITABLE (4).
 inline constexpr uint32_t propertyFlags = 6;
 
-// One entry of a property stream; in memory it looks as it does in the stream.
+// One entry of a property stream ([MS-OXMSG] 2.4.2), with the same layout as in the stream.
 struct MsgPropPair {
     uint32_t tag;   // property id in the high 16 bits, property type in the low 16 bits
     uint32_t flags; // propertyFlags
-    uint64_t value; // the value, or the size of one that has a stream of its own
+    uint64_t value; // the value, or the size of a value that has its own stream
 };
 
 OLM_ASSERT_OFFSET(MsgPropPair, tag, 0);

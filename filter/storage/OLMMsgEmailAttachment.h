@@ -3,11 +3,12 @@
 
 #include "filter/storage/OLMMsgSubStg.h"
 
-// One attachment of a mail.
+// The storage of one attachment of a mail ([MS-OXMSG] 2.2.2).
 class OLMMsgEmailAttachment : public OLMMsgSubStg {
 public:
-    // `parent` is the message's root storage (a HostStream, borrowed), `number` counts from 0.
-    // Throws qor::Exception when the storage or the head of its property stream can't be written.
+    // Makes the storage of attachment `number`, from 0, in `parent`, the root storage of the
+    // message (a HostStream, borrowed). Throws qor::Exception when the storage can't be made or the
+    // header of its property stream can't be written.
     OLMMsgEmailAttachment(void* parent, unsigned int number);
 
     ~OLMMsgEmailAttachment() override = default;

@@ -3,11 +3,12 @@
 
 #include "filter/storage/OLMMsgSubStg.h"
 
-// One recipient of a message.
+// The storage of one recipient of a message ([MS-OXMSG] 2.2.1).
 class OLMMsgRecipient : public OLMMsgSubStg {
 public:
-    // `parent` is the message's root storage (a HostStream, borrowed), `number` counts from 0.
-    // Throws qor::Exception when the storage or the head of its property stream can't be written.
+    // Makes the storage of recipient `number`, from 0, in `parent`, the root storage of the message
+    // (a HostStream, borrowed). Throws qor::Exception when the storage can't be made or the header
+    // of its property stream can't be written.
     OLMMsgRecipient(void* parent, unsigned int number);
 
     ~OLMMsgRecipient() override = default;

@@ -4,18 +4,18 @@
 #include <array>
 
 #include "filter/core/Exception.h"
+#include "filter/storage/MapiPropType.h"
 #include "filter/storage/OLMMsgWriter.h"
 #include "filter/storage/OpenHandle.h"
-#include "filter/storage/PropertyType.h"
 
 namespace {
 
-// What a copied stream passes through, so that one of any size is never held whole.
+// Bytes that are copied at a time.
 constexpr uint32_t copySize = 1024;
 
 constexpr int32_t noStream = -1;
 
-constexpr uint32_t tagOf(unsigned short id, PropertyType type) {
+constexpr uint32_t tagOf(unsigned short id, MapiPropType type) {
     return uint32_t{id} << 16 | type;
 }
 
@@ -29,7 +29,7 @@ struct CopyResult {
 };
 
 CopyResult copyStream(HostStream* source, HostStream* target) {
-    std::array<unsigned char, copySize> buffer; // not cleared: only what was read is looked at
+    std::array<unsigned char, copySize> buffer; // not cleared: only the bytes read are used
     CopyResult result;
     for (;;) {
         uint32_t bytesRead = 0;
@@ -107,7 +107,7 @@ unsigned int OLMMsgSubStg::writeToPropStream(const unsigned char* data, unsigned
     const int32_t status =
         propStream == nullptr ? noStream : propStream->write(propStream, data, size, &count);
     if (status != 0 || count < size) {
-        throw qor::Exception(static_cast<unsigned int>(status), nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(static_cast<unsigned int>(status));
     }
     return 0;
 }
@@ -117,7 +117,7 @@ void OLMMsgSubStg::open(void* parent, const char* prefix, unsigned int number) {
     name.appendInteger(number, 8, 16, false, false);
     initilize(parent, name);
 
-    // What the message's header has here, less its counts.
+    // The header of a recipient or attachment ([MS-OXMSG] 2.4.1.3).
     constexpr std::array<unsigned char, 8> header{};
     OLMMsgSubStg::writeToPropStream(header.data(), header.size());
 }

@@ -7,41 +7,41 @@
 #include "filter/core/String.h"
 #include "filter/core/WString.h"
 
-// A storage below a message's root with properties of its own: one recipient or one attachment.
-// Its property stream is open for the object's whole life, and every property is written to it at
-// the moment it is added.
+// A storage in the root storage of a message, with its own properties: a recipient or an
+// attachment. Its property stream is open for the whole life of the object, and a property is
+// written when it is added.
 //
-// Properties go by their 16-bit id; the overload chooses the type. Two additions of one id are two
-// entries. addProperty() gives true when the property is there as a whole; without a stream for a
-// long value there is no entry either.
+// A property is named by its 16-bit id; the overload of addProperty() determines its type. Adding
+// an id twice makes two entries. addProperty() returns true when the property was written
+// completely. When the stream of a long value can't be made the property has no entry either.
 class OLMMsgSubStg {
 public:
     OLMMsgSubStg(const OLMMsgSubStg&) = delete;
     OLMMsgSubStg& operator=(const OLMMsgSubStg&) = delete;
 
-    // A boolean, sign-extended: not a 16-bit integer, as the overload might suggest.
+    // Adds a boolean, sign-extended; not a 16-bit integer, as the overload suggests.
     virtual bool addProperty(unsigned short id, short value);
 
-    // A 32-bit integer, sign-extended: it fills all eight bytes of the entry.
+    // Adds a 32-bit integer, sign-extended to the 8 bytes of the entry.
     virtual bool addProperty(unsigned short id, int value);
 
-    // A time, in 100-nanosecond units since 1601.
+    // Adds a time in 100-nanosecond units since 1601.
     virtual bool addProperty(unsigned short id, unsigned long long value);
 
-    // A UTF-16 string. No terminator is written; the entry's size counts one.
+    // Adds a UTF-16 string. No terminator is written, but the size in the entry includes one.
     virtual bool addProperty(unsigned short id, const qor::WString& value);
 
-    // An empty binary value, whatever the string holds.
+    // Adds an empty binary value, whatever the string contains.
     virtual bool addProperty(unsigned short id, const qor::String& value);
 
-    // A binary value: a copy of what `source` (a HostStream, borrowed, never null) yields until
-    // its read() gives a status other than 0. False also after a failed write; then, as after a
-    // failed read, the entry has the size reached so far.
+    // Adds a binary value, copied from `source` (a HostStream, borrowed, not null) until its read()
+    // returns non-zero. After a failed write the entry has the size copied so far, and the result
+    // is false.
     virtual bool addProperty(unsigned short id, void* source);
 
-    // Writes `size` bytes as they are to the property stream and gives 0. Throws qor::Exception
-    // with the stream's status when that isn't 0 or when fewer bytes were taken, and then also
-    // with 0; a property stream that could not be made counts as status -1.
+    // Writes `size` bytes to the property stream. Returns 0. Throws qor::Exception when the status
+    // of the stream is not 0 or fewer bytes were written, with that status, possibly 0, as its
+    // code; -1 when the property stream could not be made.
     virtual unsigned int writeToPropStream(const unsigned char* data, unsigned int size);
 
     // Closes the property stream, then the storage.
@@ -50,13 +50,13 @@ public:
 protected:
     OLMMsgSubStg() = default;
 
-    // Makes the storage `prefix` + `number` in 8 hexadecimal digits in `parent` (a HostStream,
-    // borrowed) and begins its property stream. Throws what initilize() and writeToPropStream()
-    // throw.
+    // Makes a storage in `parent` (a HostStream, borrowed), named `prefix` followed by `number` in
+    // 8 hexadecimal digits, and writes the header of its property stream. Throws what initilize()
+    // and writeToPropStream() throw.
     void open(void* parent, const char* prefix, unsigned int number);
 
-    // Makes the storage `name` in `parent` and the property stream in it. Throws qor::Exception
-    // with the host's status when the storage can't be made.
+    // Makes the storage `name` in `parent`, and its property stream. Throws qor::Exception with the
+    // status of the host when the storage can't be made.
     void initilize(void* parent, const qor::WString& name);
 
     HostStream* storage = nullptr;    // owned

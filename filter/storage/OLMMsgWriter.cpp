@@ -2,8 +2,10 @@
 
 #include "filter/boundary/Storage.h"
 #include "filter/core/Exception.h"
+#include "filter/storage/MapiPropTag.h"
+#include "filter/storage/MapiPropType.h"
+#include "filter/storage/MapiValues.h"
 #include "filter/storage/OpenHandle.h"
-#include "filter/storage/PropertyType.h"
 #include "filter/storage/WriterErrors.h"
 
 namespace {
@@ -12,9 +14,30 @@ constexpr unsigned int noRootStorage = 0xFFFFFFFF;
 constexpr unsigned int namedPropsFailed = 461;
 constexpr int16_t itemDone = 100;
 
-// Class id of every message: {00020D0B-0000-0000-C000-000000000046}.
+// The class id of every message: {00020D0B-0000-0000-C000-000000000046}.
 constexpr unsigned char messageClassId[16] = {0x0B, 0x0D, 0x02, 0x00, 0x00, 0x00, 0x00, 0x00,
                                               0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46};
+
+// MV_PROPS, CATEGORIZE, RTF and UNICODE among others ([MS-OXPROPS], PidTagStoreSupportMask).
+constexpr uint64_t storeSupportMask = 0x40E79;
+
+constexpr uint64_t codePageUtf16 = 1200;
+
+struct NumberProp {
+    MapiPropTag tag;
+    uint64_t value;
+};
+
+// The required properties that are numbers. They follow the RTF body and the message class.
+// clang-format off
+constexpr NumberProp requiredNumbers[] = {
+    {PidTagRtfInSync,        0},
+    {PidTagAccessLevel,      0},
+    {PidTagAccess,           accessRead},
+    {PidTagStoreSupportMask, storeSupportMask},
+    {PidTagInternetCodepage, codePageUtf16},
+};
+// clang-format on
 
 } // namespace
 
@@ -41,7 +64,7 @@ unsigned int OLMMsgWriter::initilizeWriter(OLMXMLParser& parser) {
 
     OLMXMLTag tag;
     if (parser.nextTag(tag) == 0 || tag.id() == UTXML_UNKNOWN_TAG) {
-        throw qor::Exception(ErrUnknown, nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(ErrUnknown);
     }
     rootTag = tag.id();
     return 0;
@@ -104,7 +127,7 @@ bool OLMMsgWriter::handlePropGeneric(OLMXMLTag& tag, OLMXMLParser& parser) {
         if (stream == nullptr) {
             return false;
         }
-        // The terminator counts, and is not written.
+        // The size includes a terminator, which is not written.
         const uint64_t size = uint64_t{writeStringProp(stream.get(), parser)} + 2;
         stream.reset();
         addProperty(id, size);
@@ -136,13 +159,13 @@ unsigned int OLMMsgWriter::writeNamedProps(void* /*storage*/) {
 void OLMMsgWriter::addProperty(unsigned int tag, unsigned long long value) {
     auto pair = std::make_unique<MsgPropPair>(MsgPropPair{tag, propertyFlags, value});
     properties.add(pair.get());
-    static_cast<void>(pair.release()); // the list's holder deletes it
+    static_cast<void>(pair.release()); // now owned by the writer
 }
 
 void OLMMsgWriter::beginMessage(OLMXMLParser& parser, std::span<const UTXML_STRVALPAIR> table,
                                 const qor::WString& messageClass) {
     if (parser.addTags(table.data(), static_cast<unsigned short>(table.size())) != 0) {
-        throw qor::Exception(ErrTagTable, nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(ErrTagTable);
     }
     OLMMsgWriter::initilizeWriter(parser);
     createRequiredProps(messageClass);
@@ -150,13 +173,11 @@ void OLMMsgWriter::beginMessage(OLMXMLParser& parser, std::span<const UTXML_STRV
 }
 
 void OLMMsgWriter::createRequiredProps(const qor::WString& messageClass) {
-    createEmptyBinaryProp(0x10090102);
-    createStringProp(0x001A001F, messageClass);
-    addProperty(0x0E1F000B, 0);
-    addProperty(0x0FF70003, 0);
-    addProperty(0x0FF40003, 2);
-    addProperty(0x340D0003, 0x40E79);
-    addProperty(0x3FDE0003, 1200); // code page: UTF-16LE
+    createEmptyBinaryProp(PidTagRtfCompressed);
+    createStringProp(PidTagMessageClass, messageClass);
+    for (const NumberProp& required : requiredNumbers) {
+        addProperty(required.tag, required.value);
+    }
 }
 
 void OLMMsgWriter::createEmptyBinaryProp(unsigned int tag) {

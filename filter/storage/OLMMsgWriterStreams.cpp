@@ -1,4 +1,4 @@
-// The stream operations of OLMMsgWriter, which need no writer object.
+// The static operations of OLMMsgWriter.
 
 #include <bit>
 #include <iterator>
@@ -10,23 +10,23 @@
 #include "filter/storage/OpenHandle.h"
 #include "filter/storage/WriterErrors.h"
 
-// Numbers and text go out as they lie in memory.
+// Numbers and text are written as they are in memory.
 static_assert(std::endian::native == std::endian::little);
 
 namespace {
 
 constexpr uint32_t maxNameUnits = std::size(StorageSpec{}.name);
 
-// From 1601 to 1970 in 100-nanosecond units, less one second: readers of these messages expect
-// the difference.
+// From 1601 to 1970 in 100-nanosecond units, less one second on purpose: the date for "no date"
+// (see qor::Date::iso8601ToJulian) becomes exactly 0.
 constexpr uint64_t timeOf1970 = 116444735990000000;
 constexpr uint64_t timeUnitsPerMillisecond = 10000;
 
 constexpr const char* valueStreamPrefix = "__substg1.0_";
 constexpr int valueStreamUnits = 12 + 8 + 1 + 8;
 
-// How many bytes the stream took, whatever status it gave.
-uint32_t bytesTaken(HostStream* stream, const void* data, uint32_t size, int32_t& status) {
+// Writes the bytes, stores the status and returns how many were written.
+uint32_t writeCounted(HostStream* stream, const void* data, uint32_t size, int32_t& status) {
     uint32_t count = 0;
     status = stream == nullptr ? -1 : stream->write(stream, data, size, &count);
     return count;
@@ -34,14 +34,14 @@ uint32_t bytesTaken(HostStream* stream, const void* data, uint32_t size, int32_t
 
 void writeWhole(HostStream* stream, const void* data, uint32_t size) {
     int32_t status = 0;
-    if (bytesTaken(stream, data, size, status) < size) {
-        throw qor::Exception(ErrShortWrite, nullptr, nullptr, nullptr, 0);
+    if (writeCounted(stream, data, size, status) < size) {
+        throw qor::Exception(ErrShortWrite);
     }
 }
 
 unsigned int writeBytes(HostStream* stream, const void* data, uint32_t size) {
     int32_t status = 0;
-    const uint32_t count = bytesTaken(stream, data, size, status);
+    const uint32_t count = writeCounted(stream, data, size, status);
     return status == 0 ? count : 0;
 }
 
@@ -135,7 +135,7 @@ unsigned int OLMMsgWriter::writeListedString(HostStream* storage, unsigned int t
 
 HostStream* OLMMsgWriter::createSubStorageFromWString(void* parent, const qor::WString& name) {
     if (parent == nullptr) {
-        throw qor::Exception(ErrNoStorage, nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(ErrNoStorage);
     }
     HostStream* storage = nullptr;
     StorageSpec record = {};
@@ -144,7 +144,7 @@ HostStream* OLMMsgWriter::createSubStorageFromWString(void* parent, const qor::W
 
     const int32_t status = IOCreate(&storage, IOSubStorage, &record, IOStorageFlags);
     if (status != 0) {
-        throw qor::Exception(static_cast<unsigned int>(status), nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(static_cast<unsigned int>(status));
     }
     return storage;
 }
@@ -154,7 +154,7 @@ HostStream* OLMMsgWriter::createSubStreamFromWString(void* parent, const qor::WS
         return nullptr;
     }
     HostStream* stream = nullptr;
-    StorageSpec record; // not zeroed: what the copy leaves of the name is the host's business
+    StorageSpec record; // not cleared: _UTwstrncpy fills the whole name
     record.parent = static_cast<HostStream*>(parent);
     _UTwstrncpy(record.name, name.value(), maxNameUnits);
 

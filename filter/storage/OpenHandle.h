@@ -9,7 +9,7 @@ struct CloseHandle {
     void operator()(HostStream* handle) const { handle->close(handle); }
 };
 
-// Owns a handle of the host and closes it at the end, also when an exception passes. May be null.
+// Owns a handle of the host, or null, and closes it.
 using OpenHandle = std::unique_ptr<HostStream, CloseHandle>;
 
 #endif

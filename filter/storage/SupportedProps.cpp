@@ -1,14 +1,15 @@
-// The named properties that can be written. Row numbers show nowhere in a message.
+// The named properties that a message may contain. Row numbers do not appear in a message.
 
+#include "filter/storage/MapiNamedPropKey.h"
 #include "filter/storage/MapiNamedPropMap.h"
 
 namespace {
 
-MapiNamedProp numericName(uint32_t propTag, MapiGUIDIndex set) {
-    return {propTag, {}, 0, false, set};
+MapiNamedProp numericName(MapiNamedPropKey key, MapiGUIDIndex set) {
+    return {key, {}, 0, false, set};
 }
 
-// The name comes with its hash worked out, so that the table is never written to again.
+// Calculates the hash of the name, so that the table is not written to later.
 MapiNamedProp stringName(const char* text, uint32_t crc, MapiGUIDIndex set) {
     const qor::WString name(text);
     return {static_cast<uint32_t>(name.hashCode()), name, crc, true, set};
@@ -18,46 +19,46 @@ MapiNamedProp stringName(const char* text, uint32_t crc, MapiGUIDIndex set) {
 
 // clang-format off
 const MapiNamedProp MapiNamedPropMap::supportedProps[supportedPropCount] = {
-    numericName(0x85020040, SetCommon),
-    numericName(0x85010003, SetCommon),
-    numericName(0x8503000B, SetCommon),
-    numericName(0x8062001F, SetAddress),
-    numericName(0x8045001F, SetAddress),
-    numericName(0x8047001F, SetAddress),
-    numericName(0x8046001F, SetAddress),
-    numericName(0x8048001F, SetAddress),
-    numericName(0x80DB001F, SetAddress),
-    numericName(0x801B001F, SetAddress),
-    numericName(0x801A001F, SetAddress),
-    numericName(0x8083001F, SetAddress),
-    numericName(0x8093001F, SetAddress),
-    numericName(0x80A3001F, SetAddress),
-    numericName(0x804F001F, SetAddress),
-    numericName(0x8050001F, SetAddress),
-    numericName(0x8051001F, SetAddress),
-    numericName(0x8052001F, SetAddress),
-    numericName(0x8053001F, SetAddress),
-    numericName(0x80541102, SetAddress),
-    numericName(0x80551102, SetAddress),
-    numericName(0x81040040, SetTask),
-    numericName(0x81050040, SetTask),
-    numericName(0x810F0040, SetTask),
-    numericName(0x811C000B, SetTask),
-    numericName(0x81010003, SetTask),
-    numericName(0x81020005, SetTask),
-    numericName(0x81160102, SetTask),
-    numericName(0x8B000003, SetNote),
-    numericName(0x8B030003, SetNote),
-    numericName(0x8B020003, SetNote),
-    numericName(0x8B040003, SetNote),
-    numericName(0x8B050003, SetNote),
-    numericName(0x8208001F, SetAppointment),
-    numericName(0x820D0040, SetAppointment),
-    numericName(0x820E0040, SetAppointment),
-    numericName(0x82050003, SetAppointment),
-    numericName(0x8215000B, SetAppointment),
-    numericName(0x82160102, SetAppointment),
-    numericName(0x8234001F, SetAppointment),
-    stringName("Keywords", 0x2EDA4D3B, SetPublicStrings),
+    numericName(PidLidReminderTime,                  SetCommon),
+    numericName(PidLidReminderDelta,                 SetCommon),
+    numericName(PidLidReminderSet,                   SetCommon),
+    numericName(PidLidInstantMessagingAddress,       SetAddress),
+    numericName(PidLidWorkAddressStreet,             SetAddress),
+    numericName(PidLidWorkAddressState,              SetAddress),
+    numericName(PidLidWorkAddressCity,               SetAddress),
+    numericName(PidLidWorkAddressPostalCode,         SetAddress),
+    numericName(PidLidWorkAddressCountryCode,        SetAddress),
+    numericName(PidLidWorkAddress,                   SetAddress),
+    numericName(PidLidHomeAddress,                   SetAddress),
+    numericName(PidLidEmail1EmailAddress,            SetAddress),
+    numericName(PidLidEmail2EmailAddress,            SetAddress),
+    numericName(PidLidEmail3EmailAddress,            SetAddress),
+    numericName(PidLidContactUserField1,             SetAddress),
+    numericName(PidLidContactUserField2,             SetAddress),
+    numericName(PidLidContactUserField3,             SetAddress),
+    numericName(PidLidContactUserField4,             SetAddress),
+    numericName(PidLidDistributionListName,          SetAddress),
+    numericName(PidLidDistributionListOneOffMembers, SetAddress),
+    numericName(PidLidDistributionListMembers,       SetAddress),
+    numericName(PidLidTaskStartDate,                 SetTask),
+    numericName(PidLidTaskDueDate,                   SetTask),
+    numericName(PidLidTaskDateCompleted,             SetTask),
+    numericName(PidLidTaskComplete,                  SetTask),
+    numericName(PidLidTaskStatus,                    SetTask),
+    numericName(PidLidPercentComplete,               SetTask),
+    numericName(PidLidTaskRecurrence,                SetTask),
+    numericName(PidLidNoteColor,                     SetNote),
+    numericName(PidLidNoteHeight,                    SetNote),
+    numericName(PidLidNoteWidth,                     SetNote),
+    numericName(PidLidNoteX,                         SetNote),
+    numericName(PidLidNoteY,                         SetNote),
+    numericName(PidLidLocation,                      SetAppointment),
+    numericName(PidLidAppointmentStartWhole,         SetAppointment),
+    numericName(PidLidAppointmentEndWhole,           SetAppointment),
+    numericName(PidLidBusyStatus,                    SetAppointment),
+    numericName(PidLidAppointmentSubType,            SetAppointment),
+    numericName(PidLidAppointmentRecur,              SetAppointment),
+    numericName(PidLidTimeZoneDescription,           SetAppointment),
+    stringName("Keywords", 0x2EDA4D3B,               SetPublicStrings), // PidNameKeywords
 };
 // clang-format on

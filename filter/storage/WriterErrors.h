@@ -3,10 +3,10 @@
 
 // Codes of the qor::Exception that ends an item.
 enum WriterError : unsigned int {
-    ErrUnknown = 15,            // an item or a property that no table holds
-    ErrNoStorage = 0xFFFFFFFF,  // -1: no storage to make another one in
-    ErrTagTable = 0xFFFFFFFE,   // -2: the reader refused a writer's tag table
-    ErrShortWrite = 0xFFFFFFF1, // -15: a stream took fewer bytes than it was given
+    ErrUnknown = 15,            // an item or a property that is in no table
+    ErrNoStorage = 0xFFFFFFFF,  // -1: there is no storage to make another one in
+    ErrTagTable = 0xFFFFFFFE,   // -2: the reader refused the tag table of a writer
+    ErrShortWrite = 0xFFFFFFF1, // -15: a stream took fewer bytes than were written to it
 };
 
 #endif

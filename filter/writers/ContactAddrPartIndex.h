@@ -3,13 +3,13 @@
 
 #include <cstdint>
 
-// The parts of a contact's two addresses, in the order in which a whole address lists them.
+// The parts of the two addresses of a contact, in the order in which a whole address lists them.
 enum ContactAddrPartIndex : uint32_t {
     BusinessStreet = 0,
     BusinessCity = 1,
     BusinessState = 2,
     BusinessPostalCode = 3,
-    BusinessCountry = 4, // never filled: whole addresses have no country
+    BusinessCountry = 4, // never set: whole addresses have no country
     HomeStreet = 5,
     HomeCity = 6,
     HomeState = 7,

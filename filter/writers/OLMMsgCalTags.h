@@ -3,9 +3,12 @@
 
 #include <array>
 
+#include "filter/storage/MapiNamedPropKey.h"
+#include "filter/storage/MapiPropTag.h"
 #include "filter/xml/TagTable.h"
 
-// Codes of OLMMsgCalWriter. A code is below 0x100, a property tag is not.
+// Codes of OLMMsgCalWriter. They are below 0x100; property tags and keys of named properties are
+// above.
 enum CalCode : unsigned int {
     CalRoot = 0,
     CalCategories = 1,
@@ -15,29 +18,28 @@ enum CalCode : unsigned int {
     CalTimeZone = 5,
 };
 
-// From 0x80000000 up, a value is the key of a named property.
 // clang-format off
 inline constexpr auto calTags = std::to_array<UTXML_STRVALPAIR>({
-    // value         element                                  becomes
-    {CalAttendees,  "OPFCalendarEventCopyAttendeeList"},     // recipients
-    {CalCategories, "OPFCalendarEventCopyCategoryList"},     // named property Keywords
-    {0x10130102,    "OPFCalendarEventCopyDescription"},      // nothing: no handler takes a binary
-    {0x1000001F,    "OPFCalendarEventCopyDescriptionPlain"}, // body, plain text
-    {0x00610040,    "OPFCalendarEventCopyEndTime"},          // end, as named property 0x820E too
-    {0x82050003,    "OPFCalendarEventCopyFreeBusyStatus"},   // busy status
-    {0x8208001F,    "OPFCalendarEventCopyLocation"},         // location
-    {0x30080040,    "OPFCalendarEventCopyModDate"},          // last modification time
-    {CalOrganizer,  "OPFCalendarEventCopyOrganizer"},        // recipient, marked as the organizer
-    {CalRecurrence, "OPFCalendarEventCopyRecurrence"},       // recurrence, at the item's end
-    {0x85010003,    "OPFCalendarEventCopyReminderDelta"},    // minutes of the reminder
-    {0x85020040,    "OPFCalendarEventCopyReminderTime"},     // time of the reminder
-    {0x00600040,    "OPFCalendarEventCopyStartTime"},        // start, as named property 0x820D too
-    {0x0037001F,    "OPFCalendarEventCopySummary"},          // subject
-    {CalTimeZone,   "OPFCalendarEventCopyTimeZone"},         // named property 0x8234, offset
-    {0x8503000B,    "OPFCalendarEventGetHasReminder"},       // whether there is a reminder
-    {0x8215000B,    "OPFCalendarEventGetIsAllDayEvent"},     // all-day mark
-    {0x00360003,    "OPFCalendarEventGetIsPrivate"},         // sensitivity
-    {CalRoot,       "appointment"},                          // the item's end
+    // value                     element
+    {CalAttendees,               "OPFCalendarEventCopyAttendeeList"},     // recipients
+    {CalCategories,              "OPFCalendarEventCopyCategoryList"},     // PidNameKeywords
+    {PidTagHtml,                 "OPFCalendarEventCopyDescription"},      // nothing: no handler takes a binary value
+    {PidTagBody,                 "OPFCalendarEventCopyDescriptionPlain"},
+    {PidTagEndDate,              "OPFCalendarEventCopyEndTime"},          // also PidLidAppointmentEndWhole
+    {PidLidBusyStatus,           "OPFCalendarEventCopyFreeBusyStatus"},
+    {PidLidLocation,             "OPFCalendarEventCopyLocation"},
+    {PidTagLastModificationTime, "OPFCalendarEventCopyModDate"},
+    {CalOrganizer,               "OPFCalendarEventCopyOrganizer"},        // a recipient, marked as the organizer
+    {CalRecurrence,              "OPFCalendarEventCopyRecurrence"},       // PidLidAppointmentRecur, at the end of the item
+    {PidLidReminderDelta,        "OPFCalendarEventCopyReminderDelta"},
+    {PidLidReminderTime,         "OPFCalendarEventCopyReminderTime"},
+    {PidTagStartDate,            "OPFCalendarEventCopyStartTime"},        // also PidLidAppointmentStartWhole
+    {PidTagSubject,              "OPFCalendarEventCopySummary"},
+    {CalTimeZone,                "OPFCalendarEventCopyTimeZone"},         // PidLidTimeZoneDescription, offset of the recurrence
+    {PidLidReminderSet,          "OPFCalendarEventGetHasReminder"},
+    {PidLidAppointmentSubType,   "OPFCalendarEventGetIsAllDayEvent"},
+    {PidTagSensitivity,          "OPFCalendarEventGetIsPrivate"},
+    {CalRoot,                    "appointment"},                          // the item
 });
 // clang-format on
 

@@ -1,6 +1,8 @@
 #include "filter/writers/OLMMsgCalWriter.h"
 
 #include "filter/core/Date.h"
+#include "filter/storage/MapiNamedPropKey.h"
+#include "filter/storage/MapiPropTag.h"
 #include "filter/writers/OLMMsgCalTags.h"
 
 namespace {
@@ -42,8 +44,8 @@ bool readTruth(OLMXMLParser& parser) {
     return text.toBoolean(0, nullptr);
 }
 
-// The position behind the first `unit` in the text; 0 when there is none.
-int behindFirst(const qor::WString& text, uint16_t unit) {
+// Returns the position after the first `unit` in the text, or 0.
+int afterFirst(const qor::WString& text, uint16_t unit) {
     for (int position = 0; position < text.length(); ++position) {
         // NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult): set up to the length
         if (text.value()[position] == unit) {
@@ -53,29 +55,29 @@ int behindFirst(const qor::WString& text, uint16_t unit) {
     return 0;
 }
 
-// Low 32 bits of the number there: sums and products of them wrap, as the offset does.
+// Returns the low 32 bits of the number at `position`. Sums and products of them wrap.
 uint32_t numberAt(const qor::WString& text, int position) {
     return static_cast<uint32_t>(text.toLong(position, nullptr, 10));
 }
 
-// Reads the offset behind the first "+", or behind the first "-" where there is no "+" at all;
-// without either `offset` stays. The minutes stand behind the first ":" of the text, also when that
-// is ahead of the sign, and at the text's start when there is none.
+// Reads the offset after the first "+", or after the first "-" when the text has no "+". Without a
+// sign `offset` keeps its value. The minutes are after the first ":" of the text, even when that is
+// before the sign, and at the start of the text without a ":".
 void readOffset(const qor::WString& text, int32_t& offset) {
-    const int behindPlus = behindFirst(text, u'+');
-    const int behindSign = behindPlus != 0 ? behindPlus : behindFirst(text, u'-');
-    if (behindSign == 0) {
+    const int afterPlus = afterFirst(text, u'+');
+    const int afterSign = afterPlus != 0 ? afterPlus : afterFirst(text, u'-');
+    if (afterSign == 0) {
         return;
     }
-    const uint32_t hours = numberAt(text, behindSign) * qor::minutesPerHour;
-    const uint32_t sum = hours + numberAt(text, behindFirst(text, u':'));
-    offset = static_cast<int32_t>(behindPlus != 0 ? sum : 0 - sum);
+    const uint32_t hours = numberAt(text, afterSign) * qor::minutesPerHour;
+    const uint32_t sum = hours + numberAt(text, afterFirst(text, u':'));
+    offset = static_cast<int32_t>(afterPlus != 0 ? sum : 0 - sum);
 }
 
 } // namespace
 
 unsigned int OLMMsgCalWriter::initilizeWriter(OLMXMLParser& parser) {
-    parser.addTags(calTags.data(), calTags.size()); // what comes of it isn't asked
+    parser.addTags(calTags.data(), calTags.size()); // the status is ignored
     OLMMsgWriter::initilizeWriter(parser);
     createRequiredProps("IPM.Appointment");
     expectedProps = calTags.size();
@@ -99,31 +101,31 @@ bool OLMMsgCalWriter::handlePropSpecial(OLMXMLTag& tag, OLMXMLParser& parser) {
     case CalTimeZone:
         handleTimeZone(parser);
         return true;
-    case 0x00360003:
+    case PidTagSensitivity:
         handleSensitivity(parser);
         return true;
-    case 0x00600040:
+    case PidTagStartDate:
         handleStartDates(parser);
         return true;
-    case 0x00610040:
+    case PidTagEndDate:
         handleEndDates(parser);
         return true;
-    case 0x82050003:
+    case PidLidBusyStatus:
         handleStatus(parser);
         return true;
-    case 0x8208001F:
+    case PidLidLocation:
         handleLocation(parser);
         return true;
-    case 0x8215000B:
+    case PidLidAppointmentSubType:
         handleAllDay(parser);
         return true;
-    case 0x85010003:
+    case PidLidReminderDelta:
         handleReminderDelta(parser);
         return true;
-    case 0x85020040:
+    case PidLidReminderTime:
         handleReminderTime(parser);
         return true;
-    case 0x8503000B:
+    case PidLidReminderSet:
         handleHasReminder(parser);
         return true;
     default:
@@ -131,67 +133,67 @@ bool OLMMsgCalWriter::handlePropSpecial(OLMXMLTag& tag, OLMXMLParser& parser) {
     }
 }
 
-// Unlike the end, a start without text takes a number among the named properties all the same.
+// Unlike an end, a start without text still maps its named property.
 void OLMMsgCalWriter::handleStartDates(OLMXMLParser& parser) {
-    const unsigned int namedTag = namedProps.mapNamedProp(0x820D0040);
+    const unsigned int namedTag = namedProps.mapNamedProp(PidLidAppointmentStartWhole);
     if (parser.content(startText) != 0) {
-        addTwice(namedTag, 0x00600040, startText);
+        addTwice(namedTag, PidTagStartDate, startText);
     }
 }
 
 void OLMMsgCalWriter::handleEndDates(OLMXMLParser& parser) {
     if (parser.content(endText) != 0) {
-        addTwice(namedProps.mapNamedProp(0x820E0040), 0x00610040, endText);
+        addTwice(namedProps.mapNamedProp(PidLidAppointmentEndWhole), PidTagEndDate, endText);
     }
 }
 
 void OLMMsgCalWriter::handleReminderTime(OLMXMLParser& parser) {
     const uint64_t time = convertDateProp(parser);
-    addNamedProperty(0x85020040, time);
+    addNamedProperty(PidLidReminderTime, time);
 }
 
 void OLMMsgCalWriter::handleReminderDelta(OLMXMLParser& parser) {
     const auto seconds = static_cast<uint64_t>(readNumber(parser));
-    addNamedProperty(0x85010003, seconds / secondsPerMinute);
+    addNamedProperty(PidLidReminderDelta, seconds / secondsPerMinute);
 }
 
 void OLMMsgCalWriter::handleHasReminder(OLMXMLParser& parser) {
     const bool isSet = readTruth(parser);
-    addNamedProperty(0x8503000B, isSet ? 1 : 0);
+    addNamedProperty(PidLidReminderSet, isSet ? 1 : 0);
 }
 
 void OLMMsgCalWriter::handleLocation(OLMXMLParser& parser) {
     qor::WString text;
     parser.content(text);
-    createStringProp(namedProps.mapNamedProp(0x8208001F), text);
+    createStringProp(namedProps.mapNamedProp(PidLidLocation), text);
 }
 
 void OLMMsgCalWriter::handleSensitivity(OLMXMLParser& parser) {
     if (readNumber(parser) == privateAppointment) {
-        addProperty(0x00360003, sensitivityPrivate);
+        addProperty(PidTagSensitivity, sensitivityPrivate);
     }
 }
 
 void OLMMsgCalWriter::handleStatus(OLMXMLParser& parser) {
     const BusyStatus status = busyStatusOf(readNumber(parser));
-    addNamedProperty(0x82050003, status);
+    addNamedProperty(PidLidBusyStatus, status);
 }
 
 void OLMMsgCalWriter::handleAllDay(OLMXMLParser& parser) {
     if (readTruth(parser)) {
-        addNamedProperty(0x8215000B, 1);
+        addNamedProperty(PidLidAppointmentSubType, 1);
     }
 }
 
 void OLMMsgCalWriter::handleTimeZone(OLMXMLParser& parser) {
     qor::WString text;
     parser.content(text);
-    createNamedStringProp(0x8234001F, text);
+    createNamedStringProp(PidLidTimeZoneDescription, text);
     readOffset(text, timeZoneOffset);
 }
 
 void OLMMsgCalWriter::parseAndWriteRecur(OLMXMLParser& parser) {
-    writeRecurrence(parser, 0x82160102, CalRecurrence, timeZoneOffset);
+    writeRecurrence(parser, PidLidAppointmentRecur, CalRecurrence, timeZoneOffset);
 }
 
 void OLMMsgCalWriter::addTwice(unsigned int namedTag, unsigned int tag, const qor::WString& text) {

@@ -1,5 +1,7 @@
-// The people of OLMMsgCalWriter: organizer and attendees.
+// The recipients of OLMMsgCalWriter: organizer and attendees.
 
+#include "filter/storage/MapiPropTag.h"
+#include "filter/storage/MapiValues.h"
 #include "filter/storage/OLMMsgRecipient.h"
 #include "filter/writers/OLMMsgCalTags.h"
 #include "filter/writers/OLMMsgCalWriter.h"
@@ -7,10 +9,9 @@
 
 namespace {
 
-constexpr int originalRecipient = 1; // the recipient type of an organizer
-constexpr int organizerFlags = 3;
+constexpr int organizerFlags = 3; // recipSendable and recipOrganizer ([MS-OXOCAL])
 
-// The attribute's text; an empty one when it is missing.
+// Returns the text of the attribute, or `empty` when it is missing.
 const qor::WString& textOf(const OLMXMLAttribute* attribute, const qor::WString& empty) {
     return attribute == nullptr ? empty : attribute->value;
 }
@@ -20,11 +21,11 @@ const qor::WString& textOf(const OLMXMLAttribute* attribute, const qor::WString&
 int mapAttendeeVal(int attendeeType) {
     switch (attendeeType) {
     case 1:
-        return 2;
+        return RecipientCc;
     case 2:
-        return 3;
+        return RecipientBcc;
     default:
-        return 1;
+        return RecipientTo;
     }
 }
 
@@ -33,16 +34,16 @@ void OLMMsgCalWriter::addOrganizer(OLMXMLParser& parser) {
     parser.content(text);
 
     OLMMsgRecipient recipient(rootStorage, static_cast<unsigned int>(recipientCount));
-    recipient.addProperty(0x3000, recipientCount);
-    recipient.addProperty(0x0C15, originalRecipient);
-    recipient.addProperty(0x3003, text);
-    recipient.addProperty(0x3001, text);
-    recipient.addProperty(0x5FFD, organizerFlags);
+    recipient.addProperty(propertyId(PidTagRowid), recipientCount);
+    recipient.addProperty(propertyId(PidTagRecipientType), static_cast<int>(RecipientTo));
+    recipient.addProperty(propertyId(PidTagEmailAddress), text);
+    recipient.addProperty(propertyId(PidTagDisplayName), text);
+    recipient.addProperty(propertyId(PidTagRecipientFlags), organizerFlags);
     ++recipientCount;
 }
 
-// The tag is looked at ahead of the result: where the document breaks off, the record of the tag
-// before counts once more, without its attributes.
+// The tag is handled before the result is checked: where the document ends early, the record of the
+// previous tag is handled once more, without its attributes.
 void OLMMsgCalWriter::handleAttendees(OLMXMLParser& parser) {
     OLMXMLTag tag;
     bool more = true;
@@ -56,22 +57,23 @@ void OLMMsgCalWriter::handleAttendees(OLMXMLParser& parser) {
 
 void OLMMsgCalWriter::addNormalAttendee(const OLMXMLTag& tag) {
     const qor::WString empty;
-    const qor::WString& address = textOf(tag.findAttribute("OPFCalendarAttendeeAddress"), empty);
-    const qor::WString& type = textOf(tag.findAttribute("OPFCalendarAttendeeType"), empty);
-    // The name that a mail's address has goes ahead of the attendee's, also when it is empty.
+    const qor::WString& address = textOf(tag.findAttribute(attendeeAddressAttribute), empty);
+    const qor::WString& type = textOf(tag.findAttribute(attendeeTypeAttribute), empty);
+    // The name of a mail address takes precedence over that of an attendee, even when it is empty.
     const OLMXMLAttribute* mailName = tag.findAttribute(nameAttribute);
-    const qor::WString& name = textOf(
-        mailName != nullptr ? mailName : tag.findAttribute("OPFCalendarAttendeeName"), empty);
+    const qor::WString& name =
+        textOf(mailName != nullptr ? mailName : tag.findAttribute(attendeeNameAttribute), empty);
 
     OLMMsgRecipient recipient(rootStorage, static_cast<unsigned int>(recipientCount));
-    recipient.addProperty(0x3000, recipientCount);
-    recipient.addProperty(0x0C15, mapAttendeeVal(static_cast<int>(type.toLong(0, nullptr, 10))));
+    recipient.addProperty(propertyId(PidTagRowid), recipientCount);
+    recipient.addProperty(propertyId(PidTagRecipientType),
+                          mapAttendeeVal(static_cast<int>(type.toLong(0, nullptr, 10))));
     if (address.length() != 0) {
-        recipient.addProperty(0x3003, address);
+        recipient.addProperty(propertyId(PidTagEmailAddress), address);
     }
     const qor::WString& shown = name.length() != 0 ? name : address;
     if (shown.length() != 0) {
-        recipient.addProperty(0x3001, shown);
+        recipient.addProperty(propertyId(PidTagDisplayName), shown);
     }
     ++recipientCount;
 }

@@ -3,9 +3,11 @@
 
 #include <array>
 
+#include "filter/storage/MapiPropTag.h"
 #include "filter/xml/TagTable.h"
 
-// Codes of OLMMsgContactGrpWriter. A code is below 0x100, a property tag is not.
+// Codes of OLMMsgContactGrpWriter. They are below 0x100; property tags and keys of named
+// properties are above.
 enum ContactGrpCode : unsigned int {
     ContactGrpRoot = 0,
     ContactGrpMembers = 1,
@@ -14,14 +16,14 @@ enum ContactGrpCode : unsigned int {
 
 // clang-format off
 inline constexpr auto contactGrpTags = std::to_array<UTXML_STRVALPAIR>({
-    // value               element                        becomes
-    {ContactGrpCategories, "OPFGroupCopyCategoryList"}, // named property Keywords
-    {0x0037001F,           "OPFGroupCopyDisplayName"},  // subject, named property 0x8053
-    {ContactGrpMembers,    "OPFGroupCopyMemberList"},   // named properties 0x8054 and 0x8055
-    {0x30080040,           "OPFGroupCopyModDate"},      // last modification time
-    {0x10130102,           "OPFGroupCopyNotes"},        // nothing: no handler takes a binary tag
-    {0x1000001F,           "OPFGroupCopyNotesPlain"},   // body, plain text
-    {ContactGrpRoot,       "group"},                    // the item's end
+    // value                     element
+    {ContactGrpCategories,       "OPFGroupCopyCategoryList"}, // PidNameKeywords
+    {PidTagSubject,              "OPFGroupCopyDisplayName"},  // also PidLidDistributionListName
+    {ContactGrpMembers,          "OPFGroupCopyMemberList"},   // PidLidDistributionListMembers, ...OneOffMembers
+    {PidTagLastModificationTime, "OPFGroupCopyModDate"},
+    {PidTagHtml,                 "OPFGroupCopyNotes"},        // nothing: no handler takes a binary value
+    {PidTagBody,                 "OPFGroupCopyNotesPlain"},
+    {ContactGrpRoot,             "group"},                    // the item
 });
 // clang-format on
 

@@ -3,18 +3,20 @@
 #include <array>
 #include <string_view>
 
+#include "filter/storage/MapiNamedPropKey.h"
+#include "filter/storage/MapiPropTag.h"
 #include "filter/storage/OpenHandle.h"
 #include "filter/writers/OLMMsgContactGrpTags.h"
 #include "filter/xml/AddressNames.h"
 
 namespace {
 
-// Marks an entry identifier as a one-off: {A41F2B81-A3BE-1910-9D6E-00DD010F5402}.
+// ProviderUID of a one-off entry identifier: {A41F2B81-A3BE-1910-9D6E-00DD010F5402}.
 constexpr std::array<unsigned char, 16> oneOffProvider = {
     0x81, 0x2B, 0x1F, 0xA4, 0xBE, 0xA3, 0x10, 0x19, 0x9D, 0x6E, 0x00, 0xDD, 0x01, 0x0F, 0x54, 0x02};
 
 constexpr uint16_t oneOffVersion = 0;
-constexpr uint16_t oneOffFlags = 0x8001; // the texts are UTF-16, and no rich text is sent
+constexpr uint16_t oneOffFlags = 0x8001; // the texts are UTF-16, and the member gets no rich text
 
 // Bytes of the leading zeros, the version, the flags and the three terminators.
 constexpr unsigned int oneOffFixedSize = 4 + 2 + 2 + 3 * 2;
@@ -22,7 +24,7 @@ constexpr unsigned int oneOffFixedSize = 4 + 2 + 2 + 3 * 2;
 constexpr int64_t distributionList = 3;
 constexpr unsigned int bytesPerSize = 8; // of a value, in the stream of sizes
 
-// A missing attribute leaves the text as it was.
+// Stores the text of the attribute. Without the attribute the text keeps its value.
 void takeAttribute(qor::WString& text, const OLMXMLTag& tag, std::string_view name) {
     if (const OLMXMLAttribute* attribute = tag.findAttribute(name)) {
         text = attribute->value;
@@ -46,7 +48,7 @@ bool OLMMsgContactGrpWriter::handlePropSpecial(OLMXMLTag& tag, OLMXMLParser& par
     case ContactGrpCategories:
         handleCategories(parser, ContactGrpCategories);
         return true;
-    case 0x0037001F:
+    case PidTagSubject:
         handleDistListName(parser);
         return true;
     case ContactGrpMembers:
@@ -61,14 +63,14 @@ void OLMMsgContactGrpWriter::handleDistListName(OLMXMLParser& parser) {
     qor::WString text;
     parser.content(text);
     leaveOutUnknown([&] {
-        createStringProp(0x0037001F, text);
-        createStringProp(namedProps.mapNamedProp(0x8053001F), text);
+        createStringProp(PidTagSubject, text);
+        createStringProp(namedProps.mapNamedProp(PidLidDistributionListName), text);
     });
 }
 
 void OLMMsgContactGrpWriter::handleGroupList(OLMXMLParser& parser) {
-    const unsigned int first = namedProps.mapNamedProp(0x80541102);
-    const unsigned int second = namedProps.mapNamedProp(0x80551102);
+    const unsigned int first = namedProps.mapNamedProp(PidLidDistributionListOneOffMembers);
+    const unsigned int second = namedProps.mapNamedProp(PidLidDistributionListMembers);
     const EntryIdList lists[] = {{first, createSubStreamFromProp(rootStorage, first)},
                                  {second, createSubStreamFromProp(rootStorage, second)}};
     unsigned int memberCount = 0;
@@ -77,8 +79,8 @@ void OLMMsgContactGrpWriter::handleGroupList(OLMXMLParser& parser) {
     bool more = true;
     do {
         more = parser.nextTag(tag) != 0;
-        // Whatever opens is a member. Where the document ends inside the list, the tag read last
-        // is still there, without its attributes, and counts once more if it was an opening one.
+        // Every opening tag is a member. Where the document ends inside the list, the record of the
+        // last tag, without its attributes, counts once more if it was an opening tag.
         if (!tag.isClosing()) {
             OneOffEntryIdData data;
             takeAttribute(data.address, tag, addressAttribute);

@@ -3,19 +3,17 @@
 #include <memory>
 #include <string_view>
 
+#include "filter/storage/MapiNamedPropKey.h"
+#include "filter/storage/MapiPropTag.h"
 #include "filter/writers/OLMMsgContactTags.h"
 #include "filter/xml/AddressNames.h"
-#include "filter/xml/TextUnits.h"
+#include "filter/xml/WStringUnits.h"
 
 namespace {
 
-constexpr unsigned int childrensNames = 0x3A58101F;
-constexpr unsigned int wholeBusinessAddress = 0x801B001F;
-constexpr unsigned int wholeHomeAddress = 0x801A001F;
-
 constexpr const char* lineEnd = "\r\n";
 
-// Owns what it lists.
+// A list that owns its strings.
 class StringList {
 public:
     StringList() = default;
@@ -29,7 +27,7 @@ public:
 
     void add(std::unique_ptr<qor::WString> string) {
         strings.add(string.get());
-        static_cast<void>(string.release()); // the list's from here on
+        static_cast<void>(string.release()); // now owned by the list
     }
 
     [[nodiscard]] const qor::ArrayList<qor::WString*>& all() const { return strings; }
@@ -58,62 +56,62 @@ unsigned int OLMMsgContactWriter::initilizeWriter(OLMXMLParser& parser) {
 unsigned int OLMMsgContactWriter::finalizeNode(OLMXMLParser& parser) {
     const std::unique_ptr<const qor::WString> business(
         constructWholeAddr(BusinessStreet, BusinessCountry));
-    handleNamedStrProp(*business, wholeBusinessAddress);
+    handleNamedStrProp(*business, PidLidWorkAddress);
 
     const std::unique_ptr<const qor::WString> home(constructWholeAddr(HomeStreet, HomeCountry));
-    handleNamedStrProp(*home, wholeHomeAddress);
+    handleNamedStrProp(*home, PidLidHomeAddress);
 
     return OLMMsgWriter::finalizeNode(parser);
 }
 
 bool OLMMsgContactWriter::handlePropSpecial(OLMXMLTag& tag, OLMXMLParser& parser) {
     switch (tag.id()) {
-    case 0x3A29001F:
-        handleBusinessAddrPart(tag.id(), BusinessStreet, 0x8045001F, parser);
+    case PidTagStreetAddress:
+        handleBusinessAddrPart(tag.id(), BusinessStreet, PidLidWorkAddressStreet, parser);
         return true;
-    case 0x3A27001F:
-        handleBusinessAddrPart(tag.id(), BusinessCity, 0x8046001F, parser);
+    case PidTagLocality:
+        handleBusinessAddrPart(tag.id(), BusinessCity, PidLidWorkAddressCity, parser);
         return true;
-    case 0x3A28001F:
-        handleBusinessAddrPart(tag.id(), BusinessState, 0x8047001F, parser);
+    case PidTagStateOrProvince:
+        handleBusinessAddrPart(tag.id(), BusinessState, PidLidWorkAddressState, parser);
         return true;
-    case 0x3A2A001F:
-        handleBusinessAddrPart(tag.id(), BusinessPostalCode, 0x8048001F, parser);
+    case PidTagPostalCode:
+        handleBusinessAddrPart(tag.id(), BusinessPostalCode, PidLidWorkAddressPostalCode, parser);
         return true;
-    case 0x3A5D001F:
+    case PidTagHomeAddressStreet:
         handleHomeAddrPart(tag.id(), HomeStreet, parser);
         return true;
-    case 0x3A59001F:
+    case PidTagHomeAddressCity:
         handleHomeAddrPart(tag.id(), HomeCity, parser);
         return true;
-    case 0x3A5C001F:
+    case PidTagHomeAddressStateOrProvince:
         handleHomeAddrPart(tag.id(), HomeState, parser);
         return true;
-    case 0x3A5B001F:
+    case PidTagHomeAddressPostalCode:
         handleHomeAddrPart(tag.id(), HomePostalCode, parser);
         return true;
-    case 0x804F001F:
-    case 0x8050001F:
-    case 0x8051001F:
-    case 0x8052001F: {
+    case PidLidContactUserField1:
+    case PidLidContactUserField2:
+    case PidLidContactUserField3:
+    case PidLidContactUserField4: {
         const std::unique_ptr<const qor::WString> value(readStringValue(parser));
         handleNamedStrProp(*value, tag.id());
         return true;
     }
-    case childrensNames:
+    case PidTagChildrensNames:
         handleChildrensNames(parser);
         return true;
     case ContactDefaultIM:
-        handleEmailAddress(ContactDefaultIM, 0x8062001F, parser);
+        handleEmailAddress(ContactDefaultIM, PidLidInstantMessagingAddress, parser);
         return true;
     case ContactDefaultEmail:
-        handleEmailAddress(ContactDefaultEmail, 0x8083001F, parser);
+        handleEmailAddress(ContactDefaultEmail, PidLidEmail1EmailAddress, parser);
         return true;
     case ContactEmailList1:
-        handleEmailAddress(ContactEmailList1, 0x8093001F, parser);
+        handleEmailAddress(ContactEmailList1, PidLidEmail2EmailAddress, parser);
         return true;
     case ContactEmailList2:
-        handleEmailAddress(ContactEmailList2, 0x80A3001F, parser);
+        handleEmailAddress(ContactEmailList2, PidLidEmail3EmailAddress, parser);
         return true;
     case ContactCategories:
         handleCategories(parser, ContactCategories);
@@ -154,31 +152,30 @@ qor::WString* OLMMsgContactWriter::constructWholeAddr(ContactAddrPartIndex first
 }
 
 void OLMMsgContactWriter::handleDupProps(const qor::WString& value, unsigned int tag,
-                                         unsigned int namedId) {
+                                         unsigned int key) {
     createStringProp(tag, value);
-    handleNamedStrProp(value, namedId);
+    handleNamedStrProp(value, key);
 }
 
-void OLMMsgContactWriter::handleDupProps(OLMXMLParser& parser, unsigned int tag,
-                                         unsigned int namedId) {
+void OLMMsgContactWriter::handleDupProps(OLMXMLParser& parser, unsigned int tag, unsigned int key) {
     const std::unique_ptr<const qor::WString> value(readStringValue(parser));
-    handleDupProps(*value, tag, namedId);
+    handleDupProps(*value, tag, key);
 }
 
-void OLMMsgContactWriter::handleNamedStrProp(const qor::WString& value, unsigned int namedId) {
-    createNamedStringProp(namedId, value);
+void OLMMsgContactWriter::handleNamedStrProp(const qor::WString& value, unsigned int key) {
+    createNamedStringProp(key, value);
 }
 
-void OLMMsgContactWriter::handleNamedStrProp(OLMXMLParser& parser, unsigned int namedId) {
+void OLMMsgContactWriter::handleNamedStrProp(OLMXMLParser& parser, unsigned int key) {
     const std::unique_ptr<const qor::WString> value(readStringValue(parser));
-    handleNamedStrProp(*value, namedId);
+    handleNamedStrProp(*value, key);
 }
 
 void OLMMsgContactWriter::handleBusinessAddrPart(unsigned int tag, ContactAddrPartIndex index,
-                                                 unsigned int namedId, OLMXMLParser& parser) {
+                                                 unsigned int key, OLMXMLParser& parser) {
     const qor::WString* value = readStringValue(parser);
     storeAddrPart(index, value);
-    handleDupProps(*value, tag, namedId);
+    handleDupProps(*value, tag, key);
 }
 
 void OLMMsgContactWriter::handleHomeAddrPart(unsigned int tag, ContactAddrPartIndex index,
@@ -200,20 +197,21 @@ void OLMMsgContactWriter::handleChildrensNames(OLMXMLParser& parser) {
                 names.add(std::move(name));
             }
         }
-    } while (more && tag.id() != childrensNames);
+    } while (more && tag.id() != PidTagChildrensNames);
 
-    addProperty(childrensNames, writeStringProp(rootStorage, childrensNames, names.all()));
+    addProperty(PidTagChildrensNames,
+                writeStringProp(rootStorage, PidTagChildrensNames, names.all()));
 }
 
-void OLMMsgContactWriter::handleEmailAddress(unsigned int code, unsigned int namedId,
+void OLMMsgContactWriter::handleEmailAddress(unsigned int code, unsigned int key,
                                              OLMXMLParser& parser) {
     OLMXMLTag tag;
     parser.nextTag(tag);
     if (const OLMXMLAttribute* address = tag.findAttribute(addressAttribute)) {
-        createStringProp(namedProps.mapNamedProp(namedId), address->value);
+        createStringProp(namedProps.mapNamedProp(key), address->value);
     }
-    // The tag above is not looked at: a group without a tag inside is passed at its own closing
-    // tag, and what follows belongs to it until the code comes again. That is meant.
+    // The id of the tag above is not checked on purpose: in a group without a tag that is the
+    // closing tag of the group, and everything up to the next tag of the code is skipped.
     while (parser.nextTag(tag) != 0 && tag.id() != code) {
     }
 }

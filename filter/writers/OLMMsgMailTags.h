@@ -3,9 +3,11 @@
 
 #include <array>
 
+#include "filter/storage/MapiPropTag.h"
 #include "filter/xml/TagTable.h"
 
-// Codes of OLMMsgMailWriter. A code is below 0x100, a property tag is not.
+// Codes of OLMMsgMailWriter. They are below 0x100; property tags and keys of named properties are
+// above.
 enum MailCode : unsigned int {
     MailRoot = 0,
     MailFrom = 1,
@@ -20,29 +22,29 @@ enum MailCode : unsigned int {
 
 // clang-format off
 inline constexpr auto mailTags = std::to_array<UTXML_STRVALPAIR>({
-    // value          element                            becomes
-    {MailAttachments, "OPFMessageCopyAttachmentList"},   // attachment storages
-    {MailBcc,         "OPFMessageCopyBCCAddresses"},     // recipients of type 3, display list
-    {0x1000001F,      "OPFMessageCopyBody"},             // body, plain text
-    {MailCc,          "OPFMessageCopyCCAddresses"},      // recipients of type 2, display list
-    {MailCategories,  "OPFMessageCopyCategoryList"},     // named property Keywords
-    {MailFrom,        "OPFMessageCopyFromAddresses"},    // sender's address and name
-    {0x10900003,      "OPFMessageCopyGetFlagStatus"},    // flag status
-    {0x10130102,      "OPFMessageCopyHTMLBody"},         // body, HTML
-    {0x1042001F,      "OPFMessageCopyInReplyTo"},        // id of the message that this one answers
-    {0x1035001F,      "OPFMessageCopyMessageID"},        // internet message id
-    {0x30080040,      "OPFMessageCopyModDate"},          // last modification and creation time
-    {0x002A0040,      "OPFMessageCopyReceivedTime"},     // receipt time
-    {0x1039001F,      "OPFMessageCopyReferences"},       // internet references
-    {0x00390040,      "OPFMessageCopySentTime"},         // client submit time
-    {0x0037001F,      "OPFMessageCopySubject"},          // subject, its prefix and what follows it
-    {0x0070001F,      "OPFMessageCopyThreadTopic"},      // conversation topic
-    {MailTo,          "OPFMessageCopyToAddresses"},      // recipients of type 1, display list
-    {0x0E1F000B,      "OPFMessageGetHasRichText"},       // nothing: no handler takes a boolean tag
-    {MailIsRead,      "OPFMessageGetIsRead"},            // bit of the message flags
-    {0x00260003,      "OPFMessageGetPriority"},          // importance, 0x00170003
-    {MailWasSent,     "OPFMessageGetWasSent"},           // bit of the message flags
-    {MailRoot,        "email"},                          // the item's end
+    // value                     element
+    {MailAttachments,            "OPFMessageCopyAttachmentList"}, // attachment storages
+    {MailBcc,                    "OPFMessageCopyBCCAddresses"},   // recipients of type 3, PidTagDisplayBcc
+    {PidTagBody,                 "OPFMessageCopyBody"},
+    {MailCc,                     "OPFMessageCopyCCAddresses"},    // recipients of type 2, PidTagDisplayCc
+    {MailCategories,             "OPFMessageCopyCategoryList"},   // PidNameKeywords
+    {MailFrom,                   "OPFMessageCopyFromAddresses"},  // address and name of the sender
+    {PidTagFlagStatus,           "OPFMessageCopyGetFlagStatus"},
+    {PidTagHtml,                 "OPFMessageCopyHTMLBody"},
+    {PidTagInReplyToId,          "OPFMessageCopyInReplyTo"},
+    {PidTagInternetMessageId,    "OPFMessageCopyMessageID"},
+    {PidTagLastModificationTime, "OPFMessageCopyModDate"},        // also PidTagCreationTime
+    {PidTagReceiptTime,          "OPFMessageCopyReceivedTime"},
+    {PidTagInternetReferences,   "OPFMessageCopyReferences"},
+    {PidTagClientSubmitTime,     "OPFMessageCopySentTime"},
+    {PidTagSubject,              "OPFMessageCopySubject"},        // also its prefix and the rest of it
+    {PidTagConversationTopic,    "OPFMessageCopyThreadTopic"},
+    {MailTo,                     "OPFMessageCopyToAddresses"},    // recipients of type 1, PidTagDisplayTo
+    {PidTagRtfInSync,            "OPFMessageGetHasRichText"},     // nothing: no handler takes a boolean
+    {MailIsRead,                 "OPFMessageGetIsRead"},          // bit of PidTagMessageFlags
+    {PidTagPriority,             "OPFMessageGetPriority"},        // PidTagImportance
+    {MailWasSent,                "OPFMessageGetWasSent"},         // bit of PidTagMessageFlags
+    {MailRoot,                   "email"},                        // the item
 });
 // clang-format on
 

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 
+#include "filter/storage/MapiPropTag.h"
 #include "filter/storage/OpenHandle.h"
 #include "filter/writers/OLMMsgMailTags.h"
 
 namespace {
 
-// Bits of the message flags.
+// Bits of PidTagMessageFlags.
 enum MessageFlag : uint32_t {
     MessageRead = 0x01,
     MessageUnsent = 0x08,
@@ -20,7 +21,7 @@ enum Importance : uint32_t {
     ImportanceHigh = 2,
 };
 
-// A reply mark: two units and a colon, whatever the two are.
+// The prefix of a reply or forward: two units, whatever they are, and a colon.
 constexpr int prefixUnits = 3;
 
 constexpr uint16_t byteOrderMark = 0xFEFF;
@@ -36,7 +37,7 @@ void removePrefix(qor::WString& subject) {
     subject.setLength(subject.length() - prefixUnits);
 }
 
-// The element's scale runs from 1 to 5; its two ends count as normal.
+// The scale of the element is 1 to 5. Its two ends count as normal.
 Importance importanceOf(int64_t priority) {
     switch (priority) {
     case 2:
@@ -62,7 +63,7 @@ unsigned int OLMMsgMailWriter::finalizeNode(OLMXMLParser& parser) {
     if (attachmentCount != 0) {
         messageFlags |= MessageHasAttachments;
     }
-    addProperty(0x0E070003, messageFlags);
+    addProperty(PidTagMessageFlags, messageFlags);
     return OLMMsgWriter::finalizeNode(parser);
 }
 
@@ -72,16 +73,16 @@ unsigned int OLMMsgMailWriter::writeMessageHeader(void* stream) {
 
 bool OLMMsgMailWriter::handlePropSpecial(OLMXMLTag& tag, OLMXMLParser& parser) {
     switch (tag.id()) {
-    case 0x0037001F:
+    case PidTagSubject:
         handleSubject(parser);
         return true;
-    case 0x00260003:
+    case PidTagPriority:
         handlePriority(parser);
         return true;
-    case 0x10130102:
+    case PidTagHtml:
         handleHTMLBody(parser);
         return true;
-    case 0x30080040:
+    case PidTagLastModificationTime:
         handleModTime(parser);
         return true;
     case MailCategories:
@@ -98,7 +99,7 @@ bool OLMMsgMailWriter::handlePropSpecial(OLMXMLTag& tag, OLMXMLParser& parser) {
     case MailBcc:
         return processAddressGrp(tag, parser);
     case MailFrom: {
-        // A mail has one sender: the first tag inside counts, also when it is the closing one.
+        // A mail has one sender: the first tag in the group, even when that is its closing tag.
         OLMXMLTag sender;
         return parser.nextTag(sender) != 0 && writeFromAddr(sender);
     }
@@ -112,32 +113,32 @@ void OLMMsgMailWriter::handleSubject(OLMXMLParser& parser) {
     if (parser.content(text) == 0) {
         return;
     }
-    createStringProp(0x0037001F, text);
+    createStringProp(PidTagSubject, text);
     if (hasPrefix(text)) {
-        createStringProp(0x003D001F, qor::WString(text, prefixUnits));
-        removePrefix(text); // and no more: the space behind the colon stays
+        createStringProp(PidTagSubjectPrefix, qor::WString(text, prefixUnits));
+        removePrefix(text); // the space after the colon stays
     } else {
-        createEmptyStringProp(0x003D001F);
+        createEmptyStringProp(PidTagSubjectPrefix);
     }
-    createStringProp(0x0E1D001F, text);
+    createStringProp(PidTagNormalizedSubject, text);
 }
 
 void OLMMsgMailWriter::handleHTMLBody(OLMXMLParser& parser) {
     qor::WString text;
     parser.content(text);
-    const OpenHandle stream(createSubStreamFromProp(rootStorage, 0x10130102));
+    const OpenHandle stream(createSubStreamFromProp(rootStorage, PidTagHtml));
     if (stream == nullptr) {
         return;
     }
     writeWordProp(stream.get(), byteOrderMark);
     const uint64_t size = uint64_t{writeStringProp(stream.get(), text)} + sizeof byteOrderMark;
-    addProperty(0x10130102, size);
+    addProperty(PidTagHtml, size);
 }
 
 void OLMMsgMailWriter::handleModTime(OLMXMLParser& parser) {
     const uint64_t time = convertDateProp(parser);
-    addProperty(0x30080040, time);
-    addProperty(0x30070040, time); // no element tells the creation
+    addProperty(PidTagLastModificationTime, time);
+    addProperty(PidTagCreationTime, time); // no element contains the creation time
 }
 
 void OLMMsgMailWriter::handleFlagTag(unsigned int code, OLMXMLParser& parser) {
@@ -145,7 +146,7 @@ void OLMMsgMailWriter::handleFlagTag(unsigned int code, OLMXMLParser& parser) {
     parser.content(text);
     const bool isSet = text.toBoolean(0, nullptr);
 
-    // The element says "was sent", the flag says "unsent": the sense turns here.
+    // The element means "was sent", the flag "unsent".
     if (code == MailWasSent && !isSet) {
         messageFlags |= MessageUnsent;
     }
@@ -157,5 +158,5 @@ void OLMMsgMailWriter::handleFlagTag(unsigned int code, OLMXMLParser& parser) {
 void OLMMsgMailWriter::handlePriority(OLMXMLParser& parser) {
     qor::WString text("3");
     parser.content(text);
-    addProperty(0x00170003, importanceOf(text.toLong(0, nullptr, 10)));
+    addProperty(PidTagImportance, importanceOf(text.toLong(0, nullptr, 10)));
 }

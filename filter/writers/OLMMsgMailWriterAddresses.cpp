@@ -1,23 +1,19 @@
-// The people of OLMMsgMailWriter: the sender and the three groups of recipients.
+// The addresses of OLMMsgMailWriter: the sender and the three groups of recipients.
 
 #include <algorithm>
 #include <iterator>
 #include <string_view>
 
+#include "filter/storage/MapiPropTag.h"
+#include "filter/storage/MapiValues.h"
 #include "filter/storage/OLMMsgRecipient.h"
 #include "filter/storage/OpenHandle.h"
 #include "filter/writers/OLMMsgMailTags.h"
 #include "filter/writers/OLMMsgMailWriter.h"
 #include "filter/xml/AddressNames.h"
-#include "filter/xml/TextUnits.h"
+#include "filter/xml/WStringUnits.h"
 
 namespace {
-
-enum RecipientType : unsigned int {
-    RecipientTo = 1,
-    RecipientCc = 2,
-    RecipientBcc = 3,
-};
 
 struct RecipientGroup {
     MailCode code;
@@ -27,13 +23,13 @@ struct RecipientGroup {
 
 // clang-format off
 constexpr RecipientGroup recipientGroups[] = {
-    {MailTo,  RecipientTo,  0x0E04001F},
-    {MailCc,  RecipientCc,  0x0E03001F},
-    {MailBcc, RecipientBcc, 0x0E02001F},
+    {MailTo,  RecipientTo,  PidTagDisplayTo},
+    {MailCc,  RecipientCc,  PidTagDisplayCc},
+    {MailBcc, RecipientBcc, PidTagDisplayBcc},
 };
 // clang-format on
 
-// The attribute's text, or null when it is missing or empty.
+// Returns the text of the attribute, or null when it is missing or empty.
 const qor::WString* textOf(const OLMXMLTag& tag, std::string_view attributeName) {
     const OLMXMLAttribute* attribute = tag.findAttribute(attributeName);
     return attribute == nullptr || attribute->value.length() == 0 ? nullptr : &attribute->value;
@@ -43,10 +39,10 @@ const qor::WString* textOf(const OLMXMLTag& tag, std::string_view attributeName)
 
 bool OLMMsgMailWriter::writeFromAddr(OLMXMLTag& tag) {
     if (const OLMXMLAttribute* address = tag.findAttribute(addressAttribute)) {
-        createStringProp(0x0065001F, address->value);
+        createStringProp(PidTagSentRepresentingEmailAddress, address->value);
     }
     if (const OLMXMLAttribute* name = tag.findAttribute(nameAttribute)) {
-        createStringProp(0x0042001F, name->value);
+        createStringProp(PidTagSentRepresentingName, name->value);
     }
     return true;
 }
@@ -65,7 +61,7 @@ bool OLMMsgMailWriter::processAddressGrp(const OLMXMLTag& groupTag, OLMXMLParser
             writeRecipientAddr(group->type, tag);
         }
     }
-    // The terminator is in what was written, and counts once more.
+    // The size counts a second terminator, after the one that was written.
     const uint64_t size = writeRecipientDisplay(group->displayTag, *displayListOf(group->type));
     addProperty(group->displayTag, size + 2);
     return true;
@@ -73,17 +69,17 @@ bool OLMMsgMailWriter::processAddressGrp(const OLMXMLTag& groupTag, OLMXMLParser
 
 bool OLMMsgMailWriter::writeRecipientAddr(unsigned int recipientType, OLMXMLTag& tag) {
     OLMMsgRecipient recipient(rootStorage, static_cast<unsigned int>(recipientCount));
-    recipient.addProperty(0x3000, recipientCount);
-    recipient.addProperty(0x0C15, static_cast<int>(recipientType));
+    recipient.addProperty(propertyId(PidTagRowid), recipientCount);
+    recipient.addProperty(propertyId(PidTagRecipientType), static_cast<int>(recipientType));
 
     const qor::WString* address = textOf(tag, addressAttribute);
     if (address != nullptr) {
-        recipient.addProperty(0x3003, *address);
+        recipient.addProperty(propertyId(PidTagEmailAddress), *address);
     }
     const qor::WString* name = textOf(tag, nameAttribute);
     const qor::WString* shown = name != nullptr ? name : address;
     if (shown != nullptr) {
-        recipient.addProperty(0x3001, *shown);
+        recipient.addProperty(propertyId(PidTagDisplayName), *shown);
         appendRecipientVal(recipientType, *shown);
     }
     ++recipientCount;
@@ -103,14 +99,14 @@ uint64_t OLMMsgMailWriter::writeRecipientDisplay(unsigned int tag, qor::WString&
     if (stream == nullptr) {
         return 0;
     }
-    // A group that comes again goes on behind the cut, without a separator.
+    // A later group of the same type continues here, without a separator.
     list.setLength(std::max(lastPosition(list, u';'), 0));
     const uint64_t size = writeStringProp(stream.get(), list);
     appendNulToStream(stream.get());
     return size + 2;
 }
 
-// Null for a type that no group has.
+// Returns null for a type without a group.
 qor::WString* OLMMsgMailWriter::displayListOf(unsigned int recipientType) {
     switch (recipientType) {
     case RecipientTo:

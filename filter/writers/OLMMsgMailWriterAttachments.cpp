@@ -4,31 +4,32 @@
 #include <cstddef>
 
 #include "filter/boundary/Archive.h"
+#include "filter/storage/MapiPropTag.h"
+#include "filter/storage/MapiValues.h"
 #include "filter/storage/OLMMsgEmailAttachment.h"
 #include "filter/storage/OpenHandle.h"
 #include "filter/writers/OLMMsgMailTags.h"
 #include "filter/writers/OLMMsgMailWriter.h"
-#include "filter/xml/TextUnits.h"
+#include "filter/xml/WStringUnits.h"
 
 namespace {
 
-constexpr int attachByValue = 1;  // the method: the data is in the attachment
-constexpr int attachmentKind = 7; // what the object is
-constexpr int accessRead = 2;
+constexpr int attachByValue = 1;    // PidTagAttachMethod: the data is in the attachment
+constexpr int objectAttachment = 7; // PidTagObjectType
 
 constexpr std::ptrdiff_t maxNameBytes = sizeof(MemberOpenRequest{}.name);
 
 void addName(OLMMsgEmailAttachment& attachment, const qor::WString& name) {
     const int dot = lastPosition(name, u'.');
-    attachment.addProperty(0x3704, name);
-    attachment.addProperty(0x3001, name);
+    attachment.addProperty(propertyId(PidTagAttachFilename), name);
+    attachment.addProperty(propertyId(PidTagDisplayName), name);
     if (dot >= 0) {
-        attachment.addProperty(0x3703, qor::WString(name, dot));
+        attachment.addProperty(propertyId(PidTagAttachExtension), qor::WString(name, dot));
     }
 }
 
-// Puts the name into the request with a 0 byte behind it. A name that fills its room has that byte
-// in the lowest one of the index, on purpose: the request goes out through its bytes.
+// Stores the terminated name in the request. The terminator of a name that fills all its room
+// overwrites the lowest byte of the index on purpose.
 void setName(MemberOpenRequest& request, const qor::String& name) {
     const char* const begin = name.value();
     const char* const limit = begin + std::min<std::ptrdiff_t>(name.length(), maxNameBytes);
@@ -57,24 +58,24 @@ void OLMMsgMailWriter::writeAttachment(const OLMXMLTag& tag) {
         return;
     }
     if (OpenHandle entry{openAttachmentNode(url->value.toString())}) {
-        attachment.addProperty(0x3701, entry.get());
+        attachment.addProperty(propertyId(PidTagAttachDataBinary), entry.get());
         entry.reset();
-        attachment.addProperty(0x3705, attachByValue);
+        attachment.addProperty(propertyId(PidTagAttachMethod), attachByValue);
     }
-    // One above the number of its storage: it is the count so far.
-    attachment.addProperty(0x0E21, static_cast<int>(attachmentCount));
+    // The count so far, which is one above the number of the storage.
+    attachment.addProperty(propertyId(PidTagAttachNumber), static_cast<int>(attachmentCount));
     if (const OLMXMLAttribute* contentId = tag.findAttribute("OPFAttachmentContentID")) {
-        attachment.addProperty(0x3712, contentId->value);
+        attachment.addProperty(propertyId(PidTagAttachContentId), contentId->value);
     }
     if (const OLMXMLAttribute* contentType = tag.findAttribute("OPFAttachmentContentType")) {
-        attachment.addProperty(0x370E, contentType->value);
+        attachment.addProperty(propertyId(PidTagAttachMimeTag), contentType->value);
     }
     if (const OLMXMLAttribute* name = tag.findAttribute("OPFAttachmentName")) {
         addName(attachment, name->value);
     }
-    attachment.addProperty(0x0FFE, attachmentKind);
-    attachment.addProperty(0x0FF4, accessRead);
-    attachment.addProperty(0x0FF7, 0);
+    attachment.addProperty(propertyId(PidTagObjectType), objectAttachment);
+    attachment.addProperty(propertyId(PidTagAccess), accessRead);
+    attachment.addProperty(propertyId(PidTagAccessLevel), 0);
 }
 
 HostStream* OLMMsgMailWriter::openAttachmentNode(const qor::String& name) {
@@ -84,7 +85,7 @@ HostStream* OLMMsgMailWriter::openAttachmentNode(const qor::String& name) {
     setName(request, name);
     request.always1 = 1;
 
-    // The handle alone tells whether it went well.
+    // A null handle is the only sign of a failure.
     HostStream* handle = nullptr;
     archiveHandle->stream.open(&handle, OpenMember, &request, OpenModeRead);
     return handle;

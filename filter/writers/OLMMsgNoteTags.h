@@ -3,9 +3,11 @@
 
 #include <array>
 
+#include "filter/storage/MapiPropTag.h"
 #include "filter/xml/TagTable.h"
 
-// Codes of OLMMsgNoteWriter. A code is below 0x100, a property tag is not.
+// Codes of OLMMsgNoteWriter. They are below 0x100; property tags and keys of named properties are
+// above.
 enum NoteCode : unsigned int {
     NoteRoot = 0,
     NoteCategories = 1,
@@ -13,14 +15,14 @@ enum NoteCode : unsigned int {
 
 // clang-format off
 inline constexpr auto noteTags = std::to_array<UTXML_STRVALPAIR>({
-    // value         element                       becomes
-    {NoteCategories, "OPFNoteCopyCategoryList"}, // named property Keywords
-    {0x30070040,     "OPFNoteCopyCreationDate"}, // creation time
-    {0x30080040,     "OPFNoteCopyModDate"},      // last modification time
-    {0x1000001F,     "OPFNoteCopyNonHTMLText"},  // body, plain text
-    {0x10130102,     "OPFNoteCopyText"},         // nothing: no handler takes a binary tag
-    {0x0037001F,     "OPFNoteCopyTitle"},        // subject
-    {NoteRoot,       "note"},                    // the item's end
+    // value                     element
+    {NoteCategories,             "OPFNoteCopyCategoryList"}, // PidNameKeywords
+    {PidTagCreationTime,         "OPFNoteCopyCreationDate"},
+    {PidTagLastModificationTime, "OPFNoteCopyModDate"},
+    {PidTagBody,                 "OPFNoteCopyNonHTMLText"},
+    {PidTagHtml,                 "OPFNoteCopyText"},         // nothing: no handler takes a binary value
+    {PidTagSubject,              "OPFNoteCopyTitle"},
+    {NoteRoot,                   "note"},                    // the item
 });
 // clang-format on
 

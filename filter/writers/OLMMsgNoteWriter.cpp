@@ -1,21 +1,22 @@
 #include "filter/writers/OLMMsgNoteWriter.h"
 
+#include "filter/storage/MapiNamedPropKey.h"
 #include "filter/writers/OLMMsgNoteTags.h"
 
 namespace {
 
 struct NoteDefault {
-    unsigned int key; // propTag of the named property
+    MapiNamedPropKey key;
     uint32_t value;
 };
 
 // clang-format off
 constexpr NoteDefault noteDefaults[] = {
-    {0x8B000003, 3},   // colour
-    {0x8B030003, 166}, // height
-    {0x8B020003, 200}, // width
-    {0x8B040003, 80},  // left
-    {0x8B050003, 80},  // top
+    {PidLidNoteColor,  3}, // yellow
+    {PidLidNoteHeight, 166},
+    {PidLidNoteWidth,  200},
+    {PidLidNoteX,      80},
+    {PidLidNoteY,      80},
 };
 // clang-format on
 

@@ -3,20 +3,21 @@
 
 #include "filter/storage/OLMMsgWriter.h"
 
-// Turns one note into a message of class IPM.StickyNote.
+// Writes one note as a message of class IPM.StickyNote ([MS-OXONOTE]).
 class OLMMsgNoteWriter : public OLMMsgWriter {
 public:
     using OLMMsgWriter::OLMMsgWriter;
 
     ~OLMMsgNoteWriter() override = default;
 
-    // 0. Throws qor::Exception: ErrTagTable for a refused table, and what the base throws.
+    // Returns 0. Throws qor::Exception ErrTagTable when the reader refuses the table, and what the
+    // base class throws.
     unsigned int initilizeWriter(OLMXMLParser& parser) override;
 
-    // Takes the category list.
+    // Handles the category list.
     bool handlePropSpecial(OLMXMLTag& tag, OLMXMLParser& parser) override;
 
-    // Adds colour, height, width, left and top, which no element sets.
+    // Adds color, height, width and position, which no element sets.
     void setNoteDefaults();
 };
 

@@ -3,30 +3,32 @@
 
 #include <array>
 
+#include "filter/storage/MapiNamedPropKey.h"
+#include "filter/storage/MapiPropTag.h"
 #include "filter/xml/TagTable.h"
 
-// Codes of OLMMsgTaskWriter. A code is below 0x100, a property tag is not.
+// Codes of OLMMsgTaskWriter. They are below 0x100; property tags and keys of named properties are
+// above.
 enum TaskCode : unsigned int {
     TaskRoot = 0,
     TaskCategories = 1,
     TaskRecurrence = 2,
 };
 
-// From 0x80000000 up, a value is the key of a named property.
 // clang-format off
 inline constexpr auto taskTags = std::to_array<UTXML_STRVALPAIR>({
-    // value          element                          becomes
-    {TaskCategories, "OPFTaskCopyCategoryList"},      // named property Keywords
-    {0x810F0040,     "OPFTaskCopyCompletedDateTime"}, // the marks of a complete task and the date
-    {0x81050040,     "OPFTaskCopyDueDateTime"},       // due date
-    {0x30080040,     "OPFTaskCopyModDate"},           // last modification time
-    {0x0037001F,     "OPFTaskCopyName"},              // subject
-    {0x10130102,     "OPFTaskCopyNote"},              // nothing: no handler takes a binary tag
-    {0x1000001F,     "OPFTaskCopyNotePlain"},         // body, plain text
-    {TaskRecurrence, "OPFTaskCopyRecurrence"},        // recurrence, at the item's end
-    {0x81040040,     "OPFTaskCopyStartDateTime"},     // start date
-    {0x00170003,     "OPFTaskGetPriority"},           // importance, the number as it stands
-    {TaskRoot,       "task"},                         // the item's end
+    // value                     element
+    {TaskCategories,             "OPFTaskCopyCategoryList"},      // PidNameKeywords
+    {PidLidTaskDateCompleted,    "OPFTaskCopyCompletedDateTime"}, // also the marks of a complete task
+    {PidLidTaskDueDate,          "OPFTaskCopyDueDateTime"},
+    {PidTagLastModificationTime, "OPFTaskCopyModDate"},
+    {PidTagSubject,              "OPFTaskCopyName"},
+    {PidTagHtml,                 "OPFTaskCopyNote"},              // nothing: no handler takes a binary value
+    {PidTagBody,                 "OPFTaskCopyNotePlain"},
+    {TaskRecurrence,             "OPFTaskCopyRecurrence"},        // PidLidTaskRecurrence, at the end of the item
+    {PidLidTaskStartDate,        "OPFTaskCopyStartDateTime"},
+    {PidTagImportance,           "OPFTaskGetPriority"},           // the number unchanged
+    {TaskRoot,                   "task"},                         // the item
 });
 // clang-format on
 

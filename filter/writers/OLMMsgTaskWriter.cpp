@@ -2,24 +2,25 @@
 
 #include <bit>
 
+#include "filter/storage/MapiNamedPropKey.h"
 #include "filter/writers/OLMMsgTaskTags.h"
 
 namespace {
 
 struct CompletionMark {
-    unsigned int key; // propTag of the named property
+    MapiNamedPropKey key;
     uint64_t value;
 };
 
 // clang-format off
 constexpr CompletionMark completionMarks[] = {
-    {0x811C000B, 1},                            // complete
-    {0x81010003, 2},                            // status: complete
-    {0x81020005, std::bit_cast<uint64_t>(1.0)}, // part that is done: all
+    {PidLidTaskComplete,    1},
+    {PidLidTaskStatus,      2}, // complete
+    {PidLidPercentComplete, std::bit_cast<uint64_t>(1.0)},
 };
 // clang-format on
 
-// No element of a task tells its time zone.
+// No element of a task contains its time zone.
 constexpr int32_t noTimeZone = 0;
 
 } // namespace
@@ -38,14 +39,14 @@ bool OLMMsgTaskWriter::handlePropSpecial(OLMXMLTag& tag, OLMXMLParser& parser) {
     case TaskRecurrence:
         deferRecurrence(tag, parser);
         return true;
-    case 0x81040040:
+    case PidLidTaskStartDate:
         parser.content(startText);
         handleNamedTaskDate(tag.id(), startText);
         return true;
-    case 0x810F0040:
+    case PidLidTaskDateCompleted:
         handleTaskCompletion();
         [[fallthrough]];
-    case 0x81050040:
+    case PidLidTaskDueDate:
         parser.content(endText);
         handleNamedTaskDate(tag.id(), endText);
         return true;
@@ -54,8 +55,8 @@ bool OLMMsgTaskWriter::handlePropSpecial(OLMXMLTag& tag, OLMXMLParser& parser) {
     }
 }
 
-void OLMMsgTaskWriter::handleNamedTaskDate(unsigned int tag, const qor::WString& text) {
-    addProperty(namedProps.mapNamedProp(tag), convertDateProp(text));
+void OLMMsgTaskWriter::handleNamedTaskDate(unsigned int key, const qor::WString& text) {
+    addProperty(namedProps.mapNamedProp(key), convertDateProp(text));
 }
 
 void OLMMsgTaskWriter::handleTaskCompletion() {
@@ -65,5 +66,5 @@ void OLMMsgTaskWriter::handleTaskCompletion() {
 }
 
 void OLMMsgTaskWriter::parseAndWriteRecur(OLMXMLParser& parser) {
-    writeRecurrence(parser, 0x81160102, TaskRecurrence, noTimeZone);
+    writeRecurrence(parser, PidLidTaskRecurrence, TaskRecurrence, noTimeZone);
 }

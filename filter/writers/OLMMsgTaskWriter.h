@@ -3,27 +3,30 @@
 
 #include "filter/writers/OLMMsgRecurringWriter.h"
 
-// Turns one task into a message of class IPM.Task.
+// Writes one task as a message of class IPM.Task ([MS-OXOTASK]).
 //
-// No element tells the status: a date of completion, and nothing else, makes a task complete. The
-// recurrence takes as the task's end whichever stands later, the due date or that of completion.
+// No element contains the status: a task is complete when it has a date of completion. The end of
+// the task, for its recurrence, is the due date or the date of completion, whichever comes last in
+// the document.
 class OLMMsgTaskWriter : public OLMMsgRecurringWriter {
 public:
     using OLMMsgRecurringWriter::OLMMsgRecurringWriter;
 
     ~OLMMsgTaskWriter() override = default;
 
-    // 0. Throws qor::Exception: ErrTagTable for a refused table, and what the base throws.
+    // Returns 0. Throws qor::Exception ErrTagTable when the reader refuses the table, and what the
+    // base class throws.
     unsigned int initilizeWriter(OLMXMLParser& parser) override;
 
-    // Takes the categories, the recurrence and the dates that are named properties.
+    // Handles the categories, the recurrence and the dates that are named properties.
     bool handlePropSpecial(OLMXMLTag& tag, OLMXMLParser& parser) override;
 
 protected:
-    // Adds the date as the named property `tag`; text that is none, the empty text too, is time 0.
-    void handleNamedTaskDate(unsigned int tag, const qor::WString& text);
+    // Adds the date as the named property `key`, a MapiNamedPropKey. Text that is not a date, even
+    // an empty one, is the time 0.
+    void handleNamedTaskDate(unsigned int key, const qor::WString& text);
 
-    // Adds what marks a task as complete.
+    // Adds the properties of a complete task.
     void handleTaskCompletion();
 
     void parseAndWriteRecur(OLMXMLParser& parser) override;

@@ -5,12 +5,12 @@
 
 #include "filter/core/WString.h"
 
-// One member of a group: what a one-off entry identifier tells of it. Texts that the document
-// doesn't give are empty.
+// One member of a group, as a one-off entry identifier describes it. A text that the document does
+// not contain is empty.
 struct OneOffEntryIdData {
     qor::WString address;
     qor::WString displayName;
-    int64_t addressType = 0; // as the document has it; 3 is a distribution list
+    int64_t addressType = 0; // from the document; 3 is a distribution list
 };
 
 #endif

@@ -3,9 +3,14 @@
 
 #include <string_view>
 
-// The attributes by which a tag tells of a person, in mails, contacts and groups alike.
+// The attributes that describe a person, in mails, contacts and groups.
 inline constexpr std::string_view addressAttribute = "OPFContactEmailAddressAddress";
 inline constexpr std::string_view nameAttribute = "OPFContactEmailAddressName";
 inline constexpr std::string_view typeAttribute = "OPFContactEmailAddressType";
+
+// The same of an attendee of an appointment.
+inline constexpr std::string_view attendeeAddressAttribute = "OPFCalendarAttendeeAddress";
+inline constexpr std::string_view attendeeNameAttribute = "OPFCalendarAttendeeName";
+inline constexpr std::string_view attendeeTypeAttribute = "OPFCalendarAttendeeType";
 
 #endif

@@ -5,7 +5,7 @@
 
 #include "filter/xml/TagTable.h"
 
-// What an item document holds: the value of its root tag.
+// What the items of a document are: the value of its root tag.
 enum OLMItemType : unsigned int {
     AppointmentItems = 0,
     ContactItems = 1,

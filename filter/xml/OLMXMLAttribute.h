@@ -3,7 +3,7 @@
 
 #include "filter/core/WString.h"
 
-// One attribute of a tag: its qualified name and its text, both possibly empty.
+// One attribute of a tag: its qualified name and its text. Either may be empty.
 struct OLMXMLAttribute {
     qor::WString name;
     qor::WString value;

@@ -8,26 +8,22 @@
 #include "filter/boundary/Reader.h"
 #include "filter/core/Exception.h"
 #include "filter/xml/OLMRootTags.h"
-#include "filter/xml/TextUnits.h"
+#include "filter/xml/WStringUnits.h"
 
 namespace {
 
-constexpr unsigned int errCannotOpen = static_cast<unsigned int>(-4);
-
-// The only option in use: white space between elements is no text.
-constexpr uint32_t skipSpaceOption = 4;
-
-// What is kept for the next tag. A document can hold any number of attributes of any length, and
-// those shall not stay until the parser's end.
+// Limits of the attributes that are kept for the next tag. A document may contain any number of
+// attributes of any length, which must not take memory for the rest of the parser's life.
 constexpr std::size_t maxSpareAttributes = 32;
 constexpr int maxSpareCapacity = 1024;
 
-// One chunk of content with a 0 unit behind it, so that a count is never sought past its end.
+// One chunk of content and a 0 unit after it. It is cleared for each text, so that a text without
+// a terminator ends where the reader stopped writing.
 using Chunk = std::array<uint16_t, OLMXMLParser::chunkUnits + 1>;
 
 void throwFailure(int16_t status) {
     if (status != 0) {
-        throw qor::Exception(static_cast<unsigned int>(status), nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(static_cast<unsigned int>(status));
     }
 }
 
@@ -54,12 +50,12 @@ OLMXMLParser::~OLMXMLParser() {
 void OLMXMLParser::init(void* archive, unsigned long entryIndex) {
     stream = openXMLFile(archive, entryIndex);
     if (stream == nullptr) {
-        throw qor::Exception(errCannotOpen, nullptr, nullptr, nullptr, 0);
+        throw qor::Exception(ErrEntryNotOpened);
     }
 
-    // A failure from here on leaves the stream open: the host gives it back.
+    // A failure from here on leaves the stream open; the host closes it.
     throwFailure(UTXMLInit(&reader, stream));
-    UTXMLSetOption(&reader, skipSpaceOption, 1);
+    UTXMLSetOption(&reader, UTXML_OPTION_SKIP_SPACE, 1);
     throwFailure(addTags(rootTags.data(), rootTags.size()));
 
     this->entryIndex = entryIndex;
@@ -74,7 +70,7 @@ HostStream* OLMXMLParser::openXMLFile(void* archive, unsigned long entryIndex) {
     request.entryIndex = static_cast<int64_t>(entryIndex);
     request.always1 = 1;
 
-    // The handle alone tells whether it went well.
+    // A null handle is the only sign of a failure.
     directory->stream.open(&handle, OpenMember, &request, OpenModeRead);
     return handle;
 }
@@ -146,12 +142,12 @@ void OLMXMLParser::readAttributes(OLMXMLTag& tag) {
         setText(attribute->name, name, nameLength);
         setText(attribute->value, value, valueLength);
         tag.attributes.add(attribute.get());
-        static_cast<void>(attribute.release()); // the tag's from here on
+        static_cast<void>(attribute.release()); // now owned by the tag
     }
 }
 
 unsigned short OLMXMLParser::content(qor::WString& out) {
-    Chunk chunk; // not cleared: only what the reader has written is looked at
+    Chunk chunk{};
     uint32_t count = 0;
     if (readFirstChunk(out, chunk.data(), chunkUnits, count) == 0) {
         return 0;
@@ -168,23 +164,21 @@ unsigned short OLMXMLParser::content(qor::WString& out) {
 }
 
 unsigned short OLMXMLParser::content(qor::WString& out, unsigned int limit) {
-    Chunk chunk;
+    Chunk chunk{};
     uint32_t count = 0;
     return readFirstChunk(out, chunk.data(), std::min(limit, chunkUnits), count);
 }
 
-// `chunk` has room for a unit more than `capacity`.
+// `chunk` is cleared and has room for one unit more than `capacity`.
 unsigned short OLMXMLParser::readFirstChunk(qor::WString& out, uint16_t* chunk, uint32_t capacity,
                                             uint32_t& count) {
-    chunk[0] = 0;
-    chunk[capacity] = 0;
     count = 0;
     if (UTXMLReadContent(&reader, 1, chunk, capacity, &count) != 0 || count == 0) {
         return 0;
     }
-    const int length =
-        count == UTXML_COUNT_IT ? countUnits(chunk) : static_cast<int>(std::min(count, capacity));
-    setUnits(out, chunk, length);
+    // Any other negative count leaves an empty text.
+    const int length = count == UTXML_COUNT_IT ? countUnits(chunk) : static_cast<int>(count);
+    setUnits(out, chunk, std::min(length, static_cast<int>(capacity)));
     return 1;
 }
 

@@ -8,8 +8,8 @@
 
 #include "filter/boundary/Reader.h"
 
-// True when the names stand in ascending byte order and none stands twice, as the reader takes
-// its tag maps. Meant for static_assert.
+// Returns true when the names are in ascending byte order and none occurs twice, as the reader
+// requires of a tag map. For use in static_assert.
 constexpr bool inByteOrder(std::span<const UTXML_STRVALPAIR> rows) {
     const auto name = [](const UTXML_STRVALPAIR& row) { return std::string_view(row.name); };
     return std::ranges::adjacent_find(rows, std::ranges::greater_equal{}, name) == rows.end();

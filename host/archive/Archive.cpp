@@ -11,10 +11,10 @@ namespace olmhost {
 
 namespace {
 
-// An entry's data begin here, once that is known: the host's own bytes of its row.
+// Where a row keeps the offset of its entry's data, once it is known: in the host's own bytes.
 constexpr std::size_t dataOffsetPlace = 2;
 
-// What a MemberOpenRequest's index becomes when its name fills the whole field.
+// The index in a MemberOpenRequest whose name fills the whole field: the terminator overwrites it.
 constexpr std::uint64_t indexUnderLongName = 0xFFFFFFFFFFFFFF00;
 
 // Reading, writing and seeking mean nothing to a directory.
@@ -77,12 +77,12 @@ EntryStream* Archive::openMember(const MemberOpenRequest& request) {
     const auto index = static_cast<std::uint64_t>(request.entryIndex);
     std::optional<std::uint64_t> row;
     if (request.entryIndex == MEMBER_BY_NAME) {
-        asked = owner.addMember(name);
+        requested = owner.addMember(name);
         row = findRow(name);
     } else if (name.size() == sizeof request.name && index == indexUnderLongName) {
-        asked = owner.addMember(name);
+        requested = owner.addMember(name);
         refuse(FaultKind::CannotOpen, EntryFault::noEntry,
-               "the name is too long to be asked for: " + quoted(name));
+               "the name is too long to look up: " + quoted(name));
     } else if (index < entryCount) {
         row = index;
     } else {
@@ -90,16 +90,12 @@ EntryStream* Archive::openMember(const MemberOpenRequest& request) {
                "there is no entry " + std::to_string(index));
     }
     EntryStream* const stream = row ? openEntry(*row) : nullptr;
-    asked.reset();
+    requested.reset();
     return stream;
 }
 
-std::optional<std::uint64_t> Archive::find(std::string_view name) {
-    return contents->find(name);
-}
-
 std::optional<std::uint64_t> Archive::findRow(std::string_view name) {
-    const auto row = find(name);
+    const auto row = contents->find(name);
     if (!row) {
         refuse(FaultKind::CannotOpen, EntryFault::noEntry,
                "there is no file named " + quoted(name));
@@ -107,19 +103,19 @@ std::optional<std::uint64_t> Archive::findRow(std::string_view name) {
     return row;
 }
 
-// Notes why what is asked for can't be opened.
+// Adds the fault that keeps the requested entry from being opened.
 void Archive::refuse(FaultKind kind, std::uint64_t index, const std::string& text) {
     owner.addFault(kind, index, text);
-    if (asked != nullptr) {
-        asked->fault = text;
+    if (requested != nullptr) {
+        requested->fault = text;
     }
 }
 
 EntryStream* Archive::openEntry(std::uint64_t index) {
     EntryInfo info = contents->info(index);
-    if (asked != nullptr) {
-        asked->entryIndex = index;
-        asked->size = info.size;
+    if (requested != nullptr) {
+        requested->entryIndex = index;
+        requested->size = info.size;
     }
     if (!mayOpen(index, info) || !locate(index, info)) {
         return nullptr;
@@ -130,19 +126,19 @@ EntryStream* Archive::openEntry(std::uint64_t index) {
     } else {
         data = std::make_shared<StoredEntry>(*bytes, owner, index, info);
     }
-    streams.push_back(std::make_unique<EntryStream>(*this, index, std::move(data), asked));
+    streams.push_back(std::make_unique<EntryStream>(*this, index, std::move(data), requested));
     return streams.back().get();
 }
 
-// False, with a fault noted, when the entry is nothing to be read.
+// Returns false, with a fault added, when the entry can't be read.
 bool Archive::mayOpen(std::uint64_t index, const EntryInfo& info) {
-    if (name(index).ends_with('/')) {
+    if (contents->name(index).ends_with('/')) {
         refuse(FaultKind::CannotOpen, index, "it is a directory");
     } else if (info.isEncrypted) {
         refuse(FaultKind::Encrypted, index, "it is encrypted");
     } else if (info.method != MethodStored && info.method != MethodDeflated) {
         refuse(FaultKind::CannotOpen, index,
-               "it is compressed by a method that is not read: compression method " +
+               "it is compressed with a method that is not supported: compression method " +
                    std::to_string(info.method));
     } else {
         return !exceedsLimit(index, info);
@@ -150,8 +146,8 @@ bool Archive::mayOpen(std::uint64_t index, const EntryInfo& info) {
     return false;
 }
 
-// True, with a fault noted, when the entry says of itself that it is larger than allowed. No entry
-// gives more bytes than it says.
+// Returns true, with a fault added, when the entry's declared size exceeds a limit. No entry is
+// read further than its declared size.
 bool Archive::exceedsLimit(std::uint64_t index, const EntryInfo& info) {
     const Limits& limits = owner.limits();
     const std::string size = "it has " + std::to_string(info.size) + " bytes";
@@ -170,7 +166,7 @@ bool Archive::exceedsLimit(std::uint64_t index, const EntryInfo& info) {
     return false;
 }
 
-// Fills in where the entry's data begin, and remembers it in the row.
+// Fills in where the entry's data begin, and stores it in the row.
 bool Archive::locate(std::uint64_t index, EntryInfo& info) {
     if (info.compressedSize == 0) {
         return true;
@@ -200,7 +196,7 @@ void Archive::closeEntry(const EntryStream& entry) {
 }
 
 Archive& Archive::of(HostStream* record) {
-    // The record's first member stands at the record's own address.
+    // The record's first member is at the record's own address.
     return *static_cast<Archive*>(reinterpret_cast<ArchiveDirectory*>(record));
 }
 

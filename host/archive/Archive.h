@@ -19,17 +19,18 @@ namespace olmhost {
 
 class ArchiveFile;
 
-// An opened archive: the directory that the module reads, and behind it the way to the entries.
+// An opened archive: the directory that the module reads, from which it opens the entries.
 //
-// The ArchiveFile owns it, and it owns the streams opened from it: its close ends them all. Held
-// for each row: 64 bytes, and the contents, which all that have the archive open can share.
+// The ArchiveFile owns it, and it owns the streams opened from it: its close ends them all. Holds
+// 64 bytes for each row, and the contents, which everyone who has the archive open can share.
 class Archive final : public ArchiveDirectory {
 public:
-    // Null with `failure` filled. `owner` must outlive the archive.
+    // Returns null, with `failure` filled, when it can't be opened. `owner` must outlive the
+    // archive.
     static std::unique_ptr<Archive> open(ArchiveFile& owner, const std::string& path,
                                          OpenFailure& failure);
 
-    // The archive that `contents` tell of, whose file is read through `bytes`.
+    // The archive with these contents, whose file is read through `bytes`.
     Archive(ArchiveFile& owner, std::unique_ptr<ArchiveBytes> bytes,
             std::shared_ptr<ArchiveContents> contents);
     Archive(const Archive&) = delete;
@@ -37,25 +38,21 @@ public:
 
     ArchiveFile& file() { return owner; }
 
-    // The handle that the module gets for it.
+    // Returns the handle for the module.
     HostStream* handle() { return &stream; }
 
-    // What of it can be shared with another Archive, on another thread too.
+    // What another Archive can share, also on another thread.
     const std::shared_ptr<ArchiveContents>& sharedContents() const { return contents; }
     const ArchiveBytes& fileBytes() const { return *bytes; }
 
-    // The name of row `index`, UTF-8, with a 0 byte behind it; empty when there is no such row.
-    std::string_view name(std::uint64_t index) const { return contents->name(index); }
-
-    // The first file of that name, see NameIndex.
-    std::optional<std::uint64_t> find(std::string_view name);
-
-    // Opens the entry that the request names. Null, with a fault noted, when it can't be opened.
+    // Opens the entry that the request names. Returns null, with a fault added, when it can't be
+    // opened.
     EntryStream* openMember(const MemberOpenRequest& request);
 
-    // Destroys a stream that openMember() gave.
+    // Deletes a stream that openMember() returned.
     void closeEntry(const EntryStream& entry);
 
+    // Returns the bytes inflated so far, repeated ones counted again.
     std::uint64_t inflatedBytes() const { return inflatedEntries.inflatedBytes(); }
 
 private:
@@ -77,7 +74,7 @@ private:
     std::shared_ptr<ArchiveContents> contents;
     std::vector<ArchiveEntry> rows;
     InflatedEntries inflatedEntries;
-    std::shared_ptr<MemberRead> asked; // what openMember() is opening, when an account is kept
+    std::shared_ptr<MemberRead> requested; // by openMember(), while an account is kept
     std::vector<std::unique_ptr<EntryStream>> streams;
 };
 

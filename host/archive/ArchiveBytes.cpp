@@ -13,11 +13,12 @@ namespace olmhost {
 
 namespace {
 
-constexpr std::size_t smallestLoad = std::size_t{8} << 10;
-constexpr std::size_t largestLoad = std::size_t{64} << 10;
+// Bytes read at once.
+constexpr std::size_t minLoad = std::size_t{8} << 10;
+constexpr std::size_t maxLoad = std::size_t{64} << 10;
 
-// A jump forward by no more than this, over a header, still counts as reading on.
-constexpr std::uint64_t shortJump = std::uint64_t{4} << 10;
+// Skipping no more bytes than this, over a header, still counts as sequential.
+constexpr std::uint64_t maxGap = std::uint64_t{4} << 10;
 
 OpenFailure unreadable(int error) {
     const std::string reason = error == ENOENT ? "does not exist" : "can't be read: ";
@@ -25,13 +26,13 @@ OpenFailure unreadable(int error) {
             error == ENOENT ? reason : reason + std::generic_category().message(error)};
 }
 
-// What keeps the file from being an archive at all, judged without reading it.
+// Returns why the file can't be an archive, judged without reading it.
 OpenFailure judge(const struct stat& state) {
     if (S_ISDIR(state.st_mode)) {
         return {OpenFailureKind::NotAnArchive, "is a directory"};
     }
     if (!S_ISREG(state.st_mode)) {
-        return {OpenFailureKind::NotAnArchive, "is a special file, no archive"};
+        return {OpenFailureKind::NotAnArchive, "is a special file, not an archive"};
     }
     if (state.st_size == 0) {
         return {OpenFailureKind::NotAnArchive, "is empty"};
@@ -51,7 +52,7 @@ std::unique_ptr<ArchiveBytes> ArchiveBytes::open(const std::string& path, OpenFa
     if (failure.kind != OpenFailureKind::None) {
         return nullptr;
     }
-    // Non-blocking, should a pipe have come into the file's place in the meantime.
+    // Non-blocking, in case a pipe has replaced the file in the meantime.
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0 || ::fstat(descriptor, &state) != 0) {
         failure = unreadable(errno);
@@ -77,8 +78,7 @@ std::unique_ptr<ArchiveBytes> ArchiveBytes::openAgain(OpenFailure& failure) cons
 }
 
 ArchiveBytes::ArchiveBytes(int descriptor, std::uint64_t size)
-    : descriptor(descriptor), fileSize(size), window(new std::byte[largestLoad]),
-      loadSize(smallestLoad) {}
+    : descriptor(descriptor), fileSize(size), window(new std::byte[maxLoad]), loadSize(minLoad) {}
 
 ArchiveBytes::~ArchiveBytes() {
     ::close(descriptor);
@@ -87,8 +87,8 @@ ArchiveBytes::~ArchiveBytes() {
 std::span<const std::byte> ArchiveBytes::at(std::uint64_t offset) {
     const std::uint64_t windowEnd = windowOffset + windowLength;
     if (offset < windowOffset || offset >= windowEnd) {
-        const bool readsOn = offset >= windowEnd && offset - windowEnd <= shortJump;
-        loadSize = readsOn ? std::min(loadSize * 2, largestLoad) : smallestLoad;
+        const bool isSequential = offset >= windowEnd && offset - windowEnd <= maxGap;
+        loadSize = isSequential ? std::min(loadSize * 2, maxLoad) : minLoad;
         windowOffset = offset;
         windowLength = readFile(offset, window.get(), loadSize);
     }
@@ -102,7 +102,7 @@ std::size_t ArchiveBytes::read(std::uint64_t offset, void* buffer, std::size_t s
     while (done < size) {
         const std::size_t left = size - done;
         const bool inWindow = offset >= windowOffset && offset < windowOffset + windowLength;
-        if (!inWindow && left >= largestLoad) {
+        if (!inWindow && left >= maxLoad) {
             return done + readFile(offset, target + done, left);
         }
         const auto bytes = at(offset);

@@ -18,15 +18,15 @@ std::shared_ptr<ArchiveContents> ArchiveContents::open(ArchiveBytes& bytes, Open
 ArchiveContents::ArchiveContents(std::unique_ptr<ZipDirectory> directory)
     : directory(std::move(directory)) {}
 
-// Puts the names into one piece of the right size.
+// Copies the names into one block of the right size.
 bool ArchiveContents::readNames(OpenFailure& failure) {
     const std::uint64_t count = directory->entryCount();
     std::uint64_t poolSize = 0;
     for (std::uint64_t index = 0; index < count; ++index) {
         poolSize += std::strlen(directory->name(index)) + 1;
     }
-    constexpr std::uint64_t mostRows = std::numeric_limits<NameIndex::Row>::max();
-    if (count > mostRows || poolSize > std::numeric_limits<std::uint32_t>::max()) {
+    constexpr std::uint64_t maxRows = std::numeric_limits<NameIndex::Row>::max();
+    if (count > maxRows || poolSize > std::numeric_limits<std::uint32_t>::max()) {
         failure = {OpenFailureKind::LimitReached, "has more entries than can be listed"};
         return false;
     }
@@ -59,8 +59,8 @@ std::vector<ArchiveEntry> ArchiveContents::makeRows() const {
     return rows;
 }
 
-std::optional<NameIndex::Row> ArchiveContents::find(std::string_view name) {
-    const std::lock_guard lock(indexTurn);
+std::optional<NameIndex::Row> ArchiveContents::find(std::string_view name) const {
+    const std::lock_guard lock(indexMutex);
     if (!nameIndex) {
         nameIndex.emplace(static_cast<NameIndex::Row>(entryCount()),
                           [this](NameIndex::Row row) { return this->name(row); });
@@ -71,7 +71,7 @@ std::optional<NameIndex::Row> ArchiveContents::find(std::string_view name) {
 bool ArchiveContents::isLocked() const {
     bool hasDocuments = false;
     for (std::uint64_t index = 0; index < entryCount(); ++index) {
-        if (name(index).ends_with(".xml")) {
+        if (isDocument(index)) {
             if (!info(index).isEncrypted) {
                 return false;
             }

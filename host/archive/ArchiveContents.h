@@ -17,39 +17,47 @@
 
 namespace olmhost {
 
-// What an archive's directory says, read once and shared by everyone who has the archive open: it
-// never changes, and any number of threads may use it. Held for each row: the name, four bytes, and
-// what libzip needs; eight bytes more once an entry is asked for by name.
+// An archive's directory, read once and shared by everyone who has the archive open: it never
+// changes, and any number of threads may use it. Holds for each row the name, four bytes, and what
+// libzip needs; eight bytes more once an entry is looked up by name.
 class ArchiveContents {
 public:
-    // Null with `failure` filled when there is no readable directory, or one that is too large.
+    // Returns null, with `failure` filled, when there is no readable directory or it is too large.
     // `bytes` is borrowed for the call.
     static std::shared_ptr<ArchiveContents> open(ArchiveBytes& bytes, OpenFailure& failure);
 
     ArchiveContents(const ArchiveContents&) = delete;
     ArchiveContents& operator=(const ArchiveContents&) = delete;
 
+    // Returns the number of rows.
     std::uint64_t entryCount() const { return offsets.size() - 1; }
 
-    // The name of row `index`, UTF-8, with a 0 byte behind it; empty when there is no such row.
+    // Returns the name of row `index`: UTF-8, followed by a 0 byte, valid as long as this object.
+    // Empty when there is no such row.
     std::string_view name(std::uint64_t index) const;
 
-    // All names, each with a 0 byte behind it.
+    // Returns whether the row's name ends as a document's does.
+    bool isDocument(std::uint64_t index) const { return name(index).ends_with(".xml"); }
+
+    // Returns all names, each followed by a 0 byte.
     const char* namePool() const { return names.get(); }
 
-    // Rows as the module reads them, nothing known of their items.
+    // Returns the rows as the module reads them, nothing known of their items.
     std::vector<ArchiveEntry> makeRows() const;
 
-    // See ZipDirectory.
+    // Returns the directory's data of row `index`; all 0 when there is no such row. See
+    // ZipDirectory.
     EntryInfo info(std::uint64_t index) const { return directory->info(index); }
-    std::uint64_t findData(std::uint64_t index, ArchiveBytes& callersBytes, std::string& reason) {
+    // See ZipDirectory.
+    std::uint64_t findData(std::uint64_t index, ArchiveBytes& callersBytes,
+                           std::string& reason) const {
         return directory->findData(index, callersBytes, reason);
     }
 
-    // The first file of that name; see NameIndex.
-    std::optional<NameIndex::Row> find(std::string_view name);
+    // Returns the first file of that name; see NameIndex.
+    std::optional<NameIndex::Row> find(std::string_view name) const;
 
-    // True when there are documents and none of them can be read without a password.
+    // Returns true when there are documents and none of them can be read without a password.
     bool isLocked() const;
 
 private:
@@ -59,9 +67,9 @@ private:
 
     std::unique_ptr<ZipDirectory> directory;
     std::unique_ptr<char[]> names;
-    std::vector<std::uint32_t> offsets; // of each name in `names`, and behind the last one
-    std::mutex indexTurn;
-    std::optional<NameIndex> nameIndex;
+    std::vector<std::uint32_t> offsets; // of each name in `names`, and of the end
+    mutable std::mutex indexMutex;
+    mutable std::optional<NameIndex> nameIndex; // built by the first find()
 };
 
 } // namespace olmhost

@@ -1,5 +1,6 @@
 #include "host/archive/ArchiveFile.h"
 
+#include <cassert>
 #include <new>
 #include <utility>
 
@@ -36,20 +37,9 @@ ArchiveFile::ArchiveFile(const ArchiveFile& first)
 
 ArchiveFile::~ArchiveFile() = default;
 
-std::uint64_t ArchiveFile::entryCount() const {
-    return archive == nullptr ? 0 : archive->entryCount;
-}
-
-std::string_view ArchiveFile::entryName(std::uint64_t index) const {
-    return archive == nullptr ? std::string_view() : archive->name(index);
-}
-
-EntryInfo ArchiveFile::entryInfo(std::uint64_t index) const {
-    return index < entryCount() ? archive->sharedContents()->info(index) : EntryInfo();
-}
-
-std::optional<std::uint64_t> ArchiveFile::findEntry(std::string_view name) {
-    return archive == nullptr ? std::nullopt : archive->find(name);
+const ArchiveContents& ArchiveFile::contents() const {
+    assert(isOpen());
+    return *archive->sharedContents();
 }
 
 Handle* ArchiveFile::openEntry(std::uint64_t index) {

@@ -3,14 +3,12 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <vector>
 
-#include "host/archive/EntryInfo.h"
 #include "host/archive/OpenFailure.h"
 #include "host/archive/ReadAccount.h"
 #include "host/stream/EntryFault.h"
@@ -23,69 +21,60 @@ class Archive;
 class ArchiveBytes;
 class ArchiveContents;
 
-// The raw stream of an archive's file: the handle that the module is given to open.
+// The raw stream of an archive's file: the handle that the module opens.
 //
-// Its `open` with OpenArchive makes an Archive, puts it in the handle's place and keeps it until
-// the module closes it or the ArchiveFile ends, whichever is first. The file is not touched before
-// that. The module's `close` of the raw stream itself does nothing: whoever made it owns it.
-// Serves one thread; several ArchiveFiles on one file are independent of each other.
+// Its `open` with OpenArchive creates an Archive, stores it as the handle and keeps it until the
+// module closes it or the ArchiveFile is destroyed, whichever is first. The file is not touched
+// before that. The module's `close` of the raw stream itself does nothing: its creator owns it.
+// Serves one thread; several ArchiveFiles of one file are independent of each other.
 class ArchiveFile final : public Handle {
 public:
-    // `path` as the file system takes it.
+    // `path`: bytes as the file system has them.
     explicit ArchiveFile(std::string path, const Limits& limits = {});
     ~ArchiveFile() override;
 
-    // The same file as that of `first`, which is open, for another thread: its opening reads no
-    // directory again but shares that of `first`. Neither has to outlive the other; no thread may
-    // use `first` during the call.
+    // The same file as `first`, which is open, for another thread. Shares the directory of `first`
+    // instead of reading it again. Neither has to outlive the other; no thread may use `first`
+    // during the call.
     explicit ArchiveFile(const ArchiveFile& first);
     ArchiveFile& operator=(const ArchiveFile&) = delete;
 
-    // Why the last open failed; kind None when none did.
+    // Returns why the last open failed; kind None when it didn't.
     const OpenFailure& failure() const { return openFailure; }
 
-    // What was found wrong with entries: one per entry and kind, in the order of finding. Stays
-    // after the archive's close. For EntryFault::noEntry one per text, and the text holds the name.
+    // Returns the faults of entries: one per entry and kind, in the order in which they were found.
+    // Kept after the archive's close. For EntryFault::noEntry one per text, which has the name.
     const std::vector<EntryFault>& faults() const { return entryFaults; }
 
-    // True between a successful open and the archive's close.
+    // Returns true between a successful open and the archive's close.
     bool isOpen() const { return archive != nullptr; }
 
-    // Rows of the directory; 0 while not open.
-    std::uint64_t entryCount() const;
+    // Returns the archive's directory, which is valid until the archive's close.
+    // REQUIRES: isOpen()
+    const ArchiveContents& contents() const;
 
-    // The name of row `index`, UTF-8. Lies in the archive, valid while it is open; empty when there
-    // is no such row.
-    std::string_view entryName(std::uint64_t index) const;
-
-    // What the directory says of row `index`; all 0 when there is no such row.
-    EntryInfo entryInfo(std::uint64_t index) const;
-
-    // The first file of that name among the rows; none while not open.
-    std::optional<std::uint64_t> findEntry(std::string_view name);
-
-    // Opens row `index` for reading. Null, with a fault noted, when it can't be opened. Its end()
-    // gives it back.
+    // Opens row `index` for reading. The caller calls end() of the handle when done. Returns null,
+    // with a fault added, when it can't be opened.
     Handle* openEntry(std::uint64_t index);
 
-    // Bytes of the archive's file; 0 while not open.
+    // Returns the size of the archive's file in bytes; 0 while not open.
     std::uint64_t size() const;
 
-    // Bytes that were inflated for this archive so far, repeated ones counted again; 0 while not
+    // Returns the bytes inflated for this archive so far, repeated ones counted again; 0 while not
     // open. Shows what seeking costs.
     std::uint64_t inflatedBytes() const;
 
     // Adds a fault unless the same kind was found on the same entry.
     void addFault(FaultKind kind, std::uint64_t entryIndex, const std::string& text);
 
-    // From now on faults, and entries that are asked for by name, are entered in `newAccount` too,
-    // known faults again. It is borrowed until the next call; null ends it.
+    // From now on faults, and entries that are requested by name, are added to `newAccount` too,
+    // including faults that were known before. It is borrowed until the next call; null ends it.
     void keepAccount(ReadAccount* newAccount) { account = newAccount; }
 
-    // The entry in the account for a member that is being asked for; null when none is kept.
+    // Adds a member that is being requested to the account. Returns null when no account is kept.
     std::shared_ptr<MemberRead> addMember(std::string_view name);
 
-    // From now on the tags of entries that are read as documents are told to `newWatch`. It is
+    // From now on `newWatch` is notified of the tags of entries that are read as documents. It is
     // borrowed until the next call; null ends it.
     void keepWatch(TagWatch* newWatch) { watch = newWatch; }
     TagWatch* tagWatch() override { return watch; }
@@ -110,7 +99,7 @@ private:
     TagWatch* watch = nullptr;
     std::unique_ptr<Archive> archive;
 
-    // Made ready for the opening of a file that shares its directory.
+    // Of a file that shares its directory, until it is opened.
     std::shared_ptr<ArchiveContents> sharedContents;
     std::unique_ptr<ArchiveBytes> bytes;
 };

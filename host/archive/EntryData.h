@@ -11,8 +11,8 @@
 
 namespace olmhost {
 
-// The uncompressed bytes of one entry, by position. What is wrong with them goes to the
-// ArchiveFile as soon as it is seen, and what can be had of them is given all the same.
+// The uncompressed bytes of one entry, by position. What is wrong with them is reported to the
+// ArchiveFile as soon as it is found; the bytes that can be read are returned all the same.
 class EntryData {
 public:
     // Both are borrowed and must outlive the data.
@@ -21,22 +21,22 @@ public:
     EntryData& operator=(const EntryData&) = delete;
     virtual ~EntryData() = default;
 
-    // Copies at most `size` bytes from `position` on. Gives how many; less only at the end of what
-    // can be had.
+    // Copies at most `size` bytes from `position` on. Returns how many; fewer only at end().
     virtual std::size_t read(std::uint64_t position, void* buffer, std::size_t size) = 0;
 
-    // Bytes that can be had. Becomes less when the data turn out to be damaged.
+    // Returns the number of bytes that can be read. It shrinks when the data turn out to be
+    // damaged.
     std::uint64_t end() const { return dataEnd; }
 
-    // What was found wrong so far; empty when nothing was.
+    // Returns what was found wrong so far; empty when nothing was.
     const std::string& fault() const { return faultText; }
 
 protected:
     // Begins with another entry.
     void assign(std::uint64_t newIndex, const EntryInfo& newInfo, std::uint64_t newEnd);
 
-    // Takes the bytes from `position` on into the checksum, as far as they continue what it holds,
-    // and tells the fault when they were the last and it is wrong.
+    // Adds the bytes from `position` on to the checksum, as far as they continue what it covers,
+    // and reports a fault when they were the last and it is wrong.
     void check(std::uint64_t position, const void* data, std::size_t size);
 
     // The data end at `position`, early.

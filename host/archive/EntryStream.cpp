@@ -10,27 +10,24 @@ namespace olmhost {
 EntryStream::EntryStream(Archive& archive, std::uint64_t entryIndex,
                          std::shared_ptr<EntryData> data, std::shared_ptr<MemberRead> member)
     : archive(archive), entryIndex(entryIndex), data(std::move(data)), member(std::move(member)) {
-    enterReading();
+    updateAccount();
 }
 
 std::int32_t EntryStream::readBytes(void* buffer, std::uint32_t size, std::uint32_t& count) {
     const std::size_t done = data->read(position, buffer, size);
     position += done;
-    enterReading();
+    updateAccount();
     count = static_cast<std::uint32_t>(done);
     return done == 0 && position >= data->end() ? statusEnd : statusDone;
 }
 
 std::int32_t EntryStream::seekTo(std::int64_t offset, std::int32_t origin) {
-    constexpr int fromStart = 0;
-    constexpr int fromHere = 1;
-    constexpr int fromEnd = 2;
     std::int64_t base = 0;
-    if (origin == fromHere) {
+    if (origin == seekFromHere) {
         base = static_cast<std::int64_t>(position);
-    } else if (origin == fromEnd) {
+    } else if (origin == seekFromEnd) {
         base = static_cast<std::int64_t>(data->end());
-    } else if (origin != fromStart) {
+    } else if (origin != seekFromStart) {
         return statusFailed;
     }
     std::int64_t target = 0;
@@ -41,7 +38,7 @@ std::int32_t EntryStream::seekTo(std::int64_t offset, std::int32_t origin) {
     return statusDone;
 }
 
-void EntryStream::enterReading() {
+void EntryStream::updateAccount() {
     if (member == nullptr) {
         return;
     }

@@ -11,31 +11,31 @@ namespace olmhost {
 
 class Archive;
 
-// An open entry of an archive: reads and seeks, back and forth. The Archive owns it; the module's
-// `close` gives it back.
+// An open entry of an archive, which can be read and sought in both directions. The Archive owns
+// it; the module's `close` deletes it.
 class EntryStream final : public Handle {
 public:
-    // `member` is where the reading is entered, or null.
+    // `member`, unless null, keeps account of what is read.
     EntryStream(Archive& archive, std::uint64_t entryIndex, std::shared_ptr<EntryData> data,
                 std::shared_ptr<MemberRead> member);
 
     std::int32_t readBytes(void* buffer, std::uint32_t size, std::uint32_t& count) override;
 
-    // A place ahead of the start is refused; one behind the end is not, and reading there gives
-    // the end. `origin` 2 counts from the end of what can be had.
+    // Refuses a position before the start. One after the end is allowed; reading there returns
+    // statusEnd. The end is that of the bytes that can be read.
     std::int32_t seekTo(std::int64_t offset, std::int32_t origin) override;
 
-    // Destroys the stream.
+    // Deletes the stream.
     void end() override;
 
-    // Becomes a fault of this entry.
+    // Adds a fault of this entry.
     void reportFault(FaultKind kind, const std::string& text) override;
 
     TagWatch* tagWatch() override;
     const Limits& limits() const override;
 
 private:
-    void enterReading();
+    void updateAccount();
 
     Archive& archive;
     std::uint64_t entryIndex;

@@ -6,11 +6,11 @@ namespace olmhost {
 
 void InflatePoints::offer(std::uint64_t index, const Inflater& inflater) {
     const std::uint64_t stretch = inflater.made() / spacing;
-    // The first stretch has its point already: the entry's start.
+    // The first stretch needs no point: it begins at the entry's start.
     if (stretch == 0 || points.contains({index, stretch})) {
         return;
     }
-    if (points.size() >= most) {
+    if (points.size() >= maxCount) {
         thinOut();
         offer(index, inflater);
         return;

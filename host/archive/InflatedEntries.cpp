@@ -18,10 +18,10 @@ std::shared_ptr<InflatedEntry> InflatedEntries::open(std::uint64_t index, const 
     return entry;
 }
 
-// An entry to be begun anew: the one that was opened longest ago when all places are taken and
-// nobody reads it.
+// Returns an object for another entry: that of the entry opened longest ago, when as many are held
+// as allowed and it is no longer read; otherwise a new one.
 std::shared_ptr<InflatedEntry> InflatedEntries::takeOldest() {
-    if (held.size() == mostHeld) {
+    if (held.size() == maxHeld) {
         auto oldest = std::move(held.front());
         held.erase(held.begin());
         if (oldest.use_count() == 1) {

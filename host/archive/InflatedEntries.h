@@ -10,20 +10,20 @@
 
 namespace olmhost {
 
-// The deflated entries of an archive that were opened last, each as far inflated as it was left. So
-// one that is closed and opened again goes on where it was, and a new one takes over the memory of
-// one that nobody reads any more.
+// The deflated entries of an archive that were opened last, in the state in which they were left.
+// An entry that is opened again continues where it was, and a new one reuses the memory of one that
+// is no longer read.
 class InflatedEntries {
 public:
-    static constexpr std::size_t mostHeld = 4;
+    static constexpr std::size_t maxHeld = 4;
 
     // Both are borrowed and must outlive what is opened here.
     InflatedEntries(ArchiveBytes& bytes, ArchiveFile& file) : bytes(bytes), file(file) {}
 
-    // The entry `index`, which all its readers share.
+    // Returns the entry `index`, which all its readers share.
     std::shared_ptr<InflatedEntry> open(std::uint64_t index, const EntryInfo& info);
 
-    // Bytes inflated so far, over all entries.
+    // Returns the bytes inflated so far, over all entries.
     std::uint64_t inflatedBytes() const { return inflated; }
 
 private:
@@ -33,7 +33,7 @@ private:
     ArchiveFile& file;
     InflatePoints points;
     std::uint64_t inflated = 0;
-    std::vector<std::shared_ptr<InflatedEntry>> held; // the last opened stands last
+    std::vector<std::shared_ptr<InflatedEntry>> held; // in the order of opening
 };
 
 } // namespace olmhost

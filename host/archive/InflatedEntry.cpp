@@ -16,9 +16,9 @@ void InflatedEntry::begin(std::uint64_t newIndex, const EntryInfo& newInfo) {
     ringStart = 0;
     ringEnd = 0;
     head.clear();
-    wantsPoints = false;
+    keepsPoints = false;
     if (info.size == 0) {
-        advance(); // nobody will read, and it may hold something all the same
+        advance(); // nothing will be read, and yet it may hold something
     }
 }
 
@@ -39,7 +39,7 @@ std::size_t InflatedEntry::read(std::uint64_t position, void* buffer, std::size_
     return done;
 }
 
-// Copies what is held of the bytes from `position` on, at least in part; 0 when none is.
+// Copies bytes from `position` on that are held. Returns how many; 0 when none is held.
 std::size_t InflatedEntry::copyHeld(std::uint64_t position, void* buffer, std::size_t size) const {
     if (position >= ringStart && position < ringEnd) {
         const auto place = static_cast<std::size_t>(position % ringSize);
@@ -57,11 +57,11 @@ std::size_t InflatedEntry::copyHeld(std::uint64_t position, void* buffer, std::s
     return 0;
 }
 
-// Inflates until the byte at `position`, which is not held, is held or turns out not to exist.
+// Inflates until the byte at `position` is held or turns out not to exist.
 void InflatedEntry::goTo(std::uint64_t position) {
     const bool goesBack = position < ringEnd;
-    wantsPoints = wantsPoints || goesBack || position - ringEnd > stepSize;
-    const Inflater* point = wantsPoints ? points.before(index, position) : nullptr;
+    keepsPoints = keepsPoints || goesBack || position - ringEnd > stepSize;
+    const Inflater* point = keepsPoints ? points.before(index, position) : nullptr;
     if (goesBack || (point != nullptr && point->made() > ringEnd)) {
         keepHead();
         if (point != nullptr) {
@@ -76,17 +76,17 @@ void InflatedEntry::goTo(std::uint64_t position) {
     }
 }
 
-// Makes the next bytes, at least one, or finds the entry's end.
+// Inflates the next bytes, at least one, or finds the entry's end.
 void InflatedEntry::advance() {
     const std::uint64_t before = ringEnd;
     do {
         inflateStep();
     } while (ringEnd == before && ringEnd < end());
-    // What ends the data stands behind the last byte, and has to be seen ahead of giving that byte.
+    // The end mark follows the last byte, and must be checked before that byte is returned.
     while (ringEnd == info.size && inflater.state() == Inflater::State::Running) {
         inflateStep();
     }
-    if (wantsPoints && inflater.state() == Inflater::State::Running) {
+    if (keepsPoints && inflater.state() == Inflater::State::Running) {
         points.offer(index, inflater);
     }
 }
@@ -104,7 +104,7 @@ void InflatedEntry::inflateStep() {
     const Inflater::Step step = inflater.run(input, {ring.get() + place, room});
     inflatedBytes += step.made;
 
-    // zlib may have used all the room, so what stood there is lost.
+    // zlib may have used all the room, so what was there is lost.
     const std::uint64_t reach = ringEnd + room;
     ringStart = std::max(ringStart, reach > ringSize ? reach - ringSize : 0);
     const auto made =
@@ -116,8 +116,8 @@ void InflatedEntry::inflateStep() {
     if (step.made > made) {
         dataEnd = info.size;
         inflater.stop();
-        report(FaultKind::Damaged,
-               "its data go on behind its " + std::to_string(info.size) + " bytes");
+        report(FaultKind::Damaged, "its data continue after its declared size of " +
+                                       std::to_string(info.size) + " bytes");
     } else if (inflater.state() == Inflater::State::Running && isStuck) {
         inflater.stop();
         endEarly(ringEnd);
@@ -127,7 +127,7 @@ void InflatedEntry::inflateStep() {
     }
 }
 
-// Keeps the entry's first bytes ahead of their leaving the ring.
+// Keeps the entry's first bytes before they leave the ring.
 void InflatedEntry::keepHead() {
     if (ringStart == 0) {
         const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(headSize, ringEnd));

@@ -12,13 +12,13 @@
 
 namespace olmhost {
 
-// A deflated entry. Goes on inflating where it stopped, for whichever handle reads next.
+// A deflated entry. Continues inflating where it stopped, for whichever handle reads next.
 //
-// Held: the bytes inflated last, in a ring, so that a reader that read ahead may come back a
+// Holds the bytes inflated last, in a ring, so that a reader that read ahead may come back a
 // little; the entry's first bytes, so that a document's beginning can be read again for each of its
-// items; and, once somebody has skipped a stretch or gone back a long way, InflatePoints. An entry
-// that is read straight through makes no points. An object serves one entry after the other and
-// keeps its memory.
+// items; and, once a reader has skipped a stretch or gone back a long way, InflatePoints. An entry
+// that is read sequentially makes no points. An object serves one entry after another and keeps its
+// memory.
 class InflatedEntry final : public EntryData {
 public:
     static constexpr std::size_t ringSize = std::size_t{128} << 10;
@@ -26,14 +26,14 @@ public:
     static constexpr std::size_t stepSize = std::size_t{32}
                                             << 10; // bytes inflated at once, at most
 
-    // All are borrowed and must outlive the entry; `inflatedBytes` counts what is inflated.
+    // All are borrowed and must outlive the entry. Adds to `inflatedBytes` what is inflated.
     InflatedEntry(ArchiveBytes& bytes, ArchiveFile& file, InflatePoints& points,
                   std::uint64_t& inflatedBytes);
 
     // Begins with another entry.
     void begin(std::uint64_t newIndex, const EntryInfo& newInfo);
 
-    // The entry that it stands for.
+    // Returns the entry's index in the directory.
     std::uint64_t entryIndex() const { return index; }
 
     std::size_t read(std::uint64_t position, void* buffer, std::size_t size) override;
@@ -48,11 +48,11 @@ private:
     InflatePoints& points;
     std::uint64_t& inflatedBytes;
     Inflater inflater;
-    std::unique_ptr<std::byte[]> ring; // the byte at position p stands at p % ringSize
+    std::unique_ptr<std::byte[]> ring; // the byte at position p is at p % ringSize
     std::uint64_t ringStart = 0;       // position of the oldest byte in it
-    std::uint64_t ringEnd = 0;         // and behind the newest; past the entry's end never
+    std::uint64_t ringEnd = 0;         // of the byte after the newest; at most the entry's end
     std::vector<std::byte> head;       // the first bytes, once they have left the ring
-    bool wantsPoints = false;
+    bool keepsPoints = false;
 };
 
 } // namespace olmhost

@@ -6,7 +6,7 @@ namespace olmhost {
 
 namespace {
 
-constexpr int rawDeflate = -MAX_WBITS;
+constexpr int rawDeflate = -MAX_WBITS; // no zlib header
 
 } // namespace
 
@@ -43,7 +43,7 @@ Inflater::~Inflater() {
 }
 
 void Inflater::reset() {
-    // A stream that a failed copy has left without its state is made anew.
+    // A failed copy leaves a stream without its state: it is initialized again.
     if (inflateReset(&stream) != Z_OK && inflateInit2(&stream, rawDeflate) != Z_OK) {
         throw std::bad_alloc();
     }
@@ -53,7 +53,7 @@ void Inflater::reset() {
 }
 
 Inflater::Step Inflater::run(std::span<const std::byte> input, std::span<std::byte> output) {
-    // zlib takes the input as not const, and only reads it.
+    // zlib's input is not const, but is only read.
     stream.next_in = reinterpret_cast<Bytef*>(const_cast<std::byte*>(input.data()));
     stream.avail_in = static_cast<uInt>(input.size());
     stream.next_out = reinterpret_cast<Bytef*>(output.data());

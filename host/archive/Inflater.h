@@ -9,32 +9,32 @@
 
 namespace olmhost {
 
-// A raw deflate stream being inflated, with the two positions it stands at. Can be copied at any
-// point, and the copy goes on from there; that costs about 40 KB.
+// Inflates a raw deflate stream, and knows its position in both the deflated and the inflated data.
+// Can be copied at any point, and the copy continues from there; a copy takes about 40 KB.
 class Inflater {
 public:
     enum class State { Running, Finished, Broken };
 
-    // What one step did.
+    // What one step did, in bytes.
     struct Step {
-        std::size_t taken;
-        std::size_t made;
+        std::size_t taken; // of the input
+        std::size_t made;  // of the output
     };
 
-    // Throws std::bad_alloc, as do the others.
+    // Throws std::bad_alloc, as all operations do.
     Inflater();
     Inflater(const Inflater& other);
     Inflater& operator=(const Inflater& other);
     ~Inflater();
 
-    // Back to the start, for any stream.
+    // Prepares for another stream.
     void reset();
 
-    // Inflates from `input`, the bytes that follow those taken so far, into `output`. A step that
-    // neither takes nor makes anything needs more input.
+    // Inflates from `input`, the bytes after those taken so far, into `output`. A step that neither
+    // takes nor makes anything needs more input.
     Step run(std::span<const std::byte> input, std::span<std::byte> output);
 
-    // Gives the stream up as broken.
+    // Marks the stream as broken.
     void stop() { progress = State::Broken; }
 
     State state() const { return progress; }
@@ -42,7 +42,8 @@ public:
     std::uint64_t made() const { return madeBytes; }   // of the inflated data, so far
 
 private:
-    // zlib keeps a pointer back to it, so it may not move; copying it leaves the source as it was.
+    // zlib keeps a pointer to it, so it may not move. Mutable since copying takes a non-const
+    // source.
     mutable z_stream stream = {};
     State progress = State::Running;
     std::uint64_t takenBytes = 0;

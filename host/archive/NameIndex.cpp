@@ -16,7 +16,7 @@ std::uint32_t hashOf(std::string_view text) {
     return static_cast<std::uint32_t>(std::hash<std::string_view>{}(text));
 }
 
-// The name as archives write names, whatever way the request does.
+// Returns the name as archives write names.
 std::string withPlainSlashes(std::string_view name) {
     std::string plain(name);
     std::replace(plain.begin(), plain.end(), '\\', '/');
@@ -37,11 +37,11 @@ template <typename Keys, typename NameOf> void arrange(Keys& keys, NameOf nameOf
         const int order = left.row == right.row ? 0 : nameOf(left.row).compare(nameOf(right.row));
         return order != 0 ? order < 0 : left.row < right.row;
     });
-    const auto behind =
+    const auto repeated =
         std::unique(keys.begin(), keys.end(), [&](const auto& left, const auto& right) {
             return left.hash == right.hash && nameOf(left.row) == nameOf(right.row);
         });
-    keys.erase(behind, keys.end());
+    keys.erase(repeated, keys.end());
     keys.shrink_to_fit();
 }
 
@@ -76,7 +76,7 @@ std::optional<NameIndex::Row> NameIndex::findAsWritten(std::string_view name) {
     return lookUp<Row>(asWritten.keys, name, nameOfRow);
 }
 
-// The first of the files whose composed name this is, whether it is written so or not.
+// Returns the first file with this composed name, whether it is written so or not.
 std::optional<NameIndex::Row> NameIndex::findComposed(std::string_view name) {
     if (!composed.isBuilt) {
         buildComposed();

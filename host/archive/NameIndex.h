@@ -10,29 +10,29 @@
 
 namespace olmhost {
 
-// Finds a file among the rows of a directory by its name. Holds eight bytes a file and no names;
+// Finds a file among the rows of a directory by its name. Holds eight bytes per file and no names;
 // each of its two halves is built when it is first needed.
 class NameIndex {
 public:
     using Row = std::uint32_t;
 
-    // Gives the name of a row; must stay valid and give the same as long as the index is used.
+    // Returns the name of a row, always the same one, valid as long as the index is used.
     using NameOfRow = std::function<std::string_view(Row)>;
 
     NameIndex(Row rowCount, NameOfRow nameOfRow)
         : rowCount(rowCount), nameOfRow(std::move(nameOfRow)) {}
 
-    // The first file of that name. Matched byte for byte first; then with "\" for "/" and without
-    // one leading "/" or "./"; then that, in composed form, against the names in composed form.
+    // Returns the first file of that name. Matches byte for byte first; then with "\" replaced by
+    // "/" and without one leading "/" or "./"; then both sides in composed form.
     std::optional<Row> find(std::string_view name);
 
 private:
     struct Key {
-        std::uint32_t hash; // of the name, in the form that the half goes by
+        std::uint32_t hash; // of the name, in the form of the half
         Row row;
     };
 
-    // A half of the index, in the order of hash, name and row.
+    // A half of the index, sorted by hash, name and row.
     struct Half {
         bool isBuilt = false;
         std::vector<Key> keys;
@@ -46,7 +46,7 @@ private:
     Row rowCount;
     NameOfRow nameOfRow;
     Half asWritten;
-    Half composed; // only files whose name is not in composed form already
+    Half composed; // only files whose name is not in composed form
 };
 
 } // namespace olmhost

@@ -9,11 +9,11 @@
 
 namespace olmhost {
 
-// What was read, and found wrong, while one message was made.
+// What was read, and which faults were found, while one message was written.
 struct ReadAccount {
-    std::vector<EntryFault> faults; // in the order of finding, also those that were known before
+    std::vector<EntryFault> faults; // in the order of finding, also those known before
 
-    // Entries asked for by name, in that order. Shared with their streams, which a module that
+    // Entries requested by name, in that order. Shared with their streams, which a module that
     // fails may leave open.
     std::vector<std::shared_ptr<MemberRead>> members;
 };

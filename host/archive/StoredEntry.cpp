@@ -13,8 +13,8 @@ StoredEntry::StoredEntry(ArchiveBytes& bytes, ArchiveFile& file, std::uint64_t i
     if (end() < info.size) {
         endEarly(end());
     } else if (info.compressedSize != info.size) {
-        report(FaultKind::Damaged,
-               "its data go on behind its " + std::to_string(info.size) + " bytes");
+        report(FaultKind::Damaged, "its data continue after its declared size of " +
+                                       std::to_string(info.size) + " bytes");
     }
 }
 
@@ -22,9 +22,10 @@ std::size_t StoredEntry::read(std::uint64_t position, void* buffer, std::size_t 
     if (position >= end()) {
         return 0;
     }
-    const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(size, end() - position));
-    const std::size_t count = bytes.read(info.dataOffset + position, buffer, wanted);
-    if (count < wanted) {
+    const auto available =
+        static_cast<std::size_t>(std::min<std::uint64_t>(size, end() - position));
+    const std::size_t count = bytes.read(info.dataOffset + position, buffer, available);
+    if (count < available) {
         endEarly(position + count);
     }
     check(position, buffer, count);

@@ -5,7 +5,7 @@
 
 namespace olmhost {
 
-// An entry that lies in the archive as it is.
+// An entry that is stored without compression.
 class StoredEntry final : public EntryData {
 public:
     StoredEntry(ArchiveBytes& bytes, ArchiveFile& file, std::uint64_t index, const EntryInfo& info);

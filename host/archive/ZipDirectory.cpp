@@ -11,7 +11,7 @@ namespace olmhost {
 
 namespace {
 
-constexpr std::size_t longestEntryName = 0xFFFF; // bytes
+constexpr std::size_t maxEntryName = 0xFFFF; // bytes (APPNOTE 4.4.10)
 
 bool isSystemError(int code) {
     return code == ZIP_ER_READ || code == ZIP_ER_SEEK || code == ZIP_ER_TELL ||
@@ -47,7 +47,7 @@ ZipDirectory::~ZipDirectory() {
     zip_error_fini(&readError);
 }
 
-// Tells why libzip didn't open the archive.
+// Returns why libzip didn't open the archive.
 OpenFailure ZipDirectory::judge(zip_error_t& error) {
     constexpr std::string_view localHeader("PK\3\4", 4);
     const int code = zip_error_code_zip(&error);
@@ -63,7 +63,7 @@ OpenFailure ZipDirectory::judge(zip_error_t& error) {
     bytes->read(0, start, sizeof start);
     const bool startsAsZip = std::string_view(start, sizeof start) == localHeader;
     if (code == ZIP_ER_NOZIP && !startsAsZip) {
-        return {OpenFailureKind::NotAnArchive, "is no ZIP archive"};
+        return {OpenFailureKind::NotAnArchive, "is not a ZIP archive"};
     }
     return {OpenFailureKind::Damaged, "is cut off or damaged: it has no readable directory"};
 }
@@ -81,11 +81,11 @@ const char* ZipDirectory::name(std::uint64_t index) const {
         return raw;
     }
     const char* converted = zip_get_name(zip, index, ZIP_FL_UNCHANGED | ZIP_FL_ENC_GUESS);
-    return converted == nullptr || std::strlen(converted) > longestEntryName ? raw : converted;
+    return converted == nullptr || std::strlen(converted) > maxEntryName ? raw : converted;
 }
 
 EntryInfo ZipDirectory::info(std::uint64_t index) const {
-    const std::lock_guard lock(turn);
+    const std::lock_guard lock(mutex);
     zip_stat_t state;
     zip_stat_init(&state);
     EntryInfo info;
@@ -101,14 +101,14 @@ EntryInfo ZipDirectory::info(std::uint64_t index) const {
 
 std::uint64_t ZipDirectory::findData(std::uint64_t index, ArchiveBytes& callersBytes,
                                      std::string& reason) {
-    const std::lock_guard lock(turn);
+    const std::lock_guard lock(mutex);
     bytes = &callersBytes;
     zip_file_t* file = zip_fopen_index(zip, index, ZIP_FL_UNCHANGED | ZIP_FL_COMPRESSED);
     if (file == nullptr) {
         reason = zip_strerror(zip);
         return 0;
     }
-    // libzip doesn't tell where the data lie, but reading their first byte shows it.
+    // libzip has no function for the offset of the data, but reading their first byte shows it.
     char first = 0;
     const zip_int64_t count = zip_fread(file, &first, 1);
     if (count != 1) {
@@ -129,7 +129,7 @@ zip_int64_t ZipDirectory::readNext(void* data, zip_uint64_t length) {
     return static_cast<zip_int64_t>(count);
 }
 
-// The archive's file as libzip wants to see it.
+// Serves the archive's file to libzip.
 zip_int64_t ZipDirectory::serve(void* self, void* data, zip_uint64_t length,
                                 zip_source_cmd_t command) {
     auto& directory = *static_cast<ZipDirectory*>(self);

@@ -16,14 +16,14 @@ namespace olmhost {
 
 // The directory of a ZIP archive: libzip, reading through ArchiveBytes.
 //
-// libzip reads the directory and finds an entry's data; the data themselves are read straight from
-// the ArchiveBytes, since libzip's own streams neither seek in deflated entries nor can be reused.
+// libzip reads the directory and finds an entry's data; the data are read directly from the
+// ArchiveBytes, since libzip's own streams can neither seek in deflated entries nor be reused.
 //
-// One directory serves any number of threads: they take turns.
+// One directory serves any number of threads, one at a time.
 class ZipDirectory {
 public:
-    // Null with `failure` filled when there is no readable directory. `bytes` is borrowed for the
-    // call.
+    // Returns null, with `failure` filled, when there is no readable directory. `bytes` is borrowed
+    // for the call.
     static std::unique_ptr<ZipDirectory> open(ArchiveBytes& bytes, OpenFailure& failure);
 
     ~ZipDirectory();
@@ -32,16 +32,16 @@ public:
 
     std::uint64_t entryCount() const;
 
-    // The name of an entry, with a 0 byte behind it: as it stands when it is UTF-8, flagged so or
-    // not, otherwise converted from code page 437. Valid as long as the directory is.
+    // Returns the name of an entry, followed by a 0 byte: as it is when it is UTF-8, flagged so or
+    // not, otherwise converted from code page 437. Valid as long as the directory.
     const char* name(std::uint64_t index) const;
 
-    // All that the directory says of an entry; `dataOffset` stays 0.
+    // Returns the directory's data of an entry; `dataOffset` stays 0. All 0 for an unknown one.
     EntryInfo info(std::uint64_t index) const;
 
-    // Where the entry's data begin in the archive, which is read through `callersBytes`;
-    // 0 when they can't be found, with the reason in `reason`. The entry must have data and must
-    // not be encrypted.
+    // Returns where the entry's data begin in the archive, which is read through `callersBytes`; 0
+    // when they can't be found, with the reason in `reason`.
+    // REQUIRES: the entry has data and is not encrypted.
     std::uint64_t findData(std::uint64_t index, ArchiveBytes& callersBytes, std::string& reason);
 
 private:
@@ -51,8 +51,8 @@ private:
     zip_int64_t readNext(void* data, zip_uint64_t length);
     OpenFailure judge(zip_error_t& error);
 
-    mutable std::mutex turn;
-    ArchiveBytes* bytes; // of the caller whose turn it is
+    mutable std::mutex mutex;
+    ArchiveBytes* bytes; // of the caller that holds the mutex
     zip_t* zip = nullptr;
     std::uint64_t position = 0;     // of libzip's reading
     std::uint64_t lastReadFrom = 0; // where libzip's last read began

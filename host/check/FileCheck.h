@@ -8,6 +8,7 @@
 
 #include "host/check/Finding.h"
 #include "host/check/RandomAccess.h"
+#include "host/stream/Export.h"
 
 namespace olmhost {
 
@@ -59,11 +60,11 @@ struct CheckResult {
 // and a fraction of the size. Throws nothing but std::bad_alloc.
 //
 // `file` is borrowed; nothing else may use it during the call.
-CheckResult checkFile(RandomAccess& file, const CheckOptions& options = {});
+OLMHOST_EXPORT CheckResult checkFile(RandomAccess& file, const CheckOptions& options = {});
 
 // The same for the regular file at `path` (bytes as the file system takes them). When it can't be
 // opened, errorNumber says why.
-CheckResult checkFile(const std::string& path, const CheckOptions& options = {});
+OLMHOST_EXPORT CheckResult checkFile(const std::string& path, const CheckOptions& options = {});
 
 } // namespace olmhost
 

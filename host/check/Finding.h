@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "host/stream/Export.h"
+
 namespace olmhost {
 
 // How bad a finding is.
@@ -156,15 +158,15 @@ struct Finding {
 };
 
 // Returns the name of a code, such as "sector-orphan". It never changes, so scripts may rely on it.
-const char* findingName(FindingCode code);
+OLMHOST_EXPORT const char* findingName(FindingCode code);
 
 // Returns the section with the rule that a finding of this code breaks, such as "MS-CFB 2.3".
-const char* findingRule(FindingCode code);
+OLMHOST_EXPORT const char* findingRule(FindingCode code);
 
-Severity findingSeverity(FindingCode code);
+OLMHOST_EXPORT Severity findingSeverity(FindingCode code);
 
 // Returns "advice", "warning" or "error".
-const char* severityName(Severity severity);
+OLMHOST_EXPORT const char* severityName(Severity severity);
 
 } // namespace olmhost
 

@@ -6,10 +6,12 @@
 #include <span>
 #include <string>
 
+#include "host/stream/Export.h"
+
 namespace olmhost {
 
 // Bytes that can be read from any place: a file, a buffer, whatever the caller has.
-class RandomAccess {
+class OLMHOST_EXPORT RandomAccess {
 public:
     virtual ~RandomAccess() = default;
 
@@ -22,7 +24,7 @@ public:
 };
 
 // The bytes of a buffer.
-class MemoryAccess : public RandomAccess {
+class OLMHOST_EXPORT MemoryAccess : public RandomAccess {
 public:
     // `bytes` is borrowed and must outlive the object.
     explicit MemoryAccess(std::span<const std::byte> bytes) : bytes(bytes) {}
@@ -35,7 +37,7 @@ private:
 };
 
 // The bytes of a regular file.
-class FileAccess : public RandomAccess {
+class OLMHOST_EXPORT FileAccess : public RandomAccess {
 public:
     FileAccess() = default;
     FileAccess(const FileAccess&) = delete;

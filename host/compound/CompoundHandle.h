@@ -18,13 +18,13 @@ public:
     CompoundHandle(CompoundOutput& owner, EntryReference reference)
         : output(owner), entry(reference) {}
 
-    // Closes the handle: settle(), then it is deleted.
+    // Closes the handle: calls settle() and deletes it.
     void end() override;
 
-    // Puts what the handle still holds into the file. Once done, another call does nothing.
+    // Writes what the handle still holds to the file. A second call does nothing.
     virtual void settle() noexcept {}
 
-    // Its place among the open handles: the output's affair.
+    // Its position among the open handles; set by the output.
     std::list<std::unique_ptr<CompoundHandle>>::iterator place;
 
 protected:

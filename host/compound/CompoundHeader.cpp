@@ -8,14 +8,14 @@ std::array<std::byte, sectorSize> CompoundHeader::encoded() const {
     std::array<std::byte, sectorSize> place;
     FieldWriter fields(place);
 
-    fields.number(std::uint64_t{0xE11AB1A1E011CFD0}); // signature
+    fields.number(headerSignature);
     fields.zeros(sizeof(ClassId));
-    fields.number(std::uint16_t{0x003E}); // minor version
-    fields.number(std::uint16_t{3});      // major version
-    fields.number(std::uint16_t{0xFFFE}); // low byte first
+    fields.number(headerMinorVersion);
+    fields.number(headerMajorVersion);
+    fields.number(headerByteOrder);
     fields.number(std::uint16_t{sectorShift});
     fields.number(std::uint16_t{miniSectorShift});
-    fields.zeros(6);
+    fields.zeros(headerReservedSize);
     fields.number(std::uint32_t{0}); // directory sectors: not counted in version 3
     fields.number(tableSectors);
     fields.number(firstDirectorySector);

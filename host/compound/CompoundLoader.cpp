@@ -6,10 +6,6 @@ namespace olmhost {
 
 namespace {
 
-constexpr std::uint64_t signature = 0xE11AB1A1E011CFD0;
-constexpr std::uint16_t majorVersion = 3;
-constexpr std::uint16_t lowByteFirst = 0xFFFE;
-
 constexpr std::uint64_t wholeChain = 0xFFFFFFFFFFFFFFFF;
 
 std::uint64_t partsOf(std::uint64_t size, std::uint64_t partSize) {
@@ -32,7 +28,7 @@ bool CompoundLoader::takeSector(SectorNumber number) {
         return fail("a chain of sectors leads out of the file");
     }
     if (isTaken[number]) {
-        return fail("a sector belongs to two chains, or to one twice");
+        return fail("a sector is in two chains, or in one twice");
     }
     isTaken[number] = true;
     return true;
@@ -43,13 +39,13 @@ bool CompoundLoader::takeMiniSector(SectorNumber number) {
         return fail("a chain of mini sectors leads out of their stream");
     }
     if (isMiniTaken[number]) {
-        return fail("a mini sector belongs to two chains, or to one twice");
+        return fail("a mini sector is in two chains, or in one twice");
     }
     isMiniTaken[number] = true;
     return true;
 }
 
-// The chain from `first` on: `count` sectors, or all up to its end.
+// Takes the chain from `first` on: `count` sectors, or all up to its end.
 bool CompoundLoader::takeChain(SectorNumber first, std::uint64_t count,
                                std::vector<SectorNumber>& chain) {
     SectorNumber number = first;
@@ -68,13 +64,13 @@ bool CompoundLoader::takeChain(SectorNumber first, std::uint64_t count,
 
 bool CompoundLoader::loadHeader() {
     FieldReader fields(reader.file.first(std::min(reader.file.size(), sectorSize)));
-    const bool isSigned = fields.number<std::uint64_t>() == signature;
+    const bool isSigned = fields.number<std::uint64_t>() == headerSignature;
     fields.bytes(sizeof(ClassId) + sizeof(std::uint16_t)); // and the minor version
     const auto version = fields.number<std::uint16_t>();
     const auto byteOrder = fields.number<std::uint16_t>();
     const auto shift = fields.number<std::uint16_t>();
     const auto miniShift = fields.number<std::uint16_t>();
-    fields.bytes(6 + sizeof(std::uint32_t)); // reserved, directory sectors
+    fields.bytes(headerReservedSize + sizeof(std::uint32_t)); // reserved, directory sectors
     const auto tableCount = fields.number<std::uint32_t>();
     firstDirectorySector = fields.number<SectorNumber>();
     fields.bytes(sizeof(std::uint32_t)); // transaction
@@ -82,13 +78,13 @@ bool CompoundLoader::loadHeader() {
     firstMiniTableSector = fields.number<SectorNumber>();
     miniTableCount = fields.number<std::uint32_t>();
     const auto firstIndex = fields.number<SectorNumber>();
-    fields.bytes(sizeof(std::uint32_t)); // index sectors: their chain tells
+    fields.bytes(sizeof(std::uint32_t)); // index sectors: their chain is followed
     if (!isSigned || reader.file.size() < sectorSize) {
-        return fail("it is no compound file");
+        return fail("it is not a compound file");
     }
-    if (version != majorVersion || byteOrder != lowByteFirst || shift != sectorShift ||
+    if (version != headerMajorVersion || byteOrder != headerByteOrder || shift != sectorShift ||
         miniShift != miniSectorShift || cutOff != miniStreamLimit) {
-        return fail("it is no compound file of version 3");
+        return fail("it is not a compound file of version 3");
     }
     return loadTable(fields, firstIndex, tableCount);
 }
@@ -113,14 +109,14 @@ bool CompoundLoader::loadTable(FieldReader& headerIndex, SectorNumber firstIndex
         }
         index = FieldReader(sector.last(sizeof(SectorNumber))).number<SectorNumber>();
     }
-    // The table has a place for each sector, so that no look-up runs past its end.
+    // The table has a number for each sector, so that no look-up leaves it.
     if (std::uint64_t{tableCount} * numbersPerSector < reader.sectorCount) {
         reader.sectorCount = static_cast<SectorNumber>(tableCount * numbersPerSector);
     }
     return true;
 }
 
-// Takes the numbers of the FAT's sectors, as far as there are any left.
+// Takes the numbers of the FAT's sectors, until `tableCount` are known.
 bool CompoundLoader::takeIndex(FieldReader fields, std::size_t places, std::uint32_t tableCount) {
     for (std::size_t i = 0; i < places && reader.tableSectors.size() < tableCount; ++i) {
         const auto number = fields.number<SectorNumber>();
@@ -166,7 +162,7 @@ bool CompoundLoader::loadEntry(ByteSpan record) {
     fields.bytes(sizeof(ClassId) + sizeof(std::uint32_t) + 2 * sizeof(std::uint64_t));
     CompoundReader::Entry entry;
     entry.firstSector = fields.number<SectorNumber>();
-    entry.size = fields.number<std::uint32_t>(); // the upper half says nothing in version 3
+    entry.size = fields.number<std::uint32_t>(); // the upper half is ignored in version 3
 
     found.type = static_cast<EntryType>(type);
     switch (found.type) {
@@ -206,9 +202,9 @@ bool CompoundLoader::linkEntries() {
     return true;
 }
 
-// Walks the tree of one storage, and adds the storages in it to those that are to be walked.
+// Walks the tree of one storage, and adds the storages in it to those that are still to be walked.
 bool CompoundLoader::linkChildren(EntryId storage, std::vector<EntryId>& storages) {
-    std::vector<EntryId> above; // the way to here, whose right sides still come
+    std::vector<EntryId> above; // the path to here, whose right sides still come
     EntryId id = links[storage].child;
     while (id != noEntry || !above.empty()) {
         while (id != noEntry) {
@@ -244,7 +240,7 @@ bool CompoundLoader::loadMiniStream() {
 bool CompoundLoader::checkStreams() {
     for (EntryId id = 0; id < links.size(); ++id) {
         CompoundReader::Entry& entry = reader.entries[id];
-        // What no storage leads to is left out, with whatever is wrong in it.
+        // An entry that is in no storage is left out, with whatever is wrong in it.
         if (links[id].type != EntryType::Stream || !isLinked[id]) {
             entry.size = 0;
         } else if (!checkStream(entry)) {

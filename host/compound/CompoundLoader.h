@@ -10,23 +10,23 @@
 
 namespace olmhost {
 
-// Fills a CompoundReader from bytes that nobody has looked at yet.
+// Fills a CompoundReader from bytes that may be anything.
 //
-// Each sector is marked when something takes it, and nothing may take it twice: chains that run in
-// circles or into each other end there.
+// Each sector is marked when it is used, and none may be used twice: that stops chains that run in
+// circles or into each other.
 class CompoundLoader {
 public:
     // `target` is borrowed; its file is set.
     explicit CompoundLoader(CompoundReader& target) : reader(target) {}
 
-    // False when the file is damaged or no compound file.
+    // Returns false when the file is damaged or not a compound file.
     bool load();
 
-    // What is wrong with it.
+    // Returns what is wrong with it.
     const std::string& failure() const { return reason; }
 
 private:
-    // Links of the directory's tree, as they stand in the file.
+    // Links of the directory's tree, as in the file (MS-CFB 2.6.1).
     struct Links {
         EntryType type = EntryType::Unused;
         EntryId left = noEntry;

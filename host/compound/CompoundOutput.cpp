@@ -74,7 +74,7 @@ template <typename HandleType> HandleType* CompoundOutput::keep(EntryReference e
     return handle;
 }
 
-// Tells the watcher of a storage or stream that was made.
+// Notifies the watcher of a storage or stream that was made.
 template <typename HandleType>
 void CompoundOutput::announce(HandleType& handle, EntryReference parent, EntryReference entry,
                               std::u16string_view name) {

@@ -15,58 +15,57 @@
 
 namespace olmhost {
 
-// The output that a request names; it stands for one message.
+// The output of a request: one message.
 //
-// Either a compound file comes out of it, by way of createRoot(), or raw bytes do, by way of
-// writeBytes(): never both. The storages and streams of the file belong to it until they are
-// closed. Whoever made the output ends it by destroying it; the module's `close` leaves it alone.
+// It writes either a compound file, after createRoot(), or raw bytes, by writeBytes(): never both.
+// It owns the storages and streams of the file until they are closed. Its creator ends it by
+// destroying it; the module's `close` does nothing.
 class CompoundOutput : public Handle {
 public:
-    // Both are borrowed and must outlive the output. `watcher`, unless null, is told of what is
+    // Both are borrowed and must outlive the output. `watcher`, unless null, is notified of what is
     // made.
     explicit CompoundOutput(ByteSink& target, CompoundWatcher* watcher = nullptr);
 
-    // Gives back every storage and stream that hangs from it. A root that is open then leaves the
-    // file unfinished, with a blank header.
+    // Deletes every storage and stream that is still open. If the root is, the file stays
+    // unfinished, with a blank header.
     ~CompoundOutput() override;
 
-    // A root storage was made and closed, and every byte of the file went out.
+    // Returns true when a root storage was made and closed and the sink has every byte of the file.
     bool isWhole() const;
 
-    // The sink refused bytes, or memory ran out on the way to it: the file can't become whole.
+    // Returns true when the sink has failed or memory has run out: the file can't be finished.
     bool failed() const;
 
-    // A stream met the largest size that the format has, so what was written behind that is not
-    // in it. The file itself can be whole all the same.
+    // Returns true when a stream has reached the largest size of the format, so that it lacks what
+    // was written after that. The file can be whole all the same.
     bool lostBytes() const { return hasLostBytes; }
 
-    // Storages and streams that were made and not closed yet.
+    // Returns the number of open storages and streams.
     std::size_t openHandles() const { return handles.size(); }
 
-    // Raw bytes, straight to the sink. Refused once there is a root storage.
+    // Writes raw bytes directly to the sink. Refused once there is a root storage.
     std::int32_t writeBytes(const void* data, std::uint32_t size, std::uint32_t& count) override;
 
-    // Nothing: the output belongs to whoever made it.
+    // Does nothing: the output belongs to its creator.
     void end() override {}
 
-    // The file's root storage; null when there is one already or raw bytes went out. The handle
-    // is closed by its caller, as those of the two functions below.
+    // Creates the file's root storage. Returns null when there is one or raw bytes were written.
+    // The caller closes the handle, as those of the next two functions.
     CompoundHandle* createRoot();
 
-    // A storage or stream called `name` in `parent`, in the place of one that has that name. Null
-    // when the name can't stand in a compound file, the parent was itself replaced, or the file
-    // is finished. A failed sink is no reason: the writes will tell.
+    // Creates a storage or stream called `name` in `parent`, and replaces one that has that name.
+    // Returns null when the name is not valid in a compound file, the parent was itself replaced,
+    // or the file is finished. A failed sink is reported by the writes instead.
     CompoundHandle* createStorage(EntryReference parent, std::u16string_view name);
     CompoundHandle* createStream(EntryReference parent, std::u16string_view name);
 
-    // For the handles alone: the root was closed, so that the file is finished with what its
-    // streams hold.
+    // Only for the handles: the root was closed. Finishes the file with what its streams hold.
     void finish() noexcept;
 
-    // For the handles alone: bytes were refused because their stream can't be longer.
+    // Only for the handles: bytes were refused because their stream can't be longer.
     void noteLostBytes() { hasLostBytes = true; }
 
-    // For the handles alone: deletes the handle.
+    // Only for the handles: deletes the handle.
     void release(CompoundHandle& handle) noexcept;
 
 private:
@@ -80,7 +79,7 @@ private:
     ByteSink& sink;
     CompoundWatcher* watcher;
     std::optional<CompoundWriter> writer;               // from createRoot() on
-    std::list<std::unique_ptr<CompoundHandle>> handles; // the open ones, in order of their making
+    std::list<std::unique_ptr<CompoundHandle>> handles; // the open ones, in order of creation
     bool hasRawBytes = false;
     bool rawFailed = false;
     bool hasLostBytes = false;

@@ -12,9 +12,9 @@ namespace olmhost {
 
 // A compound file (MS-CFB, version 3) in memory: its storages and streams.
 //
-// The bytes may come from anywhere. Opening looks at the header, the tables, the directory and the
-// chain of every stream, and takes each sector for one purpose only; so it costs time and memory in
-// proportion to the file's size, and whatever it lets through can be read without a failure.
+// The bytes may be anything. open() checks the header, the tables, the directory and the chain of
+// every stream, and uses each sector only once; so it costs time and memory in proportion to the
+// file's size, and an opened file can be read without a failure.
 class CompoundReader {
 public:
     struct Entry {
@@ -25,20 +25,20 @@ public:
         std::vector<EntryId> children; // of a storage, in the order of the directory's tree
     };
 
-    // `file` is borrowed and must outlive the reader. Null when it is no compound file or a damaged
-    // one, with the reason in `failure`: a part of a sentence, for people.
+    // `file` is borrowed and must outlive the reader. Returns null when it is not a compound file
+    // or is damaged, with the reason in `failure`: human-readable, part of a sentence.
     static std::unique_ptr<CompoundReader> open(ByteSpan file, std::string& failure);
 
-    // What the directory's place `id` holds; an unused place is a stream without a name. The root
-    // storage is at rootEntry.
+    // Returns the entry `id` of the directory; an unused one is a stream without a name. The root
+    // storage is rootEntry.
     const Entry& entry(EntryId id) const { return entries[id]; }
 
-    // Passes the bytes of the stream `id` on, at most the first `limit`, in pieces of any size. A
-    // storage has none.
+    // Passes the bytes of the stream `id` to `take`, at most the first `limit`, in pieces of any
+    // size. A storage has none.
     void read(EntryId id, const std::function<void(ByteSpan)>& take,
               std::size_t limit = largestStream) const;
 
-    // The same bytes in one piece.
+    // Returns the same bytes in one piece.
     std::vector<std::byte> bytes(EntryId id, std::size_t limit = largestStream) const;
 
 private:

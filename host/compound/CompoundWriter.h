@@ -12,40 +12,41 @@
 
 namespace olmhost {
 
-// Writes a compound file while its streams are written, in any turn.
+// Writes a compound file while its streams are written, in any order.
 //
-// Sectors are numbered as they fill up, so the output is written from front to back. Held until
-// finish(): the directory (about 120 bytes a stream), and of the tables 4 bytes for each sector
-// that is not followed by the next one. The header goes out last, over a blank one, so a file that
-// was never finished can't be taken for a whole one.
+// Sectors are numbered as they fill up, so the output is written sequentially. Held until finish():
+// the directory (about 120 bytes per stream), and of the tables 4 bytes for each sector that is not
+// followed by the next one. The header is written last, over a blank one, so an unfinished file
+// can't be mistaken for a whole one.
 class CompoundWriter {
 public:
     // `target` is borrowed and must outlive the writer.
     explicit CompoundWriter(ByteSink& target) : store(target), miniStream(store) {}
 
-    // Makes a storage or an empty stream, in the place of what has that name in `parent`. Nothing
-    // when the file is finished, `parent` was replaced itself, or the name is no good.
+    // Makes a storage or an empty stream, and replaces what has that name in `parent`. Returns none
+    // when the file is finished, `parent` was itself replaced, or the name is not valid.
     std::optional<EntryReference> make(EntryReference parent, EntryType type,
                                        std::u16string_view name);
 
-    // True while bytes of this storage or stream can still get into the file.
+    // Returns true while bytes of this storage or stream can still be written to the file.
     bool accepts(EntryReference entry) const {
         return !isFinished && !failed() && directory.isCurrent(entry);
     }
 
-    // The bytes of a stream shorter than miniStreamLimit, once. Dropped when it was replaced.
+    // Stores the bytes of a stream shorter than miniStreamLimit, once. Drops them when the stream
+    // was replaced.
     void storeShort(EntryReference stream, ByteSpan bytes);
 
-    // Where a longer stream was written to in sectors(), once; its chain has its end. Given up
-    // when the stream was replaced.
+    // Stores where a longer stream is in sectors(), once, after its chain has ended. Frees the
+    // chain when the stream was replaced.
     void storeLong(EntryReference stream, StreamPlace place);
 
-    // For the chains of long streams.
+    // Returns the sectors, for the chains of long streams.
     SectorStore& sectors() { return store; }
 
     void setClassId(const ClassId& id) { directory.setClassId(id); }
 
-    // Writes all that is still missing. Once; every stream was stored.
+    // Writes all that is still missing, once, after every stream was stored.
     void finish();
 
     bool finished() const { return isFinished; }

@@ -94,7 +94,7 @@ EntryId Directory::find(EntryId parent, std::u16string_view name) const {
 }
 
 std::size_t Directory::bucketOf(EntryId parent, std::u16string_view name) const {
-    constexpr std::size_t spread = 0x9E3779B1; // so that neighbours lie far apart
+    constexpr std::size_t spread = 0x9E3779B1; // so that neighbours are far apart
     return (hashEntryName(name) ^ (parent * spread)) & (buckets.size() - 1);
 }
 
@@ -157,7 +157,7 @@ void Directory::dropContents(EntryId id, std::vector<StreamPlace>& dropped) {
     }
 }
 
-// Turns the list of a storage's children into a tree. `children` is room to work in.
+// Turns the list of a storage's children into a tree. `children` is working memory.
 void Directory::balance(EntryId storage, std::vector<EntryId>& children) {
     children.clear();
     for (EntryId id = entries[storage].child; id != noEntry; id = entries[id].left) {
@@ -166,8 +166,8 @@ void Directory::balance(EntryId storage, std::vector<EntryId>& children) {
     std::sort(children.begin(), children.end(), [this](EntryId left, EntryId right) {
         return std::is_lt(compareEntryNames(entries[left].name(), entries[right].name()));
     });
-    // All levels but the last are full. Red nodes in the last one, when it has gaps, leave every
-    // way down with the same number of black ones.
+    // All levels except the last are full. With red nodes in the last one, when it has gaps, every
+    // path down has the same number of black ones.
     const unsigned int redDepth = std::bit_width(children.size() + 1) - 1;
     entries[storage].child = buildTree(children, 0, redDepth);
 }

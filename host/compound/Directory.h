@@ -13,19 +13,19 @@
 
 namespace olmhost {
 
-// One storage or stream, told apart from others that had the same entry before.
+// One storage or stream, distinguished from others that had the same entry before.
 struct EntryReference {
     EntryId id = rootEntry;
     std::uint32_t generation = 0;
 };
 
-// Where the bytes of a stream lie: in mini sectors when it is shorter than miniStreamLimit.
+// Where the bytes of a stream are: in mini sectors when it is shorter than miniStreamLimit.
 struct StreamPlace {
     SectorNumber firstSector = endOfChain;
     std::uint32_t size = 0; // bytes
 };
 
-// The storages and streams of a file. Names are found through a table, so making one costs the
+// The storages and streams of a file. Names are looked up in a hash table, so making one costs the
 // same however many there are.
 class Directory {
 public:
@@ -34,22 +34,22 @@ public:
 
     static constexpr EntryReference root() { return {}; }
 
-    // Makes a storage or a stream. One of that name in `parent` gives way, with all that lies in
-    // it; the places of the bytes that are lost with it are added to `dropped`. Nothing when
-    // `parent` has given way itself or the name can't stand in a directory.
+    // Makes a storage or a stream. One of that name in `parent` is replaced, with all that is in
+    // it; the places of its bytes are added to `dropped`. Returns none when `parent` was itself
+    // replaced or the name is not valid.
     std::optional<EntryReference> make(EntryReference parent, EntryType type,
                                        std::u16string_view name, std::vector<StreamPlace>& dropped);
 
-    // False once the storage or stream has given way to another.
+    // Returns false once the storage or stream was replaced.
     bool isCurrent(EntryReference reference) const;
 
-    // Tells where the bytes of a stream are; of the root, where the mini stream is.
+    // Sets where the bytes of a stream are; of the root, where the mini stream is.
     void place(EntryReference stream, StreamPlace place);
 
     void setClassId(const ClassId& id) { rootClassId = id; }
 
-    // Balances the trees and adds the directory to `store`; nothing is made or placed behind
-    // that. Gives its first sector.
+    // Balances the trees and adds the directory to `store`. Nothing is made or placed after that.
+    // Returns its first sector.
     SectorNumber finish(SectorStore& store);
 
 private:
@@ -65,8 +65,8 @@ private:
 
     std::deque<DirectoryEntry> entries;
     std::vector<EntryId> buckets;  // first entry of each; a power of two of them
-    std::size_t namedCount = 0;    // entries in the buckets: all that are used, save the root
-    EntryId firstUnused = noEntry; // the others behind it through `left`
+    std::size_t namedCount = 0;    // entries in the buckets: all that are used, except the root
+    EntryId firstUnused = noEntry; // linked to the others by `left`
     ClassId rootClassId{};
 };
 

@@ -8,11 +8,11 @@
 
 namespace olmhost {
 
-// The numbers are the format's.
+// The types of MS-CFB 2.6.1.
 enum class EntryType : std::uint8_t { Unused = 0, Storage = 1, Stream = 2, Root = 5 };
 
-// One storage or stream as the directory holds it: 96 bytes, since a message may have hundreds of
-// thousands of them.
+// One storage or stream in the directory. 96 bytes, since a message may have hundreds of thousands
+// of them.
 struct DirectoryEntry {
     std::array<char16_t, longestName> nameUnits{};
     std::uint8_t nameSize = 0; // units
@@ -30,8 +30,8 @@ struct DirectoryEntry {
     std::u16string_view name() const { return {nameUnits.data(), nameSize}; }
     void setName(std::u16string_view name); // at most longestName units
 
-    // The bytes as they stand in the file. Time stamps are left out, so that the same storage is
-    // the same bytes at any time.
+    // Returns the bytes in the file. Time stamps are left out, so that the same storage always has
+    // the same bytes.
     std::array<std::byte, directoryEntrySize> encoded(const ClassId& classId) const;
 };
 

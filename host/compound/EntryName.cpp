@@ -10,13 +10,13 @@ namespace olmhost {
 
 namespace {
 
-// One unit becomes one unit: surrogates stay as they are, and so does what has no capital of its
-// own or one outside the plane.
+// Returns the capital of one unit. Surrogates stay as they are, and so do characters without a
+// capital, or with one above U+FFFF.
 char16_t upperCased(char16_t unit) {
     if (unit < 0x80) {
         return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - (u'a' - u'A')) : unit;
     }
-    constexpr char16_t sharpS = 0xDF; // the library gives it the capital that Unicode doesn't
+    constexpr char16_t sharpS = 0xDF; // Unicode has no simple capital for it, but the library does
     if (unit == sharpS || (unit >= 0xD800 && unit <= 0xDFFF)) {
         return unit;
     }

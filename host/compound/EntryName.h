@@ -5,16 +5,17 @@
 #include <cstddef>
 #include <string_view>
 
-// The rules for names of storages and streams: two names that differ in case only are one.
+// The rules for names of storages and streams (MS-CFB 2.6.1 and 2.6.4): names that differ only in
+// case are equal.
 namespace olmhost {
 
-// 1 to 31 units, without / \ : and !
+// Returns whether the name has 1 to 31 units, without / \ : and !
 bool isValidEntryName(std::u16string_view name);
 
-// The order of a directory: shorter names first, then by upper-cased units.
+// Compares in the order of a directory: shorter names first, then by upper-cased units.
 std::strong_ordering compareEntryNames(std::u16string_view left, std::u16string_view right);
 
-// Equal for names that are one.
+// Returns a hash that is the same for equal names.
 std::size_t hashEntryName(std::u16string_view name);
 
 } // namespace olmhost

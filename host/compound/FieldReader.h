@@ -8,16 +8,16 @@
 
 namespace olmhost {
 
-// Takes a record apart field by field, numbers with their low byte first.
+// Reads a record field by field, numbers with their low byte first.
 //
-// Bytes that are not there read as nothing: a number as 0, a piece as an empty one. From then on
-// isGood() is false, so a caller may read a whole record and ask once.
+// A field after the end reads as a number 0 or as no bytes. From then on isGood() is false, so a
+// caller may read a whole record and check once.
 class FieldReader {
 public:
     // `bytes` is borrowed.
     explicit FieldReader(std::span<const std::byte> bytes) : rest(bytes) {}
 
-    // The type is the width of the field.
+    // Reads a number. The type is the width of the field.
     template <std::unsigned_integral Number> Number number() {
         Number value = 0;
         const std::span<const std::byte> field = bytes(sizeof(Number));
@@ -27,7 +27,7 @@ public:
         return value;
     }
 
-    // The next `count` bytes.
+    // Reads the next `count` bytes.
     std::span<const std::byte> bytes(std::size_t count) {
         if (count > rest.size()) {
             good = false;
@@ -41,7 +41,7 @@ public:
 
     std::size_t remaining() const { return rest.size(); }
 
-    // Whether all that was asked for was there.
+    // Returns whether all fields so far were there.
     bool isGood() const { return good; }
 
 private:

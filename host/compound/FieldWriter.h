@@ -10,13 +10,13 @@
 
 namespace olmhost {
 
-// Fills a record's place field by field, numbers with their low byte first.
+// Writes a record field by field, numbers with their low byte first.
 class FieldWriter {
 public:
-    // `place` is borrowed.
-    explicit FieldWriter(std::span<std::byte> place) : rest(place) {}
+    // `record` is borrowed.
+    explicit FieldWriter(std::span<std::byte> record) : rest(record) {}
 
-    // The type of the argument is the width of the field: name it in the call.
+    // Writes a number. The type of the argument is the width of the field: name it in the call.
     template <std::unsigned_integral Number> void number(Number value) {
         assert(rest.size() >= sizeof(Number));
         for (std::size_t i = 0; i < sizeof(Number); ++i) {
@@ -37,7 +37,7 @@ public:
         rest = rest.subspan(count);
     }
 
-    // Bytes of the place that are not filled yet.
+    // Returns the bytes of the record that are not written yet.
     std::size_t remaining() const { return rest.size(); }
 
 private:

@@ -6,6 +6,7 @@
 #include "filter/boundary/Storage.h"
 #include "host/compound/CompoundOutput.h"
 #include "host/compound/StorageHandle.h"
+#include "host/stream/Export.h"
 
 namespace olmhost {
 
@@ -58,7 +59,8 @@ bool setClassId(HostStream* storage, const void* classId) {
 
 } // namespace olmhost
 
-int32_t IOCreate(HostStream** handle, uint32_t type, void* record, uint32_t /*flags*/) {
+OLMHOST_EXPORT int32_t IOCreate(HostStream** handle, uint32_t type, void* record,
+                                uint32_t /*flags*/) {
     using olmhost::Handle;
     if (handle == nullptr || record == nullptr) {
         return Handle::statusFailed;
@@ -75,7 +77,8 @@ int32_t IOCreate(HostStream** handle, uint32_t type, void* record, uint32_t /*fl
     }
 }
 
-int32_t IOSetInfo(HostStream* handle, uint32_t type, uint32_t number, const void* information) {
+OLMHOST_EXPORT int32_t IOSetInfo(HostStream* handle, uint32_t type, uint32_t number,
+                                 const void* information) {
     using olmhost::Handle;
     if (handle == nullptr || information == nullptr || type != IORootStorage ||
         number != IOInfoClassId) {
@@ -89,7 +92,8 @@ int32_t IOSetInfo(HostStream* handle, uint32_t type, uint32_t number, const void
 }
 
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the name is the boundary's
-uint16_t* _UTwstrncpy(uint16_t* destination, const uint16_t* source, uint32_t count) {
+OLMHOST_EXPORT uint16_t* _UTwstrncpy(uint16_t* destination, const uint16_t* source,
+                                     uint32_t count) {
     uint32_t copied = 0;
     for (; copied < count && source[copied] != 0; ++copied) {
         destination[copied] = source[copied];

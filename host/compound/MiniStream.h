@@ -9,24 +9,24 @@
 
 namespace olmhost {
 
-// The stream in which all short streams lie, in mini sectors. It goes out sector by sector like
-// any long stream; held are its table and less than one sector.
+// The stream that contains all short streams, in mini sectors (MS-CFB 2.4). It is written sector by
+// sector like any long stream; its table and less than one sector are held.
 class MiniStream {
 public:
     // `target` is borrowed and must outlive the mini stream.
     explicit MiniStream(SectorStore& target) : store(target), contents(target) {}
 
-    // Stores one whole short stream and gives its first mini sector, endOfChain when it is empty.
+    // Stores one whole short stream. Returns its first mini sector; endOfChain when it is empty.
     SectorNumber append(ByteSpan bytes);
 
-    // The chain's mini sectors are nobody's.
+    // Marks the chain's mini sectors as free.
     void freeChain(SectorNumber first) { table.freeChain(first); }
 
-    // Ends the stream and adds its table to the store, telling `header` where it is. Gives the
+    // Ends the stream, adds its table to the store and stores in `header` where it is. Returns the
     // stream's first sector.
     SectorNumber finish(CompoundHeader& header);
 
-    // Bytes.
+    // Returns the size in bytes.
     std::uint64_t size() const { return table.size() * miniSectorSize; }
 
 private:

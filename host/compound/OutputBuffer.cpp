@@ -6,10 +6,10 @@
 namespace olmhost {
 
 OutputBuffer::OutputBuffer(ByteSink& target)
-    : sink(target), gathered(std::make_unique_for_overwrite<std::byte[]>(capacity)) {}
+    : sink(target), collected(std::make_unique_for_overwrite<std::byte[]>(capacity)) {}
 
 void OutputBuffer::append(ByteSpan bytes) {
-    if (bytes.size() > capacity - gatheredSize) {
+    if (bytes.size() > capacity - collectedSize) {
         flush();
     }
     if (bytes.size() >= capacity) {
@@ -17,20 +17,20 @@ void OutputBuffer::append(ByteSpan bytes) {
         return;
     }
     if (!bytes.empty()) {
-        std::memcpy(gathered.get() + gatheredSize, bytes.data(), bytes.size());
-        gatheredSize += bytes.size();
+        std::memcpy(collected.get() + collectedSize, bytes.data(), bytes.size());
+        collectedSize += bytes.size();
     }
 }
 
 void OutputBuffer::flush() {
-    if (gatheredSize != 0) {
-        deliver({gathered.get(), gatheredSize});
-        gatheredSize = 0;
+    if (collectedSize != 0) {
+        deliver({collected.get(), collectedSize});
+        collectedSize = 0;
     }
 }
 
 void OutputBuffer::overwriteStart(ByteSpan bytes) {
-    assert(gatheredSize == 0);
+    assert(collectedSize == 0);
     if (!hasFailed) {
         hasFailed = !sink.overwrite(0, bytes);
     }

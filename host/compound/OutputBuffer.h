@@ -8,8 +8,8 @@
 
 namespace olmhost {
 
-// Gathers bytes for a sink into large appends and keeps the first failure: from then on nothing is
-// given to the sink any more.
+// Collects bytes for a sink into large appends. After the first failure nothing more is passed to
+// the sink.
 class OutputBuffer {
 public:
     // `target` is borrowed and must outlive the buffer.
@@ -17,13 +17,13 @@ public:
 
     void append(ByteSpan bytes);
 
-    // Hands over what was gathered.
+    // Passes on what was collected.
     void flush();
 
     // Replaces bytes at the start of the output, all of which were flushed.
     void overwriteStart(ByteSpan bytes);
 
-    // Counts as a failure of the sink, whatever it was.
+    // Behaves as if the sink had failed.
     void fail() { hasFailed = true; }
     bool failed() const { return hasFailed; }
 
@@ -33,8 +33,8 @@ private:
     void deliver(ByteSpan bytes);
 
     ByteSink& sink;
-    std::unique_ptr<std::byte[]> gathered;
-    std::size_t gatheredSize = 0; // bytes
+    std::unique_ptr<std::byte[]> collected;
+    std::size_t collectedSize = 0; // bytes
     bool hasFailed = false;
 };
 

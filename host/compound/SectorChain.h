@@ -8,8 +8,8 @@
 
 namespace olmhost {
 
-// Bytes on their way into sectors of their own. Whole sectors go to the store as they come; only
-// what doesn't fill one yet is held.
+// Collects bytes into a chain of sectors. Whole sectors go to the store at once; only the bytes of
+// an incomplete one are held.
 class SectorChain {
 public:
     // `target` is borrowed and must outlive the chain.
@@ -17,8 +17,8 @@ public:
 
     void append(ByteSpan bytes);
 
-    // Fills the last sector up with zeros and ends the chain; nothing is appended behind that.
-    // Gives the first sector, endOfChain when there was no byte.
+    // Pads the last sector with zeros and ends the chain; nothing is appended after that. Returns
+    // the first sector; endOfChain when there were no bytes.
     SectorNumber close();
 
 private:

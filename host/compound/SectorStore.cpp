@@ -14,7 +14,7 @@ std::uint64_t dividedUp(std::uint64_t value, std::uint64_t divisor) {
     return (value + divisor - 1) / divisor;
 }
 
-// Index sectors for so many sectors of the table.
+// Returns the number of DIFAT sectors for that many sectors of the FAT.
 std::uint64_t indexSectorsFor(std::uint64_t tableSectors) {
     if (tableSectors <= tableSectorsInHeader) {
         return 0;
@@ -22,8 +22,8 @@ std::uint64_t indexSectorsFor(std::uint64_t tableSectors) {
     return dividedUp(tableSectors - tableSectorsInHeader, tableSectorsPerIndexSector);
 }
 
-// Index sector `index`: its share of the table's sectors, which lie in a row from `firstTable` on
-// to `firstIndex`, where the index sectors begin.
+// Returns DIFAT sector `index` of `count` (MS-CFB 2.5): its share of the FAT's sectors, which are
+// consecutive from `firstTable` to `firstIndex`, where the DIFAT sectors begin.
 std::array<std::byte, sectorSize> encodedIndexSector(std::uint64_t index, std::uint64_t count,
                                                      SectorNumber firstTable,
                                                      SectorNumber firstIndex) {

@@ -9,26 +9,27 @@
 
 namespace olmhost {
 
-// The file as a row of sectors, numbered in the order in which they are added. What is added goes
-// to the output at once; the table of what follows what stays here until finish().
+// The file as a sequence of sectors, numbered in the order in which they are added. They go to the
+// output at once; the table of which sector follows which is held until finish().
 class SectorStore {
 public:
     // Begins the output with a blank header. `target` is borrowed and must outlive the store.
     explicit SectorStore(ByteSink& target);
 
     // Adds `sectors`, whole ones and at least one, to the chain that ends in `last` (endOfChain:
-    // begins one). Gives the number of the chain's new last sector, which endChain() or
-    // another call has yet to give its follower; the first of the new ones is in `first`.
+    // begins one). Returns the chain's new last sector, whose follower is set by endChain() or the
+    // next call; stores the first of the new ones in `first`.
     SectorNumber append(SectorNumber last, ByteSpan sectors, SectorNumber& first);
 
-    // Nothing follows `last` any more.
+    // Ends the chain at `last`.
     void endChain(SectorNumber last) { table.set(last, endOfChain); }
 
-    // The chain's sectors are nobody's. Their bytes stay where they are.
+    // Marks the chain's sectors as free. Their bytes stay where they are.
     void freeChain(SectorNumber first) { table.freeChain(first); }
 
-    // Adds the table, then puts `header`, with the fields of the table filled in, over the blank
-    // one. Every chain has its end by now.
+    // Adds the table, then overwrites the blank header with `header`, with the fields of the table
+    // filled in.
+    // REQUIRES: every chain has ended.
     void finish(CompoundHeader header);
 
     void fail() { output.fail(); }

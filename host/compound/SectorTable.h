@@ -9,28 +9,27 @@
 
 namespace olmhost {
 
-// Which sector follows which: the FAT, and likewise the MiniFAT.
+// Which sector follows which: the FAT or the mini FAT (MS-CFB 2.3 and 2.4).
 //
-// A new sector is followed by the next number, since that is what a stream that is written alone
-// comes to. The table is held in pages of one table sector each, and a page in which every sector
-// is followed by the next number takes no memory but its pointer: 1 GB in one stream costs 128 KB
-// here, in place of 8 MB.
+// A new sector is followed by the next number, as in a stream that is written alone. The table is
+// held in pages of one table sector each, and a page in which every sector is followed by the next
+// number takes only the memory of its pointer: 1 GB in one stream costs 128 KB, instead of 8 MB.
 class SectorTable {
 public:
-    // The next number, followed by the one behind it until set() says otherwise.
+    // Adds a sector, followed by the next number until set() changes that. Returns its number.
     SectorNumber add();
 
-    // Sectors so far.
+    // Returns the number of sectors.
     std::uint64_t size() const { return count; }
 
-    // What follows `sector`, which was added: a number or one of the marks.
+    // Returns what follows `sector`, which was added: a number or a special value.
     SectorNumber next(SectorNumber sector) const;
     void set(SectorNumber sector, SectorNumber follower);
 
-    // Marks a chain that has its end as free.
+    // Marks a chain, which has ended, as free.
     void freeChain(SectorNumber first);
 
-    // Table sectors that it takes, and the bytes of one of them; free where no sector is.
+    // Returns the number of table sectors, and the bytes of one; padded with freeSector.
     std::uint32_t tableSectorCount() const { return static_cast<std::uint32_t>(pages.size()); }
     std::array<std::byte, sectorSize> encoded(std::uint32_t tableSectorIndex) const;
 

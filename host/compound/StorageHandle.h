@@ -15,11 +15,11 @@ public:
     StorageHandle(CompoundOutput& owner, CompoundWriter& file, EntryReference reference)
         : CompoundHandle(owner, reference), writer(file) {}
 
-    // As CompoundOutput has them, with this storage as the parent.
+    // As those of CompoundOutput, with this storage as the parent.
     CompoundHandle* createStorage(std::u16string_view name);
     CompoundHandle* createStream(std::u16string_view name);
 
-    // False unless this is the root of a file that is not finished.
+    // Returns false unless this is the root of a file that is not finished.
     bool setClassId(const ClassId& id);
 
     void end() override;

@@ -11,20 +11,20 @@
 
 namespace olmhost {
 
-// A stream that is being written, from front to back. Its bytes are held while they are fewer than
-// miniStreamLimit; then they move out to sectors, and less than a sector is held from there on.
+// A stream that is being written, sequentially. Its bytes are held while they are fewer than
+// miniStreamLimit; then they go to sectors, and less than a sector is held.
 class StreamHandle : public CompoundHandle {
 public:
     // `file` is borrowed, as `owner` is.
     StreamHandle(CompoundOutput& owner, CompoundWriter& file, EntryReference reference)
         : CompoundHandle(owner, reference), writer(file) {}
 
-    // From now on this one, unless it is null, is told of the bytes that the stream takes. It is
-    // borrowed until the stream is closed.
+    // From now on `newWatcher`, unless null, is notified of the bytes written. It is borrowed until
+    // the stream is closed.
     void watchBy(StreamWatcher* newWatcher) { watcher = newWatcher; }
 
-    // All of the bytes or none. Refused when the sink has failed, the file is finished, another
-    // stream has taken this one's name, or the stream would be longer than largestStream.
+    // Writes all of the bytes or none. Refused when the sink has failed, the file is finished, the
+    // stream was replaced, or it would be longer than largestStream.
     std::int32_t writeBytes(const void* data, std::uint32_t size, std::uint32_t& count) override;
 
     void settle() noexcept override;

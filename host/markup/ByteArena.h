@@ -10,15 +10,15 @@
 
 namespace olmhost {
 
-// Bytes that are added at the end and thrown away together. Unlike a vector it leaves new room
-// as it is. Pointers into it stand until the next extend().
+// Bytes that are added at the end and dropped together. Unlike a vector it doesn't clear new room.
+// Pointers into it are valid until the next extend().
 class ByteArena {
 public:
     const char* data() const { return bytes.get(); }
     char* data() { return bytes.get(); }
     std::size_t size() const { return count; }
 
-    // Room for `extra` more bytes at the end.
+    // Returns room for `extra` more bytes at the end.
     char* extend(std::size_t extra) {
         if (extra > room - count) {
             grow(extra);
@@ -44,10 +44,10 @@ public:
 
     void shrinkTo(std::size_t size) { count = size; }
 
-    // Gives the room back when it is larger than `most` bytes. The content is lost.
-    void release(std::size_t most) {
+    // Drops all bytes. Frees the memory when it is more than `maxKept` bytes.
+    void release(std::size_t maxKept) {
         count = 0;
-        if (room > most) {
+        if (room > maxKept) {
             bytes.reset();
             room = 0;
         }

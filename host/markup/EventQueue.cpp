@@ -7,10 +7,10 @@ namespace olmhost {
 
 namespace {
 
-constexpr std::size_t mostBytesKept = std::size_t{1} << 20;
-constexpr std::size_t mostEventsKept = std::size_t{1} << 15;
+constexpr std::size_t maxBytesKept = std::size_t{1} << 20;
+constexpr std::size_t maxEventsKept = std::size_t{1} << 15;
 
-// Ahead of the bytes of each attribute: the lengths of its name and value.
+// Precede the bytes of each attribute: the lengths of its name and value.
 using AttributeLengths = std::array<std::uint32_t, 2>;
 
 } // namespace
@@ -120,12 +120,12 @@ bool EventQueue::nextAttribute(Attribute& attribute) {
 
 void EventQueue::clear() {
     events.clear();
-    if (events.capacity() > mostEventsKept) {
+    if (events.capacity() > maxEventsKept) {
         events.shrink_to_fit();
     }
     head = 0;
     attributesLeft = 0;
-    arena.release(mostBytesKept);
+    arena.release(maxBytesKept);
 }
 
 } // namespace olmhost

@@ -11,12 +11,12 @@ namespace olmhost {
 
 enum class EventKind : std::uint8_t {
     Opening, // a tag that opens an element
-    Closing, // one that closes it; a self-closed tag gives both
-    Text,    // text directly behind an opening tag
-    End,     // of the document, or its fault: nothing comes behind it
+    Closing, // a tag that closes one; a self-closed tag is both
+    Text,    // text directly after an opening tag
+    End,     // of the document, or its fault: nothing follows
 };
 
-// One thing that the parser met. Its bytes lie in the queue.
+// One event. The queue holds its bytes.
 struct MarkupEvent {
     std::uint64_t place;          // tags: see MarkupParser
     std::uint32_t offset;         // of the name or the text in the queue's bytes
@@ -29,7 +29,7 @@ struct MarkupEvent {
 };
 
 // Events in the document's order: the parser adds at the back, the reader takes from the front.
-// All their bytes (UTF-8) lie in one arena, which is thrown away whenever the queue has run empty.
+// All their bytes (UTF-8) are in one arena, which is cleared whenever the queue has run empty.
 class EventQueue {
 public:
     struct Attribute {
@@ -39,12 +39,12 @@ public:
 
     // --- the parser's side ---
 
-    // `attributes`: names and values in turns, then null.
+    // `attributes`: names and values alternately, then null.
     void addOpening(const char* name, const char** attributes, std::uint64_t place,
                     std::uint32_t tagLength);
-    // `name` may be empty; the reader knows most names.
+    // `name` is empty for an element whose opening tag was an event: the reader knows its name.
     void addClosing(std::string_view name, std::uint64_t place);
-    // Lengthens the text at the back, if that is what stands there.
+    // Appends to the text at the back, or adds a text when the back is something else.
     void addText(const char* bytes, std::size_t size, bool blank) {
         if (!hasTextAtBack()) {
             pushText(blank);
@@ -55,14 +55,15 @@ public:
     }
     void addEnd();
 
-    // Takes back white space at the back that has turned out to be no text.
+    // Removes white space at the back that has turned out not to be text.
     void dropBlankAtBack();
-    // The opening tag at the back, or null when something else stands there.
+    // Returns the opening tag at the back; null when the back is something else.
     MarkupEvent* openingAtBack();
 
-    // Makes room when everything was taken. The attributes of the tag taken last survive.
+    // Frees the bytes of all events taken, once the queue is empty. Keeps the attributes of the tag
+    // taken last.
     void recycle();
-    // What the queue holds, roughly, in bytes.
+    // Returns the size of all that the queue holds, in bytes, roughly.
     std::size_t weight() const { return arena.size() + events.size() * sizeof(MarkupEvent); }
 
     // --- the reader's side ---
@@ -70,18 +71,18 @@ public:
     bool empty() const { return head == events.size(); }
     std::size_t size() const { return events.size() - head; }
     const MarkupEvent& front() const { return events[head]; }
-    // The name or the text of the event at the front.
+    // Returns the name or the text of the event at the front.
     std::string_view frontBytes() const { return {arena.data() + front().offset, front().length}; }
-    // Drops the front; of an opening tag the attributes stay until the next tag is dropped.
+    // Removes the front. The attributes of an opening tag stay until the next tag is removed.
     void pop();
     // Drops bytes from the front of the text at the front, and the text with its last byte.
     void popText(std::size_t size);
 
-    // The next attribute of the opening tag dropped last; false when there is none left.
+    // Reads the next attribute of the opening tag removed last. Returns false when none is left.
     bool nextAttribute(Attribute& attribute);
     void dropAttributes() { attributesLeft = 0; }
 
-    // Empties the queue. Gives back room beyond what common documents need.
+    // Empties the queue, and frees memory beyond what common documents need.
     void clear();
 
 private:

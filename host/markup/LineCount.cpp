@@ -8,7 +8,9 @@ namespace olmhost {
 
 namespace {
 
-// Counts the characters of a document whose bytes come in pieces.
+constexpr std::size_t bufferSize = 16384; // bytes
+
+// Counts the lines and characters of a document whose bytes come in pieces.
 class Counter {
 public:
     explicit Counter(DocumentEncoding encoding) : encoding(encoding) {}
@@ -17,13 +19,13 @@ public:
         for (const unsigned char byte : bytes) {
             if (unitSize(encoding) == 1) {
                 addUnit(byte);
-            } else if (held < 0) {
+            } else if (held == noByte) {
                 held = byte;
             } else {
                 const bool little = encoding == DocumentEncoding::Utf16Le;
                 addUnit(little ? static_cast<unsigned>(held | byte << 8)
                                : static_cast<unsigned>(held << 8 | byte));
-                held = -1;
+                held = noByte;
             }
         }
     }
@@ -51,7 +53,9 @@ private:
     }
 
     DocumentEncoding encoding;
-    int held = -1; // the first byte of a unit of two, or -1
+    static constexpr int noByte = -1;
+
+    int held = noByte; // the first byte of a unit of two
     bool afterReturn = false;
     LineColumn place;
 };
@@ -60,15 +64,14 @@ private:
 
 LineColumn countLines(Handle& stream, std::uint64_t place, DocumentEncoding encoding) {
     Counter counter(encoding);
-    std::array<unsigned char, 16384> buffer{};
-    if (stream.seekTo(0, 0) != Handle::statusDone) {
+    std::array<unsigned char, bufferSize> buffer{};
+    if (stream.seekTo(0, Handle::seekFromStart) != Handle::statusDone) {
         return counter.result();
     }
     while (place > 0) {
-        const auto wanted =
-            static_cast<std::uint32_t>(std::min<std::uint64_t>(place, buffer.size()));
+        const auto size = static_cast<std::uint32_t>(std::min<std::uint64_t>(place, buffer.size()));
         std::uint32_t count = 0;
-        const std::int32_t status = stream.readBytes(buffer.data(), wanted, count);
+        const std::int32_t status = stream.readBytes(buffer.data(), size, count);
         counter.add({buffer.data(), count});
         place -= count;
         if (status != Handle::statusDone || count == 0) {

@@ -8,14 +8,14 @@
 
 namespace olmhost {
 
-// A place in a document as people name it, both from 1.
+// A position in a document as text editors count, both from 1.
 struct LineColumn {
     std::uint64_t line = 1;
     std::uint64_t column = 1;
 };
 
-// Reads `stream` from its start to the byte at `place` and counts lines and characters. For the
-// faults that a reader meets which never saw the document's begin.
+// Returns the line and column of the byte at `place`. Reads `stream` from its start up to there,
+// for a fault that was found by a reader that never saw the document's start.
 LineColumn countLines(Handle& stream, std::uint64_t place, DocumentEncoding encoding);
 
 } // namespace olmhost

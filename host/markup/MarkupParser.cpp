@@ -16,34 +16,20 @@ namespace olmhost {
 namespace {
 
 // Bytes.
-constexpr std::uint32_t firstChunk = 2048;
-constexpr std::uint32_t largestChunk = 32768;
-constexpr std::size_t mostQueued = std::size_t{1} << 20; // added by one fill(), about
-// Of a text no more is queued before it is known whether anybody wants it; most of the long ones
-// are skipped.
-constexpr std::uint64_t firstTextAhead = 512;
-constexpr std::uint64_t mostTextAhead = 65536;
-constexpr std::uint64_t mostReused = std::uint64_t{1} << 20; // read; then expat is made anew
-constexpr std::uint64_t farthestLimit = std::uint64_t{1} << 30;
+constexpr std::size_t maxQueued = std::size_t{1} << 20;     // added by one fill(), about
+constexpr std::uint64_t maxReused = std::uint64_t{1} << 20; // read; then expat is made anew
+constexpr std::uint64_t maxLimit = std::uint64_t{1} << 30;
 
-constexpr std::uint32_t deepestDepth = 0xFFFF; // what a saved place holds
+constexpr std::uint32_t maxDepth = 0xFFFF; // what a saved state holds
 
-bool isBlank(char c) {
-    return c == ' ' || c == '\n' || c == '\t' || c == '\r';
-}
-
-bool isBlankText(const char* bytes, std::size_t size) {
-    return std::all_of(bytes, bytes + size, isBlank);
-}
-
-// Guards expat's tables against names chosen to collide. Given from outside, as expat would
-// otherwise ask the system for random bytes for each document.
+// Guards expat's tables against names chosen to collide. Without it, expat would ask the system for
+// random bytes for each document.
 unsigned long hashSalt() {
     static const unsigned long salt = std::random_device{}() | 1UL;
     return salt;
 }
 
-// Bytes of a tag's name and attributes, which entities may have made longer than the tag.
+// Returns the bytes of a tag's name and attributes, which entities may make longer than the tag.
 std::uint64_t totalLength(const char* name, const char** attributes) {
     std::uint64_t length = std::strlen(name);
     for (; *attributes != nullptr; ++attributes) {
@@ -59,10 +45,10 @@ std::string reasonOf(XML_Error code, bool atEnd) {
         return "the document ends before its root element does";
     }
     if (code == XML_ERROR_EXTERNAL_ENTITY_HANDLING) {
-        return "an external entity is not read";
+        return "external entities are not supported";
     }
     if (code == XML_ERROR_NOT_STANDALONE) {
-        return "declarations outside the document are not read";
+        return "declarations outside the document are not supported";
     }
     return XML_ErrorString(code);
 }
@@ -73,7 +59,8 @@ void MarkupParser::ParserDelete::operator()(XML_ParserStruct* parser) const {
     XML_ParserFree(parser);
 }
 
-// What expat calls. Nothing may be thrown through it, so a failed allocation stops the document.
+// The functions that expat calls. Nothing may be thrown through it, so a failed allocation stops
+// the document.
 struct MarkupParser::Handlers {
     template <typename Action> static void guarded(void* user, Action action) {
         auto& self = *static_cast<MarkupParser*>(user);
@@ -98,9 +85,7 @@ struct MarkupParser::Handlers {
                 [=](MarkupParser& self) { self.onText(bytes, static_cast<std::size_t>(size)); });
     }
     static void declaration(void* user, const XML_Char*, const XML_Char* encoding, int) {
-        guarded(user, [=](MarkupParser& self) {
-            self.declaredEncoding = encoding == nullptr ? "" : encoding;
-        });
+        guarded(user, [=](MarkupParser& self) { self.detector.setDeclared(encoding); });
     }
     static void typeDeclaration(void* user, const XML_Char*, const XML_Char*, const XML_Char*,
                                 int) {
@@ -114,15 +99,12 @@ struct MarkupParser::Handlers {
 };
 
 void MarkupParser::open(Handle& document) {
-    stream = &document;
-    total = 0;
-    const Limits& limits = document.limits();
-    deepest = std::min(limits.deepestNesting, deepestDepth);
-    longestTag = std::min(limits.longestAttribute, farthestLimit);
-    longestBlank = std::min(limits.longestBlank, farthestLimit);
-    head.clear();
-    declaredEncoding.clear();
-    knownEncoding.reset();
+    feed.open(document);
+    limits = document.limits();
+    limits.deepestNesting = std::min(limits.deepestNesting, maxDepth);
+    limits.longestAttribute = std::min(limits.longestAttribute, maxLimit);
+    limits.longestBlank = std::min(limits.longestBlank, maxLimit);
+    detector.clear();
     startFromBegin();
     watch = document.tagWatch();
     if (watch != nullptr) {
@@ -131,11 +113,11 @@ void MarkupParser::open(Handle& document) {
 }
 
 void MarkupParser::close() {
-    stream = nullptr;
+    feed.close();
     watch = nullptr;
     queue.clear();
-    // Its buffer and its tables of names grow with what it has read.
-    if (total > mostReused) {
+    // Expat's buffer and its tables of names grow with what it has read.
+    if (feed.totalRead() > maxReused) {
         parser.reset();
     }
 }
@@ -150,40 +132,40 @@ bool MarkupParser::startAt(const SavedState& saved) {
     if (fromBegin) {
         startFromBegin();
     } else {
-        knownEncoding = saved.encoding;
-        unseen.assign(saved.names.begin(), saved.names.begin() + saved.depth);
-        openAtStart = unseen;
+        detector.setSaved(saved.encoding);
+        elements.assign(std::span(saved.names).first(saved.depth));
+        openAtStart = elements.unseenHashes();
         startInMiddle(place);
         beginRun(saved.has(SavedState::AfterOpening) && !saved.has(SavedState::TextDone));
     }
-    if (stream->seekTo(static_cast<std::int64_t>(place), 0) != Handle::statusDone) {
+    if (!feed.seekTo(place)) {
         queue.addEnd();
         return false;
     }
-    if (saved.needsReplay() || saved.has(SavedState::SelfClosed)) {
-        target = saved;
-        while (target && queue.empty()) {
-            fill();
-        }
-        if (target) {
-            target.reset();
-            queue.clear();
-            queue.addEnd();
-            return false;
-        }
-    }
+    const bool isInsideTag = saved.has(SavedState::SelfClosed);
+    return (!saved.needsReplay() && !isInsideTag) || replayTo(saved);
+}
 
-    return true;
+// Parses up to the tag that the state was saved at, and leaves everything out.
+bool MarkupParser::replayTo(const SavedState& saved) {
+    target = saved;
+    while (target && queue.empty()) {
+        fill();
+    }
+    if (!target) {
+        return true;
+    }
+    target.reset();
+    queue.clear();
+    queue.addEnd();
+    return false;
 }
 
 void MarkupParser::startFromBegin() {
     prepareExpat(nullptr);
-    base = 0;
-    fed = 0;
-    atDocumentBegin = true;
-    depth = 0;
-    madeUp = 0;
-    unseen.clear();
+    feed.restart(0, 0);
+    isFromBegin = true;
+    elements.clear();
     hasTypeDeclaration = false;
     tagCount = 0;
     skipFloor = 0;
@@ -191,22 +173,20 @@ void MarkupParser::startFromBegin() {
     installHandlers();
 }
 
-// The elements of `unseen` are open at `place`, to which the stream is or will be moved.
+// Starts at `place`, to which the stream is or will be moved, inside the unseen elements.
 void MarkupParser::startInMiddle(std::uint64_t place) {
     prepareExpat(protocolName(encoding()));
-    depth = static_cast<std::uint32_t>(unseen.size());
-    madeUp = depth;
-    std::string tags = depth == 0 ? "<x/>" : "";
-    for (std::uint32_t i = 0; i < depth; ++i) {
+    elements.usePlaceholders();
+    std::string tags = elements.depth() == 0 ? "<x/>" : "";
+    for (std::uint32_t i = 0; i < elements.depth(); ++i) {
         tags += "<x>";
     }
     tags = encodeAscii(tags, encoding());
     if (XML_Parse(parser.get(), tags.data(), static_cast<int>(tags.size()), 0) != XML_STATUS_OK) {
         throw std::bad_alloc();
     }
-    fed = tags.size();
-    base = place - fed;
-    atDocumentBegin = false;
+    feed.restart(place, tags.size());
+    isFromBegin = false;
     hasTypeDeclaration = false;
     installHandlers();
 }
@@ -222,11 +202,8 @@ void MarkupParser::prepareExpat(const char* protocolEncoding) {
     XML_SetHashSalt(parser.get(), hashSalt());
     found.reset();
     target.reset();
-    settled = 0;
-    chunkSize = firstChunk;
-    isLast = false;
     isPaused = false;
-    isAtUnseenClosing = false;
+    isAtPlaceholderEnd = false;
 }
 
 void MarkupParser::installHandlers() {
@@ -243,145 +220,94 @@ void MarkupParser::installHandlers() {
 
 void MarkupParser::fill() {
     queue.recycle();
-    if (isAtUnseenClosing) {
-        isAtUnseenClosing = false;
-        closeUnseenElement();
+    if (isAtPlaceholderEnd) {
+        isAtPlaceholderEnd = false;
+        closePlaceholder();
         return;
     }
-    fullWeight = queue.weight() + mostQueued;
+    fullWeight = queue.weight() + maxQueued;
     if (!parseChunk()) {
         handleError();
-    } else if (!isPaused && isLast) {
+    } else if (!isPaused && feed.isAtEnd()) {
         queue.addEnd();
     } else if (!isPaused) {
         lookAtPending();
     }
 }
 
-// False when expat has found a fault, or was told of one.
+// Returns false when expat has found a fault, or was stopped because of one.
 bool MarkupParser::parseChunk() {
     XML_Status status = XML_STATUS_OK;
     if (isPaused) {
         status = XML_ResumeParser(parser.get());
     } else {
-        void* const buffer = XML_GetBuffer(parser.get(), static_cast<int>(chunkSize));
+        void* const buffer = XML_GetBuffer(parser.get(), static_cast<int>(feed.chunkSize()));
         if (buffer == nullptr) {
             throw std::bad_alloc();
         }
-        const std::uint32_t count = readChunk(static_cast<char*>(buffer));
-        if (head.size() < 2 && atDocumentBegin) {
-            head.append(static_cast<const char*>(buffer),
-                        std::min<std::size_t>(count, 2 - head.size()));
+        const std::uint32_t count = feed.read(static_cast<char*>(buffer));
+        if (isFromBegin) {
+            detector.addBytes(static_cast<const char*>(buffer), count);
         }
-        fed += count;
-        total += count;
-        status = XML_ParseBuffer(parser.get(), static_cast<int>(count), isLast ? 1 : 0);
+        status = XML_ParseBuffer(parser.get(), static_cast<int>(count), feed.isAtEnd() ? 1 : 0);
     }
     isPaused = status == XML_STATUS_SUSPENDED;
     return status != XML_STATUS_ERROR;
 }
 
-// A short read mostly means that the end is near. Asking at once lets expat know that this chunk is
-// the last, which spares it the counting of lines.
-std::uint32_t MarkupParser::readChunk(char* buffer) {
-    std::uint32_t count = 0;
-    isLast = stream->readBytes(buffer, chunkSize, count) != Handle::statusDone || count == 0;
-    if (!isLast && count < chunkSize) {
-        std::uint32_t more = 0;
-        const std::int32_t status = stream->readBytes(buffer + count, chunkSize - count, more);
-        isLast = status != Handle::statusDone || more == 0;
-        count += more;
-    }
-    return count;
-}
-
-// Bytes that expat can't report yet, since a tag, comment or the like isn't complete, are held by
-// expat and looked at anew with each chunk: they are bounded, and the chunks grow with them. Expat
-// may wait until there are twice as many, so some may belong to what comes behind that tag.
+// Expat holds the bytes of a tag, comment or the like that isn't complete, and looks at them anew
+// with each chunk: they are bounded, and the chunks grow with them. Expat may wait until there are
+// twice as many, so some may belong to what follows that tag.
 void MarkupParser::lookAtPending() {
-    const XML_Index index = XML_GetCurrentByteIndex(parser.get());
-    if (index >= 0) {
-        settled = static_cast<std::uint64_t>(index);
-    }
-    const std::uint64_t pending = fed - settled;
-    if (pending > 2 * longestTag) {
-        noteFault(FaultKind::LimitReached, "a tag, comment or the like is longer than " +
-                                               std::to_string(longestTag) + " bytes");
+    const std::uint64_t pending = feed.pendingFrom(XML_GetCurrentByteIndex(parser.get()));
+    if (pending > 2 * limits.longestAttribute) {
+        noteFault(FaultKind::LimitReached,
+                  "a tag, comment or other construct is longer than the limit of " +
+                      std::to_string(limits.longestAttribute) + " bytes");
         queue.addEnd();
         return;
     }
-    const std::uint64_t wanted = std::min(2 * chunkSize, largestChunk);
-    chunkSize = static_cast<std::uint32_t>(std::max(wanted, std::min(pending, longestTag)));
+    feed.grow(pending, limits.longestAttribute);
 }
 
 void MarkupParser::handleError() {
     const XML_Error code = XML_GetErrorCode(parser.get());
-    if (!found && code == XML_ERROR_TAG_MISMATCH && madeUp > 0 && depth == madeUp) {
-        // Most readers stop before this tag, so it is looked at when it is asked for.
-        isAtUnseenClosing = true;
+    if (!found && code == XML_ERROR_TAG_MISMATCH && elements.hasPlaceholder()) {
+        // Most readers stop before this tag, so it is read only when it is asked for.
+        isAtPlaceholderEnd = true;
         return;
     }
     if (!found) {
         const bool isBomb = code == XML_ERROR_AMPLIFICATION_LIMIT_BREACH;
         noteFault(isBomb ? FaultKind::LimitReached : FaultKind::BrokenMarkup,
-                  reasonOf(code, isLast));
+                  reasonOf(code, feed.isAtEnd()));
     }
     queue.addEnd();
 }
 
-// Expat stands at the name in the closing tag of an element that it knows by a made-up name.
-void MarkupParser::closeUnseenElement() {
+// Expat is at the name in the closing tag of an element that it knows by a placeholder.
+void MarkupParser::closePlaceholder() {
     const std::uint64_t place = currentPlace();
-    const std::optional<std::string> bytes = readTo('>', place);
+    const std::optional<std::string> bytes = feed.readTo(encodeAscii(">", encoding()), place);
     if (!bytes) {
-        noteFault(FaultKind::BrokenMarkup, "the document can't be read again");
+        noteFault(FaultKind::BrokenMarkup, "the document can't be read a second time");
         queue.addEnd();
         return;
     }
     std::string name = decodeToUtf8(*bytes, encoding());
     name.resize(std::min(name.find_first_of(" \t\r\n>"), name.size()));
-    if (nameHash(name) != unseen.back()) {
+    if (nameHash(name) != elements.innermostUnseen()) {
         noteFault(FaultKind::BrokenMarkup, XML_ErrorString(XML_ERROR_TAG_MISMATCH));
         queue.addEnd();
         return;
     }
-    const std::uint64_t behind = place + bytes->size();
-    closed(name, behind);
-    startInMiddle(behind);
-}
-
-// The document's bytes from `place` to behind the next `last`, an ASCII character. The stream
-// stands behind them then. Empty when it can't be read that far.
-std::optional<std::string> MarkupParser::readTo(char last, std::uint64_t place) {
-    constexpr std::uint32_t blockSize = 128;
-    const std::string end = encodeAscii(std::string_view(&last, 1), encoding());
-    if (stream->seekTo(static_cast<std::int64_t>(place), 0) != Handle::statusDone) {
-        return std::nullopt;
-    }
-    std::string bytes;
-    std::size_t at = 0;
-    for (;;) {
-        for (; at + end.size() <= bytes.size(); at += end.size()) {
-            if (bytes.compare(at, end.size(), end) == 0) {
-                bytes.resize(at + end.size());
-                const auto behind = static_cast<std::int64_t>(place + bytes.size());
-                const bool isMoved = stream->seekTo(behind, 0) == Handle::statusDone;
-                return isMoved ? std::optional(std::move(bytes)) : std::nullopt;
-            }
-        }
-        const std::size_t before = bytes.size();
-        bytes.resize(before + blockSize);
-        std::uint32_t count = 0;
-        const std::int32_t status = stream->readBytes(bytes.data() + before, blockSize, count);
-        bytes.resize(before + count);
-        if (status != Handle::statusDone || count == 0) {
-            return std::nullopt;
-        }
-    }
+    const std::uint64_t tagEnd = place + bytes->size();
+    closed(name, tagEnd);
+    startInMiddle(tagEnd);
 }
 
 void MarkupParser::skipText() {
-    isCollecting = false;
+    run.drop();
     if (!isMuted && parser) {
         XML_SetCharacterDataHandler(parser.get(), nullptr);
         isMuted = true;
@@ -393,30 +319,26 @@ void MarkupParser::skipUntilFewerThan(std::uint32_t elements) {
     skipText();
 }
 
-DocumentEncoding MarkupParser::encoding() const {
-    return knownEncoding ? *knownEncoding : documentEncoding(head, declaredEncoding);
-}
-
 std::uint64_t MarkupParser::currentPlace() const {
-    return base + static_cast<std::uint64_t>(XML_GetCurrentByteIndex(parser.get()));
+    return feed.placeOf(XML_GetCurrentByteIndex(parser.get()));
 }
 
 void MarkupParser::onOpening(const char* name, const char** attributes) {
     const auto tagLength = static_cast<std::uint32_t>(XML_GetCurrentByteCount(parser.get()));
-    ++depth;
+    elements.open();
     if (!isWithinLimits(hasTypeDeclaration ? totalLength(name, attributes) : tagLength)) {
         return;
     }
-    if (watch != nullptr && depth <= watch->openingsTo) {
-        watch->opened(depth, name, attributes);
+    if (watch != nullptr && elements.depth() <= watch->openingsTo) {
+        watch->opened(elements.depth(), name, attributes);
     }
     const std::uint64_t begin = currentPlace();
     ++tagCount;
     const std::uint64_t place = hasTypeDeclaration ? tagCount : begin + tagLength;
     if (target) {
-        unseen.push_back(nameHash(name));
+        elements.markUnseen(nameHash(name));
         const bool hasTextLeft = !target->has(SavedState::TextDone);
-        beginRun(passesTarget(EventKind::Opening, begin, place) && hasTextLeft);
+        beginRun(reachesTarget(EventKind::Opening, begin, place) && hasTextLeft);
         return;
     }
     if (skipFloor != 0) {
@@ -425,20 +347,19 @@ void MarkupParser::onOpening(const char* name, const char** attributes) {
     queue.dropBlankAtBack();
     beginRun(true);
     queue.addOpening(name, attributes, place, tagLength);
-
     pauseWhenFull();
 }
 
 void MarkupParser::onClosing(const char* name) {
-    if (depth == madeUp) {
-        // The element really has the name that was made up for it, or the closing tag is wrong.
-        if (nameHash(name) != unseen.back()) {
-            // Behind "</", where expat itself would place it.
+    if (elements.isPlaceholder()) {
+        // The element really has the placeholder's name, or the closing tag is wrong.
+        if (nameHash(name) != elements.innermostUnseen()) {
+            // After "</", where expat itself would place it.
             stop(FaultKind::BrokenMarkup, XML_ErrorString(XML_ERROR_TAG_MISMATCH),
                  std::uint64_t{2} * unitSize(encoding()));
             return;
         }
-        --madeUp;
+        elements.confirmPlaceholder();
     }
     const std::uint64_t begin = currentPlace();
     MarkupEvent* const opening = queue.openingAtBack();
@@ -449,56 +370,48 @@ void MarkupParser::onClosing(const char* name) {
     closed(name, begin + size);
 }
 
-// An element ends; `place` is behind its closing tag.
+// An element ends; `place` is the end of its closing tag.
 void MarkupParser::closed(std::string_view name, std::uint64_t place) {
-    if (watch != nullptr && depth <= watch->closingsTo) {
-        watch->closed(depth);
+    if (watch != nullptr && elements.depth() <= watch->closingsTo) {
+        watch->closed(elements.depth());
     }
     ++tagCount;
     if (hasTypeDeclaration) {
         place = tagCount;
     }
-    const bool isUnseen = depth == unseen.size();
-    if (isUnseen) {
-        unseen.pop_back();
-    }
-    --depth;
+    const bool wasUnseen = elements.close();
     if (target && place <= target->place) {
-        passesTarget(EventKind::Closing, 0, place);
+        reachesTarget(EventKind::Closing, 0, place);
         beginRun(false);
         return;
     }
     if (skipFloor != 0) {
-        if (depth >= skipFloor) {
+        if (elements.depth() >= skipFloor) {
             return;
         }
         skipFloor = 0;
     }
     beginRun(false);
-    queue.addClosing(isUnseen ? name : std::string_view(), place);
+    queue.addClosing(wasUnseen ? name : std::string_view(), place);
     pauseWhenFull();
 }
 
-// A tag that is left out on the way to the target. True, and the target is done with, when the
-// tag is the one that the place was saved behind.
-bool MarkupParser::passesTarget(EventKind kind, std::uint64_t begin, std::uint64_t place) {
+// Handles a tag that is left out on the way to the target. Returns true, and drops the target, when
+// the state was saved at this tag.
+bool MarkupParser::reachesTarget(EventKind kind, std::uint64_t begin, std::uint64_t place) {
     const bool isOpening = kind == EventKind::Opening;
     const bool byBegin = target->has(SavedState::SelfClosed);
     const std::uint64_t reached = isOpening && byBegin ? begin : place;
-    if (reached == target->place && isOpening == target->has(SavedState::AfterOpening)) {
-        target.reset();
-        openAtStart = unseen;
-        return true;
+    if (reached != target->place || isOpening != target->has(SavedState::AfterOpening)) {
+        return false;
     }
-    return false;
+    target.reset();
+    openAtStart = elements.unseenHashes();
+    return true;
 }
 
-void MarkupParser::beginRun(bool behindOpening) {
-    isCollecting = behindOpening;
-    hasInk = false;
-    blankSize = 0;
-    runSize = 0;
-    runLimit = firstTextAhead;
+void MarkupParser::beginRun(bool isWanted) {
+    run.begin(isWanted);
     if (isMuted && skipFloor == 0) {
         XML_SetCharacterDataHandler(parser.get(), Handlers::text);
         isMuted = false;
@@ -506,60 +419,52 @@ void MarkupParser::beginRun(bool behindOpening) {
 }
 
 void MarkupParser::onText(const char* bytes, std::size_t size) {
-    if (!hasInk) {
-        hasInk = !isBlankText(bytes, size);
-        if (!hasInk) {
-            blankSize += size;
-            if (blankSize > longestBlank) {
-                stop(FaultKind::LimitReached,
-                     "more than " + std::to_string(longestBlank) + " bytes of white space on end");
-                return;
-            }
-        }
+    if (run.add(bytes, size) > limits.longestBlank) {
+        stop(FaultKind::LimitReached, "a run of white space is longer than the limit of " +
+                                          std::to_string(limits.longestBlank) + " bytes");
+        return;
     }
-    if (isCollecting) {
-        queue.addText(bytes, size, !hasInk);
-        runSize += size;
-        if (runSize > runLimit) {
-            runLimit = runSize + mostTextAhead;
+    if (run.isWanted()) {
+        queue.addText(bytes, size, run.isBlank());
+        if (run.addQueued(size)) {
             XML_StopParser(parser.get(), XML_TRUE);
         }
     }
 }
 
 bool MarkupParser::isWithinLimits(std::uint64_t tagLength) {
-    if (depth > deepest) {
-        stop(FaultKind::LimitReached,
-             "more than " + std::to_string(deepest) + " elements are open");
+    if (elements.depth() > limits.deepestNesting) {
+        stop(FaultKind::LimitReached, "elements are nested deeper than the limit of " +
+                                          std::to_string(limits.deepestNesting));
         return false;
     }
-    if (tagLength > longestTag) {
-        stop(FaultKind::LimitReached,
-             "a tag is longer than " + std::to_string(longestTag) + " bytes");
+    if (tagLength > limits.longestAttribute) {
+        stop(FaultKind::LimitReached, "a tag is longer than the limit of " +
+                                          std::to_string(limits.longestAttribute) + " bytes");
         return false;
     }
     return true;
 }
 
-// Entities can make much of a few bytes.
+// Entities can expand a few bytes to many.
 void MarkupParser::pauseWhenFull() {
     if (queue.weight() > fullWeight) {
         XML_StopParser(parser.get(), XML_TRUE);
     }
 }
 
-void MarkupParser::stop(FaultKind kind, const std::string& reason, std::uint64_t ahead) {
-    noteFault(kind, reason, ahead);
+void MarkupParser::stop(FaultKind kind, const std::string& reason, std::uint64_t offset) {
+    noteFault(kind, reason, offset);
     XML_StopParser(parser.get(), XML_FALSE);
 }
 
-// The fault lies where expat stands; in the middle of a document, `ahead` bytes behind that.
-void MarkupParser::noteFault(FaultKind kind, const std::string& reason, std::uint64_t ahead) {
+// The fault is at expat's position; in the middle of a document, `offset` bytes after that.
+void MarkupParser::noteFault(FaultKind kind, const std::string& reason, std::uint64_t offset) {
     LineColumn at;
-    if (atDocumentBegin) {
+    if (isFromBegin) {
         at = {XML_GetCurrentLineNumber(parser.get()), XML_GetCurrentColumnNumber(parser.get()) + 1};
     } else {
-        at = countLines(*stream, currentPlace() + ahead, encoding());
+        at = countLines(feed.document(), currentPlace() + offset, encoding());
     }
     found = Fault{kind, "line " + std::to_string(at.line) + ", column " +
                             std::to_string(at.column) + ": " + reason};

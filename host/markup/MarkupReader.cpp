@@ -9,7 +9,7 @@ namespace olmhost {
 
 namespace {
 
-constexpr std::size_t mostUnitsKept = std::size_t{1} << 16;
+constexpr std::size_t maxUnitsKept = std::size_t{1} << 16;
 
 } // namespace
 
@@ -22,7 +22,7 @@ void MarkupReader::open(Handle& document) {
     isAfterOpening = false;
     isSelfClosed = false;
     isTextDone = true;
-    isTextTold = false;
+    isTextAnnounced = false;
     textRead = 0;
     textToPass = 0;
     textUnits.dropHalf();
@@ -35,14 +35,14 @@ void MarkupReader::open(Handle& document) {
 void MarkupReader::close() {
     stream = nullptr;
     parser.close();
-    if (attributeUnits.size() > mostUnitsKept) {
+    if (attributeUnits.size() > maxUnitsKept) {
         attributeUnits = {};
     }
 }
 
 MarkupReader::Step MarkupReader::nextTag(UTXMLTagRecord& tag, std::uint64_t& place) {
-    if (!isTextTold && hasText()) {
-        isTextTold = true;
+    if (!isTextAnnounced && hasText()) {
+        isTextAnnounced = true;
         return Step::TextPending;
     }
     if (!isTextDone) {
@@ -77,7 +77,7 @@ void MarkupReader::deliverOpening(UTXMLTagRecord& tag) {
     isAfterOpening = true;
     isSelfClosed = event.selfClosed;
     isTextDone = event.selfClosed;
-    isTextTold = false;
+    isTextAnnounced = false;
     textRead = 0;
     parser.queue.pop();
 }
@@ -105,9 +105,9 @@ bool MarkupReader::nextAttribute(Attribute& attribute) {
         return false;
     }
     // UTF-16 never has more units than UTF-8 has bytes.
-    const std::size_t most = bytes.name.size() + bytes.value.size() + 2;
-    if (attributeUnits.size() < most) {
-        attributeUnits.resize(most);
+    const std::size_t maxUnits = bytes.name.size() + bytes.value.size() + 2;
+    if (attributeUnits.size() < maxUnits) {
+        attributeUnits.resize(maxUnits);
     }
     const auto convert = [](std::string_view text, std::uint16_t* units) {
         const std::size_t count = TextUnits().read(text, units, text.size());
@@ -176,7 +176,7 @@ bool MarkupReader::skipElement(const UTXMLTagRecord& opening) {
 }
 
 void MarkupReader::save(tagUTXMLSaveData& block) const {
-    currentPlace().store(block);
+    currentState().store(block);
 }
 
 bool MarkupReader::restore(const tagUTXMLSaveData& block) {
@@ -185,7 +185,7 @@ bool MarkupReader::restore(const tagUTXMLSaveData& block) {
         return false;
     }
     parser.queue.dropAttributes();
-    if (saved == currentPlace() && !isLost) {
+    if (saved == currentState() && !isLost) {
         return true;
     }
     const bool isThere = parser.startAt(saved);
@@ -193,7 +193,7 @@ bool MarkupReader::restore(const tagUTXMLSaveData& block) {
     for (const std::uint32_t hash : parser.elementsAtStart()) {
         elements.push_back({hash, UTXML_UNKNOWN_TAG, 0});
     }
-    // A document has one root, so the one that was delivered before is the one that is open.
+    // A document has one root, so it is the one that was delivered before.
     if (root && !elements.empty() && elements.front().nameHash == root->nameHash) {
         elements.front() = *root;
     }
@@ -201,7 +201,7 @@ bool MarkupReader::restore(const tagUTXMLSaveData& block) {
     isAfterOpening = saved.has(SavedState::AfterOpening);
     isSelfClosed = saved.has(SavedState::SelfClosed);
     isTextDone = !isAfterOpening || isSelfClosed || saved.has(SavedState::TextDone);
-    isTextTold = saved.has(SavedState::TextTold);
+    isTextAnnounced = saved.has(SavedState::TextAnnounced);
     textRead = saved.textRead;
     textToPass = isTextDone ? 0 : saved.textRead;
     textUnits.dropHalf();
@@ -209,7 +209,7 @@ bool MarkupReader::restore(const tagUTXMLSaveData& block) {
     return isThere;
 }
 
-SavedState MarkupReader::currentPlace() const {
+SavedState MarkupReader::currentState() const {
     SavedState saved;
     if (lastPlace == 0 && !isAfterOpening) {
         return saved;
@@ -222,7 +222,7 @@ SavedState MarkupReader::currentPlace() const {
     };
     saved.flags = flagIf(isAfterOpening, SavedState::AfterOpening) |
                   flagIf(isSelfClosed, SavedState::SelfClosed) |
-                  flagIf(isAfterOpening && isTextTold, SavedState::TextTold) |
+                  flagIf(isAfterOpening && isTextAnnounced, SavedState::TextAnnounced) |
                   flagIf(isAfterOpening && isTextDone, SavedState::TextDone) |
                   flagIf(parser.countsTags(), SavedState::ByCount);
     const std::size_t depth = elements.size() - (isSelfClosed ? 1 : 0);
@@ -242,7 +242,7 @@ const MarkupEvent& MarkupReader::peek() {
     return parser.queue.front();
 }
 
-// Whether text of the element opened last is unread.
+// Returns whether text of the element opened last is unread.
 bool MarkupReader::hasText() {
     if (isTextDone) {
         return false;
@@ -255,8 +255,8 @@ bool MarkupReader::hasText() {
     return false;
 }
 
-// Whether text stands at the front of the queue. White space is text once something stands behind
-// it; an opening tag would have taken it away.
+// Returns whether the front of the queue is text. White space is text once something follows it: an
+// opening tag would have removed it.
 bool MarkupReader::hasQueuedText() {
     for (;;) {
         const MarkupEvent& event = peek();

@@ -13,7 +13,7 @@
 
 namespace olmhost {
 
-// One document, pulled tag by tag: what stands behind the UTXML functions.
+// One document, read tag by tag: the implementation of the UTXML functions.
 //
 // Order of calls: open(), anything, close(); then open() with the next document. An object keeps
 // its buffers from document to document. One thread at a time.
@@ -25,7 +25,7 @@ public:
         End,         // no more tags, or the document is broken
     };
 
-    // An attribute in UTF-16, both texts with a 0 unit behind the count.
+    // An attribute in UTF-16. Both texts have a 0 unit after their last one.
     struct Attribute {
         const std::uint16_t* name;
         const std::uint16_t* value;
@@ -33,34 +33,36 @@ public:
         std::uint32_t valueLength;
     };
 
-    // The stream is borrowed until close(). It stands at its start.
+    // The stream is borrowed until close(). It is at its start.
     void open(Handle& document);
     void close();
 
     TagMaps tagMaps;
 
-    // The next tag. TextPending comes once for each text that is unread in whole or part. At the
-    // End `tag` and `place` stay as they were, and a fault is reported to the stream once.
+    // Reads the next tag. Returns TextPending once for each text that is unread in whole or part.
+    // At the End `tag` and `place` stay as they were, and a fault is reported to the stream once.
     Step nextTag(UTXMLTagRecord& tag, std::uint64_t& place);
 
-    // The next attribute of the tag read last, in the document's order; false when none is left.
-    // The texts stand until the next call of anything.
+    // Reads the next attribute of the tag read last, in the document's order. Returns false when
+    // none is left. The texts are valid until the next call of any function.
     bool nextAttribute(Attribute& attribute);
 
-    // The next units of the text directly behind the opening tag read last. Fewer than `capacity`
-    // only at the end of the text. Empty when there is none, or no more.
+    // Reads units of the text directly after the opening tag read last. Returns how many; fewer
+    // than `capacity` only at the end of the text. Empty when there is no text, or no more.
     std::optional<std::uint32_t> readText(std::uint16_t* units, std::uint32_t capacity);
 
-    // Leaves out what is unread of that text.
+    // Skips what is unread of that text.
     void skipText();
 
-    // Goes behind the closing tag of an element that this reader has opened. False when that
-    // element isn't open, or the document ends first. Elements that were open where restore() led
-    // count as never opened, but for the root.
+    // Skips to the end of an element that this reader has opened. Returns false when that element
+    // isn't open, or the document ends first. Elements that were open at restore() count as never
+    // opened, except the root.
     bool skipElement(const UTXMLTagRecord& opening);
 
+    // Stores the saved state of the current position.
     void save(tagUTXMLSaveData& block) const;
-    // False when no reader has filled the block, or the stream can't be moved there.
+    // Continues from a saved state. Returns false when no reader has filled the block, or the
+    // stream can't be moved there.
     bool restore(const tagUTXMLSaveData& block);
 
 private:
@@ -78,7 +80,7 @@ private:
     void deliverOpening(UTXMLTagRecord& tag);
     void deliverClosing(UTXMLTagRecord& tag);
     void reportFault();
-    SavedState currentPlace() const;
+    SavedState currentState() const;
 
     Handle* stream = nullptr; // borrowed
     MarkupParser parser;
@@ -86,14 +88,14 @@ private:
     std::optional<OpenElement> root;   // when its opening tag was delivered
     std::uint32_t lastSerial = 0;
 
-    // The tag read last, in the terms of SavedState.
+    // The tag read last, as in SavedState.
     std::uint64_t lastPlace = 0;
     bool isAfterOpening = false;
     bool isSelfClosed = false;
 
-    // The text behind it.
+    // The text after it.
     bool isTextDone = true;       // there is none, or no more
-    bool isTextTold = false;      // TextPending was given
+    bool isTextAnnounced = false; // TextPending was returned
     std::uint64_t textRead = 0;   // units that were read
     std::uint64_t textToPass = 0; // units that were read before restore()
     TextUnits textUnits;

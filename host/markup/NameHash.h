@@ -7,8 +7,8 @@
 
 namespace olmhost {
 
-// A hash of an element's name, the same in every process on machines of one byte order: saved
-// places hold it. Eight bytes at a time, since every tag is hashed once.
+// Returns a hash of an element's name. It is the same in every process on machines of one byte
+// order, since saved states hold it, and takes eight bytes at a time, since every tag is hashed.
 inline std::uint32_t nameHash(std::string_view name) noexcept {
     constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15U;
     const auto mix = [](std::uint64_t hash, std::uint64_t word) {

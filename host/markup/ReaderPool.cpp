@@ -6,7 +6,7 @@ namespace olmhost {
 
 namespace {
 
-constexpr std::size_t mostKept = 4;
+constexpr std::size_t maxKept = 4;
 
 } // namespace
 
@@ -24,8 +24,8 @@ std::unique_ptr<MarkupReader> ReaderPool::take() {
     return reader;
 }
 
-void ReaderPool::give(std::unique_ptr<MarkupReader> reader) {
-    if (kept.size() < mostKept) {
+void ReaderPool::put(std::unique_ptr<MarkupReader> reader) {
+    if (kept.size() < maxKept) {
         kept.push_back(std::move(reader));
     }
 }

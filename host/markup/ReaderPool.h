@@ -8,17 +8,17 @@
 
 namespace olmhost {
 
-// Closed readers of this thread, kept for the next documents: an archive has one for each mail,
-// and making a parser costs as much as parsing a short one.
+// Closed readers of one thread, kept for the next documents: an archive has one for each mail, and
+// creating a parser costs as much as parsing a short one.
 class ReaderPool {
 public:
-    // The calling thread's pool.
+    // Returns the calling thread's pool.
     static ReaderPool& ofThread();
 
-    // A reader that is not open.
+    // Returns a reader that is not open.
     std::unique_ptr<MarkupReader> take();
-    // Keeps a closed reader, or frees it when enough are kept.
-    void give(std::unique_ptr<MarkupReader> reader);
+    // Keeps a closed reader, or deletes it when enough are kept.
+    void put(std::unique_ptr<MarkupReader> reader);
 
 private:
     std::vector<std::unique_ptr<MarkupReader>> kept;

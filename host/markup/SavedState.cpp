@@ -13,12 +13,12 @@ void SavedState::store(tagUTXMLSaveData& block) const {
 }
 
 bool SavedState::isValid() const {
-    constexpr std::uint64_t farthest = std::uint64_t{1} << 62;
+    constexpr std::uint64_t maxPlace = std::uint64_t{1} << 62;
     if (isStart()) {
         return *this == SavedState{};
     }
     const bool flagsFit = (flags & ~knownFlags) == 0 && (has(AfterOpening) || !has(SelfClosed));
-    return flagsFit && place < farthest &&
+    return flagsFit && place < maxPlace &&
            static_cast<std::uint8_t>(encoding) < documentEncodingCount;
 }
 

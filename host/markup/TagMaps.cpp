@@ -9,8 +9,8 @@ namespace olmhost {
 
 namespace {
 
-constexpr std::size_t leastSlots = 64;
-constexpr std::size_t mostSlotsKept = 4096;
+constexpr std::size_t minSlots = 64;
+constexpr std::size_t maxSlotsKept = 4096;
 
 bool sameRow(const UTXML_STRVALPAIR& left, const UTXML_STRVALPAIR& right) {
     return left.value == right.value && left.name == right.name;
@@ -20,7 +20,7 @@ bool sameRow(const UTXML_STRVALPAIR& left, const UTXML_STRVALPAIR& right) {
 
 void TagMaps::clear() {
     last.clear();
-    if (slots.size() > mostSlotsKept) {
+    if (slots.size() > maxSlotsKept) {
         slots = {};
     } else if (used != 0) {
         std::fill(slots.begin(), slots.end(), Slot{});
@@ -78,14 +78,14 @@ void TagMaps::put(const Slot& added) {
 }
 
 void TagMaps::makeRoom(std::size_t extra) {
-    std::size_t wanted = std::max(slots.size(), leastSlots);
-    while (wanted < 2 * (used + extra)) {
-        wanted *= 2;
+    std::size_t slotCount = std::max(slots.size(), minSlots);
+    while (slotCount < 2 * (used + extra)) {
+        slotCount *= 2;
     }
-    if (wanted == slots.size()) {
+    if (slotCount == slots.size()) {
         return;
     }
-    std::vector<Slot> old(wanted);
+    std::vector<Slot> old(slotCount);
     old.swap(slots);
     used = 0;
     for (const Slot& slot : old) {

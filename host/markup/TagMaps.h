@@ -10,18 +10,18 @@
 
 namespace olmhost {
 
-// The tag maps of one reader, added up: element names and their numbers.
+// The tag maps of one reader, merged: element names and their numbers.
 class TagMaps {
 public:
-    // Forgets every map, and keeps the room.
+    // Removes every map, and keeps the memory.
     void clear();
 
-    // Adds rows, whose names are borrowed until clear(). A name that stands already gets the new
-    // value. Adding the rows added last once more costs one comparison of them. False, with
+    // Adds rows, whose names are borrowed until clear(). A name that is there already gets the new
+    // value. Adding the same rows as last time costs one comparison of them. Returns false, with
     // nothing added, when a row has no name.
     bool add(std::span<const UTXML_STRVALPAIR> rows);
 
-    // The number of a name given with its nameHash(), or UTXML_UNKNOWN_TAG.
+    // Returns the number of a name, whose nameHash() is `hash`; UTXML_UNKNOWN_TAG for another name.
     std::uint32_t find(std::string_view name, std::uint32_t hash) const;
 
 private:

@@ -7,7 +7,7 @@ namespace olmhost {
 
 namespace {
 
-constexpr std::size_t blockSize = 16;
+constexpr std::size_t blockSize = 16; // bytes
 constexpr std::uint32_t replacement = 0xFFFD;
 
 bool isAsciiBlock(const char* bytes) {
@@ -16,7 +16,7 @@ bool isAsciiBlock(const char* bytes) {
     return ((words[0] | words[1]) & 0x8080808080808080U) == 0;
 }
 
-// How many of `limit` bytes went, all of them ASCII.
+// Copies ASCII bytes, at most `limit`, up to the first that isn't ASCII. Returns how many.
 std::size_t copyAscii(const char* bytes, std::uint16_t* units, std::size_t limit) {
     std::size_t done = 0;
     for (; done + blockSize <= limit && isAsciiBlock(bytes + done); done += blockSize) {
@@ -42,7 +42,7 @@ std::size_t sizeByLead(unsigned lead) {
     return lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
 }
 
-// The character at the front, which begins with no ASCII byte.
+// Returns the character at the front, which is not ASCII.
 Character frontOf(std::string_view text) {
     const auto byteAt = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
     const std::size_t size = sizeByLead(byteAt(0));

@@ -7,19 +7,20 @@
 
 namespace olmhost {
 
-// Turns UTF-8 into UTF-16 units, piece by piece. A character above U+FFFF may fall on the end of
-// the caller's room: its second half is then held for the next call.
+// Converts UTF-8 to UTF-16 units, piece by piece. When a character above U+FFFF doesn't fit at the
+// end of the caller's buffer, its second half is held for the next call.
 class TextUnits {
 public:
-    // Moves as much from the front of `text` as fits into `capacity` units; gives how many came.
-    // A byte that begins no whole character in `text` becomes U+FFFD.
+    // Converts as much from the front of `text` as fits into `capacity` units, and removes it from
+    // `text`. Returns the number of units. A byte that doesn't begin a whole character in `text`
+    // becomes U+FFFD.
     std::size_t read(std::string_view& text, std::uint16_t* units, std::size_t capacity);
 
     bool holdsHalf() const { return half != 0; }
     void dropHalf() { half = 0; }
 
 private:
-    std::uint16_t half = 0; // a low surrogate that is still to come, or 0
+    std::uint16_t half = 0; // the low surrogate for the next call, or 0
 };
 
 } // namespace olmhost

@@ -4,9 +4,10 @@
 
 #include "filter/boundary/Reader.h"
 #include "host/markup/ReaderPool.h"
+#include "host/stream/Export.h"
 
-// The C functions over MarkupReader. The module's block holds a pointer to the reader; a block
-// whose reader has ended holds null, and every function refuses it.
+// The reader's C functions, implemented by MarkupReader. The module's block holds a pointer to the
+// reader; a block whose reader was ended holds null, and every function rejects it.
 
 namespace {
 
@@ -17,6 +18,10 @@ using olmhost::ReaderPool;
 constexpr std::int16_t statusDone = 0;
 constexpr std::int16_t statusNone = 1; // no attribute, no text
 constexpr std::int16_t statusFailed = -1;
+
+// The one option that the module sets.
+constexpr std::uint32_t readerOption = 4;
+constexpr std::uint32_t readerOptionValue = 1;
 
 MarkupReader* readerIn(const UTXMLReader* block) {
     void* reader = nullptr;
@@ -31,7 +36,7 @@ void setReader(UTXMLReader& block, MarkupReader* made) {
     std::memcpy(block.host, &reader, sizeof reader);
 }
 
-// The status of `action`, or statusFailed for a missing reader or whatever is thrown.
+// Returns the status of `action`; statusFailed when there is no reader or anything is thrown.
 template <typename Action> std::int16_t withReader(UTXMLReader* block, Action action) noexcept {
     MarkupReader* const reader = readerIn(block);
     if (reader == nullptr) {
@@ -46,7 +51,7 @@ template <typename Action> std::int16_t withReader(UTXMLReader* block, Action ac
 
 } // namespace
 
-int16_t UTXMLInit(UTXMLReader* reader, HostStream* stream) {
+OLMHOST_EXPORT int16_t UTXMLInit(UTXMLReader* reader, HostStream* stream) {
     if (reader == nullptr) {
         return statusFailed;
     }
@@ -64,7 +69,7 @@ int16_t UTXMLInit(UTXMLReader* reader, HostStream* stream) {
     }
 }
 
-void UTXMLDeInit(UTXMLReader* reader) {
+OLMHOST_EXPORT void UTXMLDeInit(UTXMLReader* reader) {
     std::unique_ptr<MarkupReader> ending(readerIn(reader));
     if (!ending) {
         return;
@@ -72,19 +77,20 @@ void UTXMLDeInit(UTXMLReader* reader) {
     setReader(*reader, nullptr);
     try {
         ending->close();
-        ReaderPool::ofThread().give(std::move(ending));
+        ReaderPool::ofThread().put(std::move(ending));
     } catch (...) {
-        // It is freed instead of kept.
+        // The reader is deleted instead of kept.
     }
 }
 
-int16_t UTXMLSetOption(UTXMLReader* reader, uint32_t option, uint32_t value) {
-    const bool isKnown = option == 4 && value == 1;
+OLMHOST_EXPORT int16_t UTXMLSetOption(UTXMLReader* reader, uint32_t option, uint32_t value) {
+    const bool isKnown = option == readerOption && value == readerOptionValue;
     return readerIn(reader) != nullptr && isKnown ? statusDone : statusFailed;
 }
 
-int16_t UTXMLAddTagMap(UTXMLReader* reader, const char* space, uint32_t /*reserved0*/,
-                       uint32_t /*reserved1*/, const UTXML_STRVALPAIR* rows, uint16_t count) {
+OLMHOST_EXPORT int16_t UTXMLAddTagMap(UTXMLReader* reader, const char* space,
+                                      uint32_t /*reserved0*/, uint32_t /*reserved1*/,
+                                      const UTXML_STRVALPAIR* rows, uint16_t count) {
     return withReader(reader, [=](MarkupReader& self) {
         const bool isEmptySpace = space == nullptr || *space == '\0';
         if (!isEmptySpace || (rows == nullptr && count != 0)) {
@@ -94,7 +100,7 @@ int16_t UTXMLAddTagMap(UTXMLReader* reader, const char* space, uint32_t /*reserv
     });
 }
 
-int16_t UTXMLReadNextTag(UTXMLReader* reader, UTXMLTagRecord* tag, uint64_t* extra) {
+OLMHOST_EXPORT int16_t UTXMLReadNextTag(UTXMLReader* reader, UTXMLTagRecord* tag, uint64_t* extra) {
     return withReader(reader, [=](MarkupReader& self) -> std::int16_t {
         if (tag == nullptr) {
             return statusFailed;
@@ -115,15 +121,16 @@ int16_t UTXMLReadNextTag(UTXMLReader* reader, UTXMLTagRecord* tag, uint64_t* ext
     });
 }
 
-int16_t UTXMLSkipContent(UTXMLReader* reader) {
+OLMHOST_EXPORT int16_t UTXMLSkipContent(UTXMLReader* reader) {
     return withReader(reader, [](MarkupReader& self) {
         self.skipText();
         return statusDone;
     });
 }
 
-int16_t UTXMLGetNextAttribute(UTXMLReader* reader, uint32_t* word, const uint16_t** name,
-                              const uint16_t** value, uint32_t* nameLength, uint32_t* valueLength) {
+OLMHOST_EXPORT int16_t UTXMLGetNextAttribute(UTXMLReader* reader, uint32_t* word,
+                                             const uint16_t** name, const uint16_t** value,
+                                             uint32_t* nameLength, uint32_t* valueLength) {
     return withReader(reader, [=](MarkupReader& self) {
         MarkupReader::Attribute attribute{};
         if (!self.nextAttribute(attribute)) {
@@ -140,8 +147,8 @@ int16_t UTXMLGetNextAttribute(UTXMLReader* reader, uint32_t* word, const uint16_
     });
 }
 
-int16_t UTXMLReadContent(UTXMLReader* reader, uint32_t /*always1*/, uint16_t* buffer,
-                         uint32_t capacity, uint32_t* count) {
+OLMHOST_EXPORT int16_t UTXMLReadContent(UTXMLReader* reader, uint32_t /*always1*/, uint16_t* buffer,
+                                        uint32_t capacity, uint32_t* count) {
     if (count != nullptr) {
         *count = 0;
     }
@@ -149,13 +156,13 @@ int16_t UTXMLReadContent(UTXMLReader* reader, uint32_t /*always1*/, uint16_t* bu
         if (count == nullptr || (buffer == nullptr && capacity != 0)) {
             return statusFailed;
         }
-        const std::optional<std::uint32_t> came = self.readText(buffer, capacity);
-        *count = came.value_or(0);
-        return came ? statusDone : statusNone;
+        const std::optional<std::uint32_t> read = self.readText(buffer, capacity);
+        *count = read.value_or(0);
+        return read ? statusDone : statusNone;
     });
 }
 
-int16_t UTXMLSkipTag(UTXMLReader* reader, uint64_t firstHalf, uint64_t secondHalf) {
+OLMHOST_EXPORT int16_t UTXMLSkipTag(UTXMLReader* reader, uint64_t firstHalf, uint64_t secondHalf) {
     return withReader(reader, [=](MarkupReader& self) {
         const std::uint64_t halves[2] = {firstHalf, secondHalf};
         UTXMLTagRecord opening;
@@ -165,7 +172,7 @@ int16_t UTXMLSkipTag(UTXMLReader* reader, uint64_t firstHalf, uint64_t secondHal
     });
 }
 
-int16_t UTXMLGetStateInfo(UTXMLReader* reader, tagUTXMLSaveData* save) {
+OLMHOST_EXPORT int16_t UTXMLGetStateInfo(UTXMLReader* reader, tagUTXMLSaveData* save) {
     return withReader(reader, [=](MarkupReader& self) {
         if (save == nullptr) {
             return statusFailed;
@@ -175,7 +182,7 @@ int16_t UTXMLGetStateInfo(UTXMLReader* reader, tagUTXMLSaveData* save) {
     });
 }
 
-int16_t UTXMLRestoreStateInfo(UTXMLReader* reader, const tagUTXMLSaveData* save) {
+OLMHOST_EXPORT int16_t UTXMLRestoreStateInfo(UTXMLReader* reader, const tagUTXMLSaveData* save) {
     return withReader(reader, [=](MarkupReader& self) {
         return save != nullptr && self.restore(*save) ? statusDone : statusFailed;
     });

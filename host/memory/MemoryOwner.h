@@ -5,8 +5,8 @@
 
 namespace olmhost {
 
-// Someone whose blocks are counted: a session. What is allocated while a Scope of an owner stands
-// belongs to that owner.
+// An owner of memory blocks, which are counted for it: a session. What is allocated on a thread
+// while it has a Scope of an owner belongs to that owner.
 class MemoryOwner {
 public:
     // Makes this thread allocate for `owner` until the scope's end. Scopes nest.
@@ -26,14 +26,14 @@ public:
     MemoryOwner& operator=(const MemoryOwner&) = delete;
     ~MemoryOwner() = default;
 
-    // This owner's number; no other owner of the process ever has it. Never 0.
+    // Returns this owner's number, which is unique in the process and never 0.
     std::uint64_t number() const { return ownNumber; }
 
-    // The owner on this thread, or 0 when there is none.
+    // Returns the number of this thread's owner; 0 when there is none.
     static std::uint64_t current();
 
-    // To be called when all of this owner's blocks ought to be freed. In a build with assertions it
-    // ends the process with a message when some are not; otherwise it does nothing.
+    // Call it when all of this owner's blocks should be freed. In a build with assertions it aborts
+    // the process with a message when some are not; otherwise it does nothing.
     void assertNothingLeft() const;
 
 private:

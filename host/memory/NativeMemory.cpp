@@ -5,12 +5,13 @@
 
 #include "filter/boundary/Memory.h"
 #include "host/memory/MemoryOwner.h"
+#include "host/stream/Export.h"
 
 namespace olmhost {
 
 namespace {
 
-// The slot's place stands one up in a handle, so that no handle is 0.
+// A handle has the slot's index plus one, so that no handle is 0.
 constexpr std::uint64_t slotMask = 0xFFFFFFFF;
 constexpr unsigned generationShift = 32;
 
@@ -28,7 +29,7 @@ NativeMemory::~NativeMemory() {
 }
 
 std::uint64_t NativeMemory::allocate(std::uint64_t size) noexcept {
-    // A block of no bytes has an address too.
+    // A block of 0 bytes has an address too.
     void* block = std::malloc(std::max<std::uint64_t>(size, 1));
     if (block == nullptr) {
         return 0;
@@ -131,18 +132,18 @@ void NativeMemory::release(std::uint64_t handle, Slot& slot) {
 
 } // namespace olmhost
 
-std::uint64_t SYSNativeAlloc(std::uint64_t size) {
+OLMHOST_EXPORT std::uint64_t SYSNativeAlloc(std::uint64_t size) {
     return olmhost::NativeMemory::instance().allocate(size);
 }
 
-void* SYSNativeLock(std::uint64_t handle) {
+OLMHOST_EXPORT void* SYSNativeLock(std::uint64_t handle) {
     return olmhost::NativeMemory::instance().lock(handle);
 }
 
-void SYSNativeUnlock(std::uint64_t handle) {
+OLMHOST_EXPORT void SYSNativeUnlock(std::uint64_t handle) {
     olmhost::NativeMemory::instance().unlock(handle);
 }
 
-void SYSNativeFree(std::uint64_t handle) {
+OLMHOST_EXPORT void SYSNativeFree(std::uint64_t handle) {
     olmhost::NativeMemory::instance().free(handle);
 }

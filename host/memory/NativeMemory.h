@@ -8,13 +8,13 @@
 
 namespace olmhost {
 
-// The blocks behind SYSNativeAlloc, SYSNativeLock, SYSNativeUnlock and SYSNativeFree.
+// The blocks of SYSNativeAlloc, SYSNativeLock, SYSNativeUnlock and SYSNativeFree.
 //
-// A handle is a slot and the slot's generation, so a handle that was freed, or was never given out,
-// is known as such: using it does nothing but count as a misuse. Safe on any number of threads.
+// A handle is a slot and the slot's generation, so a handle that was freed or never returned is
+// recognized: using it only counts as a misuse. Safe on any number of threads.
 class NativeMemory {
 public:
-    // The one that the C functions use.
+    // Returns the object that the C functions use.
     static NativeMemory& instance();
 
     NativeMemory() = default;
@@ -22,24 +22,24 @@ public:
     NativeMemory& operator=(const NativeMemory&) = delete;
     ~NativeMemory();
 
-    // A handle of a block of `size` bytes, which belongs to MemoryOwner::current(); 0 when there is
-    // no memory for it.
+    // Returns the handle of a new block of `size` bytes, which belongs to MemoryOwner::current(); 0
+    // when there is no memory for it.
     std::uint64_t allocate(std::uint64_t size) noexcept;
 
-    // The block's address, or null for a bad handle. One more unlock() is due then.
+    // Returns the block's address; null for a bad handle. Each lock requires an unlock().
     void* lock(std::uint64_t handle) noexcept;
 
     // Ends one lock. A misuse on a bad handle and on a block that is not locked.
     void unlock(std::uint64_t handle) noexcept;
 
-    // Ends the block. A misuse on a bad handle, and on a locked block: that one is bad at once, but
-    // keeps its memory until its last lock is ended.
+    // Frees the block. A misuse on a bad handle, and on a locked block, whose handle is bad from
+    // then on but whose memory is kept until its last lock ends.
     void free(std::uint64_t handle) noexcept;
 
-    // Blocks of that owner which stand.
+    // Returns the number of that owner's blocks.
     std::size_t blocksOf(std::uint64_t owner) const;
 
-    // How many calls were misuses.
+    // Returns the number of misuses.
     std::uint64_t misuseCount() const;
 
 private:
@@ -57,7 +57,7 @@ private:
 
     mutable std::mutex mutex;
     std::vector<Slot> slots;
-    std::vector<std::uint32_t> freeSlots; // as roomy as `slots`, so that freeing can't fail
+    std::vector<std::uint32_t> freeSlots; // has the capacity of `slots`, so that freeing can't fail
     std::uint64_t misuses = 0;
 };
 

@@ -4,6 +4,7 @@
 
 #include "host/compound/CompoundReader.h"
 #include "host/compound/FieldReader.h"
+#include "host/message/MessageFormat.h"
 #include "host/message/MessageNames.h"
 #include "host/message/MessageStorage.h"
 #include "host/message/PropertyType.h"
@@ -13,13 +14,12 @@ namespace olmhost {
 namespace {
 
 MessageNames namesOf(const CompoundReader& reader, const MessageStorage& root) {
-    const std::optional<EntryId> storage = root.child(u"__nameid_version1.0");
+    const std::optional<EntryId> storage = root.child(namesStorage);
     if (!storage.has_value()) {
         return {{}, {}, {}};
     }
     const MessageStorage streams(reader, *storage);
-    return {streams.bytes(u"__substg1.0_00020102"), streams.bytes(u"__substg1.0_00030102"),
-            streams.bytes(u"__substg1.0_00040102")};
+    return {streams.bytes(guidStream), streams.bytes(entryStream), streams.bytes(stringStream)};
 }
 
 } // namespace
@@ -36,8 +36,8 @@ std::unique_ptr<Message> Message::open(std::span<const std::byte> file, std::str
     }
     const CompoundReader& reader = *message->reader;
     const MessageStorage root(reader, rootEntry);
-    if (!root.child(u"__properties_version1.0").has_value()) {
-        failure = "it has no property stream, so it is no message";
+    if (!root.child(propertyStream).has_value()) {
+        failure = "it has no property stream, so it is not a message";
         return nullptr;
     }
     const MessageNames names = namesOf(reader, root);
@@ -48,8 +48,8 @@ std::unique_ptr<Message> Message::open(std::span<const std::byte> file, std::str
             parts.push_back(part.properties(MessageStorage::partHeader, names));
         }
     };
-    addParts(u"__recip_version1.0_#", message->ofRecipients);
-    addParts(u"__attach_version1.0_#", message->ofAttachments);
+    addParts(recipientStart, message->ofRecipients);
+    addParts(attachmentStart, message->ofAttachments);
     return message;
 }
 
@@ -62,7 +62,7 @@ std::u16string Message::text(const Property& property, const ValueStream& value)
     const bool isNarrow = (property.type() & ~multipleValues) == PtypString8;
     std::u16string text;
     text.reserve(value.size / (isNarrow ? 1 : 2));
-    std::optional<std::byte> low; // of a unit that lies in two pieces
+    std::optional<std::byte> low; // of a unit that is split between two pieces
     read(value, [&](std::span<const std::byte> piece) {
         for (const std::byte byte : piece) {
             if (isNarrow) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/message/Property.h"
+#include "host/stream/Export.h"
 
 namespace olmhost {
 
@@ -17,44 +18,45 @@ class CompoundReader;
 
 // A message file (MS-OXMSG): its properties, recipients and attachments.
 //
-// Only what describes the values is held; the values are read when they are asked for. The bytes
-// may come from anywhere.
-class Message {
+// Only the descriptions of the values are held; the values are read on request. The bytes may be
+// anything.
+class OLMHOST_EXPORT Message {
 public:
     using Properties = std::vector<Property>; // in the order of their entries
 
-    // `file` is borrowed and must outlive the message. Null when it is no message, with the reason
-    // in `failure`: a part of a sentence, for people.
+    // `file` is borrowed and must outlive the message. Returns null when it is not a message, with
+    // the reason in `failure`: human-readable, part of a sentence.
     static std::unique_ptr<Message> open(std::span<const std::byte> file, std::string& failure);
 
     Message(const Message&) = delete;
     Message& operator=(const Message&) = delete;
     ~Message();
 
+    // The properties of the message, and those of each recipient and attachment.
     const Properties& properties() const { return own; }
     const std::vector<Properties>& recipients() const { return ofRecipients; }
     const std::vector<Properties>& attachments() const { return ofAttachments; }
 
-    // The first property of that tag; null when there is none.
+    // Returns the first property of that tag; null when there is none.
     const Property* find(std::uint32_t tag) const { return find(own, tag); }
     static const Property* find(const Properties& properties, std::uint32_t tag);
 
-    // A text, by the property's type of 8 or 16 bits a character (8 bits are taken for Latin-1),
-    // without the terminators behind it.
+    // Returns a text, by the property's type of 8 or 16 bits per character (8 bits are read as
+    // Latin-1), without terminators at its end.
     std::u16string text(const Property& property, const ValueStream& value) const;
 
-    // The text of the first property of that tag; empty when there is none.
+    // Returns the text of the first property of that tag; empty when there is none.
     std::u16string text(const Properties& properties, std::uint32_t tag) const;
 
-    // At most the first `limit` bytes of a value.
+    // Returns at most the first `limit` bytes of a value.
     std::vector<std::byte> bytes(const ValueStream& value, std::size_t limit) const;
 
-    // All bytes of a value, in pieces of any size.
+    // Passes all bytes of a value to `take`, in pieces of any size.
     void read(const ValueStream& value,
               const std::function<void(std::span<const std::byte>)>& take) const;
 
-    // The values of a property whose values have a fixed size of at most 8 bytes, as they stand in
-    // those bytes, low byte first. Empty for others.
+    // Returns the values of a property whose values have a fixed size of at most 8 bytes, as those
+    // bytes with the low byte first. Empty for other properties.
     std::vector<std::uint64_t> numbers(const Property& property) const;
 
 private:

@@ -11,7 +11,7 @@ namespace {
 constexpr std::uint16_t firstNamedId = 0x8000;
 constexpr std::size_t nameEntrySize = 8; // bytes
 
-// Numbers of the sets that are never listed, and of the first that is.
+// The numbers of the sets that are never listed, and of the first that is (MS-OXMSG 2.2.3.1.2).
 constexpr unsigned mapiNumber = 1;
 constexpr unsigned publicStringsNumber = 2;
 constexpr unsigned firstListedNumber = 3;

@@ -11,7 +11,7 @@
 
 namespace olmhost {
 
-// What the properties of 0x8000 and above mean in one message (MS-OXMSG, 2.2.3).
+// The names of the properties of 0x8000 and above in one message (MS-OXMSG 2.2.3).
 class MessageNames {
 public:
     // The three streams of the message's __nameid_version1.0 storage.
@@ -19,8 +19,8 @@ public:
                  std::vector<std::byte> texts)
         : sets(std::move(sets)), entries(std::move(entries)), texts(std::move(texts)) {}
 
-    // None for an id below 0x8000, for one that the streams don't tell of, and when what they tell
-    // leads out of them.
+    // Returns none for an id below 0x8000, for one without an entry, and when its entry points
+    // outside the streams.
     std::optional<PropertyName> nameOf(std::uint16_t id) const;
 
 private:

@@ -7,19 +7,20 @@
 #include <vector>
 
 #include "host/stream/ByteSink.h"
+#include "host/stream/Export.h"
 
 namespace olmhost {
 
-// Keeps one message while it is read.
+// Holds one message while it is read.
 //
-// A short one is held in memory. What grows above `heldBytes` goes to a file in the folder that
-// TMPDIR names, or /tmp, and is mapped from there; the file has no name, so it goes with this
-// object or with the process, whatever comes first.
-class MessageSpool : public ByteSink {
+// A message of up to `heldBytes` bytes is held in memory. A larger one is written to a file in
+// $TMPDIR, or /tmp, and mapped from there. The file has no name, so it is freed with this object or
+// with the process, whichever ends first.
+class OLMHOST_EXPORT MessageSpool : public ByteSink {
 public:
-    static constexpr std::size_t usuallyHeld = std::size_t{16} << 20;
+    static constexpr std::size_t defaultHeldBytes = std::size_t{16} << 20;
 
-    explicit MessageSpool(std::size_t heldBytes = usuallyHeld) : heldBytes(heldBytes) {}
+    explicit MessageSpool(std::size_t heldBytes = defaultHeldBytes) : heldBytes(heldBytes) {}
     MessageSpool(const MessageSpool&) = delete;
     MessageSpool& operator=(const MessageSpool&) = delete;
     ~MessageSpool() override;
@@ -27,11 +28,11 @@ public:
     bool append(std::span<const std::byte> bytes) override;
     bool overwrite(std::uint64_t offset, std::span<const std::byte> bytes) override;
 
-    // All that was written; valid as long as this object. Nothing is written after it. Empty after
-    // a failure.
+    // Returns all that was written, valid as long as this object. Nothing may be written after
+    // that. Empty after a failure.
     std::span<const std::byte> contents();
 
-    // The errno of the failure, 0 for none.
+    // Returns the errno of the failure; 0 when there was none.
     int errorNumber() const { return error; }
 
 private:

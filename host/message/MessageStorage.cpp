@@ -3,16 +3,16 @@
 #include <string_view>
 
 #include "host/compound/FieldReader.h"
+#include "host/message/MessageFormat.h"
 #include "host/message/PropertyType.h"
 
 namespace olmhost {
 
 namespace {
 
-constexpr const char16_t* propertyStream = u"__properties_version1.0";
-constexpr std::size_t propertyEntrySize = 16; // bytes
+constexpr std::size_t propertyEntrySize = 16; // bytes (MS-OXMSG 2.4.2)
 
-// Bytes that a list of texts, or of binary values, has for the length of each.
+// The bytes of each length in a list of texts or of binary values (MS-OXMSG 2.1.4).
 constexpr std::size_t textLengthSize = 4;
 constexpr std::size_t binaryLengthSize = 8;
 
@@ -24,7 +24,7 @@ void appendHex(std::u16string& text, std::uint32_t value) {
 }
 
 std::u16string streamName(std::uint32_t tag) {
-    std::u16string name = u"__substg1.0_";
+    std::u16string name(valueStreamStart);
     appendHex(name, tag);
     return name;
 }

@@ -15,23 +15,23 @@ namespace olmhost {
 // One storage of a message that holds properties: the message itself, a recipient, an attachment.
 class MessageStorage {
 public:
-    // Bytes ahead of the entries of a property stream.
+    // Bytes before the entries of a property stream (MS-OXMSG 2.4.1).
     static constexpr std::size_t messageHeader = 32;
     static constexpr std::size_t partHeader = 8;
 
     // `reader` is borrowed.
     MessageStorage(const CompoundReader& reader, EntryId storage);
 
-    // The entry of that name in the storage.
+    // Returns the entry of that name in the storage.
     std::optional<EntryId> child(const std::u16string& name) const;
 
-    // The storages whose names begin so, in the order of the numbers behind that.
+    // Returns the storages whose names begin with `start`, in the order of the numbers after that.
     std::vector<EntryId> parts(std::u16string_view start) const;
 
-    // The bytes of the stream of that name; empty without one.
+    // Returns the bytes of the stream of that name; empty when there is none.
     std::vector<std::byte> bytes(const std::u16string& name) const;
 
-    // All properties; none when the storage has no property stream.
+    // Returns all properties; none when the storage has no property stream.
     std::vector<Property> properties(std::size_t header, const MessageNames& names) const;
 
 private:

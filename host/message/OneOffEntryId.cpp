@@ -14,7 +14,7 @@ constexpr std::array<std::uint8_t, 16> provider = {0x81, 0x2B, 0x1F, 0xA4, 0xBE,
                                                    0x9D, 0x6E, 0x00, 0xDD, 0x01, 0x0F, 0x54, 0x02};
 constexpr std::uint16_t textIsUtf16 = 0x8000;
 
-// The text up to its terminator, which is taken too.
+// Reads a text and its terminator.
 std::u16string takeText(FieldReader& fields) {
     std::u16string text;
     while (fields.isGood()) {

@@ -9,7 +9,7 @@ namespace {
 
 // clang-format off
 
-// Places of the sets in `sets`.
+// Indexes in `sets`.
 enum SetIndex { Address, Appointment, Common, Meeting, Note, Task, Mapi, PublicStrings };
 
 struct SetRow {
@@ -20,7 +20,7 @@ struct SetRow {
     const char* name;
 };
 
-// What nearly all sets end in.
+// The last bytes of nearly all sets.
 constexpr std::array<std::uint8_t, 8> usualEnd = {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46};
 constexpr std::array<std::uint8_t, 8> meetingEnd = {0x98, 0xDA, 0x00, 0xAA, 0x00, 0x3F, 0x13, 0x05};
 

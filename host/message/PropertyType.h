@@ -4,7 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 
-// The types of properties (MS-OXCDATA, 2.11.1): the low 16 bits of a tag.
+#include "host/stream/Export.h"
+
+// The types of properties (MS-OXCDATA 2.11.1): the low 16 bits of a tag.
 namespace olmhost {
 
 enum PropertyType : std::uint16_t {
@@ -25,24 +27,24 @@ enum PropertyType : std::uint16_t {
     PtypBinary = 0x0102,
 };
 
-// Set beside a type whose property holds a list of values.
+// Added to the type of a property with a list of values.
 inline constexpr std::uint16_t multipleValues = 0x1000;
 
-// What a value of a type, single or in a list, looks like in a message.
+// How a value of a type is stored in a message.
 // NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): in the order of the table's columns
 struct TypeRow {
     std::uint16_t type;
     const char* name;
     const char* listName; // null when there are no lists of it
     std::size_t size;     // bytes of a value; 0 for texts, binary values and objects
-    bool isInEntry;       // a single value stands in the property's entry, not in a stream
+    bool isInEntry;       // a single value is in the property's entry, not in a stream
 };
 
-// The row of a type, multipleValues or not; null for an unknown one.
-const TypeRow* findType(std::uint16_t type);
+// Returns the row of a type, with or without multipleValues; null for an unknown type.
+OLMHOST_EXPORT const TypeRow* findType(std::uint16_t type);
 
-// The name of a type; null for an unknown one.
-const char* typeName(std::uint16_t type);
+// Returns the name of a type; null for an unknown type.
+OLMHOST_EXPORT const char* typeName(std::uint16_t type);
 
 } // namespace olmhost
 

@@ -6,7 +6,7 @@ namespace olmhost {
 
 namespace {
 
-// Bits that say what an exception changes.
+// What an exception changes (OverrideFlags, MS-OXOCAL 2.2.1.44.2).
 enum Override : std::uint16_t {
     HasSubject = 0x0001,
     HasMeetingType = 0x0002,
@@ -19,6 +19,7 @@ enum Override : std::uint16_t {
     HasColor = 0x0100,
 };
 
+// The first writer version with a ChangeHighlight (MS-OXOCAL 2.2.1.44.3).
 constexpr std::uint32_t versionWithHighlights = 0x3009;
 
 class Decoder {
@@ -72,17 +73,17 @@ bool Decoder::decode() {
     }
     found.startDate = dword();
     found.endDate = dword();
-    // A pattern alone is whole too.
+    // A pattern alone is complete too.
     if (fields.isGood() && fields.remaining() > 0 && !takeTimes()) {
         return false;
     }
     if (!fields.isGood()) {
         return fail("it is cut off");
     }
-    return fields.remaining() == 0 || fail("it has bytes behind its end");
+    return fields.remaining() == 0 || fail("it has bytes after its end");
 }
 
-// What the pattern alone has.
+// Reads the fields of the pattern type.
 bool Decoder::takeLayout() {
     switch (found.patternType) {
     case Recurrence::Day:
@@ -170,7 +171,7 @@ RecurrenceException Decoder::takeException() {
     return exception;
 }
 
-// The texts of an exception once more, in UTF-16.
+// Reads the texts of an exception again, in UTF-16.
 void Decoder::takeExtension(RecurrenceException& exception) {
     fields.bytes(3 * sizeof(std::uint32_t)); // the three times again
     if (exception.subject.has_value()) {
@@ -182,7 +183,7 @@ void Decoder::takeExtension(RecurrenceException& exception) {
     skipBlock();
 }
 
-// Text in the writer's code page, which nothing names: each byte is taken for a Latin-1 character.
+// Reads text in the writer's code page, which is not known: each byte is read as Latin-1.
 std::u16string Decoder::narrowText() {
     fields.number<std::uint16_t>(); // the length and 1
     const auto length = fields.number<std::uint16_t>();

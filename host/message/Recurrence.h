@@ -8,11 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "host/stream/Export.h"
+
 namespace olmhost {
 
-// One occurrence that differs from the others. What it leaves as it is has no value.
+// One occurrence that differs from the others. What is unchanged has no value.
 struct RecurrenceException {
-    std::uint32_t start = 0;         // minutes since 1601, in the zone's own clock
+    std::uint32_t start = 0;         // minutes since 1601, in the time zone's local time
     std::uint32_t end = 0;           // likewise
     std::uint32_t originalStart = 0; // likewise
     std::optional<std::u16string> subject;
@@ -26,9 +28,9 @@ struct RecurrenceException {
     std::optional<std::uint32_t> color;
 };
 
-// How an appointment or a task repeats: a RecurrencePattern (MS-OXOCAL, 2.2.1.44.1), and what an
-// appointment has behind it (2.2.1.44.5). Numbers are as they stand in the value; days and times
-// are minutes since 1601-01-01, in the zone's own clock.
+// How an appointment or a task repeats: a RecurrencePattern (MS-OXOCAL 2.2.1.44.1), and for an
+// appointment an AppointmentRecurrencePattern (2.2.1.44.5). Numbers are those of the value; days
+// and times are minutes since 1601-01-01, in the time zone's local time.
 struct Recurrence {
     // Values of patternType.
     enum Pattern : std::uint16_t {
@@ -70,9 +72,10 @@ struct Recurrence {
     std::vector<RecurrenceException> exceptions;
 };
 
-// Takes the value apart to its last byte. None when it is cut off, has bytes left over or holds a
-// number that leaves its layout open; `failure` is then a part of a sentence, for people.
-std::optional<Recurrence> decodeRecurrence(std::span<const std::byte> value, std::string& failure);
+// Decodes the value. Returns none when it is cut off, has bytes left over or has an unknown
+// pattern; `failure` is then human-readable, part of a sentence.
+OLMHOST_EXPORT std::optional<Recurrence> decodeRecurrence(std::span<const std::byte> value,
+                                                          std::string& failure);
 
 } // namespace olmhost
 

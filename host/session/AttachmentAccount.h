@@ -10,13 +10,13 @@
 
 namespace olmhost {
 
-// One attachment as it stands in the message.
+// One attachment of a message.
 struct AttachmentAccount {
-    static constexpr std::size_t longestName = 2048; // UTF-16 units; what is beyond is cut off
+    static constexpr std::size_t maxName = 2048; // UTF-16 units; a longer name is cut off
 
     std::u16string name; // its long file name, without a terminator; empty when it has none
 
-    // What it was read from, as the place of that in Extraction::members; none when the document
+    // The entry that it was read from, as an index in Extraction::members; none when the document
     // names no entry for it.
     std::optional<std::size_t> member;
 
@@ -24,9 +24,9 @@ struct AttachmentAccount {
     std::optional<std::uint64_t> size;
 };
 
-// Told of the data of each attachment as they go into the message, on the thread of the caller:
-// `attachment` is the place in Extraction::attachments. Pieces come in order, those of one
-// attachment after those of the one before.
+// Receives the data of each attachment as they are written to the message, on the caller's thread.
+// `attachment` is the index in Extraction::attachments. Pieces come in order, one attachment after
+// another.
 using AttachmentBytes =
     std::function<void(std::size_t attachment, std::span<const std::byte> bytes)>;
 

@@ -2,22 +2,22 @@
 
 #include <algorithm>
 
+#include "host/message/MessageFormat.h"
+
 namespace olmhost {
 
 namespace {
 
-// The names that a message gives to the storage of an attachment, less its number, and to two of
-// the streams in it (MS-OXMSG).
-constexpr std::u16string_view storagePrefix = u"__attach_version1.0_#";
+// Two streams of an attachment: PidTagAttachDataBinary and PidTagAttachLongFilename.
 constexpr std::u16string_view dataStream = u"__substg1.0_37010102";
 constexpr std::u16string_view nameStream = u"__substg1.0_3704001F";
 
-constexpr std::size_t longestNameBytes = 2 * AttachmentAccount::longestName;
+constexpr std::size_t maxNameBytes = 2 * AttachmentAccount::maxName;
 
 } // namespace
 
 void AttachmentLedger::storageMade(EntryId id, std::u16string_view name) {
-    if (name.starts_with(storagePrefix)) {
+    if (name.starts_with(attachmentStart)) {
         attachments.push_back(
             {id, reading.members.size(), {}, DataWatcher(*this, attachments.size())});
     }
@@ -61,14 +61,14 @@ std::vector<AttachmentAccount> AttachmentLedger::take() {
     return accounts;
 }
 
-// Nearly always the last one.
+// Returns the attachment of that storage, which is nearly always the last one.
 AttachmentLedger::Attachment* AttachmentLedger::find(EntryId storage) {
     const auto found =
         std::ranges::find(attachments.rbegin(), attachments.rend(), storage, &Attachment::storage);
     return found == attachments.rend() ? nullptr : &*found;
 }
 
-void AttachmentLedger::tell(std::size_t attachment, ByteSpan bytes) {
+void AttachmentLedger::pass(std::size_t attachment, ByteSpan bytes) {
     if (!listener) {
         return;
     }
@@ -81,7 +81,7 @@ void AttachmentLedger::tell(std::size_t attachment, ByteSpan bytes) {
 }
 
 void AttachmentLedger::NameWatcher::wrote(ByteSpan bytes) {
-    const std::size_t room = longestNameBytes - units.size();
+    const std::size_t room = maxNameBytes - units.size();
     for (const std::byte byte : bytes.first(std::min(bytes.size(), room))) {
         units += static_cast<char>(byte);
     }
@@ -100,7 +100,7 @@ std::u16string AttachmentLedger::NameWatcher::text() const {
 
 void AttachmentLedger::DataWatcher::wrote(ByteSpan bytes) {
     count += bytes.size();
-    ledger.tell(attachment, bytes);
+    ledger.pass(attachment, bytes);
 }
 
 } // namespace olmhost

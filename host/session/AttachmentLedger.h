@@ -11,13 +11,13 @@
 
 namespace olmhost {
 
-// Keeps the account of the attachments of one message, from what is made in its compound file.
+// Keeps account of the attachments of one message, by watching its compound file.
 //
-// The entry that an attachment was read from is the one that was asked for while its storage was
+// The entry that an attachment was read from is the one that was requested while its storage was
 // the last one made; when none was, the document names none.
 class AttachmentLedger final : public CompoundWatcher {
 public:
-    // Both are borrowed. `reading` is filled while the message is made; `listener` may be empty.
+    // Both are borrowed. `reading` is filled while the message is written; `listener` may be empty.
     AttachmentLedger(const ReadAccount& reading, const AttachmentBytes& listener)
         : reading(reading), listener(listener) {}
 
@@ -27,7 +27,7 @@ public:
     // Throws what the listener threw.
     void rethrow() const;
 
-    // The accounts, in the order of the attachments. Call it once, when the message is made.
+    // Returns the accounts, in the order of the attachments. Call it once, after the message.
     std::vector<AttachmentAccount> take();
 
 private:
@@ -58,18 +58,18 @@ private:
 
     struct Attachment {
         EntryId storage;
-        std::size_t membersBefore; // asked for ahead of it
+        std::size_t membersBefore; // requested before it
         NameWatcher name;
         DataWatcher data;
         bool hasData = false;
     };
 
     Attachment* find(EntryId storage);
-    void tell(std::size_t attachment, ByteSpan bytes);
+    void pass(std::size_t attachment, ByteSpan bytes);
 
     const ReadAccount& reading;
     const AttachmentBytes& listener;
-    std::deque<Attachment> attachments; // a deque: what it holds is pointed to
+    std::deque<Attachment> attachments; // a deque, since elements are pointed to
     std::exception_ptr thrown;
 };
 

@@ -9,34 +9,36 @@
 #include <string_view>
 #include <vector>
 
+#include "host/stream/Export.h"
+
 namespace olmhost {
 
 enum class ItemKind : std::size_t { Email, Appointment, Contact, Group, Task, Note };
 
 inline constexpr std::size_t itemKindCount = 6;
 
-// The name of a kind as scripts know it: "email", "appointment" …
-std::string_view nameOf(ItemKind kind);
+// Returns the name of a kind for scripts: "email", "appointment" and so on.
+OLMHOST_EXPORT std::string_view nameOf(ItemKind kind);
 
-// What the documents of one kind hold.
+// The totals of the documents of one kind.
 struct KindCensus {
     std::uint64_t documents = 0;
     std::uint64_t items = 0;
-    std::uint64_t attachments = 0;        // of these items, with the name of their entry
-    std::uint64_t unnamedAttachments = 0; // without one
+    std::uint64_t attachments = 0;        // of these items, with an entry's name
+    std::uint64_t unnamedAttachments = 0; // without an entry's name
 
     bool operator==(const KindCensus&) const = default;
 };
 
-// Why an entry whose name ends in ".xml" gave other rows than it has items, or none.
+// Why an entry whose name ends in ".xml" has no items, or not as many rows as items.
 enum class DocumentFinding {
-    Categories,  // it holds the categories' names and colours, and is not meant to hold items
-    OtherRoot,   // its root element is of no kind that is known here
-    NoItems,     // its root element is known, and no item is in it
+    Categories,  // it has the names and colours of categories, and no items
+    OtherRoot,   // its root element is not of a known kind
+    NoItems,     // its root element is known, and it has no items
     Empty,       // it has no bytes
     Unreadable,  // no root element or no item of it can be read
-    NotListed,   // it has items, and the module never looked into it
-    OtherNumber, // it has items, and the module gave another number of rows
+    NotListed,   // it has items, and the module never opened it
+    OtherNumber, // it has items, and the module sent another number of rows
 };
 
 // One such entry.
@@ -44,35 +46,35 @@ struct DocumentNote {
     std::uint64_t entryIndex = 0;
     DocumentFinding finding = DocumentFinding::NoItems;
     std::uint64_t items = 0; // in the document
-    std::uint64_t rows = 0;  // that the module gave
-    std::string text;        // for people, one line, without the entry's name
+    std::uint64_t rows = 0;  // that the module sent
+    std::string text;        // human-readable, one line, without the entry's name
 
-    // Whether items went missing without a fault that tells so.
+    // Returns whether items are missing without a fault that explains it.
     bool isMismatch() const {
         return finding == DocumentFinding::NotListed || finding == DocumentFinding::OtherNumber;
     }
 };
 
 // What is in an archive's documents, counted by the host's own parser, whatever the module makes of
-// them: the elements that stand directly in a root element and have the name of its kind's items.
+// them: the children of a root element that have the name of its kind's items.
 struct Census {
     std::array<KindCensus, itemKindCount> kinds;
     std::vector<DocumentNote> notes; // in the order of the entries
-    std::uint64_t entries = 0;       // of the archive's directory, that were counted so far
-    bool hasKnownRoot = false;       // one of the documents is of a known kind, or of categories
+    std::uint64_t entries = 0;       // of the archive's directory, counted so far
+    bool hasKnownRoot = false;       // one of the documents is of a known kind, or has categories
 
     const KindCensus& of(ItemKind kind) const { return kinds[static_cast<std::size_t>(kind)]; }
 };
 
-// An attachment that an item names. Everything it points to is valid only during the callback.
+// An attachment that an item names. What it points to is valid only during the callback.
 struct NamedAttachment {
     ItemKind kind = ItemKind::Email; // of the item
-    std::string_view entryName;      // UTF-8, as the item tells it
-    std::string_view name;           // UTF-8, for people; empty when there is none
+    std::string_view entryName;      // UTF-8, as the item has it
+    std::string_view name;           // UTF-8, to display; empty when there is none
 };
 
-// Told of each attachment with the name of an entry, in the order of the documents, once. May not
-// throw; of the session it may call what tells of entries.
+// Receives each attachment that has the name of an entry, once, in the order of the documents. May
+// not throw. Of the session it may call the functions about entries.
 using AttachmentCallback = std::function<void(const NamedAttachment&)>;
 
 } // namespace olmhost

@@ -3,19 +3,18 @@
 #include <algorithm>
 #include <string_view>
 
+#include "host/archive/ArchiveContents.h"
 #include "host/markup/MarkupParser.h"
 
 namespace olmhost {
 
 namespace {
 
-constexpr std::string_view documentEnding = ".xml";
-
 std::string counted(std::uint64_t count, std::string_view one, std::string_view more) {
     return std::to_string(count) + " " + std::string(count == 1 ? one : more);
 }
 
-bool passesEnd(EventQueue& queue) {
+bool popToEnd(EventQueue& queue) {
     bool isEnd = false;
     for (; !queue.empty(); queue.pop()) {
         isEnd = isEnd || queue.front().kind == EventKind::End;
@@ -26,7 +25,7 @@ bool passesEnd(EventQueue& queue) {
 } // namespace
 
 void CensusTaker::endEntry(std::uint64_t entry, std::uint64_t rows) {
-    if (file.entryName(entry).ends_with(documentEnding)) {
+    if (file.contents().isDocument(entry)) {
         endDocument(entry, rows);
     }
     taken.entries = entry + 1;
@@ -36,7 +35,7 @@ void CensusTaker::endEntry(std::uint64_t entry, std::uint64_t rows) {
 
 void CensusTaker::endDocument(std::uint64_t entry, std::uint64_t rows) {
     const bool wasOpened = counter.hasBegun();
-    if (isToBeRead()) {
+    if (isUnfinished()) {
         read(entry);
     }
     const KindCensus& found = counter.counts();
@@ -53,8 +52,9 @@ void CensusTaker::endDocument(std::uint64_t entry, std::uint64_t rows) {
     }
 }
 
-// Whether the document was left before its end. One that could not be opened can't be opened now.
-bool CensusTaker::isToBeRead() const {
+// Returns whether the document was left before its end. One that could not be opened is not
+// retried.
+bool CensusTaker::isUnfinished() const {
     return counter.hasBegun() ? !counter.isDone() : file.faults().size() == faultsBefore;
 }
 
@@ -68,7 +68,7 @@ void CensusTaker::read(std::uint64_t entry) {
     parser.skipUntilFewerThan(1);
     while (!counter.isDone()) {
         parser.fill();
-        if (passesEnd(parser.queue)) {
+        if (popToEnd(parser.queue)) {
             break;
         }
     }
@@ -85,11 +85,11 @@ void CensusTaker::note(std::uint64_t entry, std::uint64_t rows, bool wasOpened) 
         describeMismatch(note, wasOpened);
     } else if (counter.isCategories()) {
         note.finding = DocumentFinding::Categories;
-        note.text = "it holds categories, which are no items";
+        note.text = "it has categories and no items";
     } else if (counter.hasRoot() && !counter.kind()) {
         note.finding = DocumentFinding::OtherRoot;
-        note.text = "its root element \"" + counter.otherRoot() + "\" is of no kind that is known";
-    } else if (file.entryInfo(entry).size == 0) {
+        note.text = "its root element \"" + counter.otherRoot() + "\" is not of a known kind";
+    } else if (file.contents().info(entry).size == 0) {
         note.finding = DocumentFinding::Empty;
         note.text = "it is empty";
     } else if (const EntryFault* fault = faultOf(entry); fault != nullptr) {
@@ -104,25 +104,24 @@ void CensusTaker::note(std::uint64_t entry, std::uint64_t rows, bool wasOpened) 
 
 void CensusTaker::describeMismatch(DocumentNote& note, bool wasOpened) const {
     note.finding = wasOpened ? DocumentFinding::OtherNumber : DocumentFinding::NotListed;
-    note.text = "it holds " + counted(note.items, "item", "items") + ", of which ";
+    note.text = "it has " + counted(note.items, "item", "items") + ", of which ";
     if (wasOpened) {
         note.text += counted(note.rows, "is", "are") + " listed";
         addStrangers(note.text);
     } else {
         note.text +=
-            "none is listed: \".xml\" has to stand in an entry's name once, at its end and behind "
-            "something else";
+            "none is listed: an entry's name must have \".xml\" once, at its end and not alone";
     }
 }
 
 void CensusTaker::addStrangers(std::string& text) const {
     if (const std::uint64_t count = counter.strangers(); count > 0) {
-        text += "; " + counted(count, "other element stands", "other elements stand") +
+        text += "; " + counted(count, "other element is", "other elements are") +
                 " where items are expected";
     }
 }
 
-// A fault of the entry, as a rule the last one that was found; null when there is none.
+// Returns the last fault of the entry; null when there is none.
 const EntryFault* CensusTaker::faultOf(std::uint64_t entry) const {
     const std::vector<EntryFault>& faults = file.faults();
     const auto found = std::find_if(faults.rbegin(), faults.rend(), [=](const EntryFault& fault) {

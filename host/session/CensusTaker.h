@@ -15,31 +15,31 @@ namespace olmhost {
 
 // Takes the census of an archive while the module lists it.
 //
-// It counts along while the module reads a document, so that a document is parsed once. What the
-// module doesn't read to its end, or doesn't open at all, is read here.
+// It counts while the module reads a document, so that a document is parsed once. What the module
+// doesn't read to its end, or doesn't open at all, is read here.
 class CensusTaker {
 public:
     // `file` is borrowed.
     explicit CensusTaker(ArchiveFile& file) : file(file) {}
 
-    // Counts what is read from now on, or nothing any more.
+    // Starts and stops counting what is read.
     void watch() { file.keepWatch(&counter); }
     void unwatch() { file.keepWatch(nullptr); }
 
-    // The module is done with an entry, of which it gave `rows`. Entries come in their order.
+    // The module has ended an entry, for which it sent `rows` rows. Entries come in their order.
     void endEntry(std::uint64_t entry, std::uint64_t rows);
 
     const Census& census() const { return taken; }
 
-    // See ItemCounter: the document at hand.
-    std::optional<ItemKind> kindAtHand() const { return counter.kind(); }
-    void tellAttachments(AttachmentCallback callback) {
+    // See ItemCounter: the current document.
+    std::optional<ItemKind> documentKind() const { return counter.kind(); }
+    void setAttachmentCallback(AttachmentCallback callback) {
         counter.onAttachment = std::move(callback);
     }
 
 private:
     void endDocument(std::uint64_t entry, std::uint64_t rows);
-    bool isToBeRead() const;
+    bool isUnfinished() const;
     void read(std::uint64_t entry);
     void note(std::uint64_t entry, std::uint64_t rows, bool wasOpened);
     void describeMismatch(DocumentNote& note, bool wasOpened) const;
@@ -49,7 +49,7 @@ private:
     ArchiveFile& file;
     ItemCounter counter;
     Census taken;
-    std::size_t faultsBefore = 0; // the entry at hand
+    std::size_t faultsBefore = 0; // the current entry
 };
 
 } // namespace olmhost

@@ -6,7 +6,7 @@
 
 namespace olmhost {
 
-// One column as the module defined it: the numbers of its three calls, in their order.
+// One column as the module defined it: the arguments of its three calls, in their order.
 struct Column {
     std::array<std::uint32_t, 3> type = {};
     std::array<std::uint32_t, 3> format = {};

@@ -27,8 +27,12 @@ static_assert(std::size(kinds) == itemKindCount);
 
 constexpr std::string_view categoriesRoot = "categories";
 
-// An element of an item with this ending holds the item's attachments.
+// The end of the name of the element that has an item's attachments.
 constexpr std::string_view attachmentListEnding = "CopyAttachmentList";
+
+// The attributes of an attachment: the name of its entry, and its name to display.
+constexpr std::string_view entryAttribute = "OPFAttachmentURL";
+constexpr std::string_view nameAttribute = "OPFAttachmentName";
 
 // Depths of elements.
 constexpr std::uint32_t rootDepth = 1;
@@ -36,17 +40,17 @@ constexpr std::uint32_t itemDepth = 2;
 constexpr std::uint32_t partDepth = 3;
 constexpr std::uint32_t attachmentDepth = 4;
 
-constexpr std::size_t longestRootShown = 80; // bytes
+constexpr std::size_t maxRootShown = 80; // bytes
 
-// The start of UTF-8 text, cut between code points.
-std::string_view cut(std::string_view text, std::size_t most) {
-    if (text.size() <= most) {
+// Returns at most `maxSize` bytes from the start of UTF-8 text, cut between code points.
+std::string_view cut(std::string_view text, std::size_t maxSize) {
+    if (text.size() <= maxSize) {
         return text;
     }
-    while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0) == 0x80) {
-        --most;
+    while (maxSize > 0 && (static_cast<unsigned char>(text[maxSize]) & 0xC0) == 0x80) {
+        --maxSize;
     }
-    return text.substr(0, most);
+    return text.substr(0, maxSize);
 }
 
 } // namespace
@@ -58,7 +62,7 @@ std::string_view nameOf(ItemKind kind) {
 void ItemCounter::forget() {
     beginDocument();
     isBegun = false;
-    attachmentsTold = 0;
+    attachmentsReported = 0;
 }
 
 void ItemCounter::beginDocument() {
@@ -104,7 +108,7 @@ void ItemCounter::closed(std::uint32_t depth) {
     if (depth == rootDepth) {
         isAtEnd = true;
     } else if (depth == partDepth) {
-        // The end of a list of attachments: of others nobody asks.
+        // The end of a list of attachments: no others are watched.
         openingsTo = partDepth;
         closingsTo = rootDepth;
     }
@@ -122,7 +126,7 @@ void ItemCounter::beginRoot(const char* name) {
     isAtEnd = true;
     hasCategories = name == categoriesRoot;
     if (!hasCategories) {
-        rootName = cut(name, longestRootShown);
+        rootName = cut(name, maxRootShown);
     }
 }
 
@@ -132,10 +136,10 @@ void ItemCounter::addAttachment(std::uint32_t depth, const char* const* attribut
     bool isNamed = false;
     for (; *attributes != nullptr; attributes += 2) {
         const std::string_view attribute = attributes[0];
-        if (attribute == "OPFAttachmentURL") {
+        if (attribute == entryAttribute) {
             isNamed = true;
             attachment.entryName = attributes[1];
-        } else if (attribute == "OPFAttachmentName") {
+        } else if (attribute == nameAttribute) {
             attachment.name = attributes[1];
         }
     }
@@ -144,8 +148,8 @@ void ItemCounter::addAttachment(std::uint32_t depth, const char* const* attribut
         return;
     }
     ++found.attachments;
-    if (found.attachments > attachmentsTold) {
-        attachmentsTold = found.attachments;
+    if (found.attachments > attachmentsReported) {
+        attachmentsReported = found.attachments;
         if (onAttachment) {
             onAttachment(attachment);
         }

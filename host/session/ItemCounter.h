@@ -12,7 +12,7 @@ namespace olmhost {
 // Counts the items of one document by its tags.
 //
 // A document may be read again when its first reader has stopped early: the count begins anew then,
-// and no attachment is told twice. forget() makes ready for the next document.
+// and no attachment is reported twice. forget() prepares for the next document.
 class ItemCounter final : public TagWatch {
 public:
     ItemCounter() { forget(); }
@@ -23,24 +23,24 @@ public:
     void opened(std::uint32_t depth, const char* name, const char* const* attributes) override;
     void closed(std::uint32_t depth) override;
 
-    // Whether anybody has read the document, and has got to its root element.
+    // Returns whether reading of the document has begun, and has reached its root element.
     bool hasBegun() const { return isBegun; }
     bool hasRoot() const { return isRooted; }
-    // Whether nothing that counts can come any more.
+    // Returns whether all that counts has been read.
     bool isDone() const { return isAtEnd; }
 
-    // None for a document of no kind of items.
+    // Returns the kind of the items; none for another document.
     std::optional<ItemKind> kind() const { return rootKind; }
     bool isCategories() const { return hasCategories; }
-    // The root element's name, when it is none that is known; cut when it is long.
+    // Returns the name of a root element that is not known, cut when it is long.
     const std::string& otherRoot() const { return rootName; }
 
-    // What was counted; `documents` stays 0.
+    // Returns the totals; `documents` stays 0.
     const KindCensus& counts() const { return found; }
-    // Elements beside the items that are none.
+    // Returns the number of elements among the items that are not items.
     std::uint64_t strangers() const { return strangerCount; }
 
-    // Empty for nobody.
+    // Receives the attachments; may be empty.
     AttachmentCallback onAttachment;
 
 private:
@@ -56,7 +56,7 @@ private:
     std::string_view itemName;
     KindCensus found;
     std::uint64_t strangerCount = 0;
-    std::uint64_t attachmentsTold = 0; // since forget()
+    std::uint64_t attachmentsReported = 0; // since forget()
 };
 
 } // namespace olmhost

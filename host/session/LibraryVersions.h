@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "host/stream/Export.h"
+
 namespace olmhost {
 
 struct LibraryVersion {
@@ -11,8 +13,8 @@ struct LibraryVersion {
     std::string version;
 };
 
-// The libraries that the host runs on, as they are loaded in this process.
-std::vector<LibraryVersion> libraryVersions();
+// Returns the libraries that the host uses, with the versions loaded in this process.
+OLMHOST_EXPORT std::vector<LibraryVersion> libraryVersions();
 
 } // namespace olmhost
 

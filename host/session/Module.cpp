@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* moduleName = "olmfilter.so";
 
-// The file of this library, as the loader knows it; empty when it can't tell.
+// Returns the path of this library, as the loader has it; empty when it isn't known.
 std::string ownPath() {
     Dl_info info = {};
     if (dladdr(reinterpret_cast<const void*>(&Module::load), &info) == 0 ||
@@ -22,8 +22,8 @@ std::string ownPath() {
     return info.dli_fname;
 }
 
-// The module imports functions of this library. When somebody loaded the library for himself alone,
-// the loader would not find them.
+// Makes the functions of this library visible to the module, which imports them. When the library
+// was loaded with local symbols, the loader would not find them.
 void offerOwnFunctions(const std::string& library) {
     if (!library.empty()) {
         dlopen(library.c_str(), RTLD_NOW | RTLD_NOLOAD | RTLD_GLOBAL);
@@ -42,7 +42,7 @@ std::string findModule(const std::string& library, std::string& failure) {
         }
         tried += (tried.empty() ? "" : ", ") + place.string();
     }
-    failure = std::string("the module ") + moduleName + " is not there (looked at: " + tried + ")";
+    failure = std::string("the module ") + moduleName + " was not found (looked in: " + tried + ")";
     return {};
 }
 
@@ -51,7 +51,7 @@ std::string lastLoaderError() {
     return text == nullptr ? "unknown error" : text;
 }
 
-// A name without a slash would be looked for in the loader's own places.
+// The loader would search its own folders for a name without a slash.
 std::string asLoaderPath(const std::string& path) {
     return path.find('/') == std::string::npos ? "./" + path : path;
 }
@@ -79,9 +79,9 @@ std::shared_ptr<const Module> Module::load(const std::string& path, std::string&
     auto module = std::make_shared<Module>();
     const bool isFit =
         module->readTable(reinterpret_cast<decltype(&::VwGetRtns)>(dlsym(loaded, "VwGetRtns")));
-    dlclose(loaded); // ends the count alone: what was loaded stays
+    dlclose(loaded); // only ends the reference: what was loaded stays
     if (!isFit) {
-        failure = place + " is no module for this program: it lacks entry points";
+        failure = place + " is not a module for this program: it lacks entry points";
         return nullptr;
     }
     return module;

@@ -10,16 +10,16 @@ namespace olmhost {
 
 // The loaded module and its entry points.
 //
-// Once loaded it stays in the process until the end, so loading it again costs next to nothing, and
-// one Module may be used by any number of threads.
+// Once loaded it stays in the process, so loading it again costs next to nothing. One Module may be
+// used by any number of threads.
 class Module {
 public:
-    // Loads olmfilter.so from `path`; when that is empty, from the first of these places that has
-    // it: beside this library, olmkit/ below that, the place where it is installed. Null when that
-    // fails, with the reason in `failure`: one line for people.
+    // Loads olmfilter.so from `path`; when that is empty, from the first of these folders that has
+    // it: that of this library, olmkit/ in it, the installed one. Returns null when that fails,
+    // with the reason in `failure`: human-readable, one line.
     static std::shared_ptr<const Module> load(const std::string& path, std::string& failure);
 
-    // Each entry point of the table that a session calls; never null.
+    // The entry points that a session calls; never null.
     decltype(&::VwAllocProc) allocProc = nullptr;
     decltype(&::VwFreeProc) freeProc = nullptr;
     decltype(&::VwLocalUp) localUp = nullptr;

@@ -7,10 +7,10 @@ namespace olmhost {
 
 enum class OpenStatus {
     Done,
-    NoModule,     // olmfilter.so is missing or unfit
+    NoModule,     // olmfilter.so is missing or unsuitable
     Unreadable,   // missing, not permitted, read error
-    NotAnArchive, // no ZIP at all
-    Damaged,      // a ZIP whose directory can't be made out
+    NotAnArchive, // not a ZIP archive
+    Damaged,      // a ZIP archive whose directory can't be read
     Encrypted,
     LimitReached, // it exceeds one of the Limits
 };
@@ -18,7 +18,7 @@ enum class OpenStatus {
 // How Session::open() ended.
 struct OpenOutcome {
     OpenStatus status = OpenStatus::Done;
-    std::string text; // for people, one line, without the archive's path; empty when Done
+    std::string text; // human-readable, one line, without the archive's path; empty when Done
 };
 
 } // namespace olmhost

@@ -9,12 +9,12 @@
 
 namespace olmhost {
 
-// Places of a row's eleven texts, in the order of the columns. What a kind of item doesn't have is
-// empty.
+// The indexes of a row's eleven texts, in the order of the columns. Texts that a kind of item
+// doesn't have are empty.
 enum class TextColumn : std::size_t {
-    Name, // the entry's folder, its levels parted by 0 units, and the item's name with ".msg"
+    Name, // the entry's folder, its levels separated by 0 units, and the item's name with ".msg"
     Sender,
-    To, // addresses parted by ";"
+    To, // addresses separated by ";"
     Cc, // likewise
     Subject,
     Sent,
@@ -32,16 +32,16 @@ struct Cell {
     static constexpr std::uint32_t noTag = std::numeric_limits<std::uint32_t>::max();
 
     std::u16string_view text;
-    std::uint32_t tagId = noTag;    // the tag round the text, or noTag
+    std::uint32_t tagId = noTag;    // of the tag around the text, or noTag
     std::uint32_t tagIndex = noTag; // the tag's number in the row, from 0, or noTag
 };
 
-// One item: fourteen columns. Everything it points to is valid only during the callback.
+// One item: fourteen columns. What it points to is valid only during the callback.
 struct Row {
-    std::uint64_t index = 0;                    // place among all items of the archive, from 0
+    std::uint64_t index = 0;                    // among all items of the archive, from 0
     std::array<Cell, textColumnCount> texts;    // columns 1 to 11
     std::array<std::uint32_t, 2> specials = {}; // columns 12 and 13, numbered 6 and 7
-    std::uint64_t locatorSize = 0;              // column 14: the size that its record tells,
+    std::uint64_t locatorSize = 0;              // column 14: the size in its record,
     std::uint32_t entry = 0;                    // the archive entry that holds the item, from 0,
     std::uint32_t item = 0;                     // and the item's number in it, from 1
     std::string_view entryName;                 // UTF-8, as the archive's directory has it

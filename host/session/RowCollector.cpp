@@ -12,10 +12,10 @@ constexpr std::size_t firstSpecial = textColumnCount;
 constexpr std::size_t locatorColumn = firstSpecial + 2;
 constexpr std::size_t columnCount = locatorColumn + 1;
 
-// First number of a text column's type; the others have 0 there.
+// The first number of a text column's type; that of the others is 0.
 constexpr std::uint32_t textType = 25;
 
-// Third number of a format: what a value column holds.
+// The third number of a format: the values of a column.
 constexpr std::uint32_t numberFormat = 1;
 constexpr std::uint32_t locatorFormat = 19;
 

@@ -13,9 +13,9 @@
 
 namespace olmhost {
 
-// Puts a row together from the module's calls, cell by cell.
+// Builds a row from the module's calls, cell by cell.
 //
-// All text of a row lies in one buffer that serves row after row: once it is as large as the
+// All text of a row is in one buffer that is reused for each row: once it is as large as the
 // largest row, collecting allocates nothing.
 class RowCollector {
 public:
@@ -26,7 +26,7 @@ public:
 
     const std::vector<Column>& columns() const { return defined; }
 
-    // Whether what was defined is eleven texts, two 32-bit numbers and a locator.
+    // Returns whether the columns are eleven texts, two 32-bit numbers and a locator.
     bool isUsual() const;
 
     // Cells, in the order of the columns.
@@ -36,7 +36,7 @@ public:
     void beginTag(std::uint32_t tagIndex, std::uint32_t tagId);
     void endCell();
 
-    // The row so far, without its index and the entry's name. Cells that never came are empty. Its
+    // Returns the row so far, without its index and the entry's name. Missing cells are empty. Its
     // texts are valid until the next call of any put function.
     Row& finish();
 
@@ -45,7 +45,8 @@ public:
 
 private:
     struct Span {
-        std::size_t end = 0; // where the cell's text ends in `characters`; it starts at the last's
+        std::size_t end =
+            0; // of the cell's text in `characters`; it starts at the end of the previous one
         std::uint32_t tagId = Cell::noTag;
         std::uint32_t tagIndex = Cell::noTag;
     };

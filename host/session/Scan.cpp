@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "filter/boundary/Routines.h"
+#include "host/archive/ArchiveContents.h"
 
 namespace olmhost {
 
@@ -51,18 +52,18 @@ void Scan::endEntry() {
 
 void Scan::bail(std::uint32_t /*failure*/) noexcept {
     if (callback == nullptr) {
-        // While an item is extracted there is one cause: its request could not be locked. The
-        // module would go on with a null pointer. A block that stands can always be locked here, so
+        // During an extraction there is one cause: the request could not be locked. The module
+        // would continue with a null pointer. An allocated block can always be locked here, so
         // something has overwritten the process's memory.
-        std::fputs("olmhost: the module can't lock a block that stands\n", stderr);
+        std::fputs("olmhost: the module can't lock a block that is allocated\n", stderr);
         std::abort();
     }
     rows.clear();
     try {
-        // As a rule the reason is known already: whoever failed has just told it.
+        // Usually the reason was just reported by the function that failed.
         const auto& faults = file.faults();
         if (faults.empty() || faults.back().entryIndex != entriesDone) {
-            file.addFault(FaultKind::CannotOpen, entriesDone, "can't be read as a document");
+            file.addFault(FaultKind::CannotOpen, entriesDone, "it can't be read as a document");
         }
     } catch (...) {
         thrown = std::current_exception();
@@ -74,7 +75,7 @@ void Scan::deliver() {
     try {
         Row& row = rows.finish();
         row.index = items++;
-        row.entryName = file.entryName(row.entry);
+        row.entryName = file.contents().name(row.entry);
         if (thrown == nullptr && (*callback)(row) == RowAnswer::Pause) {
             pausing = true;
         }

@@ -13,11 +13,11 @@ namespace olmhost {
 
 // The listing of one archive as the module's routines drive it.
 //
-// Nothing leaves breakAt(): what the row callback throws is kept, the rows behind it are dropped
+// breakAt() throws nothing: what the row callback throws is kept, the rows after it are dropped
 // until the scan pauses, and rethrow() throws it when the module has returned.
 class Scan {
 public:
-    // `file` is borrowed: it gives the entries' names and takes the faults.
+    // `file` is borrowed: it has the entries' names and collects the faults.
     explicit Scan(ArchiveFile& file) : file(file), taker(file) {}
 
     RowCollector& collector() { return rows; }
@@ -25,16 +25,16 @@ public:
 
     CensusTaker& censusTaker() { return taker; }
 
-    // Ahead of a run of the scan. `rowCallback` is borrowed until rethrow().
+    // Call it before a run of the scan. `rowCallback` is borrowed until rethrow().
     void begin(const RowCallback& rowCallback);
 
-    // Behind it: throws what the callback threw.
+    // Call it after the run: throws what the callback threw.
     void rethrow();
 
-    // A break that the module tells of; true asks for a pause.
+    // Handles a break in the listing. Returns true to request a pause.
     bool breakAt(std::uint16_t code) noexcept;
 
-    // A failure that the module tells of.
+    // Handles a failure of the module.
     void bail(std::uint32_t failure) noexcept;
 
     bool isFinished() const { return finished; }
@@ -50,8 +50,8 @@ private:
     const RowCallback* callback = nullptr;
     std::exception_ptr thrown;
     std::uint64_t items = 0;       // delivered or dropped: the index of the next row
-    std::uint64_t itemsBefore = 0; // the entry at hand
-    std::uint64_t entriesDone = 0; // which is the index of the entry at hand
+    std::uint64_t itemsBefore = 0; // the current entry
+    std::uint64_t entriesDone = 0; // the index of the current entry
     bool pausing = false;
     bool finished = false;
 };

@@ -7,8 +7,8 @@ namespace olmhost {
 
 namespace {
 
-// No exception may leave a routine, and none can but for want of memory, which ends the process:
-// a row that was cut off in silence would be worse.
+// No exception may leave a routine. Only running out of memory could throw one, and ends the
+// process: a row that is silently incomplete would be worse.
 
 Scan& scanOf(std::uint64_t user0) {
     return *std::bit_cast<Scan*>(user0);
@@ -78,7 +78,7 @@ void columnDone(std::uint32_t number0, std::uint32_t number1, std::uint32_t numb
     scanOf(user0).collector().columnDone({number0, number1, number2, number3});
 }
 
-// Holds the routine to the type that the module calls it by.
+// Checks that the routine has the type by which the module calls it.
 template <typename Routine> SoRoutine routine(Routine function) {
     return reinterpret_cast<SoRoutine>(function);
 }

@@ -6,8 +6,8 @@
 
 namespace olmhost {
 
-// Installs the seventeen routines that the module calls, and `scan` as what they drive. `scan` must
-// outlive `proc`.
+// Installs the seventeen routines that the module calls, which drive `scan`. `scan` must outlive
+// `proc`.
 void installScanRoutines(const Module& module, PROC* proc, Scan& scan);
 
 } // namespace olmhost

@@ -3,6 +3,7 @@
 #include <limits>
 #include <optional>
 
+#include "host/archive/ArchiveContents.h"
 #include "host/archive/ArchiveFile.h"
 #include "host/compound/CompoundOutput.h"
 #include "host/memory/MemoryOwner.h"
@@ -15,8 +16,11 @@ namespace olmhost {
 
 namespace {
 
+static_assert(int{ModuleDone} == VwSpecialDone && int{ModuleNoItem} == VwSpecialNoItem &&
+              int{ModuleFailed} == VwSpecialFailed && moduleStatusFailed == VwSpecialStatusFailed);
+
 constexpr std::int32_t progressDone = 100;
-constexpr std::uint32_t checkedAtOnce = 65536; // bytes
+constexpr std::uint32_t checkBlockSize = 65536; // bytes
 
 OpenStatus statusOf(OpenFailureKind kind) {
     switch (kind) {
@@ -35,7 +39,7 @@ OpenStatus statusOf(OpenFailureKind kind) {
     return OpenStatus::Unreadable;
 }
 
-// A request in a block of the host's memory, as the module wants it.
+// A request in a block of the host's memory, as the module requires it.
 class RequestBlock {
 public:
     explicit RequestBlock(const SODOSPECIALARC& request) : block(SYSNativeAlloc(sizeof request)) {
@@ -64,7 +68,7 @@ public:
     AccountKeeper& operator=(const AccountKeeper&) = delete;
     ~AccountKeeper() { file.keepAccount(nullptr); }
 
-    // What is read meanwhile.
+    // Returns what was read so far.
     const ReadAccount& reading() const { return account; }
 
     void fill(Extraction& extraction) {
@@ -79,13 +83,13 @@ private:
     ReadAccount account;
 };
 
-// Watches one extraction: decides when it has to end, and knows afterwards what became of it.
+// Watches one extraction: decides when it must end, and how it ended.
 class Watch {
 public:
     Watch(CompoundOutput& output, const Progress& progress) : output(output), progress(progress) {}
 
     // The module's callback.
-    static std::int32_t tell(void* data, std::int32_t value) noexcept {
+    static std::int32_t onProgress(void* data, std::int32_t value) noexcept {
         return static_cast<Watch*>(data)->answer(value);
     }
 
@@ -100,10 +104,10 @@ public:
         if (output.failed()) {
             return ExtractionEnd::SinkFailed;
         }
-        if (result != VwSpecialDone) {
+        if (result != ModuleDone) {
             // A failed writer leaves its storage open.
-            return result == VwSpecialFailed && output.openHandles() == 0 ? ExtractionEnd::NotBegun
-                                                                          : ExtractionEnd::Refused;
+            return result == ModuleFailed && output.openHandles() == 0 ? ExtractionEnd::NotBegun
+                                                                       : ExtractionEnd::Refused;
         }
         if (hasNoWriter) {
             return ExtractionEnd::UnknownRoot;
@@ -118,8 +122,8 @@ private:
     std::int32_t answer(std::int32_t value) noexcept {
         lastValue = value;
         if (output.openHandles() == 0) {
-            // Every writer of a message holds its storage open. What holds none copies the entry as
-            // it is, from its start again at every step, and never comes to an end.
+            // Every writer of a message keeps its storage open. Without one, the module copies the
+            // entry as it is, from its start again at every step, and never ends.
             hasNoWriter = true;
             return 1;
         }
@@ -140,11 +144,11 @@ private:
 
 } // namespace
 
-// An archive that is being opened, is open, or has refused.
+// An archive that is being opened, is open, or could not be opened.
 class Session::Opened {
 public:
     Opened(const std::string& path, const SessionOptions& options);
-    // Beside one that is open.
+    // The archive that `first` has open.
     explicit Opened(const Opened& first);
     Opened& operator=(const Opened&) = delete;
     ~Opened();
@@ -164,7 +168,7 @@ private:
     MemoryOwner memory;
     std::shared_ptr<const Module> module;
     PROC* proc = nullptr;
-    std::uint64_t localWord = 0; // where VwLocalUp and VwLocalDown store
+    std::uint64_t localWord = 0; // which VwLocalUp and VwLocalDown store in
     bool isArchiveOpen = false;
 };
 
@@ -208,7 +212,7 @@ OpenOutcome Session::Opened::open() {
     isArchiveOpen = true;
     module->streamSection(0, proc);
     if (!scan.collector().isUsual()) {
-        return {OpenStatus::NoModule, "the module is unfit: it defines other columns"};
+        return {OpenStatus::NoModule, "the module is unsuitable: it defines other columns"};
     }
     return outcome;
 }
@@ -225,9 +229,10 @@ void Session::Opened::check(std::uint64_t entry) {
     if (data == nullptr) {
         return;
     }
-    std::vector<char> block(checkedAtOnce);
+    std::vector<char> block(checkBlockSize);
     std::uint32_t count = 0;
-    while (data->readBytes(block.data(), checkedAtOnce, count) == Handle::statusDone && count > 0) {
+    while (data->readBytes(block.data(), checkBlockSize, count) == Handle::statusDone &&
+           count > 0) {
     }
     data->end();
 }
@@ -238,15 +243,15 @@ Extraction Session::Opened::extract(SODOSPECIALARC request, ByteSink& sink,
     const MemoryOwner::Scope scope(memory);
     AccountKeeper keeper(file);
     AttachmentLedger ledger(keeper.reading(), attachmentBytes);
-    // Ends after the call, and gives back whatever a failed writer has left open in it.
+    // Destroyed after the call, with everything that a failed writer has left open in it.
     CompoundOutput output(sink, &ledger);
     request.output = &output;
     const RequestBlock block(request);
     Watch watch(output, progress);
 
     Extraction extraction;
-    extraction.result =
-        module->doSpecial(0, block.handle(), &Watch::tell, &watch, &extraction.status, 0, proc);
+    extraction.result = module->doSpecial(0, block.handle(), &Watch::onProgress, &watch,
+                                          &extraction.status, 0, proc);
     watch.rethrow();
     ledger.rethrow();
     extraction.end = watch.end(extraction.result);
@@ -283,20 +288,20 @@ const std::vector<Column>& Session::columns() const {
 }
 
 std::uint64_t Session::entryCount() const {
-    return opened->file.entryCount();
+    return opened->file.contents().entryCount();
 }
 
 std::string_view Session::entryName(std::uint64_t entry) const {
-    return opened->file.entryName(entry);
+    return opened->file.contents().name(entry);
 }
 
 EntrySize Session::entrySize(std::uint64_t entry) const {
-    const EntryInfo info = opened->file.entryInfo(entry);
+    const EntryInfo info = opened->file.contents().info(entry);
     return {info.size, info.compressedSize, info.crc, info.isEncrypted};
 }
 
 std::optional<std::uint64_t> Session::findEntry(std::string_view name) const {
-    return opened->file.findEntry(name);
+    return opened->file.contents().find(name);
 }
 
 std::uint64_t Session::archiveSize() const {
@@ -321,11 +326,11 @@ const Census& Session::census() const {
 }
 
 std::optional<ItemKind> Session::documentKind() const {
-    return opened->scan.censusTaker().kindAtHand();
+    return opened->scan.censusTaker().documentKind();
 }
 
-void Session::tellAttachments(AttachmentCallback callback) {
-    opened->scan.censusTaker().tellAttachments(std::move(callback));
+void Session::setAttachmentCallback(AttachmentCallback callback) {
+    opened->scan.censusTaker().setAttachmentCallback(std::move(callback));
 }
 
 bool Session::isOlmArchive() const {
@@ -335,10 +340,10 @@ bool Session::isOlmArchive() const {
 Extraction Session::extract(std::uint64_t index, ByteSink& sink, const Progress& progress,
                             const AttachmentBytes& attachmentBytes) {
     if (index >= itemCount() || index > std::numeric_limits<std::int32_t>::max()) {
-        // What the module answers too; but its request has no room for every index.
+        // As the module does; but its request has no room for every index.
         Extraction refused;
-        refused.result = VwSpecialFailed;
-        refused.status = VwSpecialStatusFailed;
+        refused.result = ModuleFailed;
+        refused.status = moduleStatusFailed;
         return refused;
     }
     SODOSPECIALARC request = {};

@@ -17,106 +17,108 @@
 #include "host/session/SessionOptions.h"
 #include "host/stream/ByteSink.h"
 #include "host/stream/EntryFault.h"
+#include "host/stream/Export.h"
 
 namespace olmhost {
 
-// What an archive's directory says of one entry.
+// The size of one entry, as the archive's directory has it.
 struct EntrySize {
     std::uint64_t size = 0;       // bytes, uncompressed
-    std::uint64_t packedSize = 0; // bytes, as they lie in the archive
+    std::uint64_t packedSize = 0; // bytes in the archive
     std::uint32_t checksum = 0;   // CRC-32 of the uncompressed bytes
     bool isEncrypted = false;
 };
 
-// What a row callback answers.
+// The answer of a row callback.
 enum class RowAnswer {
     Continue,
-    Pause, // after the entry at hand, whose other rows still come
+    Pause, // after the current entry, whose other rows still come
 };
 
 using RowCallback = std::function<RowAnswer(const Row&)>;
 
 // One open archive, its rows and its extractions.
 //
-// Order of calls: open() once; then list() until it says that the archive is at its end, and
-// extract() and extractAt() at any time outside a callback. Nothing is kept of a row, so memory
-// grows only by what the module keeps to find an item again.
+// Order of calls: open() once; then list() until it returns true, and extract() and extractAt() at
+// any time outside a callback. Rows are not kept, so memory grows only by what the module keeps to
+// find an item again.
 //
 // A session is used by one thread at a time; any number of sessions may run at once. What a
-// callback throws leaves the function that was given the callback, and the session goes on as
-// after a pause or a cancelled extraction. Except for that, only std::bad_alloc is thrown.
-class Session {
+// callback throws leaves the function that calls it, and the session continues as after a pause or
+// a cancelled extraction. Apart from that, only std::bad_alloc is thrown.
+class OLMHOST_EXPORT Session {
 public:
     Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
     ~Session();
 
-    // Opens the archive at `path` (bytes as the file system takes them). After anything but Done
-    // the session can do nothing more.
+    // Opens the archive at `path` (bytes as the file system has them). Unless the status is Done,
+    // the session can only be opened again.
     [[nodiscard]] OpenOutcome open(const std::string& path, const SessionOptions& options = {});
 
-    // Opens the archive that `first` has open, for another thread, at next to no cost: the
-    // archive's directory is shared, and read no more. Neither session has to outlive the other;
+    // Opens the archive that `first` has open, for another thread. Costs next to nothing: the
+    // archive's directory is shared and not read again. Neither session has to outlive the other;
     // `first` must not be in use during the call.
     [[nodiscard]] OpenOutcome openBeside(const Session& first);
 
-    // The fourteen columns as the module defined them.
+    // Returns the fourteen columns as the module defined them.
     const std::vector<Column>& columns() const;
 
-    // Rows of the archive's directory, and the name of one: UTF-8, empty past the last.
+    // Returns the number of rows of the archive's directory, and the name of one: UTF-8, valid
+    // while the session is open, empty after the last row.
     std::uint64_t entryCount() const;
     std::string_view entryName(std::uint64_t entry) const;
 
-    // What the directory says of a row, all 0 past the last; and the first file of a name, as an
-    // item tells it for an attachment.
+    // Returns the size of a row, all 0 after the last; and the row of the first file of that name,
+    // as an item has it for an attachment.
     EntrySize entrySize(std::uint64_t entry) const;
     std::optional<std::uint64_t> findEntry(std::string_view name) const;
 
-    // Bytes of the archive's file.
+    // Returns the size of the archive's file in bytes.
     std::uint64_t archiveSize() const;
 
-    // Reads a row's data to their end. What is wrong with them, or keeps them from being read,
-    // becomes a fault.
+    // Reads a row's data to their end. Adds a fault when they can't be read or are wrong.
     void check(std::uint64_t entry);
 
-    // Delivers rows, from where the last call ended. True when the archive is at its end, false
-    // after a pause. An entry that can't be read costs itself alone: see faults().
+    // Delivers rows, from where the last call ended. Returns true at the end of the archive, false
+    // after a pause. An entry that can't be read is skipped: see faults().
     bool list(const RowCallback& callback);
 
-    // Items delivered so far: the indexes that extract() takes lie below it.
+    // Returns the number of items delivered so far: extract() takes the indexes below it.
     std::uint64_t itemCount() const;
 
-    // What is in the documents that were listed so far, counted by the host itself. Whole once the
+    // Returns what is in the documents listed so far, counted by the host itself. Complete once the
     // archive is listed to its end.
     const Census& census() const;
 
-    // Inside a row's callback: the kind of the document that the row comes from, by its root
-    // element. It tells groups from contacts, which the rows don't.
+    // Returns the kind of the document that the current row comes from, by its root element. It
+    // distinguishes groups from contacts, which the rows don't.
+    // REQUIRES: called in a row callback.
     std::optional<ItemKind> documentKind() const;
 
-    // From now on list() tells the attachments that the documents name, too.
-    void tellAttachments(AttachmentCallback callback);
+    // From now on list() passes the attachments that the documents name to `callback`.
+    void setAttachmentCallback(AttachmentCallback callback);
 
-    // Whether an archive that is listed to its end is one of the kind that the module reads: one of
-    // its ".xml" entries has a root element of such an archive.
+    // Returns whether an archive that is listed to its end is an OLM archive: one of its ".xml"
+    // entries has a root element of such an archive.
     bool isOlmArchive() const;
 
-    // Writes the message of one item to `sink`, by its index or by its place. Pass `progress` to
-    // watch or cancel. By place, the item need not have been listed; a number above the last one of
-    // its document gives an empty message. `attachmentBytes` is told of the attachments' data on
-    // their way.
+    // Writes the message of one item to `sink`, by its index, or by its entry (from 0) and its
+    // number there (from 1). `progress` may cancel. extractAt() needs no listing; for a number
+    // above the last one of its document it writes an empty message. `attachmentBytes` receives the
+    // attachments' data as they are written.
     Extraction extract(std::uint64_t index, ByteSink& sink, const Progress& progress = nullptr,
                        const AttachmentBytes& attachmentBytes = nullptr);
     Extraction extractAt(std::uint32_t entry, std::uint32_t item, ByteSink& sink,
                          const Progress& progress = nullptr,
                          const AttachmentBytes& attachmentBytes = nullptr);
 
-    // What was found wrong with single entries so far, each once, in the order in which it showed.
+    // Returns the faults of entries so far, each once, in the order in which they were found.
     const std::vector<EntryFault>& faults() const;
 
 private:
-    class Opened;
+    class OLMHOST_HIDDEN Opened;
     OpenOutcome take(std::unique_ptr<Opened> candidate);
     std::unique_ptr<Opened> opened; // null until open() gave Done
 };

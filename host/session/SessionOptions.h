@@ -7,6 +7,7 @@
 
 namespace olmhost {
 
+// How an archive is opened.
 struct SessionOptions {
     std::string modulePath; // olmfilter.so; empty: beside the library, or where it is installed
     Limits limits;

@@ -5,17 +5,20 @@
 #include <cstdint>
 #include <span>
 
+#include "host/stream/Export.h"
+
 namespace olmhost {
 
-// Takes the bytes of one output: a file, a buffer, whatever the caller has.
-class ByteSink {
+// Receives the bytes of one output: a file or a buffer, for example.
+class OLMHOST_EXPORT ByteSink {
 public:
     virtual ~ByteSink() = default;
 
-    // Adds bytes at the end. False when not all of them were taken; the output is lost then.
+    // Appends bytes. Returns false when not all of them were written; the output is lost then.
     virtual bool append(std::span<const std::byte> bytes) = 0;
 
-    // Replaces bytes that were added before, `offset` bytes from the start. False as above.
+    // Replaces bytes that were appended before, `offset` bytes from the start. Returns false as
+    // append() does.
     virtual bool overwrite(std::uint64_t offset, std::span<const std::byte> bytes) = 0;
 };
 

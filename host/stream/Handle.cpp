@@ -4,7 +4,7 @@ namespace olmhost {
 
 namespace {
 
-// Calls `operation` and turns whatever it throws into a status.
+// Returns the status of `operation`; statusFailed when it throws.
 template <typename Operation> std::int32_t guarded(Operation operation) noexcept {
     try {
         return operation();

@@ -8,49 +8,55 @@
 
 namespace olmhost {
 
-// The object behind a HostStream that this host gives out.
+// An object of this host that the module holds as a HostStream.
 //
-// The record is a base, so a Handle* becomes the HostStream* that the module holds, and of() leads
-// back. The record's operations call the virtual ones below; an exception that leaves one of them
-// becomes statusFailed, since nothing may be thrown through the module.
+// The record is a base, so a Handle* converts to the HostStream* that the module holds, and of()
+// converts back. The record's operations call the virtual ones below; an exception that leaves one
+// of them becomes statusFailed, since nothing may be thrown through the module.
 class Handle : public HostStream {
 public:
     static constexpr std::int32_t statusDone = 0;
     static constexpr std::int32_t statusEnd = 1;     // no more bytes
     static constexpr std::int32_t statusFailed = -1; // refused, or failed
 
+    // What `origin` of seekTo() means.
+    static constexpr std::int32_t seekFromStart = 0;
+    static constexpr std::int32_t seekFromHere = 1;
+    static constexpr std::int32_t seekFromEnd = 2;
+
     Handle();
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
     virtual ~Handle() = default;
 
-    // The object behind a record that this host gave out.
+    // Returns the object of a record that this host made.
     static Handle& of(HostStream* record) { return *static_cast<Handle*>(record); }
 
-    // What stands in the places of a record that nothing is ever called at.
+    // Fills the operations of a record that are never called.
     static void refuseReserved() noexcept {}
 
-    // At most `size` bytes into `buffer`; `count` is how many came, below `size` only shortly
-    // before the end. statusEnd, without bytes, at the end. Refused unless overridden.
+    // Reads at most `size` bytes into `buffer` and stores their number in `count`, which is below
+    // `size` only shortly before the end. Returns statusEnd, without bytes, at the end. Refused
+    // unless overridden.
     virtual std::int32_t readBytes(void* buffer, std::uint32_t size, std::uint32_t& count);
 
-    // `size` bytes; `count` is how many went. Refused unless overridden.
+    // Writes `size` bytes and stores in `count` how many were written. Refused unless overridden.
     virtual std::int32_t writeBytes(const void* data, std::uint32_t size, std::uint32_t& count);
 
-    // To `offset` bytes from `origin` (0 start, 1 here, 2 end). Refused unless overridden.
+    // Moves to `offset` bytes from `origin`. Refused unless overridden.
     virtual std::int32_t seekTo(std::int64_t offset, std::int32_t origin);
 
-    // The module's `close`: ends the handle, as a rule by deleting it or giving it to its owner.
+    // The module's `close`: ends the handle, usually by deleting it or returning it to its owner.
     virtual void end() = 0;
 
-    // Takes note of a fault that whoever reads the stream has found in it. Drops it unless
-    // overridden. The entry's index is the stream's own affair.
+    // Records a fault that a reader of the stream has found in it. Ignored unless overridden. The
+    // stream adds the index of its entry.
     virtual void reportFault(FaultKind kind, const std::string& text);
 
-    // Who is to be told of the tags in this stream when it is read as a document; null for nobody.
+    // Returns the object to notify of the tags when this stream is read as a document; may be null.
     virtual TagWatch* tagWatch();
 
-    // The bounds that a reader of this stream keeps to.
+    // Returns the limits for a reader of this stream.
     virtual const Limits& limits() const;
 };
 

@@ -1,4 +1,4 @@
-"""Counts what is in an archive with readers that are not ours, and makes random archives."""
+"""Counts what is in an archive with independent readers, and makes random archives."""
 
 import random
 import xml.etree.ElementTree
@@ -6,12 +6,12 @@ import zipfile
 
 ROOTS = {"emails": "email", "appointments": "appointment", "contacts": "contact",
          "groups": "group", "tasks": "task", "notes": "note"}
-# What a row calls the items of a kind.
+# The kind of the rows of each kind of item.
 ROW_KINDS = {kind: "contact" if kind == "group" else kind for kind in ROOTS.values()}
 
 
 def documents(path):
-    """(entry, its name, its root element) for each ".xml" entry."""
+    """Yields (entry, its name, its root element) for each ".xml" entry."""
     with zipfile.ZipFile(path) as archive:
         for entry, info in enumerate(archive.infolist()):
             if info.filename.endswith(".xml"):
@@ -19,7 +19,7 @@ def documents(path):
 
 
 def count_items(path):
-    """Kind to [documents, items]."""
+    """Returns a dictionary of kind to [documents, items]."""
     counts = {kind: [0, 0] for kind in ROOTS.values()}
     for _, _, root in documents(path):
         if root.tag in ROOTS:
@@ -30,15 +30,15 @@ def count_items(path):
 
 
 def attachment_urls(path):
-    """The URL of each attachment of a mail, None where there is none."""
+    """Returns the URL of each attachment of a mail, None for an attachment without a URL."""
     return [attachment.get("OPFAttachmentURL") for _, _, root in documents(path)
             if root.tag == "emails"
             for attachment in root.findall("email/OPFMessageCopyAttachmentList/*")]
 
 
 def random_archive(test, seed):
-    """An archive of whole documents; in one of four, elements that are no items stand among the
-    items, or names of items inside of items."""
+    """Makes an archive of whole documents. In one of four, other elements are between the items, or
+    elements with the name of an item are inside of items."""
     rolls = random.Random(seed)
     files = [(f"d/{number}.bin", rolls.randbytes(rolls.randrange(5000))) for number in range(5)]
     folders = ["", "Local/Notes/", "Accounts/a@x/Box/", "Local/deep/er/and/deeper/"]
@@ -67,7 +67,7 @@ def random_archive(test, seed):
         suffix = rolls.choice([".xml"] * 9 + [".xml.xml"])
         entries.append((f"{rolls.choice(folders)}{number}{suffix}",
                         f"<{root}>" + rolls.choice(["", "\n "]).join(parts) + f"</{root}>"))
-    # The first entry makes it an archive of this kind whatever the rolls are.
+    # The first entry makes it an OLM archive whatever else is in it.
     return test.archive(("Categories.xml", "<categories/>"), *files, *entries,
                         name=f"random-{seed}.olm",
                         method=rolls.choice([zipfile.ZIP_STORED, zipfile.ZIP_DEFLATED]))

@@ -1,4 +1,4 @@
-"""What the tests of whole extractions share: archives that have a bit of everything, and the
+"""Shared by the tests of whole extractions: archives with items and damage of many kinds, and the
 comparison of two output folders."""
 
 import os
@@ -8,7 +8,7 @@ from program import ProgramTest, note
 
 
 def mail(subject, *urls, sent="2019-03-04T09:00:00"):
-    """A mail with an attachment for each URL."""
+    """Returns a mail with an attachment for each URL."""
     attachments = "".join(f'<messageAttachment OPFAttachmentURL="{url}"/>' for url in urls)
     return (f"<email><OPFMessageCopySubject>{subject}</OPFMessageCopySubject>"
             f"<OPFMessageCopySentTime>{sent}</OPFMessageCopySentTime>"
@@ -26,8 +26,8 @@ class RunTest(ProgramTest):
         return done
 
     def mixed_archive(self, seed=1, count=120, name="mixed.olm"):
-        """Documents of one mail and of several notes, good and broken attachments, a document that
-        breaks off, one with a wrong checksum; many names alike."""
+        """Makes an archive of documents with one mail or several notes, good and damaged attachments,
+        documents that break off, one with a wrong checksum, and many equal names."""
         dice = random.Random(seed)
         entries = []
         for number in range(count):
@@ -49,11 +49,11 @@ class RunTest(ProgramTest):
             assert contents[row:row + 4] == b"PK\x01\x02"
             contents[row + 16] ^= 1  # the checksum
         data = contents.find(b"cut.bin") + 7
-        contents[data + 9_000:data + 9_100] = b"\xff" * 100  # in the midst of the deflated bytes
+        contents[data + 9_000:data + 9_100] = b"\xff" * 100  # in the middle of the deflated bytes
         return self.write(name, contents)
 
     def tree(self, name):
-        """Every file below a folder with its contents."""
+        """Returns every file below a folder, with its contents."""
         return {file: self.bytes_of(self.path(name, file)) for file in self.files(name, with_summary=True)}
 
     def assert_same_tree(self, one, other):

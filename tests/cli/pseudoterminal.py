@@ -1,4 +1,4 @@
-"""A program behind a terminal: what it writes, and what one sees of it in the end."""
+"""Runs a program on a terminal: what it writes, and what the screen shows in the end."""
 
 import fcntl
 import os
@@ -17,7 +17,7 @@ SLOW_STEPS = 8
 
 
 def cells(text):
-    """Columns that a text takes."""
+    """Returns the width of a text in columns."""
     return sum(0 if unicodedata.combining(character) else
                2 if unicodedata.east_asian_width(character) in "WF" else 1 for character in text)
 
@@ -27,7 +27,8 @@ def without_colors(text):
 
 
 def screen(text):
-    """The lines that stand in the end, without colours. Knows CR, LF and "clear to the end"."""
+    """Returns the lines on the screen in the end, without colours. Understands CR, LF and "clear to
+    the end of the line"."""
     lines, line, column = [], [], 0
     for token in re.findall(r"\x1b\[K|[^\x1b]", without_colors(text)):
         if token == "\x1b[K":
@@ -44,7 +45,8 @@ def screen(text):
 
 
 class PseudoTerminal:
-    """Runs a program whose standard output and standard error, or the latter alone, are this."""
+    """Runs a program with its standard output and standard error, or only the latter, on this
+    terminal."""
 
     def __init__(self, arguments, columns=80, environment=None, with_output=True,
                  with_input=False, **options):
@@ -68,7 +70,7 @@ class PseudoTerminal:
         fcntl.ioctl(self.master, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
 
     def read(self, seconds=0.05):
-        """What has come in the meantime; None when the program has let go of the terminal."""
+        """Returns the output since the last call; None when the program has closed the terminal."""
         if not select.select([self.master], [], [], seconds)[0]:
             return ""
         try:
@@ -79,14 +81,14 @@ class PseudoTerminal:
         return taken or None
 
     def read_until(self, pattern, seconds=30):
-        """`pattern` is of the text without colours."""
+        """Reads until the text without colours matches `pattern`."""
         deadline = time.monotonic() + seconds
         while not re.search(pattern, without_colors(self.text)):
             if self.read() is None or time.monotonic() > deadline:
                 raise AssertionError(f"no {pattern!r} in {self.text!r}")
 
     def step(self):
-        """Lets the program run for an instant, after it has stood still for a while."""
+        """Stops the program for a while, then lets it run for an instant."""
         self.process.send_signal(signal.SIGSTOP)
         deadline = time.monotonic() + 0.15
         while time.monotonic() < deadline and self.read(seconds=0.02) is not None:
@@ -95,7 +97,7 @@ class PseudoTerminal:
         time.sleep(0.01)
 
     def step_until(self, pattern):
-        """Steps on, and leaves the program standing still."""
+        """Steps until the text matches `pattern`, and leaves the program stopped."""
         deadline = time.monotonic() + 60
         while not re.search(pattern, self.text):
             if self.process.poll() is not None or time.monotonic() > deadline:
@@ -104,7 +106,7 @@ class PseudoTerminal:
         self.process.send_signal(signal.SIGSTOP)
 
     def finish_in_steps(self):
-        """Like finish(), of a program that is slow at first."""
+        """Like finish(), for a program that is slow at first."""
         for _ in range(SLOW_STEPS):
             if self.process.poll() is None:
                 self.step()
@@ -114,7 +116,7 @@ class PseudoTerminal:
         os.write(self.master, text.encode())
 
     def finish(self):
-        """Waits for the program's end and gives all that it wrote."""
+        """Waits for the program's end and returns all that it wrote."""
         while self.read(seconds=60) is not None:
             pass
         self.process.wait(timeout=60)

@@ -1,4 +1,4 @@
-"""What a manifest tells of attachments, and olmkit extract --attachments."""
+"""The attachments in a manifest, and olmkit extract --attachments."""
 
 import hashlib
 import json
@@ -12,13 +12,13 @@ import unittest
 import zipfile
 from xml.sax.saxutils import quoteattr
 
-from program import PROGRAM, REAL_ARCHIVE, ProgramTest, note
+from program import PROGRAM, REAL_ARCHIVE, ProgramTest, needs_real_archive, note
 
 KEYS = ["name", "url", "declared_size", "path", "size", "sha256", "error"]
 
 
 def attachment(url=None, name=None):
-    """The element of one attachment."""
+    """Returns the element of one attachment."""
     attributes = ""
     if name is not None:
         attributes += f" OPFAttachmentName={quoteattr(name)}"
@@ -41,7 +41,7 @@ def sha256(contents):
 
 
 def whole(name, url, contents, path=None):
-    """The account of an attachment of which all is well."""
+    """Returns the manifest's object for an attachment without a fault."""
     return {"name": name, "url": url, "declared_size": len(contents), "path": path,
             "size": len(contents), "sha256": sha256(contents), "error": None}
 
@@ -64,7 +64,7 @@ class AttachmentsTest(ProgramTest):
         return [row["attachments"] for row in self.rows(out)]
 
     def file_names(self, *pairs):
-        """What the files of attachments of these names are called, in order."""
+        """Returns the file names of attachments with these names, in order."""
         payload = b"payload"
         archive = self.archive(
             ("a.xml", mails(mail("one", *[attachment("x/" + url, name) for url, name in pairs]))),
@@ -80,7 +80,7 @@ class AttachmentsTest(ProgramTest):
             names.append(name)
         return names
 
-    def test_manifest_tells_each_attachment_in_the_order_of_the_mail(self):
+    def test_manifest_lists_each_attachment_in_the_order_of_the_mail(self):
         csv, picture = b"time,height\n12:00,3.1\n", random.Random(1).randbytes(700_000)
         archive = self.archive(
             ("m/a.xml", mails(mail("one", attachment("x/2", "buoy.png"), attachment("x/1", "潮.csv")),
@@ -94,7 +94,7 @@ class AttachmentsTest(ProgramTest):
         self.assertEqual(self.files("out"),
                          ["m/one.msg", "m/two.msg", "manifest.jsonl", "three.msg"])
 
-    def test_lost_attachments_tell_why_and_shift_no_other(self):
+    def test_lost_attachments_say_why_and_shift_no_other(self):
         good, bad, secret = b"good", b"payload that is long enough" * 9, b"keep out" * 9
         archive = self.archive(
             ("a.xml", mails(mail("one", attachment(None, "unnamed.txt"), attachment("x/good", "a"),
@@ -134,7 +134,7 @@ class AttachmentsTest(ProgramTest):
         self.assertEqual(self.files("out"), sorted(
             ["one.msg", "manifest.jsonl"] + [folder + name for name in ("a", "bad.txt", "good")]))
 
-    def test_cut_entry_tells_what_is_in_the_message(self):
+    def test_size_and_hash_of_a_cut_entry_are_those_in_the_message(self):
         payload = random.Random(2).randbytes(300_000)
         archive = self.archive(("a.xml", mails(mail("one", attachment("big.bin", "big.bin")))),
                                ("big.bin", payload))
@@ -189,7 +189,7 @@ class AttachmentsTest(ProgramTest):
             account["path"] = None
         self.assertEqual(plain, both)
 
-    def test_names_are_unique_whatever_the_file_system_takes_for_the_same(self):
+    def test_names_are_unique_on_every_file_system(self):
         self.assertEqual(
             self.file_names(("1", "tide.csv"), ("1", "TIDE.csv"), ("1", "tide (2).csv"),
                             ("2", "tide.csv"), ("1", "tide"), ("1", "tide"), ("1", "a.tar.gz"),
@@ -207,13 +207,13 @@ class AttachmentsTest(ProgramTest):
              "_hidden", "_con.txt", "dots", "bell_gpj.exe", "x" * 237 + ".jpeg",
              "y." + "z" * 240, "_ (3)"])
 
-    def test_attachment_without_a_name_gets_that_of_its_entry(self):
+    def test_attachment_without_a_name_is_named_after_its_entry(self):
         self.assertEqual(
             self.file_names(("deep/er/map.png", None), ("deep/map.png", None), ("chart", ""),
                             ("back\\slash.txt", None)),
             ["map.png", "map (2).png", "chart", "slash.txt"])
 
-    def test_folder_of_attachments_is_nobody_elses(self):
+    def test_folder_of_attachments_belongs_to_one_message(self):
         archive = self.archive(
             ("one (attachments)/b.xml", "<notes>" + note("a") + "</notes>"),
             ("ONE (Attachments)/c.xml", "<notes>" + note("a") + "</notes>"),
@@ -238,7 +238,7 @@ class AttachmentsTest(ProgramTest):
                 self.assertLessEqual(len(level.encode()), 255)
         self.assertEqual(len(self.files("out")), 5)
 
-    def test_file_that_stands_there_is_replaced_and_no_link_is_followed(self):
+    def test_existing_file_is_replaced_and_no_link_is_followed(self):
         archive = self.archive(("a.xml", mails(mail("one", attachment("x", "a.txt")))), ("x", b"new"))
         os.makedirs(self.path("out", "one (attachments)"))
         self.write("elsewhere.txt", b"old")
@@ -250,7 +250,7 @@ class AttachmentsTest(ProgramTest):
         self.assertFalse(os.path.islink(self.path("out", "one (attachments)", "a.txt")))
         self.assertEqual(self.bytes_of(self.path("out", "one (attachments)", "a.txt")), b"new")
 
-    def test_planted_folder_link_costs_the_mail_alone(self):
+    def test_link_in_the_place_of_a_folder_fails_that_mail_alone(self):
         archive = self.archive(
             ("a.xml", mails(mail("one", attachment("x", "a.txt")), mail("two", attachment("x", "a.txt")))),
             ("x", b"new"))
@@ -270,7 +270,7 @@ class AttachmentsTest(ProgramTest):
         self.assertFalse(os.path.exists(self.path("out", "one.msg")))
         self.assertIn("symbolic link", done.stderr)
 
-    def test_output_that_takes_no_more_leaves_no_part(self):
+    def test_full_output_leaves_no_part(self):
         payload = random.Random(4).randbytes(3 << 20)
         archive = self.archive(("a.xml", mails(mail("one", attachment("x", "a.bin")))), ("x", payload))
 
@@ -283,7 +283,7 @@ class AttachmentsTest(ProgramTest):
         self.assertEqual(self.files("out"), ["manifest.jsonl"])
         self.assertEqual(self.attachments(), [[]])
 
-    def test_many_large_attachments_take_little_memory_and_leave_no_temporary(self):
+    def test_many_large_attachments_take_little_memory_and_leave_no_temporary_file(self):
         payload = random.Random(5).randbytes(8 << 20)
         archive = self.archive(
             ("a.xml", mails(mail("one", *[attachment("x", f"{n}.bin") for n in range(12)]))),
@@ -302,7 +302,7 @@ class AttachmentsTest(ProgramTest):
             self.assertLess(int(done.stdout.split()[-1]), 24 << 10)
 
     def test_hashes_are_those_of_the_files_whatever_their_sizes(self):
-        """Small ones are hashed at once, long ones beside the making of the next messages."""
+        """Small messages are hashed at once, long ones while the next messages are made."""
         block, held = 256 << 10, 4 << 20
         sizes = [0, 1, block - 1, block, block + 1, 3 * block, held - 1, held, held + block + 1]
         payload = random.Random(6).randbytes(max(sizes))
@@ -321,7 +321,7 @@ class AttachmentsTest(ProgramTest):
                     self.assertEqual(row["attachments"], [whole("a.bin", f"x{n}", payload[:sizes[n]]),
                                                           whole("b.bin", "x1", payload[:1])])
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
+    @needs_real_archive
     def test_attachments_of_the_real_archive_equal_its_entries(self):
         self.extract(REAL_ARCHIVE, "--attachments")
 
@@ -336,7 +336,7 @@ class AttachmentsTest(ProgramTest):
 
 
 def sanitized():
-    """Whether the program keeps the books of AddressSanitizer."""
+    """Returns whether the program was built with AddressSanitizer."""
     with open(PROGRAM, "rb") as file:
         return b"__asan_init" in file.read()
 

@@ -1,4 +1,4 @@
-"""What olmkit list shows of each item, and in which order."""
+"""The columns of olmkit list and the order of its rows."""
 
 import csv
 import io
@@ -31,7 +31,7 @@ class ColumnsTest(ProgramTest):
         self.assertEqual((done.returncode, done.stdout), (2, ""))
         return done.stderr
 
-    def test_columns_come_as_they_are_asked_for_in_each_format(self):
+    def test_columns_appear_in_the_order_requested_in_each_format(self):
         archive = self.archive(("In/m.xml", mail("Tide, \"high\"", "f@x", "2019-01-02")),
                                ("c.xml", CONTACT))
         arguments = ["--columns", "label,index,folder,date"]
@@ -67,32 +67,32 @@ class ColumnsTest(ProgramTest):
                 lines = self.listed(archive, "--columns", key).split("\n")[1:-1]
                 self.assertEqual([line.strip() for line in lines], [str(row[key]) for row in usual])
 
-    def test_columns_may_be_given_in_parts(self):
+    def test_columns_may_be_given_in_several_options(self):
         archive = self.archive(("a.xml", notes("a")))
 
         self.assertEqual(self.listed(archive, "--format", "jsonl", "--columns", "kind",
                                      "--columns", "item,entry"),
                          '{"kind":"note","item":1,"entry":0}\n')
 
-    def test_unknown_column_is_told_with_the_columns_there_are(self):
+    def test_unknown_column_is_reported_with_the_known_columns(self):
         for arguments in (["--columns", "index,sbuject"], ["--sort", "sbuject"],
                           ["--sort", "sbuject:desc"]):
-            told = self.refusal(*arguments)
-            self.assertIn("'sbuject'", told)
+            message = self.refusal(*arguments)
+            self.assertIn("'sbuject'", message)
             for key in COLUMNS:
-                self.assertIn(key, told)
+                self.assertIn(key, message)
         self.assertIn("''", self.refusal("--columns", ""))
 
-    def test_column_given_twice_is_told(self):
-        self.assertIn("'index' is there twice", self.refusal("--columns", "index,kind,index"))
+    def test_column_given_twice_is_refused(self):
+        self.assertIn("'index' is given twice", self.refusal("--columns", "index,kind,index"))
         self.assertIn("twice", self.refusal("--columns", "kind", "--columns", "kind"))
 
-    def test_wrong_order_is_told(self):
+    def test_wrong_order_is_refused(self):
         for text in ("index:up", "index:", "index:desc:desc", "index:DESC", ":desc", ""):
             with self.subTest(text=text):
                 self.assertIn("--sort", self.refusal("--sort", text))
 
-    def test_rows_are_sorted_by_any_column_both_ways(self):
+    def test_rows_are_sorted_by_any_column_in_both_directions(self):
         source = random.Random(5)
         entries = []
         for place in range(60):
@@ -112,14 +112,14 @@ class ColumnsTest(ProgramTest):
                     expected = [row["index"] for row in sorted(rows, key=rank, reverse=isReverse)]
                     self.assertEqual(self.column(archive, "index", "--sort", order), expected)
 
-    def test_numbers_are_sorted_by_number(self):
+    def test_numbers_are_sorted_by_value(self):
         archive = self.archive(("a.xml", notes(*map(str, range(120)))))
 
         self.assertEqual(self.column(archive, "item", "--sort", "item:desc"),
                          list(range(120, 0, -1)))
         self.assertEqual(self.column(archive, "index", "--sort", "index"), list(range(120)))
 
-    def test_dates_are_sorted_by_moment_behind_those_that_are_none(self):
+    def test_dates_are_sorted_by_moment_after_those_that_can_not_be_read(self):
         dates = ["2019-06-02T00:00:00+02:00", "2019-06-01T23:00:00Z", "soon", "20190601T220001",
                  "2019-06-01T22:00:00.5", "", "2019-06-01"]
         archive = self.archive(*((f"{place}.xml", mail(sent=date, modified="2019"))
@@ -137,7 +137,7 @@ class ColumnsTest(ProgramTest):
                          ["a", "A", "b", "B", "e", "stra\u00dfe", "STRASSE", "\u00c9", "e\u0301",
                           "\u00e9"])
 
-    def test_sorting_goes_with_filters_columns_and_formats(self):
+    def test_sorting_works_with_filters_columns_and_formats(self):
         archive = self.archive(("a.xml", notes("b 1", "a 2", "c", "a 3", "b 4")))
         arguments = ["--subject", " ", "--sort", "label:desc", "--columns", "label"]
 
@@ -145,7 +145,7 @@ class ColumnsTest(ProgramTest):
                          "label\r\nb 4\r\nb 1\r\na 3\r\na 2\r\n")
         self.assertEqual(self.listed(archive, *arguments), "NAME\nb 4\nb 1\na 3\na 2\n")
 
-    def test_sorted_rows_of_a_damaged_archive_are_all_there(self):
+    def test_sorted_rows_of_a_damaged_archive_are_complete(self):
         archive = self.archive(("a.xml", "<notes>" + note("b") + note("a") +
                                 "<note><OPFNoteCopyTitle>c"))
 
@@ -153,7 +153,7 @@ class ColumnsTest(ProgramTest):
 
         self.assertEqual((done.returncode, done.stdout), (1, "NAME\nc\nb\na\n"))
 
-    def test_sorted_list_ends_quietly_when_nobody_reads_on(self):
+    def test_sorted_list_ends_quietly_when_its_reader_stops(self):
         archive = self.archive(("a.xml", notes(*map(str, range(50000)))))
 
         with subprocess.Popen([PROGRAM, "list", archive, "--sort", "index:desc"],
@@ -165,7 +165,7 @@ class ColumnsTest(ProgramTest):
             self.assertEqual(process.stderr.read(), b"")
         self.assertEqual(process.returncode, 0)
 
-    def test_full_disk_is_told_of_a_sorted_list(self):
+    def test_full_disk_is_reported_for_a_sorted_list(self):
         archive = self.archive(("a.xml", notes("1")))
 
         with open("/dev/full", "wb") as full:
@@ -173,8 +173,8 @@ class ColumnsTest(ProgramTest):
 
         self.assertEqual(done.returncode, 5)
 
-    def test_row_that_is_taken_is_seen_while_others_are_passed_over(self):
-        # The second row waits behind the first one; only rows that are passed over follow.
+    def test_matching_row_is_written_while_later_rows_are_skipped(self):
+        # The second row is still buffered when only rows follow that don't match.
         slow = notes("take 1", "take 2", *["x" * 400] * 100000)
         archive = self.archive(("a.xml", slow))
 

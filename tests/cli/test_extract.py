@@ -11,7 +11,8 @@ import time
 import unittest
 import zipfile
 
-from program import PROGRAM, REAL_ARCHIVE, ProgramTest, note, notes, wrong_archives
+from program import (PROGRAM, REAL_ARCHIVE, ProgramTest, needs_real_archive, note, notes,
+                     wrong_archives)
 
 KEYS = ["index", "entry", "item", "path", "size", "sha256", "result", "status", "error",
         "warnings", "attachments"]
@@ -19,7 +20,7 @@ SIGNATURE = bytes.fromhex("D0CF11E0A1B11AE1")
 
 
 def mail(subject, *urls):
-    """A mail with an attachment for each URL."""
+    """Returns a mail with an attachment for each URL."""
     attachments = "".join(f'<messageAttachment OPFAttachmentURL="{url}"/>' for url in urls)
     return (f"<email><OPFMessageCopySubject>{subject}</OPFMessageCopySubject>"
             f"<OPFMessageCopyAttachmentList>{attachments}</OPFMessageCopyAttachmentList></email>")
@@ -48,7 +49,7 @@ class ExtractTest(ProgramTest):
         return done
 
     def paths(self, *titles):
-        """Where notes of these titles go."""
+        """Returns the paths of the messages of notes with these titles."""
         archive = self.archive(("N/a.xml", notes(*titles)), name="names.olm")
         self.extract(archive, out="names")
         rows = self.manifest("names")
@@ -71,7 +72,7 @@ class ExtractTest(ProgramTest):
         self.assertEqual(self.files("out"), ["Local/Notes/one.msg", "Local/Notes/two.msg",
                                              "manifest.jsonl", "three.msg"])
 
-    def test_same_archive_gives_the_same_bytes_again_and_over_itself(self):
+    def test_same_archive_has_the_same_output_again_and_over_an_earlier_one(self):
         archive = self.archive(("a.xml", notes("1", "1", "2")))
 
         self.extract(archive, out="first")
@@ -91,7 +92,7 @@ class ExtractTest(ProgramTest):
         self.assertEqual([(row["index"], row["path"]) for row in self.manifest()],
                          [(1, "1.msg"), (3, "3.msg")])
 
-    def test_item_option_does_not_swallow_the_archive(self):
+    def test_item_option_takes_one_value_and_leaves_the_archive(self):
         archive = self.archive(("a.xml", notes("0", "1")))
 
         done = self.run_program("extract", "--item", "1", archive, "--at", "0:1", "-o", "out")
@@ -119,7 +120,7 @@ class ExtractTest(ProgramTest):
             self.extract(archive, "--item", str(index), out=f"one{index}")
             self.assertEqual(self.manifest(f"one{index}"), [everything[index]])
 
-    def test_index_that_no_item_has_is_a_failed_item(self):
+    def test_index_without_an_item_is_a_failed_item(self):
         archive = self.archive(("a.xml", notes("0")))
 
         done = self.extract(archive, "--item", "7", "--item", "0", "--item", "18446744073709551615",
@@ -132,7 +133,7 @@ class ExtractTest(ProgramTest):
                          [(0, 0, 1, "0.msg", 0, 0), (7, None, None, None, 18, 2),
                           (18446744073709551615, None, None, None, 18, 2)])
 
-    def test_places_that_hold_no_item_are_failed_items(self):
+    def test_places_without_an_item_are_failed_items(self):
         archive = self.archive(("a.xml", notes("0")), ("Categories.xml", "<categories/>"),
                                ("b.xml", "<tasks><task/></tasks>"))
 
@@ -143,12 +144,12 @@ class ExtractTest(ProgramTest):
                            row["status"]) for row in rows],
                          [(None, 0, 0, None, 15, 2), (None, 9, 1, None, 18, 2),
                           (None, 1, 1, None, 0, 0)])
-        self.assertIn("no document of items", rows[2]["error"])
+        self.assertIn("the entry is not a document of", rows[2]["error"])
         for word in ("entry 0 (a.xml)", "there is no entry 9", "entry 1 (Categories.xml)"):
             self.assertIn(word, done.stderr)
         self.assertEqual(self.files("out"), ["manifest.jsonl"])
 
-    def test_place_past_the_last_item_gives_an_empty_message_and_says_so(self):
+    def test_place_past_the_last_item_has_an_empty_message_and_a_warning(self):
         archive = self.archive(("a.xml", notes("0")))
 
         done = self.extract(archive, "--at", "0:2")
@@ -176,7 +177,7 @@ class ExtractTest(ProgramTest):
         self.assertIn("3 of 3 messages", done.stdout)
         self.assertIn("2 with warnings", done.stdout)
 
-    def test_attachment_that_can_not_be_read_whole_is_a_warning_each_time(self):
+    def test_attachment_that_is_damaged_is_a_warning_each_time(self):
         for method in (zipfile.ZIP_STORED, zipfile.ZIP_DEFLATED):
             with self.subTest(method):
                 archive = self.archive(
@@ -207,7 +208,7 @@ class ExtractTest(ProgramTest):
                          [['the attachment "secret.txt" is missing: it is encrypted']])
         self.assertEqual(len(done.stderr.splitlines()), 1)
 
-    def test_attachment_is_found_whichever_form_its_name_has(self):
+    def test_attachment_is_found_by_a_name_in_another_normal_form(self):
         composed, decomposed = "\u304c\u00e9.txt", "\u304b\u3099e\u0301.txt"
         payload = b"which form has my name? " * 200
         for asked, stored in ((composed, decomposed), (decomposed, composed)):
@@ -222,7 +223,7 @@ class ExtractTest(ProgramTest):
                 self.assertEqual(row["warnings"], [])
                 self.assertIn(payload, self.bytes_of(self.path("out", row["path"])))
 
-    def test_item_that_its_document_breaks_off_in_has_a_warning(self):
+    def test_item_cut_off_with_its_document_has_a_warning(self):
         archive = self.archive(("a.xml", "<notes>" + note("1") + "<note><OPFNoteCopyTitle>tw"))
 
         self.extract(archive, code=1)
@@ -232,7 +233,7 @@ class ExtractTest(ProgramTest):
         self.assertEqual(len(second["warnings"]), 1)
         self.assertTrue(second["warnings"][0].startswith("its document: line 1, column "))
 
-    def test_entry_that_is_no_document_at_all_is_not_passed_over_in_silence(self):
+    def test_entry_that_is_not_a_document_is_reported(self):
         archive = self.archive(("a.xml", notes("0")), ("picture.png", b"\x89PNG\r\n\x1a\n" * 20))
 
         done = self.extract(archive, "--at", "1:1", code=1)
@@ -249,7 +250,7 @@ class ExtractTest(ProgramTest):
               "_COM1.txt", "_nul .x", "_lpt\u00b9", "tab_nel_end", "_gpj", "auxiliary",
               "caf\u00e9")])
 
-    def test_names_that_some_file_system_takes_for_the_same_are_kept_apart(self):
+    def test_names_that_are_the_same_on_some_file_system_get_numbers(self):
         self.assertEqual(
             self.paths("a", "A", "a (2)", "a", "caf\u00e9", "cafe\u0301", "stra\u00dfe", "STRASSE"),
             ["N/" + name + ".msg" for name in
@@ -275,7 +276,7 @@ class ExtractTest(ProgramTest):
         self.assertEqual(paths[3].removeprefix("N/").strip("\U0001F30A"), ".msg")
         self.assertEqual(paths[4], "N/" + "y" * 227 + ".msg", "an accent stays with its letter")
 
-    def test_folders_never_lead_out_nor_stand_where_a_file_has_to(self):
+    def test_folders_never_lead_out_nor_take_the_name_of_a_file(self):
         archive = self.archive(("../../up/a.xml", notes("1")), ("/root/a.xml", notes("2")),
                                ("x/./y/a.xml", notes("3")), ("manifest.jsonl/a.xml", notes("4")),
                                ("x.msg/a.xml", notes("5")), ("a.xml", notes("x")))
@@ -287,7 +288,7 @@ class ExtractTest(ProgramTest):
                           "x.msg_/5.msg", "x.msg"])
         self.assertEqual(os.listdir(self.folder).sort(), ["mail.olm", "out"].sort())
 
-    def test_planted_link_in_the_place_of_a_folder_is_not_followed(self):
+    def test_link_in_the_place_of_a_folder_is_not_followed(self):
         archive = self.archive(("Local/Notes/a.xml", notes("1")), ("b.xml", notes("2")))
         os.mkdir(self.path("elsewhere"))
         os.makedirs(self.path("out", "Local"))
@@ -301,7 +302,7 @@ class ExtractTest(ProgramTest):
         self.assertEqual([row["path"] for row in rows], [None, "2.msg"])
         self.assertIn("symbolic link", rows[0]["error"])
 
-    def test_planted_link_in_the_place_of_a_file_is_replaced(self):
+    def test_link_in_the_place_of_a_file_is_replaced(self):
         archive = self.archive(("b.xml", notes("2")))
         self.write("victim", b"precious")
         os.mkdir(self.path("out"))
@@ -314,7 +315,7 @@ class ExtractTest(ProgramTest):
         self.assertFalse(os.path.islink(self.path("out", "2.msg")))
         self.manifest()
 
-    def test_folder_in_the_place_of_a_file_costs_that_item_alone(self):
+    def test_folder_in_the_place_of_a_file_fails_that_item_alone(self):
         archive = self.archive(("b.xml", notes("1", "2")))
         os.makedirs(self.path("out", "1.msg"))
 
@@ -323,14 +324,14 @@ class ExtractTest(ProgramTest):
         self.assertEqual([row["path"] for row in self.manifest()], [None, "2.msg"])
         self.assertEqual(self.files("out"), ["2.msg", "manifest.jsonl"])
 
-    def test_output_folder_is_made_with_what_is_above_it(self):
+    def test_output_folder_is_created_with_its_parents(self):
         archive = self.archive(("b.xml", notes("1")))
 
         self.extract(archive, out=os.path.join("new", "deep", "out"))
 
         self.assertEqual(self.files("new/deep/out"), ["1.msg", "manifest.jsonl"])
 
-    def test_output_that_is_a_file_can_not_be_written(self):
+    def test_output_that_is_a_file_is_an_error(self):
         archive = self.archive(("b.xml", notes("1")))
         self.write("out", b"a file")
 
@@ -339,9 +340,9 @@ class ExtractTest(ProgramTest):
         self.assertIn(self.path("out"), done.stderr)
         self.assertEqual(self.bytes_of(self.path("out")), b"a file")
 
-    def test_folder_that_may_not_be_written_to_is_told(self):
+    def test_folder_without_write_permission_is_an_error(self):
         archive = self.archive(("b.xml", notes("1")))
-        # In here nobody can make a folder, root neither.
+        # Not even root can create a folder there.
         out = "/proc/olmkit-out"
 
         done = self.run_program("extract", archive, "-o", out)
@@ -369,7 +370,7 @@ class ExtractTest(ProgramTest):
         self.assertEqual([row["path"] for row in self.manifest()], ["1.msg"])
         self.assertNotEqual(self.bytes_of(self.path("out", "summary.json")), b"old")
 
-    def test_read_only_file_system_is_told(self):
+    def test_read_only_file_system_is_an_error(self):
         self.small_disk()
         archive = self.archive(("b.xml", notes("1")))
         self.extract(archive, out="disk/out")
@@ -386,7 +387,7 @@ class ExtractTest(ProgramTest):
                           for name in self.files("disk/out", with_summary=True)}, before)
         self.assertEqual(os.listdir(self.path("disk")), ["out"])
 
-    def test_full_disk_stops_the_run_and_leaves_whole_messages_alone(self):
+    def test_full_disk_stops_the_run_and_leaves_only_whole_messages(self):
         self.small_disk()
         archive = self.archive(("b.xml", notes(*["x" * 1000 + str(n) for n in range(60)])))
 
@@ -401,7 +402,7 @@ class ExtractTest(ProgramTest):
             if file.endswith(".msg"):
                 self.assertEqual(self.bytes_of(self.path("disk/out", file))[:8], SIGNATURE)
 
-    def test_message_beyond_the_largest_file_leaves_nothing_behind(self):
+    def test_message_beyond_the_file_size_limit_leaves_no_part(self):
         archive = self.archive(("b.xml", notes("a", "x" * 40000)))
 
         done = self.extract(archive, code=5, preexec_fn=lambda: resource.setrlimit(
@@ -411,7 +412,7 @@ class ExtractTest(ProgramTest):
         self.assertEqual([row["path"] for row in self.manifest()], ["a.msg", None])
         self.assertEqual(self.files("out"), ["a.msg", "manifest.jsonl"])
 
-    def test_standard_output_that_is_full_is_told(self):
+    def test_full_standard_output_is_an_error(self):
         archive = self.archive(("b.xml", notes("1")))
 
         with open("/dev/full", "wb") as full:
@@ -419,7 +420,7 @@ class ExtractTest(ProgramTest):
 
         self.assertEqual(self.files("out"), ["1.msg", "manifest.jsonl"])
 
-    def test_wrong_archives_leave_nothing_behind(self):
+    def test_wrong_archives_leave_no_output_folder(self):
         for what, path, code, word in wrong_archives(self):
             with self.subTest(what):
                 done = self.extract(path, code=code)
@@ -428,19 +429,19 @@ class ExtractTest(ProgramTest):
                 self.assertIn(word, done.stderr)
                 self.assertFalse(os.path.exists(self.path("out")))
 
-    def test_cut_document_gives_the_items_that_it_has(self):
+    def test_items_before_the_cut_of_a_document_are_extracted(self):
         archive = self.archive(("Local/a.xml", "<notes>" + note("1") +
                                 "<note><OPFNoteCopyTitle>tw"))
 
         done = self.extract(archive, code=1)
 
         self.assertIn("Local/a.xml", done.stderr)
-        # The second item is there as far as the text goes, or it is told as failed: never both.
+        # The second item is written with the text that is there, or it has failed: never both.
         rows = self.manifest()
         self.assertEqual([row["index"] for row in rows], [0, 1])
         self.assertEqual(rows[0]["path"], "Local/1.msg")
 
-    def test_archive_without_items_gives_an_empty_manifest(self):
+    def test_archive_without_items_has_an_empty_manifest(self):
         archive = self.archive(("Categories.xml", "<categories/>"))
 
         done = self.extract(archive)
@@ -449,7 +450,7 @@ class ExtractTest(ProgramTest):
         self.assertEqual(self.manifest(), [])
 
     def wait_for_handler(self, process):
-        """Until the process takes care of SIGINT by itself."""
+        """Waits until the process handles SIGINT itself."""
         deadline = time.monotonic() + 30
         caught = 0
         while not caught & (1 << (signal.SIGINT - 1)):
@@ -459,7 +460,7 @@ class ExtractTest(ProgramTest):
                              16)
 
     def long_run(self):
-        """A run of many items that is under way: it has written some."""
+        """Starts an extraction of many items and waits until some are written."""
         archive = self.archive(("b.xml", notes(*[f"note {n}" for n in range(30000)])))
         process = subprocess.Popen([PROGRAM, "extract", archive, "-o", self.path("out")],
                                    stdout=subprocess.PIPE, stderr=subprocess.PIPE)
@@ -483,7 +484,7 @@ class ExtractTest(ProgramTest):
         self.assertEqual(self.files("out"),
                          sorted([row["path"] for row in rows] + ["manifest.jsonl", "unfinished.json"]))
 
-    def test_impatient_interrupt_leaves_no_partial_file_either(self):
+    def test_repeated_interrupt_leaves_no_partial_file(self):
         with self.long_run() as process:
             process.send_signal(signal.SIGTERM)
             process.send_signal(signal.SIGTERM)
@@ -492,8 +493,8 @@ class ExtractTest(ProgramTest):
         self.assertEqual(process.returncode, 130)
         self.assertEqual([file for file in self.files("out") if file.startswith(".")], [])
 
-    def test_interrupt_while_nothing_moves_ends_within_a_second(self):
-        # One item whose text has no end in sight: no step of it comes to an end.
+    def test_interrupt_during_a_long_step_ends_the_run_within_a_second(self):
+        # One item with a very long text, so that no step of it ends soon.
         archive = self.archive(("b.xml", "<notes><note><unknown>" + "x" * 400_000_000),
                                name="huge.olm")
         with subprocess.Popen([PROGRAM, "extract", archive, "-o", self.path("out"), "--at", "0:1"],
@@ -507,8 +508,8 @@ class ExtractTest(ProgramTest):
         if os.path.exists(self.path("out")):
             self.assertEqual([file for file in self.files("out") if file.endswith(".part")], [])
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
-    def test_real_archive_gives_every_item_a_message_and_twice_the_same(self):
+    @needs_real_archive
+    def test_every_item_of_the_real_archive_has_the_same_message_twice(self):
         for out in ("first", "second"):
             done = self.extract(REAL_ARCHIVE, out=out)
             self.assertEqual(done.stderr, "")

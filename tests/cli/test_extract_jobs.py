@@ -1,4 +1,4 @@
-"""olmkit extract --jobs: however many threads there are, everything comes out the same."""
+"""olmkit extract --jobs: the output is the same whatever the number of threads."""
 
 import os
 import signal
@@ -8,7 +8,7 @@ import time
 import unittest
 
 from extraction_runs import RunTest, mail, mails
-from program import PROGRAM, REAL_ARCHIVE, notes
+from program import PROGRAM, REAL_ARCHIVE, needs_real_archive, notes
 
 
 class JobsTest(RunTest):
@@ -45,7 +45,7 @@ class JobsTest(RunTest):
         self.assertEqual(trees[1], trees[3])
         self.assertNotEqual(len(trees[0][1]), len(trees[1][1]))
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
+    @needs_real_archive
     def test_real_archive_is_the_same_for_all_jobs(self):
         self.assert_same_for_all_jobs(REAL_ARCHIVE, code=0)
 
@@ -72,13 +72,13 @@ class JobsTest(RunTest):
                         process.send_signal(signal.SIGINT)
                     process.wait(timeout=30)
                     self.assertLess(time.monotonic() - started, 1)
-                    told = process.stderr.read().decode()
+                    errors = process.stderr.read().decode()
                 self.assertEqual(process.returncode, 130)
-                self.assertIn("interrupted", told)
+                self.assertIn("interrupted", errors)
                 self.assertEqual([name for name in os.listdir(self.path(out))
                                   if name.startswith(".")], [])
                 if signals == 1:
-                    self.assertIn("--resume", told)
+                    self.assertIn("--resume", errors)
 
 
 if __name__ == "__main__":

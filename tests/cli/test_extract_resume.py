@@ -1,5 +1,5 @@
-"""olmkit extract --resume: a run that was broken off at any moment goes on, and ends as one that
-never was."""
+"""olmkit extract --resume: a run that was interrupted at any moment continues, and its output is that
+of a run without an interruption."""
 
 import json
 import os
@@ -12,7 +12,7 @@ import unittest
 from extraction_runs import RunTest, mail, mails
 from program import PROGRAM, notes
 
-# At which runs are broken off.
+# Moments at which a run is interrupted.
 MOMENTS = 5 if os.environ.get("OLMKIT_SANITIZED") else 20
 
 
@@ -24,7 +24,7 @@ class ResumeTest(RunTest):
             ("N/x.xml", notes(*[f"note {n}" for n in range(100)])))
 
     def break_off(self, archive, out, number, wait, *arguments):
-        """Starts a run, ends it by that signal after a while; whether it was still going on."""
+        """Starts a run and sends it a signal after a while. Returns whether the signal ended it."""
         with subprocess.Popen([PROGRAM, "extract", archive, "-o", self.path(out), *arguments],
                               stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
             while not os.path.exists(self.path(out)) and process.poll() is None:
@@ -34,7 +34,7 @@ class ResumeTest(RunTest):
             process.communicate(timeout=60)
         return process.returncode in (-signal.SIGKILL, 130)
 
-    def assert_any_break_is_mended(self, number):
+    def assert_any_break_can_be_resumed(self, number):
         archive = self.many_mails()
         started = time.monotonic()
         whole = self.extract(archive, out="whole", code=1)
@@ -53,14 +53,14 @@ class ResumeTest(RunTest):
             self.assert_same_tree("whole", out)
         self.assertGreater(broken, MOMENTS // 4)
 
-    def test_run_that_was_interrupted_at_any_moment_goes_on(self):
-        self.assert_any_break_is_mended(signal.SIGINT)
+    def test_run_that_was_interrupted_at_any_moment_continues(self):
+        self.assert_any_break_can_be_resumed(signal.SIGINT)
 
-    def test_run_that_was_killed_at_any_moment_goes_on(self):
-        self.assert_any_break_is_mended(signal.SIGKILL)
+    def test_run_that_was_killed_at_any_moment_continues(self):
+        self.assert_any_break_can_be_resumed(signal.SIGKILL)
 
     def broken_run(self, *arguments):
-        """A folder "out" in which a run has stopped behind five of ten messages."""
+        """Makes a folder "out" with a run that stopped after five of ten messages."""
         archive = self.archive(*[(f"{n}.xml", mails(mail(f"m{n}"))) for n in range(10)])
         os.makedirs(self.path("out", "m5.msg"))
         self.extract(archive, "--fail-fast", *arguments, code=5)
@@ -69,7 +69,7 @@ class ResumeTest(RunTest):
                                              "manifest.jsonl", "unfinished.json"])
         return archive
 
-    def test_what_is_whole_stays_and_what_is_not_is_made_again(self):
+    def test_whole_messages_stay_and_others_are_written_again(self):
         archive = self.broken_run()
         os.remove(self.path("out", "m1.msg"))
         self.write("out/m2.msg", b"short")
@@ -86,7 +86,7 @@ class ResumeTest(RunTest):
         self.extract(archive, out="whole")
         self.assert_same_tree("whole", "out")
 
-    def test_lines_of_a_manifest_that_was_cut_count_as_far_as_they_are_whole(self):
+    def test_whole_lines_of_a_cut_manifest_are_used(self):
         archive = self.broken_run()
         lines = self.bytes_of(self.path("out", "manifest.jsonl")).splitlines(keepends=True)
         self.write("out/manifest.jsonl", b"".join(lines[:3]) + b"{broken}\n" + lines[3][:40])
@@ -118,17 +118,17 @@ class ResumeTest(RunTest):
         self.assertEqual(self.tree("out"), before)
         self.extract(archive, "--resume", "--jobs=1", "--max-errors=7")
 
-    def test_run_without_resume_begins_anew_and_says_so(self):
+    def test_run_without_resume_starts_again_and_says_so(self):
         archive = self.broken_run()
-        self.write("out/m0.msg", b"not what the manifest tells")
+        self.write("out/m0.msg", b"not what the manifest says")
 
         done = self.extract(archive)
 
-        self.assertIn("--resume would have gone on", done.stderr)
+        self.assertIn("has an unfinished run, which is started again", done.stderr)
         self.extract(archive, out="whole")
         self.assert_same_tree("whole", "out")
 
-    def test_resume_without_a_run_to_go_on_with_is_a_run(self):
+    def test_resume_without_an_unfinished_run_is_a_new_run(self):
         archive = self.archive(("a.xml", notes("1")))
 
         for _ in range(2):
@@ -136,7 +136,7 @@ class ResumeTest(RunTest):
             self.assertEqual(done.stderr, "")
             self.assertEqual(self.files("out"), ["1.msg", "manifest.jsonl"])
 
-    def test_record_of_an_unfinished_run_tells_no_path_and_no_time(self):
+    def test_record_of_an_unfinished_run_has_no_path_and_no_time(self):
         self.broken_run()
         with open(self.path("out", "unfinished.json"), encoding="utf-8") as file:
             record = json.load(file)
@@ -156,7 +156,7 @@ class ResumeTest(RunTest):
         self.extract(archive, out="whole")
         self.assert_same_tree("whole", "out")
 
-    def test_run_on_a_full_disk_goes_on_when_there_is_room_again(self):
+    def test_run_on_a_full_disk_continues_when_there_is_room_again(self):
         os.mkdir(self.path("disk"))
         mount = ["mount", "-t", "tmpfs", "-o", "size=256k", "tmpfs", self.path("disk")]
         if subprocess.run(mount, stderr=subprocess.DEVNULL, check=False).returncode != 0:

@@ -1,4 +1,4 @@
-"""olmkit extract --shard and olmkit merge: parts that were written apart make one extraction."""
+"""olmkit extract --shard and olmkit merge: shards that are joined are one extraction."""
 
 import json
 import os
@@ -56,7 +56,7 @@ class ShardTest(RunTest):
         self.assertEqual(os.stat(self.path("joined", "m0.msg")).st_ino,
                          os.stat(self.path(folders[0], "m0.msg")).st_ino)
 
-    def test_missing_shard_is_told_and_nothing_is_written(self):
+    def test_missing_shard_is_reported_and_nothing_is_written(self):
         folders = self.shards(self.small_archive(), 4)
 
         done = self.merge(folders[0], folders[3], "-o", "joined", code=1)
@@ -82,7 +82,7 @@ class ShardTest(RunTest):
 
         done = self.merge(*folders, "copy", "-o", "joined", code=1)
 
-        self.assertIn("item 1 is told of in two ways", done.stderr)
+        self.assertIn("two folders have shard 2/2 with different results for item 1;", done.stderr)
         self.assertFalse(os.path.exists(self.path("joined", "manifest.jsonl")))
 
     def test_shards_of_different_runs_are_not_joined(self):
@@ -98,7 +98,7 @@ class ShardTest(RunTest):
             with self.subTest(folder):
                 self.assertIn(word, self.merge(one, folder, "-o", "joined", code=1).stderr)
 
-    def test_folders_that_hold_no_shard_are_told(self):
+    def test_folders_without_a_shard_are_reported(self):
         archive = self.small_archive()
         folders = self.shards(archive, 2)
         self.extract(archive, out="whole")
@@ -108,7 +108,7 @@ class ShardTest(RunTest):
         done = self.merge(*folders, "-o", "whole", code=5)
         self.assertIn("another extraction", done.stderr)
 
-    def test_shard_that_was_not_finished_is_told(self):
+    def test_unfinished_shard_is_reported(self):
         archive = self.small_archive()
         folders = self.shards(archive, 2)
         os.rename(self.path(folders[0], "shard.json"), self.path(folders[0], "unfinished.json"))
@@ -117,7 +117,7 @@ class ShardTest(RunTest):
 
         self.assertIn("--resume", done.stderr)
 
-    def test_message_that_is_not_the_manifests_is_told_and_not_joined(self):
+    def test_message_that_differs_from_the_manifest_is_reported_and_not_joined(self):
         folders = self.shards(self.small_archive(), 2)
         os.remove(self.path(folders[0], "m0.msg"))
         self.write(os.path.join(folders[1], "m1.msg"), b"changed")
@@ -142,7 +142,22 @@ class ShardTest(RunTest):
             self.assertIn("missing", done.stderr)
             shutil.rmtree(self.path("joined"))
 
-    def test_damaged_manifest_is_told(self):
+    def test_shard_without_a_summary_leaves_the_joined_folder_without_one(self):
+        archive = self.small_archive()
+        for target in ("joined", "part2-1"):
+            with self.subTest(target):
+                folders = self.shards(archive, 2)
+                os.remove(self.path(folders[1], "summary.json"))
+
+                done = self.merge(*folders, "-o", target, code=1)
+
+                self.assertIn(f"{folders[1]}/summary.json can't be read", done.stderr)
+                self.assertFalse(os.path.exists(self.path(target, "summary.json")))
+                self.assertEqual(len(self.files(target)), 11)
+                for folder in {*folders, target}:
+                    shutil.rmtree(self.path(folder))
+
+    def test_damaged_manifest_is_reported(self):
         folders = self.shards(self.small_archive(), 2)
         manifest = self.bytes_of(self.path(folders[0], "manifest.jsonl"))
         self.write(os.path.join(folders[0], "manifest.jsonl"), manifest[:-20])

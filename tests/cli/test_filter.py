@@ -1,4 +1,4 @@
-"""Which items olmkit list takes: kinds, folders, texts and dates."""
+"""The filters of olmkit list: kinds, folders, texts and dates."""
 
 import json
 import random
@@ -12,7 +12,7 @@ from program import ProgramTest, note, notes
 
 
 def expression_of(pattern):
-    """The regular expression of a pattern for folders, each part put down separately."""
+    """Returns the regular expression for a folder pattern, built part by part."""
     text = ""
     place = 0
     while place < len(pattern):
@@ -51,7 +51,7 @@ class FilterTest(ProgramTest):
         self.assertEqual(len(done.stderr.splitlines()), 1)
         return done.stderr
 
-    def test_kinds_are_taken_alone_repeated_and_with_commas(self):
+    def test_kinds_may_be_single_repeated_or_separated_by_commas(self):
         archive = self.archive(("m.xml", mail("Mail")), ("c.xml", CONTACT), ("g.xml", GROUP),
                                ("a.xml", APPOINTMENT), ("t.xml", TASK), ("n.xml", notes("Note")))
 
@@ -64,17 +64,17 @@ class FilterTest(ProgramTest):
             with self.subTest(arguments=arguments):
                 self.assertEqual(self.subjects(archive, *arguments), expected)
 
-    def test_unknown_kind_is_told_with_the_kinds_there_are(self):
-        told = self.refusal("--kind", "emial")
+    def test_unknown_kind_is_reported_with_the_known_kinds(self):
+        message = self.refusal("--kind", "emial")
 
-        self.assertIn("'emial'", told)
+        self.assertIn("'emial'", message)
         for kind in ("email", "appointment", "contact", "task", "note"):
-            self.assertIn(kind, told)
+            self.assertIn(kind, message)
         self.assertIn("''", self.refusal("--kind", ""))
         self.assertIn("'Email'", self.refusal("--kind", "note,Email"))
 
-    def test_group_is_no_kind_of_its_own(self):
-        self.assertIn("give contact", self.refusal("--kind", "group"))
+    def test_group_is_not_a_kind_of_its_own(self):
+        self.assertIn("use contact", self.refusal("--kind", "group"))
         self.assertIn("A group counts as a contact",
                       self.run_program("list", "--help").stdout)
 
@@ -86,7 +86,7 @@ class FilterTest(ProgramTest):
         return self.archive(*(((name + "/" if name else "") + "n.xml", notes("x"))
                               for name in names))
 
-    def test_folder_patterns_are_those_of_shells(self):
+    def test_folder_patterns_match_like_those_of_a_shell(self):
         names = ["", "In", "In/Old", "In/Old/2018", "Inbox", "Sent/In", "in", "a*b", "a[b", "axb",
                  "a-b", "a]b", "a\\b"]
         archive = self.archive_of_folders(*names)
@@ -150,7 +150,7 @@ class FilterTest(ProgramTest):
                 self.assertEqual(self.folders(archive, pattern), expected)
         self.assertGreater(len(counts), 10)
 
-    def test_folder_is_the_same_however_its_accents_are_encoded(self):
+    def test_encoding_of_accents_makes_no_difference_in_folders(self):
         composed = "Entw\u00fcrfe"
         split = unicodedata.normalize("NFD", composed)
         self.assertNotEqual(composed, split)
@@ -163,7 +163,7 @@ class FilterTest(ProgramTest):
                 also = ["Entwurfe"] if pattern == "Entw?rfe" else []
                 self.assertEqual(found, [composed, composed] + also)
 
-    def test_hostile_folder_patterns_cost_no_more_than_their_length(self):
+    def test_hostile_folder_patterns_match_in_bounded_time(self):
         archive = self.archive_of_folders("a" * 5000, "/".join("a" * 500))
 
         for pattern in ("*a" * 300 + "*b", "**a" * 300 + "**b", "**/a/" * 100 + "b",
@@ -173,10 +173,12 @@ class FilterTest(ProgramTest):
                 self.assertEqual(self.folders(archive, pattern), [])
                 self.assertLess(time.monotonic() - started, 20)
 
-    def test_pattern_that_names_nothing_is_told(self):
-        for pattern, word in (("", "no folder"), ("/", "no folder"), ("a[b", "no ]"),
-                              ("[", "no ]"), ("[]", "no ]"), ("[!]", "no ]"), ("[a\\]", "no ]"),
-                              ("[z-a]", "ahead"), ("[[:alpha:]]", "[:alpha:]")):
+    def test_invalid_folder_pattern_is_refused(self):
+        unclosed = "a [ has no matching ]"
+        for pattern, word in (("", "no folder"), ("/", "no folder"), ("a[b", unclosed),
+                              ("[", unclosed), ("[]", unclosed), ("[!]", unclosed),
+                              ("[a\\]", unclosed), ("[z-a]", "ends before it starts"),
+                              ("[[:alpha:]]", "such as [:alpha:]")):
             with self.subTest(pattern=pattern):
                 self.assertIn(word, self.refusal("--folder", pattern))
 
@@ -210,12 +212,12 @@ class FilterTest(ProgramTest):
 
         self.assertEqual(self.subjects(archive, "--subject", "ANN"), ["Ann", "Annex"])
 
-    def test_text_that_is_no_text_matches_what_is_none_either(self):
+    def test_invalid_utf8_matches_a_replacement_character(self):
         archive = self.archive(("a.xml", notes("a", "b\ufffdc")))
 
         self.assertEqual(self.subjects(archive, "--subject", b"\xff"), ["b\ufffdc"])
 
-    def test_long_runs_of_marks_cost_no_more_than_their_length(self):
+    def test_long_runs_of_marks_match_in_bounded_time(self):
         titles = ["a" + "\u0301\u0316" * 5000 + "b"] * 150
         archive = self.archive(("a.xml", notes(*titles)))
 
@@ -223,7 +225,7 @@ class FilterTest(ProgramTest):
         self.assertEqual(len(self.subjects(archive, "--subject", "\u0301b")), 150)
         self.assertLess(time.monotonic() - started, 10)
 
-    def test_from_looks_at_senders_and_organizers(self):
+    def test_from_matches_senders_and_organizers(self):
         archive = self.archive(("m.xml", mail("1", "bo@pier")), ("o.xml", mail("2", "ann@pier")),
                                ("a.xml", APPOINTMENT), ("n.xml", notes("bo")))
 
@@ -235,7 +237,7 @@ class FilterTest(ProgramTest):
         return self.archive(*((f"{place}.xml", mail(date, sent=date))
                               for place, date in enumerate(dates)))
 
-    def test_a_period_is_taken_whole_and_nothing_beside_it(self):
+    def test_period_includes_all_of_it_and_nothing_else(self):
         dates = ["2018-12-31T23:59:59", "2019-01-01T00:00:00", "2019-01-31T23:59:59.999",
                  "2019-02-28T10:20:29", "2019-02-28T10:20:30.5", "2019-02-28T10:21:00",
                  "2019-03-01T00:00:00", "2019-12-31T23:59:59", "2020-01-01T00:00:00"]
@@ -254,7 +256,7 @@ class FilterTest(ProgramTest):
             with self.subTest(arguments=arguments):
                 self.assertEqual(self.subjects(archive, *arguments), dates[first:last + 1])
 
-    def test_dates_of_every_form_are_compared_in_universal_time(self):
+    def test_dates_of_every_form_are_compared_in_utc(self):
         inside = ["2019-06-01", "2019-06-01T00:00", "2019-06-01 12:00:00", "20190601",
                   "20190601T120000", "20190601T120000.5Z", "2019-06-01T12:00:00,25",
                   "2019-06-02T01:00:00+02:00", "2019-05-31T23:30:00-0100", "2019-06-02T00:00+01",
@@ -268,7 +270,7 @@ class FilterTest(ProgramTest):
 
         self.assertEqual([text.strip() for text in found], [text.strip() for text in inside])
 
-    def test_items_without_a_date_that_can_be_read_never_match(self):
+    def test_items_without_a_readable_date_never_match(self):
         wrong = ["", "soon", "2019", "2019-06", "2019-02-29", "2019-13-01", "2019-06-31",
                  "2019-06-01T", "2019-06-01T25:00", "2019-06-01T24:00:01", "2019-06-01T12:60",
                  "2019-06-01T12:00:61", "2019-06-01T12:00:00.", "2019-06-01T12:00:00+24:00",
@@ -292,24 +294,24 @@ class FilterTest(ProgramTest):
         self.assertEqual(self.subjects(archive, "--since", "2019", "--until", "2019"),
                          ["sent", "received", "modified"])
 
-    def test_wrong_dates_are_told_with_the_right_form(self):
+    def test_wrong_dates_are_reported_with_the_right_form(self):
         for date in ("", "19", "2019-", "2019-1", "2019-13", "2019-00", "2019-02-29", "2019-06-31",
                      "2019-06-01T", "2019-06-01T10", "2019-06-01T24:00", "2019-06-01T10:60",
                      "2019-06-01T10:20:60", "2019-06-01T10:20:30+01:00", "2019-06-01 10:20",
                      "yesterday", "0000", "20190601", "2019Z", " 2019"):
             for option in ("--since", "--until"):
                 with self.subTest(option=option, date=date):
-                    told = self.refusal(option, date)
-                    self.assertIn("YYYY-MM-DD", told)
-                    self.assertIn(option, told)
+                    message = self.refusal(option, date)
+                    self.assertIn("YYYY-MM-DD", message)
+                    self.assertIn(option, message)
         self.assertEqual(len(self.subjects(self.archive_of_dates("2020-02-29"), "--since",
                                            "2020-02-29")), 1)
 
-    def test_dates_in_the_wrong_order_are_told(self):
-        self.assertIn("between", self.refusal("--since", "2020", "--until", "2019"))
-        self.assertIn("between", self.refusal("--until", "2019", "--since", "2020"))
+    def test_dates_in_the_wrong_order_are_refused(self):
+        self.assertIn("later than --until", self.refusal("--since", "2020", "--until", "2019"))
+        self.assertIn("later than --until", self.refusal("--until", "2019", "--since", "2020"))
 
-    def test_every_rule_must_hold_and_the_index_stays(self):
+    def test_every_rule_must_match_and_the_index_stays(self):
         archive = self.archive(("In/1.xml", mail("Tide", "bo@x", "2019-01-01")),
                                ("In/2.xml", mail("Tide", "bo@x", "2020-01-01")),
                                ("In/3.xml", mail("Tide", "ann@x", "2019-01-01")),
@@ -325,7 +327,7 @@ class FilterTest(ProgramTest):
         self.assertEqual([line.split(",")[0] for line in done.stdout.split("\r\n")],
                          ["index", "0", "6", ""])
 
-    def test_nothing_taken_is_an_empty_list(self):
+    def test_filter_without_matches_prints_an_empty_list(self):
         archive = self.archive(("a.xml", notes("a")))
 
         for form, lines in (("jsonl", 0), ("csv", 1), ("table", 1)):
@@ -333,13 +335,13 @@ class FilterTest(ProgramTest):
             self.assertEqual((done.returncode, done.stderr), (0, ""))
             self.assertEqual(len(done.stdout.splitlines()), lines)
 
-    def test_texts_that_may_be_given_once_are_refused_twice(self):
+    def test_options_for_one_value_are_refused_when_repeated(self):
         for option, value in (("--from", "a"), ("--subject", "a"), ("--since", "2019"),
                               ("--until", "2019"), ("--sort", "index"), ("--format", "csv")):
             with self.subTest(option=option):
                 self.assertIn(option, self.refusal(option, value, option, value))
 
-    def test_faults_of_entries_are_told_whatever_is_taken(self):
+    def test_faults_of_entries_are_reported_whatever_the_filter(self):
         archive = self.archive(("Local/a.xml", "<notes>" + note("1") + "<note><OPFNoteCopyTitle>t"))
 
         done = self.run_program("list", archive, "--kind", "task", "--format", "jsonl")

@@ -6,8 +6,8 @@ import unittest
 import zipfile
 
 import counting
-from program import (REAL_ARCHIVE, ProgramTest, note, notes, with_encryption_flag,
-                     wrong_archives)
+from program import (REAL_ARCHIVE, ProgramTest, needs_real_archive, note, notes,
+                     with_encryption_flag, wrong_archives)
 
 SAMPLE = os.path.join(os.environ["OLMKIT_SOURCE_DIR"], "examples", "sample.olm")
 KEYS = ["archive", "size", "unpacked_size", "entries", "directories", "checked", "damaged",
@@ -15,7 +15,7 @@ KEYS = ["archive", "size", "unpacked_size", "entries", "directories", "checked",
 
 
 def mail(date="", attachments=()):
-    """A mail that was sent then, with (URL, name) for each attachment."""
+    """Returns a mail sent on a date; attachments are pairs of URL and name."""
     listed = "".join(f'<a OPFAttachmentURL="{url}" OPFAttachmentName="{name}"/>'
                      for url, name in attachments)
     return (f"<email><OPFMessageCopySentTime>{date}</OPFMessageCopySentTime>"
@@ -33,24 +33,24 @@ class InfoTest(ProgramTest):
         self.assertEqual(done.stderr, "")
         return done.stdout
 
-    def report(self, archive, *arguments, code=0):
-        report = json.loads(self.info(archive, "--json", *arguments, code=code))
-        self.assertEqual(list(report), KEYS)
-        self.assertEqual(report["damaged"], code == 1)
-        return report
+    def survey(self, archive, *arguments, code=0):
+        survey = json.loads(self.info(archive, "--json", *arguments, code=code))
+        self.assertEqual(list(survey), KEYS)
+        self.assertEqual(survey["damaged"], code == 1)
+        return survey
 
-    def kind(self, report, name):
-        return next(kind for kind in report["kinds"] if kind["kind"] == name)
+    def kind(self, survey, name):
+        return next(kind for kind in survey["kinds"] if kind["kind"] == name)
 
-    def folders(self, report):
-        return {folder["path"]: (folder["items"], folder["total"]) for folder in report["folders"]}
+    def folders(self, survey):
+        return {folder["path"]: (folder["items"], folder["total"]) for folder in survey["folders"]}
 
-    def test_sample_is_told_to_people(self):
+    def test_sample_is_described_as_text(self):
         self.write("sample.olm", self.bytes_of(SAMPLE))
 
         self.assertEqual(self.info("sample.olm").splitlines(), [
             "sample.olm: 23,895 bytes",
-            "25 entries, 13 directories among them; 18,925 bytes unpacked",
+            "25 entries (13 directories), 18,925 bytes uncompressed",
             "",
             "KIND           DOCUMENTS        ITEMS  EARLIEST              LATEST",
             "email                  4            4  2019-03-04T09:00:00Z  2019-03-07T19:20:21Z",
@@ -80,36 +80,40 @@ class InfoTest(ProgramTest):
             "        167           18  buoy.svg",
             "         65           17  tide-table.csv"])
 
-    def test_sizes_are_those_of_the_directory(self):
-        for archive in (SAMPLE, REAL_ARCHIVE):
-            if not os.path.exists(archive):
-                continue
-            report = self.report(archive)
-            with zipfile.ZipFile(archive) as contents:
-                infos = contents.infolist()
-            self.assertEqual(report["archive"], archive)
-            self.assertEqual(report["size"], os.path.getsize(archive))
-            self.assertEqual(report["unpacked_size"], sum(info.file_size for info in infos))
-            self.assertEqual(report["entries"], len(infos))
-            self.assertEqual(report["directories"], sum(info.is_dir() for info in infos))
+    def check_sizes(self, archive):
+        survey = self.survey(archive)
+        with zipfile.ZipFile(archive) as contents:
+            infos = contents.infolist()
+        self.assertEqual(survey["archive"], archive)
+        self.assertEqual(survey["size"], os.path.getsize(archive))
+        self.assertEqual(survey["unpacked_size"], sum(info.file_size for info in infos))
+        self.assertEqual(survey["entries"], len(infos))
+        self.assertEqual(survey["directories"], sum(info.is_dir() for info in infos))
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
-    def test_real_archive_is_what_independent_readers_tell(self):
-        report = self.report(REAL_ARCHIVE)
+    def test_sizes_are_those_of_the_directory(self):
+        self.check_sizes(SAMPLE)
+
+    @needs_real_archive
+    def test_sizes_of_the_real_archive_are_those_of_its_directory(self):
+        self.check_sizes(REAL_ARCHIVE)
+
+    @needs_real_archive
+    def test_real_archive_is_as_independent_readers_find_it(self):
+        survey = self.survey(REAL_ARCHIVE)
 
         counts = counting.count_items(REAL_ARCHIVE)
         self.assertEqual({kind["kind"]: [kind["documents"], kind["items"]]
-                          for kind in report["kinds"]}, counts)
-        for kind in report["kinds"]:
+                          for kind in survey["kinds"]}, counts)
+        for kind in survey["kinds"]:
             self.assertEqual(kind["listed"], kind["items"])
         urls = counting.attachment_urls(REAL_ARCHIVE)
-        self.assertEqual(report["attachments"]["count"], len(urls))
-        self.assertEqual(report["attachments"]["missing"], 0)
+        self.assertEqual(survey["attachments"]["count"], len(urls))
+        self.assertEqual(survey["attachments"]["missing"], 0)
         with zipfile.ZipFile(REAL_ARCHIVE) as contents:
             sizes = sorted((contents.getinfo(url).file_size for url in urls), reverse=True)
-        self.assertEqual([one["size"] for one in report["attachments"]["largest"]], sizes[:10])
-        self.assertEqual(report["accounts"], [{"folder": "Local", "items": 28}])
-        folders = self.folders(report)
+        self.assertEqual([one["size"] for one in survey["attachments"]["largest"]], sizes[:10])
+        self.assertEqual(survey["accounts"], [{"folder": "Local", "items": 28}])
+        folders = self.folders(survey)
         self.assertEqual(folders["Local"], (0, 28))
         self.assertEqual(folders["Local/com.microsoft.__Messages/Outlook PST/Drafts"], (3, 3))
         self.assertEqual(folders["Local/com.microsoft.__Messages/Outlook PST"], (0, 5))
@@ -120,13 +124,13 @@ class InfoTest(ProgramTest):
             mail("2018-06-21T00:39:08"), mail("2018-06-21T01:00:00+05:00"), mail("soon"), mail(),
             mail("2018-06-20T23:00:00-02:30"))))
 
-        kind = self.kind(self.report(archive), "email")
+        kind = self.kind(self.survey(archive), "email")
 
         self.assertEqual((kind["items"], kind["earliest"], kind["latest"]),
                          (5, "2018-06-20T20:00:00Z", "2018-06-21T01:30:00Z"))
 
-    def test_kind_without_dates_has_none(self):
-        kind = self.kind(self.report(self.archive(("n.xml", notes("1")))), "note")
+    def test_kind_without_dates_has_null_dates(self):
+        kind = self.kind(self.survey(self.archive(("n.xml", notes("1")))), "note")
 
         self.assertEqual((kind["earliest"], kind["latest"]), (None, None))
 
@@ -136,28 +140,28 @@ class InfoTest(ProgramTest):
             done = self.run_program("info", SAMPLE, env={**os.environ, **changed})
             self.assertEqual(done.stdout, plain)
 
-    def test_accounts_are_the_folders_at_the_top(self):
+    def test_accounts_are_the_top_level_folders(self):
         archive = self.archive(
             ("Accounts/", ""), ("Accounts/a@x/", ""), ("Accounts/b@x/In/m.xml", mails(mail())),
             ("Accounts/a@x/In/m.xml", mails(mail(), mail())), ("Local/Notes/n.xml", notes("1")),
             ("Accounts/", ""), ("top.xml", notes("1")))
 
-        report = self.report(archive)
+        survey = self.survey(archive)
 
-        self.assertEqual(report["accounts"], [
+        self.assertEqual(survey["accounts"], [
             {"folder": "Accounts/a@x", "items": 2}, {"folder": "Accounts/b@x", "items": 1},
             {"folder": "Local", "items": 1}])
-        self.assertEqual(self.folders(report), {
+        self.assertEqual(self.folders(survey), {
             "": (1, 1), "Accounts": (0, 3), "Accounts/a@x": (0, 2), "Accounts/a@x/In": (2, 2),
             "Accounts/b@x": (0, 1), "Accounts/b@x/In": (1, 1), "Local": (0, 1),
             "Local/Notes": (1, 1)})
         self.assertIn("          1            1  (in no folder)\n", self.info(archive))
 
-    def test_folders_as_deep_as_a_name_allows_end_at_a_bound(self):
+    def test_depth_of_folders_is_limited(self):
         deep = "/".join(["d"] * 30000)
         archive = self.archive((deep + "/n.xml", notes("1")), ("d/d/n.xml", notes("2")))
 
-        folders = self.folders(self.report(archive))
+        folders = self.folders(self.survey(archive))
 
         self.assertEqual(len(folders), 64)
         self.assertEqual(folders["d"], (0, 2))
@@ -165,13 +169,13 @@ class InfoTest(ProgramTest):
         self.assertEqual(folders["/".join(["d"] * 64)], (1, 1))
         self.assertLess(len(self.info(archive)), 20000)
 
-    def test_folders_with_empty_levels_and_dots_are_told_as_they_are(self):
+    def test_folders_lose_empty_levels_and_keep_dots(self):
         archive = self.archive(("/a//b/n.xml", notes("1")), ("../c/n.xml", notes("2")))
 
-        self.assertEqual(self.folders(self.report(archive)),
+        self.assertEqual(self.folders(self.survey(archive)),
                          {"..": (0, 1), "../c": (1, 1), "a": (0, 1), "a/b": (1, 1)})
 
-    def test_texts_of_the_archive_are_printed_without_controls(self):
+    def test_texts_of_the_archive_are_printed_without_control_characters(self):
         archive = self.archive(("a\x1b[2J/n.xml", notes("1")), ("\u202eb.xml", "<\u0085/>"),
                                ("m.xml", mails(mail("", [("f", "one&#9;two&#10;\u202e")]))),
                                ("f", "x"))
@@ -182,7 +186,7 @@ class InfoTest(ProgramTest):
             self.assertNotIn(control, done.stdout)
         self.assertIn("one two", done.stdout)
 
-    def test_ten_largest_attachments_are_told_once_each(self):
+    def test_ten_largest_attachments_are_listed_once_each(self):
         files = [(f"f/{size}", b"x" * size) for size in range(100, 115)]
         archive = self.archive(
             *files, ("orphan", b"x" * 500),
@@ -191,20 +195,20 @@ class InfoTest(ProgramTest):
             ("c.xml", "<tasks><task><OPFTaskCopyAttachmentList>"
              '<x OPFAttachmentURL="orphan"/></OPFTaskCopyAttachmentList></task></tasks>'))
 
-        report = self.report(archive)
+        survey = self.survey(archive)
 
-        self.assertEqual(report["attachments"]["count"], 19)
+        self.assertEqual(survey["attachments"]["count"], 19)
         self.assertEqual([(one["name"], one["size"], one["entry"])
-                          for one in report["attachments"]["largest"]],
+                          for one in survey["attachments"]["largest"]],
                          [("orphan", 500, 15)] +
                          [(f"n{size}", size, size - 100) for size in range(114, 105, -1)])
 
-    def test_attachments_of_one_size_come_in_the_order_of_the_entries(self):
+    def test_attachments_of_equal_size_are_in_the_order_of_entries(self):
         files = [(f"f{n:02}", b"same") for n in range(12)]
         archive = self.archive(*files, ("m.xml", mails(mail("", [
             (name, name) for name, _ in reversed(files)]))))
 
-        largest = self.report(archive)["attachments"]["largest"]
+        largest = self.survey(archive)["attachments"]["largest"]
 
         self.assertEqual([one["entry"] for one in largest], list(range(10)))
 
@@ -214,87 +218,88 @@ class InfoTest(ProgramTest):
                             "<email><OPFMessageCopyAttachmentList><a/>"
                             "</OPFMessageCopyAttachmentList></email>")), ("there", "x"))
 
-        report = self.report(archive, code=1)
+        survey = self.survey(archive, code=1)
 
-        self.assertEqual({key: report["attachments"][key] for key in
+        self.assertEqual({key: survey["attachments"][key] for key in
                           ("count", "missing", "unnamed")}, {"count": 3, "missing": 1, "unnamed": 1})
-        self.assertIn("3 attachments, 1 of them missing, 1 without the name of a file\n",
+        self.assertIn("3 attachments, 1 missing from the archive, 1 without a file name\n",
                       self.info(archive, code=1))
 
-    def test_entries_without_items_are_told_with_the_reason(self):
+    def test_entries_without_items_are_listed_with_the_reason(self):
         archive = self.archive(("Categories.xml", "<categories/>"), ("html.xml", "<html/>"),
                                ("none.xml", "<notes/>"), ("n.xml", notes("1")))
 
-        report = self.report(archive)
+        survey = self.survey(archive)
 
         self.assertEqual([(row["entry"], row["entry_name"], row["items"], row["listed"],
-                           row["reason"]) for row in report["noted_entries"]], [
-            (0, "Categories.xml", 0, 0, "it holds categories, which are no items"),
-            (1, "html.xml", 0, 0, 'its root element "html" is of no kind that is known'),
+                           row["reason"]) for row in survey["noted_entries"]], [
+            (0, "Categories.xml", 0, 0, "it has categories and no items"),
+            (1, "html.xml", 0, 0, 'its root element "html" is not of a known kind'),
             (2, "none.xml", 0, 0, "there is no note in it")])
         text = self.info(archive)
-        self.assertIn('\n  entry 1 (html.xml): its root element "html" is of no', text)
+        self.assertIn("documents without items, or with items that are not listed:\n"
+                      f"  entry 1 (html.xml): {survey['noted_entries'][1]['reason']}\n", text)
         self.assertNotIn("Categories", text)
 
     def test_items_that_are_not_listed_are_damage(self):
         archive = self.archive(("a.xml", "<notes>" + note("1") + "<odd/>" + note("2") + "</notes>"))
 
-        report = self.report(archive, code=1)
+        survey = self.survey(archive, code=1)
 
-        self.assertEqual((report["noted_entries"][0]["items"],
-                          report["noted_entries"][0]["listed"]), (2, 1))
-        self.assertEqual(self.kind(report, "note")["items"], 2)
-        self.assertEqual(self.kind(report, "note")["listed"], 1)
+        self.assertEqual((survey["noted_entries"][0]["items"],
+                          survey["noted_entries"][0]["listed"]), (2, 1))
+        self.assertEqual(self.kind(survey, "note")["items"], 2)
+        self.assertEqual(self.kind(survey, "note")["listed"], 1)
 
-    def test_damaged_documents_are_told(self):
+    def test_damaged_documents_are_listed(self):
         archive = self.archive(("a.xml", "<notes>" + note("1") + "<note>"), ("b.xml", notes("2")))
 
-        report = self.report(archive, code=1)
+        survey = self.survey(archive, code=1)
 
-        self.assertEqual([(fault["entry"], fault["entry_name"]) for fault in report["faults"]],
+        self.assertEqual([(fault["entry"], fault["entry_name"]) for fault in survey["faults"]],
                          [(0, "a.xml")])
-        self.assertIn("line 1", report["faults"][0]["reason"])
-        self.assertIn("damaged or not readable:\n  entry 0 (a.xml): line 1",
+        self.assertIn("line 1", survey["faults"][0]["reason"])
+        self.assertIn("damaged or unreadable:\n  entry 0 (a.xml): line 1",
                       self.info(archive, code=1))
 
-    def test_encrypted_entries_are_counted_and_the_first_ones_told(self):
+    def test_encrypted_entries_are_counted_and_the_first_ones_listed(self):
         secret = self.archive(*[(f"f{n}", "hush") for n in range(12)], name="secret.zip")
         entries = with_encryption_flag(self.bytes_of(secret))
         self.write("mail.olm", entries)
         with zipfile.ZipFile(self.path("mail.olm"), "a") as archive:
             archive.writestr("n.xml", notes("1"))
 
-        report = self.report(self.path("mail.olm"), code=1)
+        survey = self.survey(self.path("mail.olm"), code=1)
 
-        self.assertEqual(report["encrypted"]["count"], 12)
-        self.assertEqual([one["entry"] for one in report["encrypted"]["first"]], list(range(10)))
-        self.assertIn("12 entries are encrypted, the first ones:\n  entry 0 (f0)\n",
+        self.assertEqual(survey["encrypted"]["count"], 12)
+        self.assertEqual([one["entry"] for one in survey["encrypted"]["first"]], list(range(10)))
+        self.assertIn("12 entries are encrypted; the first 10:\n  entry 0 (f0)\n",
                       self.info(self.path("mail.olm"), code=1))
 
-    def test_check_reads_what_no_list_reads(self):
+    def test_check_reads_entries_that_are_not_documents(self):
         archive = self.archive(("n.xml", notes("1")), ("good", b"g" * 300000),
                                ("bad", b"b" * 300000), ("folder/", ""), method=zipfile.ZIP_STORED)
         contents = bytearray(self.bytes_of(archive))
         contents[contents.find(b"b" * 1000) + 200000] ^= 1
         self.write("mail.olm", contents)
 
-        self.assertFalse(self.report(archive)["checked"])
-        report = self.report(archive, "--check", code=1)
+        self.assertFalse(self.survey(archive)["checked"])
+        survey = self.survey(archive, "--check", code=1)
 
-        self.assertTrue(report["checked"])
-        self.assertEqual([(fault["entry"], fault["entry_name"]) for fault in report["faults"]],
+        self.assertTrue(survey["checked"])
+        self.assertEqual([(fault["entry"], fault["entry_name"]) for fault in survey["faults"]],
                          [(2, "bad")])
-        self.assertTrue(report["faults"][0]["reason"])
+        self.assertTrue(survey["faults"][0]["reason"])
 
-    def test_check_of_a_whole_archive_finds_nothing(self):
-        self.assertEqual(self.report(SAMPLE, "--check")["faults"], [])
-        self.assertIn("every entry was read, and is whole\n", self.info(SAMPLE, "--check"))
+    def test_check_of_an_intact_archive_finds_nothing(self):
+        self.assertEqual(self.survey(SAMPLE, "--check")["faults"], [])
+        self.assertIn("every entry was read; none is damaged\n", self.info(SAMPLE, "--check"))
 
-    def test_archive_without_items_has_none(self):
+    def test_archive_without_items_is_reported_as_such(self):
         archive = self.archive(("Categories.xml", "<categories/>"))
 
         self.assertIn("\nno items\n", self.info(archive))
-        self.assertEqual(sum(kind["items"] for kind in self.report(archive)["kinds"]), 0)
+        self.assertEqual(sum(kind["items"] for kind in self.survey(archive)["kinds"]), 0)
 
     def test_wrong_archives_are_refused(self):
         for what, path, code, word in wrong_archives(self):
@@ -305,7 +310,7 @@ class InfoTest(ProgramTest):
                 self.assertIn(path, done.stderr)
                 self.assertIn(word, done.stderr)
 
-    def test_standard_output_that_is_full_or_closed_is_told_apart(self):
+    def test_full_and_closed_standard_output_are_distinguished(self):
         with open("/dev/full", "wb") as full:
             done = self.run_program("info", SAMPLE, stdout=full)
         self.assertEqual(done.returncode, 5)
@@ -323,23 +328,23 @@ class InfoTest(ProgramTest):
                 archive = counting.random_archive(self, seed)
                 done = self.run_program("info", archive, "--json")
 
-                report = json.loads(done.stdout)
+                survey = json.loads(done.stdout)
                 self.assertEqual({kind["kind"]: [kind["documents"], kind["items"]]
-                                  for kind in report["kinds"]}, counting.count_items(archive))
+                                  for kind in survey["kinds"]}, counting.count_items(archive))
                 urls = counting.attachment_urls(archive)
                 with zipfile.ZipFile(archive) as contents:
                     names = set(contents.namelist())
                 missing = sum(url is not None and url not in names for url in urls)
-                self.assertEqual((report["attachments"]["count"],
-                                  report["attachments"]["unnamed"],
-                                  report["attachments"]["missing"]),
+                self.assertEqual((survey["attachments"]["count"],
+                                  survey["attachments"]["unnamed"],
+                                  survey["attachments"]["missing"]),
                                  (len(urls), urls.count(None), missing))
                 with_items = {entry for entry, _, root in counting.documents(archive)
                               if root.tag in counting.ROOTS and
                               root.find(counting.ROOTS[root.tag]) is not None}
-                for row in report["noted_entries"]:
+                for row in survey["noted_entries"]:
                     self.assertEqual(row["entry"] in with_items, row["items"] > 0)
-                is_listed = all(kind["items"] == kind["listed"] for kind in report["kinds"])
+                is_listed = all(kind["items"] == kind["listed"] for kind in survey["kinds"])
                 self.assertEqual(done.returncode, 0 if is_listed and missing == 0 else 1)
 
 

@@ -11,7 +11,8 @@ import unittest
 import xml.etree.ElementTree
 import zipfile
 
-from program import PROGRAM, REAL_ARCHIVE, ProgramTest, note, notes, wrong_archives
+from program import (PROGRAM, REAL_ARCHIVE, ProgramTest, needs_real_archive, note, notes,
+                     wrong_archives)
 
 KEYS = ["index", "entry", "item", "entry_name", "kind", "name", "sender", "to", "cc", "subject",
         "sent", "received", "modified", "organizer", "display_name", "title", "special6",
@@ -79,7 +80,7 @@ class ListTest(ProgramTest):
             ("note", "Sea.msg", "Sea", "", "", "", 0x60000, 7),
         ])
 
-    def test_items_are_numbered_over_the_archive_and_in_their_entry(self):
+    def test_items_are_numbered_in_the_archive_and_in_their_entry(self):
         rows = self.rows(self.archive(("a.xml", notes("1", "2")), ("x.png", "picture"),
                                       ("b/b.xml", notes("3"))))
 
@@ -126,14 +127,14 @@ class ListTest(ProgramTest):
 
         self.assertIn("long " * 100 + "end", done.stdout)
 
-    def test_table_takes_out_what_could_act_on_a_terminal(self):
+    def test_table_replaces_control_characters(self):
         archive = self.archive(("a.xml", notes("a&#9;b\u009b31mc\u202ed")))
 
         done = self.run_program("list", archive)
 
         self.assertIn("a b\ufffd31mc\ufffdd", done.stdout)
 
-    def test_cut_document_gives_its_items_and_a_message(self):
+    def test_truncated_document_lists_its_items_and_reports_an_error(self):
         archive = self.archive(("Local/a.xml", "<notes>" + note("1") + note("2") +
                                 "<note><OPFNoteCopyTitle>th"))
 
@@ -146,7 +147,7 @@ class ListTest(ProgramTest):
         for word in (archive, "entry 0", "Local/a.xml", "again"):
             self.assertIn(word, done.stderr)
 
-    def test_entry_that_can_not_be_read_costs_itself_alone(self):
+    def test_unreadable_entry_loses_only_its_own_items(self):
         archive = self.archive(("a.xml", notes("1")), ("b.xml", notes("x" * 100)),
                                ("c.xml", notes("3")), method=zipfile.ZIP_STORED)
         contents = self.bytes_of(archive)
@@ -160,7 +161,7 @@ class ListTest(ProgramTest):
         self.assertEqual(len(done.stderr.splitlines()), 1)
         self.assertIn("entry 1 (b.xml)", done.stderr)
 
-    def test_wrong_archives_are_told_with_their_exit_codes(self):
+    def test_wrong_archives_are_reported_with_their_exit_codes(self):
         for what, path, code, word in wrong_archives(self):
             with self.subTest(what):
                 done = self.run_program("list", path)
@@ -169,7 +170,7 @@ class ListTest(ProgramTest):
                 self.assertIn(path, done.stderr)
                 self.assertIn(word, done.stderr)
 
-    def test_file_that_may_not_be_read_is_worth_another_try(self):
+    def test_file_without_read_permission_exits_with_3(self):
         if os.geteuid() == 0:
             self.skipTest("root may read everything")
         archive = self.archive(("a.xml", notes("1")))
@@ -184,7 +185,7 @@ class ListTest(ProgramTest):
             done = self.run_program("list", archive, "--format", form)
             self.assertEqual((done.returncode, done.stdout, done.stderr), (0, expected, ""))
 
-    def test_full_disk_is_told(self):
+    def test_full_disk_is_reported(self):
         archive = self.archive(("a.xml", notes("1")))
 
         with open("/dev/full", "wb") as full:
@@ -206,7 +207,7 @@ class ListTest(ProgramTest):
             self.assertEqual(process.stderr.read(), b"")
         self.assertEqual(process.returncode, 0)
 
-    def test_interrupt_ends_the_program_at_once_behind_a_whole_line(self):
+    def test_interrupt_ends_the_program_at_once_after_a_whole_line(self):
         archive = self.archive(("a.xml", notes(*["x" * 500] * 200000)))
 
         with subprocess.Popen([PROGRAM, "list", archive, "--format", "jsonl"],
@@ -220,7 +221,7 @@ class ListTest(ProgramTest):
             self.assertEqual(process.stderr.read(), b"olmkit: interrupted\n")
         self.assertEqual(process.returncode, 130)
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
+    @needs_real_archive
     def test_real_archive_has_the_items_that_another_reader_finds(self):
         names = {"appointments": "appointment", "contacts": "contact", "emails": "email",
                  "groups": "contact", "notes": "note", "tasks": "task"}

@@ -19,7 +19,7 @@ class PipeTest(ProgramTest):
         self.environment = {**os.environ, "TMPDIR": self.path("tmp")}
 
     def piped(self, contents, *arguments, **options):
-        """The finished process, which finds `contents` in a pipe at its standard input."""
+        """Returns the finished process, which read `contents` from a pipe at its standard input."""
         reader, writer = os.pipe()
 
         def feed():
@@ -68,7 +68,7 @@ class PipeTest(ProgramTest):
                              self.bytes_of(self.path("direct", name)), name)
         self.assert_nothing_left()
 
-    def test_paths_of_pipes_are_taken_too(self):
+    def test_paths_of_pipes_can_be_read(self):
         archive = self.archive(("a.xml", notes("one")))
         contents = self.bytes_of(archive)
         expected = self.run_program("list", archive).stdout
@@ -93,11 +93,11 @@ class PipeTest(ProgramTest):
         self.assertEqual(done.returncode, 0)
         self.assertEqual(done.stdout, self.run_program("list", archive).stdout)
 
-    def test_archive_begins_where_standard_input_stands(self):
+    def test_archive_begins_at_the_position_of_standard_input(self):
         archive = self.archive(("a.xml", notes("one")))
-        self.write("behind.bin", b"\0" * 100_000 + self.bytes_of(archive))
+        self.write("prefixed.bin", b"\0" * 100_000 + self.bytes_of(archive))
 
-        with open(self.path("behind.bin"), "rb", buffering=0) as file:
+        with open(self.path("prefixed.bin"), "rb", buffering=0) as file:
             file.seek(100_000)
             done = self.run_program("list", "-", stdin=file, env=self.environment)
 
@@ -105,19 +105,19 @@ class PipeTest(ProgramTest):
         self.assertEqual(done.stdout, self.run_program("list", archive).stdout)
         self.assert_nothing_left()
 
-    def test_file_called_like_the_sign_for_standard_input_has_a_path(self):
+    def test_file_named_like_standard_input_can_be_given_by_a_path(self):
         os.rename(self.archive(("a.xml", notes("one"))), self.path("-"))
 
         self.assertIn("one", self.run_program("list", "./-").stdout)
 
-    def test_what_is_no_archive_is_told_under_the_name_of_standard_input(self):
+    def test_messages_about_what_is_not_an_archive_name_standard_input(self):
         good = self.bytes_of(self.archive(("a.xml", notes("one", "two"))))
         cases = [
             ("nothing", b"", "empty"),
-            ("text", b"no ZIP at all\n", "ZIP"),
+            ("text", b"not a ZIP\n", "ZIP"),
             ("a cut archive", good[:len(good) // 2], "again"),
             ("another ZIP", self.bytes_of(self.archive(("a.txt", "x"), name="other.zip")),
-             "no OLM archive"),
+             "not an OLM archive"),
         ]
         for name, contents, word in cases:
             with self.subTest(name):
@@ -157,7 +157,7 @@ class PipeTest(ProgramTest):
         self.assertEqual(done.returncode, 3)
         self.assertIn("standard input", done.stderr)
 
-    def test_folder_for_the_copy_that_is_not_there_is_told(self):
+    def test_missing_folder_for_the_copy_is_reported(self):
         environment = {**os.environ, "TMPDIR": self.path("nowhere")}
 
         done = self.piped(self.bytes_of(self.large_archive()), "list", "-", env=environment)
@@ -166,7 +166,7 @@ class PipeTest(ProgramTest):
         self.assertIn(self.path("nowhere"), done.stderr)
         self.assertIn("set TMPDIR", done.stderr)
 
-    def test_copy_without_room_is_told(self):
+    def test_copy_without_room_is_reported(self):
         self.small_disk()
         environment = {**os.environ, "TMPDIR": self.path("disk")}
 
@@ -177,7 +177,7 @@ class PipeTest(ProgramTest):
         self.assertIn("set TMPDIR", done.stderr)
         self.assertEqual(os.listdir(self.path("disk")), [])
 
-    def test_copy_beyond_the_largest_file_is_told(self):
+    def test_copy_over_the_largest_file_size_is_reported(self):
         done = self.piped(
             self.bytes_of(self.large_archive()), "list", "-", preexec_fn=lambda: resource.setrlimit(
                 resource.RLIMIT_FSIZE, (100_000, 100_000)))
@@ -187,7 +187,7 @@ class PipeTest(ProgramTest):
         self.assert_nothing_left()
 
     def half_fed(self, *arguments):
-        """A run that waits for the rest of its archive, and the pipe."""
+        """Returns a process that waits for the rest of its archive."""
         half = self.bytes_of(self.large_archive())[:1_000_000]
         process = subprocess.Popen([PROGRAM, *arguments], cwd=self.folder, env=self.environment,
                                    stdin=subprocess.PIPE, stdout=subprocess.PIPE,
@@ -196,15 +196,15 @@ class PipeTest(ProgramTest):
         process.stdin.flush()
         return process
 
-    def test_copy_is_gone_even_when_the_process_is_killed(self):
+    def test_copy_disappears_even_when_the_process_is_killed(self):
         with self.half_fed("list", "-") as process:
-            # No name at any time, so nothing is left whenever it ends.
+            # It never has a name, so nothing is left whenever the process ends.
             self.assert_nothing_left()
             process.send_signal(signal.SIGKILL)
             process.wait(timeout=30)
         self.assert_nothing_left()
 
-    def test_interrupt_while_the_archive_comes_ends_within_a_second(self):
+    def test_interrupt_while_the_archive_is_read_ends_within_a_second(self):
         for command in (["list", "-"], ["extract", "-", "-o", "out"]):
             with self.subTest(command[0]), self.half_fed(*command) as process:
                 process.send_signal(signal.SIGINT)

@@ -1,17 +1,15 @@
-"""olmkit show, compared with what another reader finds in the messages that extract writes."""
+"""olmkit show, compared with what an independent reader finds in extracted messages."""
 
 import datetime
 import hashlib
 import json
 import os
-import pty
 import struct
-import subprocess
 import sys
 import unittest
 import zipfile
 
-from program import PROGRAM, REAL_ARCHIVE, ProgramTest, note, notes, wrong_archives
+from program import REAL_ARCHIVE, ProgramTest, needs_real_archive, note, notes, wrong_archives
 
 SOURCE = os.environ["OLMKIT_SOURCE_DIR"]
 sys.path.insert(0, os.path.join(SOURCE, "tests", "interop"))
@@ -42,7 +40,7 @@ def text_of(data):
 
 
 def binary_of(data):
-    """Without the recipient that it may name."""
+    """Describes a binary value, without decoding a one-off entry id."""
     return {"size": len(data), "start": data[:SHOWN_BYTES].hex()}
 
 
@@ -131,7 +129,7 @@ class ShowTest(ProgramTest):
         return 1
 
     def compare_archive(self, archive, count, classes, recurrences):
-        """Every item of an archive; how many of each class, and how many that recur."""
+        """Compares every item; `classes` counts items by class, `recurrences` recurring ones."""
         done = self.run_program("extract", archive, "-o", self.path("out"))
         self.assertEqual(done.returncode, 0, done.stderr)
         with open(self.path("out", "manifest.jsonl"), encoding="utf-8") as file:
@@ -151,7 +149,7 @@ class ShowTest(ProgramTest):
                 self.compare_parts(item, streams)
                 recurring += self.compare_recurrence(item["recurrence"], item, streams)
                 seen[item["class"]] = seen.get(item["class"], 0) + 1
-                # By its place it is the same, but for the index.
+                # Named by its place it is the same, except for the index.
                 placed = self.described(archive, "--at", "%d:%d" % (row["entry"], row["item"]))
                 self.assertEqual(placed, dict(item, index=None))
         self.assertEqual(seen, classes)
@@ -180,12 +178,12 @@ class ShowTest(ProgramTest):
                          (len(data), hashlib.sha256(data).hexdigest()))
         self.assertEqual(part["name"], text_of(streams[folder + "/__substg1.0_3704001F"]))
 
-    def test_sample_is_shown_as_another_reader_finds_it(self):
+    def test_sample_is_shown_as_an_independent_reader_finds_it(self):
         self.compare_archive(SAMPLE, 13, {"IPM.Contact": 2, "IPM.DistList": 1, "IPM.Appointment": 2,
                                           "IPM.Task": 2, "IPM.StickyNote": 2, "IPM.Note": 4}, 1)
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
-    def test_real_archive_is_shown_as_another_reader_finds_it(self):
+    @needs_real_archive
+    def test_real_archive_is_shown_as_an_independent_reader_finds_it(self):
         self.compare_archive(REAL_ARCHIVE, 28,
                              {"IPM.Contact": 5, "IPM.DistList": 2, "IPM.Appointment": 8,
                               "IPM.Task": 5, "IPM.StickyNote": 1, "IPM.Note": 7}, 6)
@@ -195,10 +193,10 @@ class ShowTest(ProgramTest):
 
         self.assertIn("Mara Lindqvist <mara.lindqvist@harbour.example> (SMTP)", output)
 
-    def test_text_has_a_line_for_each_value_and_all_parts(self):
+    def test_text_has_a_line_for_each_value_of_all_parts(self):
         lines = self.show(SAMPLE, "9").splitlines()
 
-        self.assertEqual(lines[0], "Item 9: IPM.Note, number 1 in entry 19 "
+        self.assertEqual(lines[0], "Item 9: IPM.Note, item 1 of entry 19 "
                          "(Local/com.microsoft.__Messages/Inbox/message_00000.xml)")
         rows = [line.split(None, 3) for line in lines]
         self.assertIn(["0x0037001F", "PidTagSubject", "String", "Tide table for March"], rows)
@@ -220,7 +218,7 @@ class ShowTest(ProgramTest):
         self.assertRegex(output, r"\nRecurrence\n(.*\n)*  days +monday\n(.*\n)*"
                          r"  end date +2019-09-09\n  occurrences +27\n  first start +2019-03-11T10:00\n")
 
-    def test_controls_are_taken_out_of_texts(self):
+    def test_control_characters_are_replaced_in_texts(self):
         archive = self.archive(("a.xml", notes("a&#9;b\u009b31mc\u202ed")))
 
         self.assertIn("a b\ufffd31mc\ufffdd\n", self.show(archive, "0"))
@@ -228,27 +226,8 @@ class ShowTest(ProgramTest):
                     if row["name"] == "PidTagSubject"]
         self.assertEqual(subjects, ["a\tb\u009b31mc\u202ed"])
 
-    def on_terminal(self, columns, *arguments):
-        master, slave = pty.openpty()
-        subprocess.run(["stty", "cols", str(columns), "rows", "24", "-opost"], stdin=slave,
-                       check=True)
-        with subprocess.Popen([PROGRAM, *arguments], stdout=slave) as process:
-            os.close(slave)
-            output = b""
-            while True:
-                try:
-                    part = os.read(master, 65536)
-                except OSError:
-                    break
-                if not part:
-                    break
-                output += part
-        os.close(master)
-        self.assertEqual(process.returncode, 0)
-        return output.decode("utf-8")
-
-    def test_values_wrap_to_the_terminal_and_are_whole_elsewhere(self):
-        wide = "\u6f6e" * 150  # a letter that takes two cells
+    def test_values_wrap_on_a_terminal_and_are_whole_elsewhere(self):
+        wide = "\u6f6e" * 150  # a letter of two cells
         words = "the tide tables of March " * 20
         archive = self.archive(("a.xml", notes(wide, words)))
 
@@ -268,7 +247,7 @@ class ShowTest(ProgramTest):
         archive = self.archive(("m.xml", "<emails><email>" + "".join(elements) + "</email></emails>"))
         return self.show(archive, "0", "--body", code=code)
 
-    def test_body_is_the_plain_text_as_lines(self):
+    def test_body_is_the_plain_text_in_lines(self):
         archive = self.archive(
             ("n.xml", "<notes><note><OPFNoteCopyNonHTMLText>one&#13;\ntwo\n\n&#9;three &lt;b&gt;"
              "\u009b\u65e5</OPFNoteCopyNonHTMLText></note></notes>"))
@@ -276,7 +255,7 @@ class ShowTest(ProgramTest):
         self.assertEqual(self.show(archive, "0", "--body"),
                          "one\ntwo\n\n\tthree <b>\ufffd\u65e5\n")
 
-    def test_body_of_html_alone_is_its_text(self):
+    def test_body_of_html_only_is_its_text(self):
         html = ("&lt;html>&lt;head>&lt;title>T&lt;/title>&lt;style>p {}&lt;/style>&lt;/head>&lt;body>"
                 "&lt;!-- no > -->&lt;h1>High&amp;nbsp;water&lt;/h1>&lt;p class=\"a>b\">It  is\n"
                 "&lt;b>4.2&lt;/b> m &amp;amp; more:&lt;br>&lt;br/>&lt;ul>&lt;li>one&lt;/li>&lt;li>two&lt;/li>&lt;/ul>"
@@ -287,15 +266,15 @@ class ShowTest(ProgramTest):
 
         self.assertEqual(self.body("<OPFMessageCopyHTMLBody>", html, "</OPFMessageCopyHTMLBody>"),
                          expected)
-        # Mac programs put the page into the plain body too.
+        # Some archives hold the HTML source in the plain body too.
         self.assertEqual(self.body("<OPFMessageCopyBody>", html, "</OPFMessageCopyBody>"), expected)
 
-    def test_plain_body_goes_before_html(self):
+    def test_plain_body_is_preferred_to_html(self):
         self.assertEqual(self.body("<OPFMessageCopyBody>plain</OPFMessageCopyBody>",
                                    "<OPFMessageCopyHTMLBody>&lt;p>rich</OPFMessageCopyHTMLBody>"),
                          "plain\n")
 
-    def test_plain_body_that_is_the_html_over_again_is_html(self):
+    def test_plain_body_that_repeats_the_html_is_treated_as_html(self):
         html = "&lt;meta content='x'>&lt;p>a&lt;/p>"
 
         self.assertEqual(self.body("<OPFMessageCopyBody>", html, "</OPFMessageCopyBody>",
@@ -305,23 +284,23 @@ class ShowTest(ProgramTest):
                                    "<OPFMessageCopyHTMLBody>b</OPFMessageCopyHTMLBody>"),
                          "<meta content='x'><p>a</p>\n")
 
-    def test_broken_html_gives_its_text(self):
+    def test_broken_html_is_shown_as_its_text(self):
         for html, expected in (("&lt;p>a&lt;b", "a\n"), ("a &lt;!-- b", "a\n"), ("a &lt;style>b", "a\n"),
                                ("a &lt;a href=\"b", "a\n"), ("&lt;/p>a &lt;", "a <\n"), ("&amp;#0;&amp;#xD800;&amp;#;&amp;", "\ufffd\ufffd&#;&\n")):
             with self.subTest(html):
                 self.assertEqual(
                     self.body("<OPFMessageCopyHTMLBody>", html, "</OPFMessageCopyHTMLBody>"), expected)
 
-    def test_hostile_html_costs_no_more_than_its_length(self):
+    def test_hostile_html_is_read_in_linear_time(self):
         for part in ("&lt;", "&lt;!--", "&lt;style>", "&lt;a b=\"", "&amp;", "&lt;p>", "&lt;/", "&lt;pre>"):
             html = "x" + part * 300000
             archive = self.archive(("m.xml", "<emails><email><OPFMessageCopyHTMLBody>" + html +
                                     "</OPFMessageCopyHTMLBody></email></emails>"))
-            done = self.run_program("show", archive, "0", "--body")  # ends within its time
+            done = self.run_program("show", archive, "0", "--body")  # within its time limit
             self.assertEqual(done.returncode, 0)
             self.assertTrue(done.stdout.startswith("x"))
 
-    def test_item_without_text_is_told(self):
+    def test_item_without_text_is_reported(self):
         archive = self.archive(("a.xml", notes("a")))
 
         done = self.run_program("show", archive, "0", "--body")
@@ -329,7 +308,7 @@ class ShowTest(ProgramTest):
         self.assertEqual((done.returncode, done.stdout), (1, ""))
         self.assertIn("no text", done.stderr)
 
-    def test_wrong_number_is_told_with_the_count(self):
+    def test_index_past_the_end_is_reported_with_the_count(self):
         archive = self.archive(("a.xml", notes("a", "b")), ("b.xml", notes("c")))
 
         for index in ("3", "18446744073709551615"):
@@ -337,24 +316,24 @@ class ShowTest(ProgramTest):
             self.assertEqual((done.returncode, done.stdout), (1, ""))
             self.assertIn("no item %s: the archive has 3, numbered from 0" % index, done.stderr)
 
-    def test_wrong_place_is_told(self):
+    def test_wrong_place_is_reported(self):
         archive = self.archive(("a.xml", notes("a", "b")), ("b.txt", "text"),
                                ("Categories.xml", "<categories><category/></categories>"))
 
         for place, word in (("0:3", "no item at that place"), ("0:0", "number 0"), ("7:1", "no item at that place"),
-                            ("1:1", "entry 1 (b.txt)"), ("2:1", "no document of items")):
+                            ("1:1", "entry 1 (b.txt)"), ("2:1", "not a document of")):
             with self.subTest(place):
                 done = self.run_program("show", archive, "--at", place)
                 self.assertEqual((done.returncode, done.stdout), (1, ""))
                 self.assertIn(word, done.stderr)
 
-    def test_empty_item_that_is_there_is_shown(self):
+    def test_empty_item_is_shown(self):
         archive = self.archive(("a.xml", "<notes><note></note></notes>"))
 
         self.assertEqual(self.described(archive, "--at", "0:1")["class"], "IPM.StickyNote")
         self.assertEqual(self.described(archive, "0")["class"], "IPM.StickyNote")
 
-    def test_lost_attachment_is_told_and_the_rest_is_shown(self):
+    def test_missing_attachment_is_reported_and_the_rest_is_shown(self):
         archive = self.archive(
             ("m.xml", "<emails><email><OPFMessageCopyAttachmentList><messageAttachment "
              "OPFAttachmentName='a.txt' OPFAttachmentURL='gone'/></OPFMessageCopyAttachmentList>"
@@ -363,13 +342,13 @@ class ShowTest(ProgramTest):
         done = self.run_program("show", archive, "0")
 
         self.assertEqual(done.returncode, 1)
-        self.assertIn("Attachment 0: a.txt, without contents\n", done.stdout)
+        self.assertIn("Attachment 0: a.txt, no contents\n", done.stdout)
         self.assertIn("gone", done.stderr)
         attachment, = self.described(archive, "0", code=1)["attachments"]
         self.assertEqual((attachment["name"], attachment["size"], attachment["sha256"]),
                          ("a.txt", None, None))
 
-    def test_cut_document_is_told_and_what_there_is_is_shown(self):
+    def test_truncated_document_is_reported_and_shown_up_to_its_end(self):
         archive = self.archive(("a.xml", "<notes>" + note("1") + "<note><OPFNoteCopyTitle>th"))
 
         done = self.run_program("show", archive, "1")
@@ -378,7 +357,7 @@ class ShowTest(ProgramTest):
         self.assertIn("PidTagSubject", done.stdout)
         self.assertIn("entry 0 (a.xml)", done.stderr)
 
-    def test_long_attachment_is_not_held(self):
+    def test_long_attachment_leaves_no_temporary_file(self):
         data = bytes(range(256)) * (400 << 10)  # 100 MiB
         archive = self.archive(
             ("m.xml", "<emails><email><OPFMessageCopyAttachmentList><messageAttachment "
@@ -397,7 +376,7 @@ class ShowTest(ProgramTest):
         self.assertEqual((done.returncode, done.stdout), (5, ""))
         self.assertIn("temporary file", done.stderr)
 
-    def test_wrong_archives_are_told_with_their_exit_codes(self):
+    def test_wrong_archives_are_reported_with_their_exit_codes(self):
         for what, path, code, word in wrong_archives(self):
             for arguments in (["0"], ["--at", "0:1"]):
                 with self.subTest(what, arguments=arguments):
@@ -406,7 +385,7 @@ class ShowTest(ProgramTest):
                     self.assertIn(path, done.stderr)
                     self.assertIn(word, done.stderr)
 
-    def test_wrong_arguments_are_told_in_one_line(self):
+    def test_wrong_arguments_are_reported_in_one_line(self):
         archive = self.archive(("a.xml", notes("a")))
         for arguments, word in (([], "--at"), (["one"], "one"), (["-1"], ""), (["0", "1"], ""),
                                 (["--at", "1"], "ENTRY:ITEM"), (["0", "--at", "0:1"], "--at"),
@@ -424,7 +403,7 @@ class ShowTest(ProgramTest):
         for word in ("ARCHIVE", "N", "--at", "--json", "--body", "Examples:"):
             self.assertIn(word, done.stdout)
 
-    def test_full_disk_is_told(self):
+    def test_full_disk_is_reported(self):
         archive = self.archive(("a.xml", notes("a")))
 
         for arguments in ([], ["--json"]):

@@ -9,7 +9,7 @@ import unittest
 import zipfile
 
 import counting
-from program import PROGRAM, REAL_ARCHIVE, ProgramTest, note, notes
+from program import PROGRAM, REAL_ARCHIVE, ProgramTest, needs_real_archive, note, notes
 
 SAMPLE = os.path.join(os.environ["OLMKIT_SOURCE_DIR"], "examples", "sample.olm")
 KINDS = ["email", "appointment", "contact", "task", "note"]
@@ -17,7 +17,7 @@ NUMBERS = ["documents", "items", "listed", "requested", "written", "failed"]
 
 
 def mails(*lists):
-    """A document with a mail for each list of attachments, None being one without a URL."""
+    """Returns a document with a mail for each list of URLs; None is an attachment without a URL."""
     def attachment(url):
         return "<a/>" if url is None else f'<a OPFAttachmentURL="{url}"/>'
     return ("<emails>" + "".join(
@@ -65,9 +65,9 @@ class SummaryTest(ProgramTest):
             "attachments": {"named": 2, "of_other_items": 0, "written": 2, "lost": 0},
             "findings": [],
             "noted_entries": [{"entry": 0, "entry_name": "Categories.xml", "items": 0,
-                               "listed": 0, "mismatch": False, "reason": "it holds categories, which are no items"}]})
+                               "listed": 0, "mismatch": False, "reason": "it has categories and no items"}]})
 
-    def test_same_archive_gives_the_same_summary_wherever_it_lies(self):
+    def test_same_archive_has_the_same_summary_wherever_it_is(self):
         self.extract(SAMPLE)
         first = self.bytes_of(self.path("out", "summary.json"))
         os.rename(self.path("out"), self.path("other"))
@@ -78,7 +78,7 @@ class SummaryTest(ProgramTest):
         self.assertEqual(self.bytes_of(self.path("out", "summary.json")), first)
         self.assertNotIn(self.folder.encode(), first)
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
+    @needs_real_archive
     def test_real_archive_adds_up_to_what_an_independent_reader_counts(self):
         self.extract(REAL_ARCHIVE)
 
@@ -93,7 +93,7 @@ class SummaryTest(ProgramTest):
         self.assertEqual(summary["attachments"], {"named": named, "of_other_items": 0,
                                                   "written": named, "lost": 0})
 
-    def test_items_that_the_list_stops_short_of_are_told(self):
+    def test_items_that_are_not_listed_are_reported(self):
         archive = self.archive(("a.xml", "<notes>" + note("1") + "<odd/>" + note("2") + "</notes>"))
 
         done = self.extract(archive, code=1)
@@ -102,19 +102,19 @@ class SummaryTest(ProgramTest):
         self.assertFalse(summary["adds_up"])
         self.assertEqual(self.numbers("note"), [1, 2, 1, 1, 1, 0])
         self.assertEqual(len(summary["findings"]), 2)
-        self.assertIn("entry 0 (a.xml): it holds 2 items, of which 1 is listed", done.stderr)
+        self.assertIn("entry 0 (a.xml): it has 2 items, of which 1 is listed", done.stderr)
         self.assertIn("note do not add up: 2 in the documents, 1 listed, 1 to be written, 1 "
                       "written, 0 failed", done.stderr)
         self.assertEqual(summary["noted_entries"][0]["items"], 2)
         self.assertEqual(summary["noted_entries"][0]["listed"], 1)
 
-    def test_document_that_is_never_listed_is_told(self):
+    def test_document_that_is_not_listed_is_reported(self):
         archive = self.archive(("my.xml files/a.xml", notes("1", "2")), ("b.xml", notes("3")))
 
         done = self.extract(archive, code=1)
 
         self.assertEqual(self.numbers("note"), [2, 3, 1, 1, 1, 0])
-        self.assertIn("entry 0 (my.xml files/a.xml): it holds 2 items, of which none is listed",
+        self.assertIn("entry 0 (my.xml files/a.xml): it has 2 items, of which none is listed",
                       done.stderr)
 
     def test_failed_items_are_part_of_the_sum(self):
@@ -136,7 +136,7 @@ class SummaryTest(ProgramTest):
         self.assertEqual((summary["extent"], summary["adds_up"]), ("selection", True))
         self.assertEqual(self.numbers("note"), [1, 3, 3, 1, 1, 0])
 
-    def test_places_and_items_that_no_row_has_are_of_unknown_kind(self):
+    def test_places_and_indexes_without_a_row_are_of_unknown_kind(self):
         archive = self.archive(("a.xml", notes("1")))
 
         self.extract(archive, "--item", "9", "--at", "0:1", "--at", "0:5", code=1)
@@ -167,7 +167,7 @@ class SummaryTest(ProgramTest):
         self.assertEqual(self.summary()["attachments"], {"named": 2, "of_other_items": 0,
                                                          "written": 0, "lost": 2})
 
-    def test_attachments_of_other_items_are_not_lost_in_silence(self):
+    def test_attachments_of_other_items_are_reported(self):
         archive = self.archive(
             ("c.xml", "<appointments><appointment><OPFCalendarEventCopyAttachmentList>"
              '<x OPFAttachmentURL="a"/></OPFCalendarEventCopyAttachmentList></appointment>'
@@ -177,9 +177,9 @@ class SummaryTest(ProgramTest):
 
         self.assertEqual(self.summary()["attachments"], {"named": 1, "of_other_items": 1,
                                                          "written": 0, "lost": 1})
-        self.assertIn("attachments of items that are no mails", done.stderr)
+        self.assertIn("attachments of items other than mails: 1 left out", done.stderr)
 
-    def test_archive_without_items_adds_up_to_nothing(self):
+    def test_archive_without_items_adds_up(self):
         archive = self.archive(("Categories.xml", "<categories/>"), ("n.xml", "<notes/>"))
 
         done = self.extract(archive)
@@ -187,7 +187,7 @@ class SummaryTest(ProgramTest):
         self.assertEqual(len(done.stdout.splitlines()), 1)
         self.assertTrue(self.summary()["adds_up"])
         self.assertEqual([(row["entry"], row["reason"]) for row in self.summary()["noted_entries"]],
-                         [(0, "it holds categories, which are no items"),
+                         [(0, "it has categories and no items"),
                           (1, "there is no note in it")])
 
     def test_entries_that_can_not_be_read_are_noted(self):
@@ -207,7 +207,7 @@ class SummaryTest(ProgramTest):
         self.assertEqual(summary["noted_entries"][0]["reason"], "it is encrypted")
         self.assertIn("line 1", summary["noted_entries"][2]["reason"])
 
-    def test_names_that_would_act_on_a_terminal_are_whole_in_the_file_alone(self):
+    def test_control_characters_of_names_are_in_the_file_alone(self):
         names = ["a\x1b[31m.xml", "a\u202e.xml.xml"]
         archive = self.archive(*[(name, notes("1") + "<!---->") for name in names],
                                ("\x1b.xml", "<odd/>"))
@@ -219,7 +219,7 @@ class SummaryTest(ProgramTest):
         self.assertEqual([row["entry_name"] for row in self.summary()["noted_entries"]],
                          [names[1], "\x1b.xml"])
 
-    def test_summary_is_that_of_a_finished_run_alone(self):
+    def test_only_a_finished_run_has_a_summary(self):
         self.extract(SAMPLE)
         archive = self.archive(("b.xml", notes(*[f"note {n}" for n in range(30000)])))
 
@@ -236,7 +236,7 @@ class SummaryTest(ProgramTest):
         self.assertEqual(process.returncode, 130)
         self.assertFalse(os.path.exists(self.path("out", "summary.json")))
 
-    def test_summary_that_can_not_be_written_is_told(self):
+    def test_summary_that_can_not_be_written_is_an_error(self):
         archive = self.archive(("a.xml", notes("1")))
         os.makedirs(self.path("out", "summary.json"))
 
@@ -245,7 +245,7 @@ class SummaryTest(ProgramTest):
         self.assertIn("summary.json can't be written", done.stderr)
         self.assertEqual([name for name in self.files("out") if name.endswith(".part")], [])
 
-    def test_random_archives_give_the_numbers_of_an_independent_reader(self):
+    def test_numbers_of_random_archives_are_those_of_an_independent_reader(self):
         for seed in range(40):
             with self.subTest(seed=seed):
                 archive = counting.random_archive(self, seed)

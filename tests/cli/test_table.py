@@ -1,4 +1,4 @@
-"""The table of olmkit list, on terminals and elsewhere."""
+"""The table of olmkit list, on a terminal and without one."""
 
 import unicodedata
 import unittest
@@ -32,7 +32,7 @@ TEXTS = {
 
 
 def cells_of(text):
-    """The most cells that terminals take for a text."""
+    """Returns the largest number of cells that a terminal may use for a text."""
     cells = 0
     for place, character in enumerate(text):
         code = ord(character)
@@ -65,7 +65,7 @@ class TableTest(ProgramTest):
                 with self.subTest(what, columns=columns):
                     self.assertLessEqual(cells_of(line), columns)
 
-    def test_folders_begin_at_one_cell_whatever_stands_ahead(self):
+    def test_folders_begin_at_the_same_cell_whatever_comes_before(self):
         archive = self.archive_of_texts()
 
         for columns in (110, 200):
@@ -89,7 +89,7 @@ class TableTest(ProgramTest):
                     self.assertTrue(TEXTS[what].startswith(text[:-1]))
                     self.assertGreater(cells_of(line), columns - 8)
 
-    def test_text_is_cut_behind_a_whole_character(self):
+    def test_text_is_cut_after_a_whole_character(self):
         archive = self.archive_of_texts()
         whole = {"combining": "e\u0301\u0323", "families": FAMILY,
                  "flags": "\U0001f1f3\U0001f1f4", "skin": "\U0001f44d\U0001f3fd",
@@ -116,7 +116,7 @@ class TableTest(ProgramTest):
         self.assertIn("a b\ufffd31mc\ufffdd\ufffde f g\ufffdh", line)
         self.assertTrue(all(character.isprintable() for character in line))
 
-    def test_headings_are_bold_on_a_terminal_alone(self):
+    def test_headings_are_bold_only_on_a_terminal(self):
         archive = self.archive(("a.xml", notes("a")))
         headings = self.on_terminal(80, "list", archive).split("\n")[0]
 
@@ -155,7 +155,7 @@ class TableTest(ProgramTest):
             shown = self.on_terminal(columns, "list", archive, NO_COLOR="1").split("\n")[0]
             self.assertEqual(shown.split(), headings.split())
 
-    def test_chosen_columns_stay_and_share_the_terminal(self):
+    def test_requested_columns_stay_and_share_the_terminal(self):
         archive = self.archive(("In/m.xml", mail("Tide " * 50, "bo@pier", "2019-01-02T03:04:05")))
 
         for columns in (60, 80, 200):
@@ -172,7 +172,7 @@ class TableTest(ProgramTest):
         row, = self.rows_on_terminal(30, "list", archive, "--columns", "special6,special7")
         self.assertEqual(row.split(), [str(0x60000), "7"])
 
-    def test_dates_that_are_longer_than_usual_are_shown_in_the_usual_form(self):
+    def test_long_dates_are_shown_in_the_usual_form(self):
         dates = {"2019-01-02T03:04:05.678": "2019-01-02T03:04:05",
                  "2019-01-02T03:04:05Z": "2019-01-02T03:04:05",
                  "2019-12-31T23:04:05-02:00": "2020-01-01T01:04:05",

@@ -6,7 +6,7 @@ import os
 import shutil
 import unittest
 
-from program import REAL_ARCHIVE, ProgramTest, notes
+from program import REAL_ARCHIVE, ProgramTest, needs_real_archive, notes
 from test_attachments import attachment, mail, mails
 
 SAMPLE = os.path.join(os.environ["OLMKIT_SOURCE_DIR"], "examples", "sample.olm")
@@ -31,7 +31,7 @@ class VerifyTest(ProgramTest):
         return done
 
     def differences(self, *arguments, code=1):
-        """As --json tells them: (path, problem) of each."""
+        """Returns (path, problem) of each difference, read with --json."""
         done = self.verify("--json", *arguments, code=code)
         found = json.loads(done.stdout)["differences"]
         for difference in found:
@@ -49,10 +49,10 @@ class VerifyTest(ProgramTest):
         with open(self.out("manifest.jsonl"), "w", encoding="utf-8") as file:
             file.write("".join(line + "\n" for line in lines))
 
-    def test_untouched_extraction_is_as_its_manifest_says(self):
+    def test_untouched_extraction_matches_its_manifest(self):
         for arguments in ([], ["--strict"]):
             done = self.verify(*arguments)
-            self.assertEqual(done.stdout, "5 of 5 files are as the manifest says\n")
+            self.assertEqual(done.stdout, "5 of 5 files match the manifest\n")
             self.assertEqual(done.stderr, "")
 
     def test_json_is_one_object(self):
@@ -85,12 +85,12 @@ class VerifyTest(ProgramTest):
             f"{hashlib.sha256(b'First').hexdigest()}, not {hashlib.sha256(b'first').hexdigest()}",
             "m/two.msg: can't be read: Is a directory",
             "three.msg: is missing",
-            "1 of 5 files are as the manifest says"])
+            "1 of 5 files match the manifest"])
         self.assertEqual(self.differences(), [
             ("m/one.msg", "size"), ("m/one (attachments)/a.txt", "sha256"),
             ("m/two.msg", "unreadable"), ("three.msg", "missing")])
 
-    def test_json_tells_what_was_expected_and_found(self):
+    def test_json_has_what_was_expected_and_found(self):
         with open(self.out("m", "one (attachments)", "b.txt"), "wb") as file:
             file.write(b"seventh")
 
@@ -101,29 +101,35 @@ class VerifyTest(ProgramTest):
              "reason": None}])
         self.assertEqual(report["good_files"], 4)
 
-    def test_other_files_count_with_strict_alone(self):
+    def test_other_files_are_differences_with_strict_alone(self):
         self.write("out/extra.txt", b"extra")
         self.write("out/m/.hidden", b"extra")
         os.symlink("m", self.out("link"))
         os.mkdir(self.out("empty"))
         self.write("out/summary.json", b"{}")
 
-        self.assertEqual(self.verify().stdout, "5 of 5 files are as the manifest says\n")
+        self.assertEqual(self.verify().stdout, "5 of 5 files match the manifest\n")
         done = self.verify("--strict", code=1)
 
         self.assertEqual(done.stdout.splitlines(), [
             "extra.txt: is not in the manifest", "link: is not in the manifest",
             "m/.hidden: is not in the manifest",
-            "5 of 5 files are as the manifest says; 3 differences besides"])
+            "5 of 5 files match the manifest; 3 other differences"])
         self.assertEqual(self.differences("--strict"), [
             ("extra.txt", "unexpected"), ("link", "unexpected"), ("m/.hidden", "unexpected")])
+
+    def test_files_of_a_run_are_not_differences_with_strict(self):
+        for name in ("manifest.jsonl.part", "manifest.jsonl.kept", "summary.json", "unfinished.json", "shard.json"):
+            self.write("out/" + name, b"")
+
+        self.verify("--strict")
 
     def test_folder_may_be_given_in_any_way(self):
         for name in ("out", "out/", "./out", "out/.", "out/m/..", self.out() + "//"):
             done = self.run_program("verify", name, "--strict")
             self.assertEqual(done.returncode, 0, (name, done.stdout))
 
-    def test_paths_that_lead_out_are_refused_and_told(self):
+    def test_paths_that_lead_out_are_refused_and_reported(self):
         row = self.rows()[2]
         self.write("three.msg", self.bytes_of(self.out("three.msg")))
         os.symlink(self.path("three.msg"), self.out("linked.msg"))
@@ -144,7 +150,7 @@ class VerifyTest(ProgramTest):
 
         self.assertEqual(self.differences(), [("../out/m/one (attachments)/a.txt", "refused")])
 
-    def test_what_is_no_file_is_not_waited_for(self):
+    def test_pipe_in_the_place_of_a_file_is_not_waited_for(self):
         os.remove(self.out("three.msg"))
         os.mkfifo(self.out("three.msg"))
 
@@ -162,7 +168,7 @@ class VerifyTest(ProgramTest):
         self.put_rows(*self.rows()[:2], row | {"path": None, "size": None, "sha256": None, "error": "why"})
 
         self.assertEqual(self.verify().stdout,
-                         "4 of 4 files are as the manifest says; 1 item has no message\n")
+                         "4 of 4 files match the manifest; 1 item has no message\n")
 
     def test_texts_are_printed_without_controls(self):
         row = self.rows()[2]
@@ -170,26 +176,26 @@ class VerifyTest(ProgramTest):
 
         self.assertEqual(self.verify(code=1).stdout.splitlines()[0], "a\ufffd[31m\ufffdb: is missing")
 
-    def test_manifest_without_lines_is_one(self):
+    def test_manifest_without_lines_is_valid(self):
         self.put_lines()
 
-        self.assertEqual(self.verify().stdout, "0 of 0 files are as the manifest says\n")
+        self.assertEqual(self.verify().stdout, "0 of 0 files match the manifest\n")
 
-    def test_keys_that_are_not_known_are_left_out(self):
+    def test_unknown_keys_are_ignored(self):
         self.put_rows(*[row | {"later": [1, {"x": None}]} for row in self.rows()])
 
         self.verify("--strict")
 
-    def test_what_is_no_manifest_ends_with_4_and_names_the_line(self):
+    def test_invalid_manifest_ends_with_4_and_names_the_line(self):
         good = self.rows()[2]
         hash_text = good["sha256"]
         written = self.rows()[0]["attachments"][0]
         broken = {
-            "no JSON": "index: 0",
+            "not JSON": "index: 0",
             "an empty line": "",
             "a cut line": json.dumps(good)[:-9],
-            "no object": "[1, 2]",
-            "no UTF-8": json.dumps(good | {"error": None})[:-1] + ', "x": "\udcff"}',
+            "not an object": "[1, 2]",
+            "not UTF-8": json.dumps(good | {"error": None})[:-1] + ', "x": "\udcff"}',
             "a key too few": json.dumps({key: value for key, value in good.items() if key != "sha256"}),
             "no attachments": json.dumps({key: value for key, value in good.items() if key != "attachments"}),
         }
@@ -212,7 +218,7 @@ class VerifyTest(ProgramTest):
                     file.write(b"\n".join([json.dumps(good).encode(), json.dumps(good).encode(),
                                            line.encode("utf-8", "surrogateescape"), b""]))
                 done = self.verify(code=4)
-                self.assertEqual(done.stderr, f"olmkit: {self.out('manifest.jsonl')}: line 3 is no line "
+                self.assertEqual(done.stderr, f"olmkit: {self.out('manifest.jsonl')}: line 3 is not a line "
                                               "of a manifest; extract again\n")
                 self.assertEqual(self.verify("--json", code=4).stdout, "")
 
@@ -222,7 +228,7 @@ class VerifyTest(ProgramTest):
             self.write("out/manifest.jsonl", contents[:-left])
             self.assertIn("line 3 is cut off", self.verify(code=4).stderr)
 
-    def test_archive_in_the_place_of_the_manifest_is_none(self):
+    def test_archive_in_the_place_of_the_manifest_is_invalid(self):
         shutil.copy(self.mail, self.out("manifest.jsonl"))
 
         self.assertIn("line 1 is", self.verify(code=4).stderr)
@@ -230,7 +236,7 @@ class VerifyTest(ProgramTest):
     def test_folder_or_manifest_that_can_not_be_read_ends_with_3(self):
         os.mkdir(self.path("bare"))
         for name, word in (("missing", "No such file"), ("mail.olm", "Not a directory"),
-                           ("bare", "there is none")):
+                           ("bare", "does not exist")):
             done = self.run_program("verify", self.path(name))
             self.assertEqual((done.returncode, done.stdout), (3, ""), name)
             self.assertIn(word, done.stderr)
@@ -259,14 +265,18 @@ class VerifyTest(ProgramTest):
         self.assertEqual({path: (self.bytes_of(self.out(path)), os.stat(self.out(path)).st_mtime_ns)
                           for path in self.files("out")}, before)
 
-    def test_sample_and_real_archive(self):
-        for archive, count in ((SAMPLE, 15), (REAL_ARCHIVE, 37)):
-            if os.path.exists(archive):
-                self.run_program("extract", archive, "-o", self.path("whole"), "--attachments")
-                done = self.run_program("verify", self.path("whole"), "--strict")
-                self.assertEqual((done.returncode, done.stdout),
-                                 (0, f"{count} of {count} files are as the manifest says\n"))
-                shutil.rmtree(self.path("whole"))
+    def check_archive(self, archive, count):
+        self.run_program("extract", archive, "-o", self.path("whole"), "--attachments")
+        done = self.run_program("verify", self.path("whole"), "--strict")
+        self.assertEqual((done.returncode, done.stdout),
+                         (0, f"{count} of {count} files match the manifest\n"))
+
+    def test_sample(self):
+        self.check_archive(SAMPLE, 15)
+
+    @needs_real_archive
+    def test_real_archive(self):
+        self.check_archive(REAL_ARCHIVE, 37)
 
 
 if __name__ == "__main__":

@@ -63,7 +63,7 @@ Bytes hex(std::string_view digits) {
             continue;
         }
         if (std::isxdigit(static_cast<unsigned char>(digit)) == 0) {
-            throw std::invalid_argument("hex(): no hexadecimal digit");
+            throw std::invalid_argument("hex(): not a hexadecimal digit");
         }
         const int value = digit <= '9' ? digit - '0' : (digit & 0x5F) - 'A' + 10;
         if (half < 0) {
@@ -74,7 +74,7 @@ Bytes hex(std::string_view digits) {
         }
     }
     if (half >= 0) {
-        throw std::invalid_argument("hex(): half a pair");
+        throw std::invalid_argument("hex(): an odd number of digits");
     }
     return bytes;
 }
@@ -89,6 +89,14 @@ Bytes utf16(std::u16string_view text) {
     for (const char16_t unit : text) {
         bytes.push_back(static_cast<uint8_t>(unit));
         bytes.push_back(static_cast<uint8_t>(unit >> 8));
+    }
+    return bytes;
+}
+
+Bytes patternBytes(size_t count) {
+    Bytes bytes;
+    for (size_t i = 0; i < count; ++i) {
+        bytes.push_back(static_cast<uint8_t>(i * 7 + i / 251));
     }
     return bytes;
 }

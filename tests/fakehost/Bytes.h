@@ -9,32 +9,35 @@
 
 namespace fakehost {
 
-// A run of bytes that prints itself as hexadecimal pairs when a test fails.
+// A sequence of bytes that prints itself as hexadecimal pairs when a test fails.
 struct Bytes : std::vector<uint8_t> {
     using std::vector<uint8_t>::vector;
 
-    // `count` bytes from `offset`; what lies past the end is left out.
+    // Returns at most `count` bytes from `offset`: none past the end.
     [[nodiscard]] Bytes part(size_t offset, size_t count) const;
-    // Little-endian numbers at `offset`; throws std::out_of_range past the end.
+    // Returns the little-endian number at `offset`; throws std::out_of_range past the end.
     [[nodiscard]] uint32_t dword(size_t offset) const;
     [[nodiscard]] uint64_t qword(size_t offset) const;
 
     friend void PrintTo(const Bytes& bytes, std::ostream* out);
 };
 
-// hex("FF FE 68 00"): pairs of digits, blanks between them where they help.
+// Returns the bytes of pairs of digits, with blanks anywhere between them: hex("FF FE 68 00").
 Bytes hex(std::string_view digits);
 
-// The bytes of a narrow text, without its terminator.
+// Returns the bytes of a narrow text, without a terminator.
 Bytes bytesOf(std::string_view text);
 
-// The units of a text as UTF-16LE bytes, with no mark and no terminator.
+// Returns a text as UTF-16LE, without a byte order mark and without a terminator.
 Bytes utf16(std::u16string_view text);
 
-// One behind the other.
+// Returns `count` bytes that differ from their neighbours, without a period of 1024.
+Bytes patternBytes(size_t count);
+
+// Returns both, one after the other.
 Bytes operator+(Bytes first, const Bytes& second);
 
-// The bytes of little-endian numbers.
+// Return the bytes of a little-endian number.
 Bytes le16(uint16_t value);
 Bytes le32(uint32_t value);
 Bytes le64(uint64_t value);

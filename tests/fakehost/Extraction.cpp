@@ -23,11 +23,11 @@ int32_t onProgress(void* data, int32_t value) {
     return progress.answer ? progress.answer(value) : 0;
 }
 
-// A request in a block of the host, as the module wants it.
+// A request in a block of the host, as the module requires it.
 class Request {
 public:
-    explicit Request(const SODOSPECIALARC& wanted) : handle(SYSNativeAlloc(sizeof wanted)) {
-        *static_cast<SODOSPECIALARC*>(SYSNativeLock(handle)) = wanted;
+    explicit Request(const SODOSPECIALARC& record) : handle(SYSNativeAlloc(sizeof record)) {
+        *static_cast<SODOSPECIALARC*>(SYSNativeLock(handle)) = record;
         SYSNativeUnlock(handle);
     }
     ~Request() { SYSNativeFree(handle); }
@@ -38,19 +38,19 @@ public:
 };
 
 SODOSPECIALARC emptyRequest() {
-    SODOSPECIALARC wanted{};
+    SODOSPECIALARC record{};
     // Neither the size nor the reserved bytes are read.
-    std::fill(std::begin(wanted.reserved0), std::end(wanted.reserved0), uint8_t{0xC3});
-    wanted.locator.size = 0xBAD;
-    return wanted;
+    std::fill(std::begin(record.reserved0), std::end(record.reserved0), uint8_t{0xC3});
+    record.locator.size = 0xBAD;
+    return record;
 }
 
-Outcome run(Scan& scan, SODOSPECIALARC wanted, bool withCallback, const ProgressAnswer& answer,
+Outcome run(Scan& scan, SODOSPECIALARC record, bool withCallback, const ProgressAnswer& answer,
             const std::function<void(FakeHost&)>& prepare) {
     FakeHost& host = scan.host();
     Outcome outcome;
-    wanted.output = host.newOutput();
-    const Request request(wanted);
+    record.output = host.newOutput();
+    const Request request(record);
     const int handlesBefore = host.openHandles();
     const int readersBefore = host.openReaders();
     const int locksBefore = host.lockedBlocks();
@@ -67,29 +67,29 @@ Outcome run(Scan& scan, SODOSPECIALARC wanted, bool withCallback, const Progress
     outcome.handlesLeftOpen = host.openHandles() - handlesBefore;
     outcome.openReaders = host.openReaders() - readersBefore;
     outcome.lockedBlocks = host.lockedBlocks() - locksBefore;
-    outcome.message = host.message(wanted.output);
-    outcome.outputBytes = host.outputBytes(wanted.output);
-    host.endOutput(wanted.output);
+    outcome.message = host.message(record.output);
+    outcome.outputBytes = host.outputBytes(record.output);
+    host.endOutput(record.output);
     outcome.openHandles = host.openHandles() - handlesBefore;
     return outcome;
 }
 
 SODOSPECIALARC byIndex(int32_t index) {
-    SODOSPECIALARC wanted = emptyRequest();
-    wanted.flags = 0xFFFFFFFEU; // all but the bit that counts
-    wanted.itemIndex = index;
-    wanted.locator.entryIndex = 0x7BAD;
-    wanted.locator.itemNumber = 0x7BAD;
-    return wanted;
+    SODOSPECIALARC record = emptyRequest();
+    record.flags = 0xFFFFFFFEU; // all bits except SpecialByLocation
+    record.itemIndex = index;
+    record.locator.entryIndex = 0x7BAD;
+    record.locator.itemNumber = 0x7BAD;
+    return record;
 }
 
 SODOSPECIALARC byLocation(uint32_t entry, uint32_t item) {
-    SODOSPECIALARC wanted = emptyRequest();
-    wanted.flags = SpecialByLocation;
-    wanted.itemIndex = -77;
-    wanted.locator.entryIndex = entry;
-    wanted.locator.itemNumber = item;
-    return wanted;
+    SODOSPECIALARC record = emptyRequest();
+    record.flags = SpecialByLocation;
+    record.itemIndex = -77;
+    record.locator.entryIndex = entry;
+    record.locator.itemNumber = item;
+    return record;
 }
 
 } // namespace
@@ -122,14 +122,18 @@ Outcome extractItem(const ItemDocument& document, const ItemRun& itemRun) {
     return outcome;
 }
 
+void expectReleased(const Outcome& outcome) {
+    EXPECT_EQ(outcome.openReaders, 0);
+    EXPECT_EQ(outcome.lockedBlocks, 0);
+    EXPECT_EQ(outcome.openHandles, 0) << "after the end of the output";
+}
+
 StoredMessage writeItem(const ItemDocument& document, const ItemRun& itemRun) {
     const Outcome outcome = extractItem(document, itemRun);
     EXPECT_EQ(outcome.result, VwSpecialDone);
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.openHandles, 0);
-    EXPECT_EQ(outcome.openReaders, 0);
-    EXPECT_EQ(outcome.lockedBlocks, 0);
     EXPECT_TRUE(outcome.message.isRootClosed());
+    expectReleased(outcome);
     return outcome.message;
 }
 

@@ -8,49 +8,54 @@
 
 namespace fakehost {
 
-// What one VwDoSpecial came to.
+// The outcome of one VwDoSpecial.
 struct Outcome {
     int32_t result = -1;
     uint16_t status = 0xFFFF;
-    std::vector<int32_t> progress; // each value that the callback got
+    std::vector<int32_t> progress; // each value passed to the callback
     StoredMessage message;
     Bytes outputBytes;       // written to the output itself
-    int handlesLeftOpen = 0; // when VwDoSpecial came back
+    int handlesLeftOpen = 0; // when VwDoSpecial returned
     int openHandles = 0;     // after the host ended the output, beyond those open before
-    int openReaders = 0;     // when VwDoSpecial came back, beyond those open before
-    int lockedBlocks = 0;    // as above
+    int openReaders = 0;     // when VwDoSpecial returned, beyond those open before
+    int lockedBlocks = 0;    // likewise
 };
 
-// Answers the callback: non-zero cancels. An empty one never cancels; a run of more than a million
-// steps fails the test and is cancelled.
+// Returns what the progress callback returns: non-zero cancels. An empty one never cancels. More
+// than a million calls fail the test and cancel.
 using ProgressAnswer = std::function<int32_t(int32_t value)>;
 
-// One VwDoSpecial on an open archive, and the end of its output.
+// Calls VwDoSpecial on an open archive and ends its output.
 Outcome extractIndex(Scan& scan, int32_t index, const ProgressAnswer& answer = {});
 Outcome extractAt(Scan& scan, uint32_t entry, uint32_t item, const ProgressAnswer& answer = {});
-// The same without any callback: never for a document that nothing ends.
+// The same without a callback; the document must have an end.
 Outcome extractIndexWithoutCallback(Scan& scan, int32_t index);
 
-// The first item of `document`, the one entry of an archive ("Local/items.xml"), in a host of its
-// own. `prepare` runs with the archive open and calls counted anew: the place to ask for failures
-// and to add what the item needs is before; see `archive`.
+// What to do around one extraction in a host of its own. All are optional.
 struct ItemRun {
-    // Further entries, added behind the document's.
+    // Adds entries after the document's, before the archive is opened.
     std::function<void(FakeHost& host)> archive;
-    // Runs right before VwDoSpecial.
+    // Runs right before VwDoSpecial, with the count of calls at 0: the place to set failures.
     std::function<void(FakeHost& host)> prepare;
-    // Runs right after the output was ended, while the host stands.
+    // Runs after the output has ended, before the host is destroyed.
     std::function<void(FakeHost& host)> inspect;
     ProgressAnswer answer;
 };
+
+// Extracts the first item of `document`, which is the first entry of an archive
+// ("Local/items.xml").
 Outcome extractItem(const ItemDocument& document, const ItemRun& run = {});
 
-// The message of the first item of `document`; a failed extraction fails the test.
+// Expects that no reader and no lock was left by VwDoSpecial, and no handle after the end of its
+// output.
+void expectReleased(const Outcome& outcome);
+
+// Returns the message of the first item of `document`; a failed extraction fails the test.
 StoredMessage writeItem(const ItemDocument& document, const ItemRun& run = {});
 
-// Calls of the host that can fail while the first item of `document` is extracted.
+// Returns how many calls of the host that can fail extracting the first item of `document` makes.
 int countHostCalls(const ItemDocument& document, const ItemRun& run = {});
-// The same with the `failing`-th of them failing, from 0.
+// Extracts it with the `failing`-th of them failing, from 0.
 Outcome extractWithFailure(const ItemDocument& document, int failing, const ItemRun& run = {},
                            int32_t status = -1);
 

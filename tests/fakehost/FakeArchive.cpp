@@ -23,7 +23,7 @@ void buildRows(FakeHost::Parts& parts) {
     if (!parts.rows.empty()) {
         return;
     }
-    // Something ahead of the first name, so that an offset of 0 is never right by chance.
+    // Something before the first name, so that an offset of 0 is never right by chance.
     parts.namePool = std::string("pool\0", 5);
     for (const auto& entry : parts.entries) {
         ArchiveEntry row{};
@@ -52,7 +52,7 @@ int32_t openRaw(FakeHost& host, HostStream** handle, ArchiveOpenRequest& request
     parts.archiveRequest = request;
     const Handle* raw = handleOf(*handle, "open");
     if (raw == nullptr || raw->kind != HandleKind::RawStream) {
-        host.misuse("open(39) on what is no raw stream");
+        host.misuse("open(39) on something that is not a raw stream");
         return noEntryStatus;
     }
     int32_t status = 0;
@@ -84,7 +84,7 @@ int32_t openEntry(FakeHost& host, HostStream** handle, const MemberOpenRequest& 
     parts.memberRequests.push_back(request);
     const Handle* archive = handleOf(&request.archive->stream, "open");
     if (archive == nullptr || archive->kind != HandleKind::Archive) {
-        host.misuse("open(40) on what is no archive");
+        host.misuse("open(40) on something that is not an archive");
         return noEntryStatus;
     }
     int32_t status = 0;
@@ -135,7 +135,7 @@ int32_t readBytes(HostStream* stream, void* buffer, uint32_t size, uint32_t* byt
         return status;
     }
     if (handle == nullptr || handle->kind != HandleKind::Bytes) {
-        host.misuse("read on what holds no bytes");
+        host.misuse("read on a handle without bytes");
         return -1;
     }
     const size_t rest = handle->bytes->size() - std::min(handle->position, handle->bytes->size());
@@ -174,7 +174,7 @@ int32_t writeBytes(HostStream* stream, const void* data, uint32_t size, uint32_t
     } else if (handle->kind == HandleKind::Stream) {
         handle->store->write(handle->node, data, size);
     } else {
-        host.misuse("write on what takes no bytes: " + handle->title);
+        host.misuse("write on a handle that takes no bytes: " + handle->title);
         return -1;
     }
     *bytesWritten = size;
@@ -191,7 +191,7 @@ int32_t seekTo(HostStream* stream, int64_t offset, int32_t origin) {
         return status;
     }
     if (handle == nullptr || handle->kind != HandleKind::Bytes) {
-        host.misuse("seek on what holds no bytes");
+        host.misuse("seek on a handle without bytes");
         return -1;
     }
     const int64_t base = origin == 0   ? 0

@@ -15,7 +15,7 @@ namespace {
 
 thread_local FakeHost* currentHost = nullptr;
 
-// Raw streams and outputs are the test's; what the module was given by a call counts.
+// Raw streams and outputs belong to the test; only handles that a call returned count.
 bool isCounted(const Handle& handle) {
     return handle.isOpen && handle.kind != HandleKind::RawStream &&
            handle.kind != HandleKind::Output;
@@ -58,7 +58,7 @@ FakeHost::~FakeHost() {
 
 FakeHost& FakeHost::current() {
     if (currentHost == nullptr) {
-        std::fputs("a function of the host was called and no FakeHost stands\n", stderr);
+        std::fputs("a function of the host was called without a FakeHost\n", stderr);
         std::abort();
     }
     return *currentHost;
@@ -228,7 +228,7 @@ Handle* handleOf(HostStream* stream, const char* operation) {
         }
         return handle.get();
     }
-    host.misuse(std::string(operation) + " on what is no handle");
+    host.misuse(std::string(operation) + " on something that is not a handle");
     return nullptr;
 }
 

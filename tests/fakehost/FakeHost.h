@@ -15,12 +15,12 @@
 
 namespace fakehost {
 
-// A host in memory. While one stands, all that the module imports on this thread is answered by
-// it: memory blocks, the archive, the reader, the storage writer. Every call is recorded, any call
-// can be made to fail, and all that is handed out is counted.
+// A host in memory. While one exists, it answers everything that the module imports on this
+// thread: memory blocks, the archive, the reader, the storage writer. Every call is recorded, any
+// call can be made to fail, and everything handed out is counted.
 //
 // Misuse (a handle used after its close, a block unlocked too often, a reader never prepared, a
-// routine that nobody may call) fails the test when the host ends.
+// routine that must not be called) fails the test when the host is destroyed.
 class FakeHost {
 public:
     FakeHost();
@@ -28,63 +28,63 @@ public:
     FakeHost(const FakeHost&) = delete;
     FakeHost& operator=(const FakeHost&) = delete;
 
-    // The host that stands on this thread; aborts when there is none.
+    // Returns the current host of this thread; aborts without one.
     static FakeHost& current();
 
-    // --- The archive: entries in the order of the calls; all of them before it is opened.
+    // --- The archive: entries in the order of the calls, all added before it is opened.
 
-    // An entry of bytes; read as XML it has no tag.
+    // Adds an entry of bytes; read as XML it has no tag.
     FakeHost& entry(const std::string& name, Bytes bytes);
-    // A document; `bytes` is what reading it as a stream gives.
+    // Adds a document; `bytes` is what it holds as a stream.
     FakeHost& entry(const std::string& name, const ItemDocument& document, Bytes bytes = {});
-    // Opens of this entry fail with `status` and no handle.
+    // Makes every open of this entry fail with `status` and without a handle.
     FakeHost& brokenEntry(const std::string& name, int32_t status = -7);
-    // The open of the raw stream fails with `status` and sets the request's flags.
+    // Makes the open of the raw stream fail with `status` and set the request's flags.
     void refuseArchive(int32_t status, uint16_t flags);
 
-    // The raw stream, for VwStreamOpen. Belongs to the host.
+    // Returns the raw stream, for VwStreamOpen. Belongs to the host.
     HostStream* rawStream();
-    // The archive opened without the module: for tests of one class. Belongs to the host; whether
-    // it is closed is up to the test.
+    // Opens the archive without the module, for tests of one class. Belongs to the host; the test
+    // may leave it open.
     ArchiveDirectory* openArchive();
-    // The request that the last open of the raw stream got.
+    // Returns the request of the last open of the raw stream.
     [[nodiscard]] const ArchiveOpenRequest& lastArchiveRequest() const;
-    // The requests of all opens of entries.
+    // Returns the requests of all opens of entries.
     [[nodiscard]] const std::vector<MemberOpenRequest>& memberRequests() const;
-    // A stream over `bytes`, as an entry would be.
+    // Returns a stream over `bytes`, like that of an entry.
     HostStream* byteStream(Bytes bytes);
-    // What UTXMLReadContent gives at the end of a text, with a count of 0. At first 1.
+    // Sets what UTXMLReadContent returns at the end of a text, with a count of 0. Default: 1.
     void setEndOfTextStatus(int16_t status);
 
     // --- Outputs and messages.
 
-    // A stream that takes a message, or bytes.
+    // Returns a stream that takes a message, or bytes.
     HostStream* newOutput();
-    // A root storage over a new output, made and recorded like any other: for tests of one class.
+    // Makes a root storage over a new output, recorded like any other, for tests of one class.
     HostStream* newRoot();
-    // What was stored through `output`, as it stands; of the newest output when none is given.
+    // Returns what was stored through `output` so far; null means the newest output.
     [[nodiscard]] StoredMessage message(HostStream* output = nullptr) const;
-    // The bytes that were written to an output itself.
+    // Returns the bytes that were written to an output itself.
     [[nodiscard]] Bytes outputBytes(HostStream* output = nullptr) const;
-    // Ends the output: everything that hangs from it is given back.
+    // Ends the output and closes all its storages and streams.
     void endOutput(HostStream* output);
 
-    // --- Failures. `k` counts from 0, from the moment of the call on; one failure of each kind.
+    // --- Failures. `k` counts from 0, starting now; one pending failure of each kind.
 
-    // The k-th call of `kind` fails: a status of `status`, no handle, no block, no bytes. A failed
-    // UTXMLReadNextTag breaks its reader for good when `status` is negative.
+    // Makes the k-th call of `kind` fail: it returns `status`, no handle, no block, no bytes. A
+    // failed UTXMLReadNextTag breaks its reader for good when `status` is negative.
     void failCall(CallKind kind, int k, int32_t status = -1);
-    // The k-th call that can fail fails, of any kind but Lock (a host that fails a lock does not
-    // come back from SoRtnBail, so that takes a test of its own).
+    // Makes the k-th call that can fail do so, of any kind except Lock (a host that fails a lock
+    // does not return from SoRtnBail, so that takes a test of its own).
     void failAnyCall(int k, int32_t status = -1);
-    // The k-th write takes at most `written` bytes and gives `status`.
+    // Makes the k-th write take at most `written` bytes and return `status`.
     void shortenWrite(int k, uint32_t written, int32_t status = 0);
-    // No further failures.
+    // Cancels all pending failures.
     void failNothing();
-    // Calls that failAnyCall() could have met since the last call of resetCallCount().
+    // Returns how many calls failAnyCall() could have hit since resetCallCount().
     [[nodiscard]] int hostCallCount() const;
     void resetCallCount();
-    // Whether an asked-for failure has come about.
+    // Whether a requested failure has happened.
     [[nodiscard]] bool hasFailed() const;
 
     // --- What happened.
@@ -92,7 +92,7 @@ public:
     [[nodiscard]] const std::vector<HostCall>& calls() const;
     [[nodiscard]] std::vector<std::string> callTexts() const;
     [[nodiscard]] std::vector<std::string> callTexts(CallKind kind) const;
-    // Calls of one function, by its name: "SoRtnBreak", "IOCreate", "UTXMLReadContent", "close".
+    // Returns the calls of one function: "SoRtnBreak", "IOCreate", "UTXMLReadContent", "close".
     [[nodiscard]] std::vector<std::string> callsOf(const std::string& function) const;
     [[nodiscard]] int countOf(CallKind kind) const;
     void forgetCalls();
@@ -100,24 +100,24 @@ public:
     using TagMap = std::vector<std::pair<std::string, uint64_t>>;
     [[nodiscard]] const std::vector<TagMap>& tagMaps() const;
 
-    // --- What is handed out and not yet given back.
+    // --- What is handed out and not yet returned.
 
     [[nodiscard]] int openHandles() const;  // archives, entries, storages, streams; no outputs
     [[nodiscard]] int openReaders() const;  // between UTXMLInit and UTXMLDeInit
     [[nodiscard]] int openBlocks() const;   // between SYSNativeAlloc and SYSNativeFree
     [[nodiscard]] int lockedBlocks() const; // locked at least once
     [[nodiscard]] size_t blockSize(uint64_t handle) const;
-    // What stays open, one text each.
+    // Returns one text for each open handle.
     [[nodiscard]] std::vector<std::string> openHandleTexts() const;
 
     // --- For the parts of the host.
 
     void record(CallKind kind, std::string text, uint64_t user0 = 0, uint64_t user1 = 0);
-    // True when this call has to fail; `status` is then what it gives.
+    // Returns true when this call has to fail; `status` is then what it returns.
     bool takeFailure(CallKind kind, int32_t& status);
-    // Keeps a misuse for the end of the test.
+    // Records a misuse, which fails the test when the host is destroyed.
     void misuse(const std::string& text);
-    // The misuses so far, for tests of the host itself; forgets them.
+    // Returns the misuses so far and forgets them, for tests of the host itself.
     std::vector<std::string> takeMisuses();
 
     struct Parts;

@@ -37,7 +37,7 @@ protected:
         return UTXMLSkipTag(&reader, halves[0], halves[1]);
     }
 
-    // The next text of at most `capacity` units, or the status as text.
+    // Returns the next text of at most `capacity` units, or the status as text.
     std::string content(uint32_t capacity) {
         std::u16string units(capacity, u'#');
         uint32_t count = 0;
@@ -69,7 +69,7 @@ TEST_F(FakeHostReaderTest, ClosingTagHasTheIdOfItsOpeningTag) {
     EXPECT_NE(tag.flags & UTXML_CLOSING_TAG, 0U);
 }
 
-TEST_F(FakeHostReaderTest, UnknownNameHasTheIdOfNoMap) {
+TEST_F(FakeHostReaderTest, UnknownNameHasTheIdOfAnUnknownTag) {
     read(document("somethingElse"));
 
     ASSERT_EQ(next(), 0);
@@ -88,7 +88,7 @@ TEST_F(FakeHostReaderTest, LaterRowOfAMapReplacesAnEarlierOne) {
     EXPECT_EQ(tag.id, 77U);
 }
 
-TEST_F(FakeHostReaderTest, EndLeavesTheRecordAndStaysTheEnd) {
+TEST_F(FakeHostReaderTest, EndLeavesTheRecordUnchangedAndStaysTheEnd) {
     read(document("notes"));
     ASSERT_EQ(next(), 0);
     ASSERT_EQ(next(), 0);
@@ -99,7 +99,7 @@ TEST_F(FakeHostReaderTest, EndLeavesTheRecordAndStaysTheEnd) {
     EXPECT_EQ(std::memcmp(&last, &tag, sizeof tag), 0);
 }
 
-TEST_F(FakeHostReaderTest, UnreadTextIsToldOnceAndNeverTwiceInARow) {
+TEST_F(FakeHostReaderTest, UnreadTextIsReportedOnceAndNeverTwiceInARow) {
     read(document("notes").open("note").text("abc"));
     ASSERT_EQ(next(), 0);
     ASSERT_EQ(next(), 0);
@@ -129,7 +129,7 @@ TEST_F(FakeHostReaderTest, PartlyReadTextIsPending) {
     EXPECT_EQ(next(), UTXML_CONTENT_PENDING);
 }
 
-TEST_F(FakeHostReaderTest, NoTextBehindAClosingTag) {
+TEST_F(FakeHostReaderTest, ThereIsNoTextAfterAClosingTag) {
     read(document("notes").element("note", "abc"));
     ASSERT_EQ(next(), 0);
     ASSERT_EQ(next(), 0);
@@ -139,7 +139,7 @@ TEST_F(FakeHostReaderTest, NoTextBehindAClosingTag) {
     EXPECT_EQ(content(3), "status 1");
 }
 
-TEST_F(FakeHostReaderTest, StatusAtTheEndOfATextIsTheTests) {
+TEST_F(FakeHostReaderTest, StatusAtTheEndOfATextIsTheOneSet) {
     read(document("notes"));
     host.setEndOfTextStatus(0);
     ASSERT_EQ(next(), 0);
@@ -158,7 +158,7 @@ TEST_F(FakeHostReaderTest, SkipTagLeavesTheElement) {
     EXPECT_EQ(tag.flags & UTXML_CLOSING_TAG, 0U);
 }
 
-TEST_F(FakeHostReaderTest, SkipTagRefusesWhatIsNotOpen) {
+TEST_F(FakeHostReaderTest, SkipTagRejectsAnElementThatIsNotOpen) {
     read(document("notes").element("note"));
     ASSERT_EQ(next(), 0);
     ASSERT_EQ(next(), 0);
@@ -179,7 +179,7 @@ TEST_F(FakeHostReaderTest, SkipTagFailsInABrokenDocument) {
     EXPECT_NE(skip(tag), 0);
 }
 
-TEST_F(FakeHostReaderTest, SavedStateServesAnotherReaderOfTheEntry) {
+TEST_F(FakeHostReaderTest, SavedStateIsValidInAnotherReaderOfTheEntry) {
     read(document("notes").element("note").open("note").text("abc"));
     tagUTXMLSaveData save{};
     for (int i = 0; i < 3; ++i) {
@@ -212,7 +212,7 @@ TEST_F(FakeHostReaderTest, StateOfAnotherEntryIsAMisuse) {
     EXPECT_THAT(host.takeMisuses(), ElementsAre("a saved state that was not taken on this entry"));
 }
 
-TEST_F(FakeHostReaderTest, AttributesComeInOrderAsTheScriptShapesThem) {
+TEST_F(FakeHostReaderTest, AttributesComeInOrderInTheFormOfTheScript) {
     ScriptedAttribute shaped;
     shaped.name = u"b";
     shaped.nameIsTerminated = true;
@@ -241,7 +241,7 @@ TEST_F(FakeHostReaderTest, AttributesComeInOrderAsTheScriptShapesThem) {
     EXPECT_NE(attribute(), 0);
 }
 
-TEST_F(FakeHostReaderTest, ReaderThatIsNotPreparedIsAMisuse) {
+TEST_F(FakeHostReaderTest, UseOfAnUnpreparedReaderIsAMisuse) {
     EXPECT_LT(next(), 0);
 
     EXPECT_THAT(host.takeMisuses(),
@@ -257,7 +257,7 @@ TEST_F(FakeHostReaderTest, TagMapOutOfOrderIsAMisuse) {
     EXPECT_THAT(host.takeMisuses(), ElementsAre("a tag map out of order"));
 }
 
-TEST(ItemDocumentTest, WhatIsOpenIsClosedByItself) {
+TEST(ItemDocumentTest, OpenElementsAreClosedAutomatically) {
     const ItemDocument item = note().element("a", "x").open("b");
 
     // Open notes, note, a; text; close a; open b; close b, note, notes.
@@ -330,7 +330,7 @@ TEST_F(FakeHostStorageTest, StreamsKeepTheirBytesAndTheirOrder) {
     EXPECT_FALSE(message.has("b"));
 }
 
-TEST_F(FakeHostStorageTest, NameMadeAgainIsEmptyAndStandsAtItsFirstPlace) {
+TEST_F(FakeHostStorageTest, NameMadeAgainIsEmptyAndKeepsItsFirstPlace) {
     HostStream* root = host.newRoot();
     HostStream* first = create(IOStream, root, u"a");
     create(IOStream, root, u"b");
@@ -344,7 +344,7 @@ TEST_F(FakeHostStorageTest, NameMadeAgainIsEmptyAndStandsAtItsFirstPlace) {
     EXPECT_EQ(message.stream("a"), hex("03"));
 }
 
-TEST_F(FakeHostStorageTest, StorageMadeAgainLosesWhatWasInIt) {
+TEST_F(FakeHostStorageTest, StorageMadeAgainLosesItsContents) {
     HostStream* root = host.newRoot();
     create(IOStream, create(IOSubStorage, root, u"box"), u"a");
 
@@ -353,7 +353,7 @@ TEST_F(FakeHostStorageTest, StorageMadeAgainLosesWhatWasInIt) {
     EXPECT_THAT(host.message().paths(), ElementsAre("box"));
 }
 
-TEST_F(FakeHostStorageTest, NameOf128UnitsNeedsNoEnd) {
+TEST_F(FakeHostStorageTest, NameOf128UnitsNeedsNoTerminator) {
     const std::u16string longName(128, u'n');
 
     create(IOStream, host.newRoot(), longName);
@@ -376,7 +376,7 @@ TEST_F(FakeHostStorageTest, HandlesCloseInAnyOrder) {
     EXPECT_EQ(host.message().stream("a"), hex("01"));
 }
 
-TEST_F(FakeHostStorageTest, EndedOutputTakesItsHandlesBack) {
+TEST_F(FakeHostStorageTest, EndOfAnOutputClosesItsHandles) {
     HostStream* output = host.newOutput();
     RootStorageSpec record{};
     record.output = output;
@@ -393,7 +393,7 @@ TEST_F(FakeHostStorageTest, EndedOutputTakesItsHandlesBack) {
     EXPECT_EQ(host.openHandles(), 0);
 }
 
-TEST_F(FakeHostStorageTest, ClosedHandleIsAMisuse) {
+TEST_F(FakeHostStorageTest, UseOfAClosedHandleIsAMisuse) {
     HostStream* root = host.newRoot();
     root->close(root);
 
@@ -402,7 +402,7 @@ TEST_F(FakeHostStorageTest, ClosedHandleIsAMisuse) {
     EXPECT_THAT(host.takeMisuses(), ElementsAre("close on a closed handle: root"));
 }
 
-TEST_F(FakeHostStorageTest, ShortenedWriteTakesThatMuch) {
+TEST_F(FakeHostStorageTest, ShortenedWriteTakesOnlyThatMuch) {
     HostStream* stream = create(IOStream, host.newRoot(), u"a");
     host.shortenWrite(1, 2);
 
@@ -449,7 +449,7 @@ TEST_F(FakeHostStorageTest, CallsAreRecordedWithTheirArguments) {
     EXPECT_EQ(host.countOf(CallKind::CreateStream), 1);
 }
 
-TEST_F(FakeHostStorageTest, CopiedNameIsCutAndFilled) {
+TEST_F(FakeHostStorageTest, CopiedNameIsTruncatedOrPadded) {
     const uint16_t source[] = {'a', 'b', 'c', 0};
     uint16_t two[] = {9, 9, 9};
     uint16_t five[] = {9, 9, 9, 9, 9};
@@ -478,7 +478,7 @@ TEST(FakeHostMemoryTest, BlocksAreCountedUntilTheyAreFreed) {
     EXPECT_EQ(host.lockedBlocks(), 0);
 }
 
-TEST(FakeHostMemoryTest, FailedBlocksAreNone) {
+TEST(FakeHostMemoryTest, FailedCallsReturnNoBlock) {
     FakeHost host;
     host.failCall(CallKind::Alloc, 0);
     EXPECT_EQ(SYSNativeAlloc(8), 0U);
@@ -498,7 +498,7 @@ TEST(FakeHostMemoryTest, UnlockWithoutLockIsAMisuse) {
     SYSNativeFree(handle);
 
     EXPECT_THAT(host.takeMisuses(), ElementsAre("SYSNativeUnlock on a block that is not locked",
-                                                "SYSNativeFree on no block"));
+                                                "SYSNativeFree on something that is not a block"));
 }
 
 TEST(FakeHostArchiveTest, EntriesOpenByIndexAndByName) {
@@ -531,7 +531,7 @@ TEST(FakeHostArchiveTest, EntriesOpenByIndexAndByName) {
     EXPECT_EQ(host.openHandles(), 2);
 }
 
-TEST(FakeHostArchiveTest, BrokenAndMissingEntriesGiveNoHandle) {
+TEST(FakeHostArchiveTest, BrokenAndMissingEntriesHaveNoHandle) {
     FakeHost host;
     host.entry("a", Bytes{}).brokenEntry("a", -9);
     ArchiveDirectory* archive = host.openArchive();
@@ -556,7 +556,7 @@ TEST(FakeHostArchiveTest, RefusedArchiveSetsTheFlags) {
     EXPECT_EQ(handle, host.rawStream());
 }
 
-TEST(FakeHostNestingTest, InnerHostStandsWhileItLives) {
+TEST(FakeHostNestingTest, InnerHostIsCurrentWhileItExists) {
     FakeHost outer;
     {
         FakeHost inner;

@@ -9,7 +9,7 @@ using fakehost::number;
 
 namespace {
 
-// What a fresh block holds, so that a reader of what was never written shows.
+// Fills a new block, so that a read of what was never written shows.
 constexpr uint8_t freshByte = 0xA5;
 constexpr uint64_t firstHandle = 0xB10C'0001;
 
@@ -18,7 +18,7 @@ Block* blockOf(uint64_t handle, const char* function) {
     auto& blocks = host.parts().blocks;
     const auto found = blocks.find(handle);
     if (found == blocks.end() || found->second.isFree) {
-        host.misuse(std::string(function) + " on no block");
+        host.misuse(std::string(function) + " on something that is not a block");
         return nullptr;
     }
     return &found->second;

@@ -20,7 +20,7 @@ constexpr int16_t failed = -1;
 constexpr int16_t noMore = 1;
 constexpr uint64_t saveMark = 0x5A7E'D0C0'0000'0001;
 
-// Bits of `flags` that are the host's own, so that a comparison of the whole word shows.
+// Bits of `flags` that belong to the host, so that a comparison of the whole word shows.
 constexpr uint32_t ownFlags = 0x21;
 
 // Reads at the end of a document after which the module is taken to be in an endless loop.
@@ -43,7 +43,7 @@ bool isAt(const Reader& reader, Kind kind) {
 }
 
 bool isTextPending(const Reader& reader) {
-    return reader.isBehindOpen && isAt(reader, Kind::Text);
+    return reader.isAfterOpening && isAt(reader, Kind::Text);
 }
 
 void passText(Reader& reader) {
@@ -57,27 +57,27 @@ void passText(Reader& reader) {
 void forgetTag(Reader& reader) {
     reader.attributes = nullptr;
     reader.attributeNumber = 0;
-    reader.isBehindOpen = false;
-    reader.isPendingTold = false;
+    reader.isAfterOpening = false;
+    reader.isPendingReported = false;
 }
 
 int16_t breakReader(Reader& reader) {
     reader.isBroken = true;
     forgetTag(reader);
     if (++reader.failedReads > endlessReads) {
-        FakeHost::current().misuse("read on and on at the end of a document");
+        FakeHost::current().misuse("endless reads at the end of a document");
         throw std::runtime_error("endless reads");
     }
     return failed;
 }
 
-// A later row of a name replaces an earlier one; unknown names have the value of no map.
+// A later row of a name replaces an earlier one; unknown names have a value of their own.
 uint32_t idOf(const Reader& reader, const std::string& name) {
     const auto found = reader.ids.find(name);
     return found == reader.ids.end() ? UTXML_UNKNOWN_TAG : static_cast<uint32_t>(found->second);
 }
 
-// The element's number goes into the host's own words, one above so that a zeroed record is none.
+// The host's own words hold the element's number plus 1, so that a zeroed record is not an element.
 void fillRecord(const Reader& reader, UTXMLTagRecord& record, size_t openEvent, uint32_t flags) {
     record.host0 = static_cast<uint32_t>(reader.openTags.size());
     record.id = idOf(reader, (*reader.events)[openEvent].name);
@@ -97,18 +97,18 @@ int16_t readTag(Reader& reader, UTXMLTagRecord& record, uint64_t& extra) {
         reader.openTags.push_back(reader.position);
         fillRecord(reader, record, reader.position, ownFlags);
         reader.attributes = &(*reader.events)[reader.position].attributes;
-        reader.isBehindOpen = true;
+        reader.isAfterOpening = true;
     } else {
         fillRecord(reader, record, reader.openTags.back(), ownFlags | UTXML_CLOSING_TAG);
         reader.openTags.pop_back();
     }
     extra = reader.position;
     ++reader.position;
-    reader.behindTag = reader.position;
+    reader.afterTag = reader.position;
     return 0;
 }
 
-// Hands `text` out in a block of its own size, which lives until the next call.
+// Copies `text` to a block of exactly its size, valid until the next call.
 const uint16_t* handOut(std::unique_ptr<uint16_t[]>& block, const std::u16string& text,
                         bool isTerminated, bool isNull, uint32_t& length) {
     length = isTerminated ? UTXML_COUNT_IT : static_cast<uint32_t>(text.size());
@@ -151,7 +151,7 @@ int16_t readText(Reader& reader, uint16_t* buffer, uint32_t capacity, uint32_t& 
     return 0;
 }
 
-// Moves behind the closing tag of the element that is open innermost but `depth`.
+// Reads past the closing tag of the element that has `depth` open elements around it.
 int16_t leaveElement(Reader& reader, size_t depth) {
     UTXMLTagRecord record{};
     uint64_t extra = 0;
@@ -200,7 +200,7 @@ int16_t UTXMLInit(UTXMLReader* reader, HostStream* stream) {
     auto state = std::make_unique<Reader>();
     state->events = handle == nullptr || handle->events == nullptr ? &noEvents : handle->events;
     state->entryIndex = handle == nullptr ? -1 : handle->entryIndex;
-    // What the module may not look at holds no zero.
+    // The words that the module must not look at are not zero.
     std::fill(std::begin(reader->host), std::end(reader->host), 0xA5A5'A5A5'A5A5'A5A5);
     reader->host[0] = reinterpret_cast<uint64_t>(state.get());
     host.parts().readers.push_back(std::move(state));
@@ -268,8 +268,8 @@ int16_t UTXMLReadNextTag(UTXMLReader* reader, UTXMLTagRecord* tag, uint64_t* ext
     if (state->isBroken) {
         return breakReader(*state);
     }
-    if (isTextPending(*state) && !state->isPendingTold) {
-        state->isPendingTold = true;
+    if (isTextPending(*state) && !state->isPendingReported) {
+        state->isPendingReported = true;
         return UTXML_CONTENT_PENDING;
     }
     return readTag(*state, *tag, *extra);
@@ -356,8 +356,8 @@ int16_t UTXMLGetStateInfo(UTXMLReader* reader, tagUTXMLSaveData* save) {
     if (host.takeFailure(CallKind::GetStateInfo, status) || state == nullptr) {
         return static_cast<int16_t>(status);
     }
-    *save = {{saveMark, static_cast<uint64_t>(state->entryIndex), state->behindTag,
-              state->isBehindOpen ? 1U : 0U, 0, 0}};
+    *save = {{saveMark, static_cast<uint64_t>(state->entryIndex), state->afterTag,
+              state->isAfterOpening ? 1U : 0U, 0, 0}};
     save->host[4] = checkOf(*save);
     return 0;
 }
@@ -371,7 +371,7 @@ int16_t UTXMLRestoreStateInfo(UTXMLReader* reader, const tagUTXMLSaveData* save)
         return static_cast<int16_t>(status);
     }
     if (host.hasFailed() && std::ranges::all_of(save->host, [](uint64_t word) { return !word; })) {
-        return failed; // never filled: the module isn't told that taking the place has failed
+        return failed; // never filled: the module does not learn that UTXMLGetStateInfo failed
     }
     if (save->host[0] != saveMark || save->host[4] != checkOf(*save) ||
         save->host[1] != static_cast<uint64_t>(state->entryIndex)) {
@@ -381,10 +381,10 @@ int16_t UTXMLRestoreStateInfo(UTXMLReader* reader, const tagUTXMLSaveData* save)
     forgetTag(*state);
     state->isBroken = false;
     state->position = save->host[2];
-    state->behindTag = state->position;
+    state->afterTag = state->position;
     state->textPosition = 0;
     state->readNumber = 0;
-    state->isBehindOpen = save->host[3] != 0;
+    state->isAfterOpening = save->host[3] != 0;
     rebuildOpenTags(*state);
     return 0;
 }

@@ -71,18 +71,18 @@ MessageStore* newStore(FakeHost& host) {
     return host.parts().stores.back().get();
 }
 
-const Handle* outputOf(const FakeHost::Parts& parts, HostStream* wanted) {
+const Handle* outputOf(const FakeHost::Parts& parts, HostStream* output) {
     const Handle* newest = nullptr;
     for (const auto& handle : parts.handles) {
         if (handle->kind != HandleKind::Output) {
             continue;
         }
-        if (&handle->record.stream == wanted) {
+        if (&handle->record.stream == output) {
             return handle.get();
         }
         newest = handle.get();
     }
-    return wanted == nullptr ? newest : nullptr;
+    return output == nullptr ? newest : nullptr;
 }
 
 std::u16string nameOf(const StorageSpec& record) {
@@ -99,11 +99,11 @@ int32_t createRoot(FakeHost& host, HostStream** handle, const RootStorageSpec& r
         return status;
     }
     if (flags != IOStorageFlags || record.always1 != 1) {
-        host.misuse("a root storage asked for in a wrong way");
+        host.misuse("a root storage requested in a wrong way");
     }
     Handle* output = handleOf(record.output, "IOCreate");
     if (output == nullptr || output->kind != HandleKind::Output) {
-        host.misuse("a root storage over what is no output");
+        host.misuse("a root storage over something that is not an output");
         return refused;
     }
     if (output->store->isMade) {
@@ -123,21 +123,21 @@ int32_t createBelow(FakeHost& host, HostStream** handle, uint32_t type, const St
     const CallKind kind = isStorage ? CallKind::CreateStorage : CallKind::CreateStream;
     const std::u16string name = nameOf(record);
     const Handle* parent = handleOf(record.parent, "IOCreate");
-    const std::string ahead = parent == nullptr || parent->kind != HandleKind::Storage
-                                  ? ""
-                                  : parent->store->path(parent->node) + "/";
-    const std::string path = ahead + toUtf8(name);
+    const std::string prefix = parent == nullptr || parent->kind != HandleKind::Storage
+                                   ? ""
+                                   : parent->store->path(parent->node) + "/";
+    const std::string path = prefix + toUtf8(name);
     host.record(kind, "IOCreate(" + number(type) + ", \"" + path + "\", " + number(flags) + ")");
     int32_t status = 0;
     if (host.takeFailure(kind, status)) {
         return status;
     }
     if (flags != static_cast<uint32_t>(isStorage ? IOStorageFlags : IOStreamFlags)) {
-        host.misuse("a storage or stream asked for with wrong flags");
+        host.misuse("a storage or stream requested with wrong flags");
     }
     if (parent == nullptr ||
         (parent->kind != HandleKind::Root && parent->kind != HandleKind::Storage)) {
-        host.misuse("a storage or stream made in what is no storage");
+        host.misuse("a storage or stream made in something that is not a storage");
         return refused;
     }
     MessageStore* store = parent->store;
@@ -182,7 +182,7 @@ Bytes FakeHost::outputBytes(HostStream* output) const {
 void FakeHost::endOutput(HostStream* output) {
     const Handle* ended = outputOf(*state, output);
     if (ended == nullptr) {
-        misuse("an output ended that is none");
+        misuse("the end of something that is not an output");
         return;
     }
     for (const auto& handle : state->handles) {
@@ -226,7 +226,7 @@ int32_t IOSetInfo(HostStream* handle, uint32_t type, uint32_t info, const void* 
     }
     if (root == nullptr || root->kind != HandleKind::Root || type != IORootStorage ||
         info != IOInfoClassId) {
-        host.misuse("IOSetInfo for what is no class id of a root storage");
+        host.misuse("IOSetInfo for something other than the class id of a root storage");
         return -1;
     }
     const auto* first = static_cast<const uint8_t*>(information);

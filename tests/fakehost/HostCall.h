@@ -8,7 +8,7 @@
 
 namespace fakehost {
 
-// What can be called in a host.
+// The functions of a host.
 enum class CallKind {
     Alloc,
     Lock,
@@ -37,26 +37,26 @@ enum class CallKind {
     SetInfo,
     CopyName,
     Routine, // one of the SoRtn routines
-    Count    // number of kinds, none itself
+    Count    // the number of kinds
 };
 
 // One call as the host saw it.
 //
-// `text` is the function's name with its arguments in parentheses, handles by what they are and
+// `text` is the function's name with its arguments in parentheses, handles by their titles and
 // without the two user words: SoRtnBreak(5, 0), SoRtnPutText("a", 1, 0x14B00000),
 // IOCreate(33, "__properties_version1.0", 18). Numbers from 1000 up are hexadecimal.
 struct HostCall {
     CallKind kind = CallKind::Count;
     std::string text;
-    uint64_t user0 = 0; // routines alone
-    uint64_t user1 = 0; // as above
+    uint64_t user0 = 0; // routines only
+    uint64_t user1 = 0; // likewise
 
-    // The part of `text` ahead of the parenthesis.
+    // Returns the part of `text` before the parenthesis.
     [[nodiscard]] std::string name() const;
     friend void PrintTo(const HostCall& call, std::ostream* out);
 };
 
-// A number in the form of call texts.
+// Returns a number in the form of call texts.
 std::string number(uint64_t value);
 
 } // namespace fakehost

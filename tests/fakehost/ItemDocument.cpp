@@ -29,7 +29,7 @@ ItemDocument& ItemDocument::text(const Text& text) {
     }
     lastOpening();
     if (script.back().kind != ReaderEvent::Kind::Open) {
-        throw std::logic_error("ItemDocument: text stands behind an opening tag");
+        throw std::logic_error("ItemDocument: text must follow an opening tag");
     }
     script.push_back({ReaderEvent::Kind::Text, {}, {}, text.units, {}});
     return *this;
@@ -37,7 +37,7 @@ ItemDocument& ItemDocument::text(const Text& text) {
 
 ItemDocument& ItemDocument::reads(std::vector<ScriptedRead> reads) {
     if (script.empty() || script.back().kind != ReaderEvent::Kind::Open || reads.empty()) {
-        throw std::logic_error("ItemDocument: reads stand behind an opening tag");
+        throw std::logic_error("ItemDocument: reads must follow an opening tag");
     }
     script.push_back({ReaderEvent::Kind::Text, {}, {}, {}, std::move(reads)});
     return *this;

@@ -9,31 +9,31 @@
 
 namespace fakehost {
 
-// One attribute as the reader hands it out. Lengths are told unless the script says otherwise, and
-// then there is no 0 unit behind the text.
+// One attribute as the reader returns it. Its texts have a length and no terminator unless the
+// script says otherwise.
 struct ScriptedAttribute {
     std::u16string name;
     std::u16string value;
-    bool nameIsTerminated = false;  // length UTXML_COUNT_IT, a 0 unit behind the text
-    bool valueIsTerminated = false; // as above
+    bool nameIsTerminated = false;  // length UTXML_COUNT_IT, a 0 unit after the text
+    bool valueIsTerminated = false; // likewise
     bool nameIsNull = false;        // a null pointer
-    bool valueIsNull = false;       // as above
+    bool valueIsNull = false;       // likewise
 };
 
 // The answer to one UTXMLReadContent: `units` go into the buffer as far as it has room, `status`
-// and `count` are given back as they stand.
+// and `count` are returned unchanged.
 struct ScriptedRead {
     int16_t status = 0;
     uint32_t count = 0;
     std::u16string units;
 };
 
-// One step of a document, as the reader meets it.
+// One step of a document, as the reader sees it.
 struct ReaderEvent {
     enum class Kind {
         Open,  // an opening tag
         Close, // a closing tag
-        Text,  // all the text behind an opening tag
+        Text,  // all the text after an opening tag
         Fault  // the document is broken from here on
     };
 
@@ -48,39 +48,39 @@ struct ReaderEvent {
 //
 //     document("notes").open("note").element("OPFNoteCopyTitle", "Tide table").close()
 //
-// Every element is an opening and a closing tag. What is open at the end of the script is closed
-// by itself, unless the script ends in breakOff() or was cut by cutAfter().
+// Every element is an opening and a closing tag. Elements still open at the end of the script are
+// closed automatically, unless the script ends in breakOff() or was cut by cutAfter().
 class ItemDocument {
 public:
-    // A document with that root element.
+    // A document with this root element.
     explicit ItemDocument(const std::string& root);
-    // A document without any tag: the first read finds its end.
+    // A document without tags: the first read finds its end.
     ItemDocument() = default;
 
-    // An opening tag. Elements that follow lie inside it until close().
+    // Adds an opening tag. Elements that follow are inside it until close().
     ItemDocument& open(const std::string& name);
-    // The closing tag of the innermost open element.
+    // Adds the closing tag of the innermost open element.
     ItemDocument& close();
-    // Text behind the opening tag just scripted. Empty text scripts nothing.
+    // Adds text after the opening tag just added. Empty text adds nothing.
     ItemDocument& text(const Text& text);
-    // Text whose reads are answered one by one from `reads`; after the last, the text is at its
-    // end.
+    // Adds text whose reads are answered one by one from `reads`; after the last, the text is at
+    // its end.
     ItemDocument& reads(std::vector<ScriptedRead> reads);
-    // A whole element; without text it is as a self-closed one.
+    // Adds a whole element; without text it is like a self-closed one.
     ItemDocument& element(const std::string& name);
     ItemDocument& element(const std::string& name, const Text& text);
-    // One more attribute of the opening tag scripted last, also when it is closed already.
+    // Adds an attribute to the opening tag added last, even when it is closed already.
     ItemDocument& attribute(const Text& name, const Text& value);
     ItemDocument& attribute(ScriptedAttribute attribute);
-    // The document is broken here: negative statuses for ever, and nothing is closed by itself.
+    // Breaks the document here: negative statuses from now on, and nothing is closed.
     ItemDocument& breakOff();
 
-    // The same document, broken behind its first `count` events.
+    // Returns the same document, broken after its first `count` events.
     [[nodiscard]] ItemDocument cutAfter(size_t count) const;
 
-    // Number of events(), so that a test can cut after each of them.
+    // Returns the number of events(), so that a test can cut after each of them.
     [[nodiscard]] size_t eventCount() const;
-    // The script with all that is open closed.
+    // Returns the script with everything closed.
     [[nodiscard]] std::vector<ReaderEvent> events() const;
 
 private:
@@ -91,10 +91,10 @@ private:
     bool isBroken = false;
 };
 
-// A document with that root and nothing in it.
+// Returns a document with this root and nothing in it.
 ItemDocument document(const std::string& root);
 
-// One item of each kind, its element open inside the document's root: mail().element(...).
+// Return an item of each kind, its element open inside the document's root: mail().element(...).
 ItemDocument mail();
 ItemDocument appointment();
 ItemDocument contact();

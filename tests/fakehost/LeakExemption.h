@@ -7,11 +7,11 @@
 
 namespace fakehost {
 
-// While one stands, what is allocated is no leak to LeakSanitizer.
+// While one exists, LeakSanitizer does not count what is allocated as leaked.
 //
-// For the one case in which a scan gives up a node on purpose: an exception inside the item loop
-// leaves the node in hand behind, and no host can free it. Tests that provoke one hold this around
-// the VwStreamRead alone, so that every other leak still shows.
+// For the one case in which a scan abandons a node on purpose: an exception inside the item loop
+// leaves the current node to nobody, and no host can free it. Tests that provoke one hold this only
+// around VwStreamRead, so that every other leak still shows.
 class [[maybe_unused]] LeakExemption {
 public:
 #if defined(__SANITIZE_ADDRESS__)

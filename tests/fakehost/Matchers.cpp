@@ -29,11 +29,11 @@ std::vector<PropertyEntry> entriesOf(const StoredMessage& message, uint32_t tag)
     return found;
 }
 
-bool hasOnly(const StoredMessage& message, const PropertyEntry& wanted,
+bool hasOnly(const StoredMessage& message, const PropertyEntry& expected,
              MatchResultListener* listener) {
-    const auto found = entriesOf(message, wanted.tag);
+    const auto found = entriesOf(message, expected.tag);
     *listener << "whose entries of that tag are " << testing::PrintToString(found);
-    return found.size() == 1 && found.front() == wanted;
+    return found.size() == 1 && found.front() == expected;
 }
 
 MATCHER_P2(HasNumberMatcher, tag, value,
@@ -48,8 +48,8 @@ MATCHER_P(HasNoPropertyMatcher, tag, "has no entry 0x" + tagText(tag)) {
 }
 
 MATCHER_P2(HasTextMatcher, tag, text, "has the text " + inQuotes(text) + " as 0x" + tagText(tag)) {
-    const Bytes wanted = utf16(text);
-    if (!hasOnly(arg, {tag, 6, wanted.size() + 2}, result_listener)) {
+    const Bytes expected = utf16(text);
+    if (!hasOnly(arg, {tag, 6, expected.size() + 2}, result_listener)) {
         return false;
     }
     const std::string path = "__substg1.0_" + tagText(tag);
@@ -59,7 +59,7 @@ MATCHER_P2(HasTextMatcher, tag, text, "has the text " + inQuotes(text) + " as 0x
     }
     const Bytes stored = arg.stream(path);
     *result_listener << ", whose stream is " << testing::PrintToString(stored);
-    return stored == wanted;
+    return stored == expected;
 }
 
 } // namespace

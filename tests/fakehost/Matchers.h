@@ -7,14 +7,14 @@
 
 namespace fakehost {
 
-// The message's property stream has exactly one entry of `tag`, with flags 6 and `value`.
+// Matches a message whose property stream has exactly one entry of `tag`, with flags 6 and `value`.
 testing::Matcher<const StoredMessage&> HasNumber(uint32_t tag, uint64_t value);
 
-// It has no entry of `tag`.
+// Matches a message without an entry of `tag`.
 testing::Matcher<const StoredMessage&> HasNoProperty(uint32_t tag);
 
-// It has exactly one entry of `tag`, of type 0x001F, whose stream holds `text` and whose size
-// counts the missing terminator.
+// Matches a message with exactly one entry of `tag`, of type 0x001F, whose stream holds `text` and
+// whose size counts the missing terminator.
 testing::Matcher<const StoredMessage&> HasText(uint32_t tag, std::u16string_view text);
 
 } // namespace fakehost

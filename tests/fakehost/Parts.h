@@ -10,7 +10,7 @@
 
 #include "tests/fakehost/FakeHost.h"
 
-// What the parts of the host share; nothing for tests.
+// What the parts of the host share; not for tests.
 namespace fakehost {
 
 enum class HandleKind { RawStream, Archive, Bytes, Output, Root, Storage, Stream };
@@ -20,8 +20,8 @@ class MessageStore {
 public:
     static constexpr int rootNode = -1;
 
-    // Makes a node and gives its number. One of the same name in the same storage gives up its
-    // place to it, with all that lies below.
+    // Makes a node and returns its number. It takes the place of one of the same name in the same
+    // storage, which disappears with everything below it.
     int make(int parent, const std::u16string& name, bool isStorage);
     void write(int node, const void* data, size_t size);
     [[nodiscard]] std::string path(int node) const;
@@ -43,7 +43,7 @@ private:
     void replace(int node);
 
     std::vector<Node> nodes;
-    std::vector<int> order; // numbers of nodes as they stand in the storage
+    std::vector<int> order; // numbers of nodes in the order of the storage
 };
 
 // An entry of the archive.
@@ -54,7 +54,7 @@ struct Entry {
     std::optional<int32_t> openStatus; // its open fails
 };
 
-// A handle; the module sees `record` alone, and of that the first member unless it is an archive.
+// A handle; the module sees only `record`, and only its first member unless it is an archive.
 struct Handle {
     ArchiveDirectory record;
     FakeHost* host;
@@ -62,9 +62,9 @@ struct Handle {
     bool isOpen;
     std::string title;                      // what it is in call texts
     const Bytes* bytes;                     // Bytes: what it reads
-    const std::vector<ReaderEvent>* events; // Bytes: what a reader on it meets
+    const std::vector<ReaderEvent>* events; // Bytes: what a reader on it sees
     size_t position;                        // Bytes
-    int entryIndex;                         // Bytes: -1 when it is no entry of the archive
+    int entryIndex;                         // Bytes: -1 when it is not an entry of the archive
     MessageStore* store;                    // Output, Root, Storage, Stream
     int node;                               // Storage, Stream: its number in `store`
     Bytes* sink;                            // Output: takes what is written
@@ -82,12 +82,12 @@ struct Block {
 struct Reader {
     const std::vector<ReaderEvent>* events = nullptr;
     int entryIndex = -1;
-    size_t position = 0;       // the event that comes next
-    size_t behindTag = 0;      // the event behind the tag read last
-    size_t textPosition = 0;   // units read of the text at `position`
-    size_t readNumber = 0;     // scripted reads answered of the text at `position`
-    bool isBehindOpen = false; // the tag read last was an opening tag
-    bool isPendingTold = false;
+    size_t position = 0;         // the event that comes next
+    size_t afterTag = 0;         // the event after the tag read last
+    size_t textPosition = 0;     // units read of the text at `position`
+    size_t readNumber = 0;       // scripted reads answered of the text at `position`
+    bool isAfterOpening = false; // the tag read last was an opening tag
+    bool isPendingReported = false;
     bool isBroken = false;
     int failedReads = 0;          // in a row
     std::vector<size_t> openTags; // events of the elements that are open
@@ -138,10 +138,10 @@ struct FakeHost::Parts {
     Handle* newHandle(FakeHost& host, HandleKind kind, const std::string& title);
 };
 
-// The handle behind a stream; a misuse, and null, when it is none of the host's or is closed.
+// Returns the handle of a stream. One that is closed, or not the host's, is a misuse: null.
 Handle* handleOf(HostStream* stream, const char* operation);
 
-// The operations that every handle has.
+// Fills in the operations that every handle has.
 void setOperations(HostStream& stream);
 
 } // namespace fakehost

@@ -37,7 +37,7 @@ Scan& scanOf(uint64_t user0) {
 }
 
 void unexpectedRoutine() {
-    FakeHost::current().misuse("a routine that the module may not call");
+    FakeHost::current().misuse("a routine that the module must not call");
 }
 
 } // namespace
@@ -244,7 +244,7 @@ void Scan::close() {
     }
 }
 
-// A row begins with its first cell: behind a complete one the next call opens another.
+// A row begins with its first cell: after a complete row the next call opens another.
 Row& Scan::openRow() {
     if (foundRows.empty() || foundRows.back().isComplete) {
         foundRows.emplace_back();
@@ -256,7 +256,7 @@ Row& Scan::openRow() {
 Cell& Scan::openCell() {
     Row& row = openRow();
     if (row.cells.empty()) {
-        owner.misuse("text outside of any cell");
+        owner.misuse("text outside a cell");
         row.cells.emplace_back();
     }
     return row.cells.back();

@@ -14,8 +14,8 @@ namespace fakehost {
 // One cell of a row that holds text.
 struct Cell {
     std::u16string text;
-    std::optional<uint32_t> tagId;    // none: the text is not tagged
-    std::optional<uint32_t> tagIndex; // as above
+    std::optional<uint32_t> tagId;    // empty: the text is not tagged
+    std::optional<uint32_t> tagIndex; // likewise
 
     bool operator==(const Cell&) const = default;
 };
@@ -26,15 +26,15 @@ struct Row {
     uint32_t special6 = 0;
     uint32_t special7 = 0;
     ItemLocator locator{};
-    bool isComplete = false; // SoRtnBreak(5, 0) came behind it
+    bool isComplete = false; // SoRtnBreak(5, 0) came after it
 
-    // Text of column 1 to 11 as UTF-8, 0 units shown as "/".
+    // Returns the text of a column, from 1 to 11, as UTF-8, with 0 units shown as "/".
     [[nodiscard]] std::string text(size_t column) const;
 };
 
-// One open archive, driven as a host does: VwAllocProc, VwLocalUp, all routines, VwSetUser in the
+// Drives one archive as a host does: VwAllocProc, VwLocalUp, all routines and VwSetUser in the
 // constructor; VwStreamClose (when open() succeeded), VwLocalDown and VwFreeProc in the destructor.
-// Routines that the module has no business calling are installed too, and are a misuse.
+// Routines that the module must not call are installed too; a call of one is a misuse.
 class Scan {
 public:
     static constexpr uint64_t user1Mark = 0x5EC0'4D01'0000'0002;
@@ -44,14 +44,14 @@ public:
     Scan(const Scan&) = delete;
     Scan& operator=(const Scan&) = delete;
 
-    // Result of VwStreamOpen on the host's raw stream.
+    // Returns the result of VwStreamOpen on the host's raw stream.
     int32_t open(uint16_t word = 0, uint64_t fileWord = 0);
     int32_t section();
-    // One VwStreamRead.
+    // Calls VwStreamRead once.
     int32_t read();
-    // open() and VwStreamRead until the archive's end; fails the test when it does not end.
+    // Calls open() and VwStreamRead up to the archive's end; fails the test when there is no end.
     void run();
-    // VwStreamClose, once; the destructor then leaves it out.
+    // Calls VwStreamClose; the destructor then does not.
     void close();
 
     [[nodiscard]] const std::vector<Row>& rows() const { return foundRows; }
@@ -60,7 +60,7 @@ public:
     [[nodiscard]] PROC* proc() const { return block; }
     [[nodiscard]] FakeHost& host() const { return owner; }
 
-    // Answers SoRtnBreak by its code; without one the answer is 0.
+    // Returns what SoRtnBreak returns for a code; without a function that is 0.
     std::function<uint16_t(uint16_t code)> onBreak;
     // Called in SoRtnBail before it returns; may throw.
     std::function<void(uint32_t failure)> onBail;

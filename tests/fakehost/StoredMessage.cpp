@@ -57,7 +57,7 @@ bool StoredMessage::has(const std::string& path) const {
 Bytes StoredMessage::stream(const std::string& path) const {
     const Node* node = find(nodes, path);
     if (node == nullptr || node->isStorage) {
-        ADD_FAILURE() << "no stream " << path << " in " << testing::PrintToString(*this);
+        ADD_FAILURE() << "there is no stream " << path << " in " << testing::PrintToString(*this);
         return {};
     }
     return node->bytes;
@@ -67,7 +67,7 @@ std::vector<PropertyEntry> StoredMessage::entries(const std::string& path,
                                                   size_t headerSize) const {
     const Bytes bytes = stream(path);
     if (bytes.size() < headerSize || (bytes.size() - headerSize) % entrySize != 0) {
-        ADD_FAILURE() << path << " holds no whole entries: " << testing::PrintToString(bytes);
+        ADD_FAILURE() << path << " does not hold whole entries: " << testing::PrintToString(bytes);
     }
     std::vector<PropertyEntry> found;
     for (size_t at = headerSize; at + entrySize <= bytes.size(); at += entrySize) {

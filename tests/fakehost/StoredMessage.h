@@ -20,7 +20,7 @@ struct PropertyEntry {
     friend void PrintTo(const PropertyEntry& entry, std::ostream* out);
 };
 
-// What was written below one root storage. A value: it does not change with the store any more.
+// What was written below one root storage. A value: later writes do not change it.
 class StoredMessage {
 public:
     struct Node {
@@ -29,19 +29,19 @@ public:
         Bytes bytes;
     };
 
-    // Paths of storages and streams in the order in which they were made; a name that was made
-    // again stands at its first place.
+    // Returns the paths of storages and streams in the order in which they were made; a name that
+    // was made again keeps its first place.
     [[nodiscard]] std::vector<std::string> paths() const;
-    // The same of one storage: names alone, nothing of the storages below it.
+    // Returns the names in one storage, without what is below them.
     [[nodiscard]] std::vector<std::string> names(const std::string& storage = "") const;
     [[nodiscard]] bool has(const std::string& path) const;
-    // A stream's bytes. A missing one fails the test, with the paths that there are.
+    // Returns a stream's bytes. A missing stream fails the test, which prints the message.
     [[nodiscard]] Bytes stream(const std::string& path) const;
-    // The entries of a property stream behind a header of `headerSize` bytes (32 for the message,
-    // 8 for a sub-storage). A part of an entry at the end fails the test.
+    // Returns the entries of a property stream (MS-OXMSG 2.4) after a header of `headerSize` bytes:
+    // 32 for the message, 8 for a sub-storage. An incomplete entry at the end fails the test.
     [[nodiscard]] std::vector<PropertyEntry>
     entries(const std::string& path = "__properties_version1.0", size_t headerSize = 32) const;
-    // The entries of a recipient's or attachment's storage.
+    // Returns the entries of a recipient's or attachment's storage.
     [[nodiscard]] std::vector<PropertyEntry> subEntries(const std::string& storage) const;
 
     [[nodiscard]] const Bytes& classId() const { return rootClassId; } // empty when never set

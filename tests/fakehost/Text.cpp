@@ -56,14 +56,14 @@ std::string toUtf8(std::u16string_view units) {
     return out;
 }
 
-// The tests' own sources hold valid UTF-8, so anything else is a slip of the test.
+// The sources of the tests are valid UTF-8, so anything else is a mistake in the test.
 std::u16string toUtf16(std::string_view utf8) {
     std::u16string out;
     for (size_t i = 0; i < utf8.size();) {
         const auto lead = static_cast<unsigned char>(utf8[i]);
         const size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
         if (i + length > utf8.size()) {
-            throw std::invalid_argument("toUtf16(): cut UTF-8");
+            throw std::invalid_argument("toUtf16(): incomplete UTF-8");
         }
         uint32_t point = length == 1 ? lead : lead & (0xFFU >> (length + 1));
         for (size_t k = 1; k < length; ++k) {

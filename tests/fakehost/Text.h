@@ -6,7 +6,7 @@
 
 namespace fakehost {
 
-// Text of a script in 16-bit units; given as UTF-16 or, for convenience, as UTF-8.
+// Text of a script in 16-bit units, made from UTF-16 or, for convenience, from UTF-8.
 struct Text {
     std::u16string units;
 
@@ -17,14 +17,15 @@ struct Text {
     Text(std::u16string utf16) : units(std::move(utf16)) {}
 };
 
-// UTF-8 of 16-bit units; a lone surrogate becomes U+FFFD.
+// Returns 16-bit units as UTF-8; a lone surrogate becomes U+FFFD.
 std::string toUtf8(std::u16string_view units);
 std::u16string toUtf16(std::string_view utf8);
 
-// As toUtf8, in double quotes, with \0 for a 0 unit and \" for a quote: the form of call texts.
+// Like toUtf8(), in double quotes, with \0 for a 0 unit and \" for a quote: the form of call texts.
 std::string inQuotes(std::u16string_view units);
 
-// `count` units that differ from their neighbours, so that a shifted or repeated chunk shows.
+// Returns `count` units that differ from their neighbours, so that a shifted or repeated chunk
+// shows.
 std::u16string patternText(size_t count);
 
 } // namespace fakehost

@@ -15,9 +15,9 @@ import org.apache.poi.hsmf.datatypes.RecipientChunks;
 import org.apache.poi.hsmf.datatypes.StringChunk;
 
 /**
- * Prints what Apache POI's HSMF finds in messages: one JSON object a line, in the order of the
+ * Prints what Apache POI's HSMF finds in messages: one JSON object per line, in the order of the
  * arguments, which are paths. Binary values are hexadecimal, times are milliseconds since 1970, and
- * what POI doesn't find is null. Exit status 1 when POI can't read a message.
+ * missing values are null. The exit status is 1 when POI can't read a message.
  */
 class ReadMessage {
     public static void main(String[] paths) throws Exception {
@@ -42,7 +42,7 @@ class ReadMessage {
         found.put("cc", message.getDisplayCC());
         found.put("bcc", message.getDisplayBCC());
         found.put("body", message.getTextBody());
-        // getHtmlBody() takes UTF-16 for an 8-bit encoding; the bytes that it found are right.
+        // getHtmlBody() decodes UTF-16 as an 8-bit encoding; the bytes themselves are right.
         found.put("html", bytes(message.getMainChunks().getHtmlBodyChunkBinary()));
         found.put("values", values(message.getMainChunks().getProperties()));
         found.put("streams", streams(message.getMainChunks().getChunks()));
@@ -81,7 +81,7 @@ class ReadMessage {
         return found;
     }
 
-    /** Property id to value, of the properties that have theirs in the property stream. */
+    /** Returns property id to value, for the properties of fixed length. */
     private static Map<String, Object> values(Map<MAPIProperty, List<PropertyValue>> properties) {
         Map<String, Object> found = new TreeMap<>();
         for (Map.Entry<MAPIProperty, List<PropertyValue>> property : properties.entrySet()) {
@@ -94,7 +94,7 @@ class ReadMessage {
         return found;
     }
 
-    /** Property tag to text or bytes. */
+    /** Returns property tag to text or hexadecimal bytes, for the properties in streams. */
     private static Map<String, Object> streams(Chunk[] chunks) {
         Map<String, Object> found = new TreeMap<>();
         for (Chunk chunk : chunks) {

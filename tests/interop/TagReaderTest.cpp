@@ -1,4 +1,4 @@
-// The example host's XML reader, asked function by function as the module asks it.
+// The XML reader of the example host, called function by function as the module calls it.
 
 #include <algorithm>
 #include <array>
@@ -17,15 +17,17 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+constexpr std::size_t maxBytesPerRead = 7;
+
 std::vector<std::string> faults;
 
-// A document in memory, given out a few bytes at a time.
+// A document in memory, read a few bytes at a time.
 struct Bytes : HostStream {
     explicit Bytes(std::string text) : HostStream{}, text(std::move(text)) {
         read = [](HostStream* handle, void* buffer, uint32_t size, uint32_t* bytesRead) {
             auto& self = *static_cast<Bytes*>(handle);
             const std::size_t rest = self.text.size() - self.place;
-            const std::size_t count = std::min({rest, std::size_t{size}, std::size_t{7}});
+            const std::size_t count = std::min({rest, std::size_t{size}, maxBytesPerRead});
             std::memcpy(buffer, self.text.data() + self.place, count);
             self.place += count;
             *bytesRead = static_cast<uint32_t>(count);
@@ -60,7 +62,7 @@ protected:
         isOpen = false;
     }
 
-    // "1" for an opening tag of that number, "/1" for a closing one, "text" and "end".
+    // Returns "1" for the opening tag with that number, "/1" for the closing one, "text" or "end".
     std::string next() {
         uint64_t extra = 0;
         const int16_t status = UTXMLReadNextTag(&reader, &tag, &extra);
@@ -80,7 +82,7 @@ protected:
         return found;
     }
 
-    // "none" at the end of the text.
+    // Returns "none" at the end of the text.
     std::u16string read(uint32_t capacity = 100) {
         std::u16string units(capacity, u'\0');
         uint32_t count = 0;
@@ -118,18 +120,18 @@ protected:
     bool isOpen = false;
 };
 
-TEST_F(TagReader, GivesEveryElementAsAnOpeningAndAClosingTag) {
+TEST_F(TagReader, ReadsEveryElementAsAnOpeningAndAClosingTag) {
     open("<a><b/><x><c></c></x></a>");
     EXPECT_THAT(rest(), ElementsAre("1", "2", "/2", "?", "3", "/3", "/?", "/1", "end"));
     EXPECT_THAT(faults, IsEmpty());
 }
 
-TEST_F(TagReader, TellsOfUnreadTextOnce) {
+TEST_F(TagReader, ReportsUnreadTextOnce) {
     open("<a><b>text</b></a>");
     EXPECT_THAT(rest(), ElementsAre("1", "2", "text", "/2", "/1", "end"));
 }
 
-TEST_F(TagReader, TellsOfTextThatWasReadInPart) {
+TEST_F(TagReader, ReportsTextThatWasReadInPart) {
     open("<a>text</a>");
     EXPECT_EQ(next(), "1");
     EXPECT_EQ(read(3), u"tex");
@@ -139,7 +141,7 @@ TEST_F(TagReader, TellsOfTextThatWasReadInPart) {
     EXPECT_EQ(next(), "/1");
 }
 
-TEST_F(TagReader, TellsNothingOfTextThatWasReadWhole) {
+TEST_F(TagReader, DoesNotReportTextThatWasReadCompletely) {
     open("<a>text</a>");
     EXPECT_EQ(next(), "1");
     EXPECT_EQ(read(4), u"text");
@@ -147,7 +149,7 @@ TEST_F(TagReader, TellsNothingOfTextThatWasReadWhole) {
     EXPECT_EQ(next(), "/1");
 }
 
-TEST_F(TagReader, TakesWhiteSpaceForTextOnlyAheadOfTheElementsOwnClosingTag) {
+TEST_F(TagReader, TakesWhiteSpaceForTextOnlyBeforeTheElementsOwnClosingTag) {
     open("<a> \t\r\n<b> \n</b> </a>");
     EXPECT_EQ(next(), "1");
     EXPECT_EQ(read(), u"none");
@@ -164,10 +166,10 @@ TEST_F(TagReader, TakesLettersWithTheLowByteOfASpaceForText) {
     EXPECT_EQ(read(), u"\u0120\u0109");
 }
 
-TEST_F(TagReader, GivesNoTextBehindAClosingTag) {
-    open("<a>ahead<b/>behind</a>");
+TEST_F(TagReader, ReadsNoTextAfterAClosingTag) {
+    open("<a>before<b/>after</a>");
     EXPECT_EQ(next(), "1");
-    EXPECT_EQ(read(), u"ahead");
+    EXPECT_EQ(read(), u"before");
     EXPECT_EQ(next(), "2");
     EXPECT_EQ(next(), "/2");
     EXPECT_EQ(read(), u"none");
@@ -181,7 +183,7 @@ TEST_F(TagReader, SplitsASurrogatePairBetweenTwoReads) {
     EXPECT_EQ(read(2), std::u16string({char16_t{0xDF0A}, u'y'}));
 }
 
-TEST_F(TagReader, GivesAttributesInOrderAndThenNone) {
+TEST_F(TagReader, ReturnsAttributesInOrderAndThenNone) {
     open("<a x='' y='&lt;\U0001F30A'><b/></a>");
     EXPECT_EQ(next(), "1");
     EXPECT_THAT(attributes(), ElementsAre(u"x", u"", u"y", u"<\U0001F30A"));
@@ -190,7 +192,7 @@ TEST_F(TagReader, GivesAttributesInOrderAndThenNone) {
     EXPECT_THAT(attributes(), IsEmpty());
 }
 
-TEST_F(TagReader, GivesNoAttributesOfAnEarlierTag) {
+TEST_F(TagReader, ReturnsNoAttributesOfAnEarlierTag) {
     open("<a x='y'><b x='y'/></a>");
     EXPECT_EQ(next(), "1");
     EXPECT_EQ(next(), "2");
@@ -201,7 +203,7 @@ TEST_F(TagReader, GivesNoAttributesOfAnEarlierTag) {
     EXPECT_THAT(attributes(), IsEmpty());
 }
 
-TEST_F(TagReader, GivesNoAttributesAtTheEndAndBehindALeap) {
+TEST_F(TagReader, ReturnsNoAttributesAtTheEndOrAfterARestore) {
     tagUTXMLSaveData save = {};
     open("<a x='y'>");
     UTXMLGetStateInfo(&reader, &save);
@@ -228,7 +230,7 @@ TEST_F(TagReader, LetsALaterRowReplaceAnEarlierOne) {
     EXPECT_THAT(rest(), ElementsAre("1", "9", "/9", "3", "/3", "/1", "end"));
 }
 
-TEST_F(TagReader, ClosesAnElementWithTheNumberThatItWasOpenedWith) {
+TEST_F(TagReader, ClosesAnElementWithTheNumberOfItsOpeningTag) {
     constexpr UTXML_STRVALPAIR later[] = {{9, "b"}, {8, "x"}};
     open("<b><x/></b>");
     EXPECT_EQ(next(), "2");
@@ -237,7 +239,7 @@ TEST_F(TagReader, ClosesAnElementWithTheNumberThatItWasOpenedWith) {
     EXPECT_THAT(rest(), ElementsAre("/?", "/2", "end"));
 }
 
-TEST_F(TagReader, SkipsToBehindTheElementFromAnywhereInIt) {
+TEST_F(TagReader, SkipsTheRestOfAnElementFromAnywhereInIt) {
     for (int tagsInside = 0; tagsInside < 4; ++tagsInside) {
         SCOPED_TRACE(tagsInside);
         open("<a><b>t<c><c/></c></b><c/></a>");
@@ -273,7 +275,7 @@ TEST_F(TagReader, RefusesToSkipAnElementThatNeverCloses) {
     EXPECT_EQ(next(), "end");
 }
 
-TEST_F(TagReader, IsPutBackByAStateFromAnotherReader) {
+TEST_F(TagReader, RestoresAStateOfAnotherReader) {
     const std::string document = "<a><b>first</b>\n<b>second</b></a>";
     tagUTXMLSaveData save = {};
     open(document);
@@ -290,7 +292,7 @@ TEST_F(TagReader, IsPutBackByAStateFromAnotherReader) {
     EXPECT_THAT(rest(), ElementsAre("/2", "/1", "end"));
 }
 
-TEST_F(TagReader, IsPutBackIntoTheMiddleOfAText) {
+TEST_F(TagReader, RestoresAStateInTheMiddleOfAText) {
     tagUTXMLSaveData save = {};
     open("<a>text</a>");
     next();
@@ -303,7 +305,7 @@ TEST_F(TagReader, IsPutBackIntoTheMiddleOfAText) {
     EXPECT_EQ(next(), "/1");
 }
 
-TEST_F(TagReader, GivesWhatIsAheadOfAFaultAndTellsOfIt) {
+TEST_F(TagReader, ReadsUpToAFaultAndReportsIt) {
     open("<a><b>te");
     EXPECT_EQ(next(), "1");
     EXPECT_EQ(next(), "2");
@@ -312,7 +314,7 @@ TEST_F(TagReader, GivesWhatIsAheadOfAFaultAndTellsOfIt) {
     EXPECT_THAT(faults, ElementsAre("m.xml"));
 }
 
-TEST_F(TagReader, GivesNoTagOfAnEmptyDocument) {
+TEST_F(TagReader, ReadsNoTagFromAnEmptyDocument) {
     open("");
     EXPECT_EQ(next(), "end");
     EXPECT_EQ(read(), u"none");
@@ -321,7 +323,7 @@ TEST_F(TagReader, GivesNoTagOfAnEmptyDocument) {
 
 } // namespace
 
-// What the rest of the example gives to its reader.
+// What the reader needs from the rest of the example.
 extern "C" {
 
 int32_t fault(const char* what, const char* /*why*/) {

@@ -1,4 +1,4 @@
-"""Extracts an archive and brings each message together with the element that it was made from."""
+"""Extracts an archive and pairs each message with the XML element that it was made from."""
 
 import datetime
 import os
@@ -12,12 +12,12 @@ import olmkit
 
 class Item(typing.NamedTuple):
     element: ElementTree.Element
-    path: str  # of its message; None when none was written
-    error: str  # None when one was
+    path: str  # of its message; None if it was not written
+    error: str  # None if it was
 
 
 def extract_items(archive, folder, kinds):
-    """Every item of these kinds ("email", "contact", …), in the archive's order."""
+    """Returns every item of the kinds ("email", "contact", …), in the archive's order."""
     rows = {(row["entry"], row["item"]): row for row in olmkit.extract(archive, folder)}
     items = []
     with zipfile.ZipFile(archive) as contents:
@@ -33,14 +33,14 @@ def extract_items(archive, folder, kinds):
 
 
 def text_of(item, name):
-    """The text of the item's element of this name; None when there is no such element."""
+    """Returns the text of the item's element of that name; None without such an element."""
     element = item.find(name)
     return None if element is None else element.text or ""
 
 
 def time_of(item, name):
-    """The element's time as messages have it, one second ahead of what the document tells: in
-    milliseconds since 1970. None when there is no such element."""
+    """Returns the time of an element as it is in a message, one second before that in the document,
+    in milliseconds since 1970; None without such an element."""
     text = text_of(item, name)
     if text is None:
         return None
@@ -49,7 +49,7 @@ def time_of(item, name):
 
 
 def addresses_of(item, name):
-    """(display name, address) of everyone in this element; "" for what isn't told."""
+    """Returns (display name, address) of each address in an element; "" for a missing part."""
     return [(person.get("OPFContactEmailAddressName", ""),
              person.get("OPFContactEmailAddressAddress", ""))
             for person in item.iterfind(name + "/*")]
@@ -60,7 +60,7 @@ def categories_of(item, name):
 
 
 def attachment_bytes(archive, url):
-    """The bytes of the entry that an attachment names; None when the archive has none."""
+    """Returns the bytes of the entry that an attachment names; None if it is not in the archive."""
     def plain(name):
         name = name.replace("\\", "/")
         return unicodedata.normalize("NFC", name[1:] if name.startswith("/") else name)

@@ -1,11 +1,11 @@
 #!/usr/bin/python3
-"""Says whether compound files keep every rule of MS-CFB, version 3, that a reader may rely on.
+"""Checks compound files against every rule of MS-CFB, version 3, that a reader may rely on.
 
     check_compound.py FILE...
 
-Prints one line a file ("FILE: valid: ...") or one line a fault ("FILE: fault: ...", at most
-MOST_FAULTS of them). Exit status 0: all are valid; 1: at least one is not; 2: wrong usage, or a
-file can't be read. It needs nothing but Python's own library and shares no code with the writer.
+Prints one line per file ("FILE: valid: ...") or one line per fault ("FILE: fault: ...", at most
+MAX_FAULTS). The exit status is 0 if all are valid, 1 if at least one is not, 2 on wrong usage or if
+a file can't be read. It needs only Python's own library and shares no code with the writer.
 """
 
 import array
@@ -13,46 +13,56 @@ import mmap
 import struct
 import sys
 
+# Sizes in bytes.
 SECTOR = 512
 MINI_SECTOR = 64
 MINI_LIMIT = 4096
 ENTRY = 128
-PER_SECTOR = SECTOR // 4
-HEADER_FAT_ENTRIES = 109
-LARGEST_STREAM = 0x80000000
+MAX_STREAM = 0x80000000
 
-LARGEST_NUMBER = 0xFFFFFFFA
+PER_SECTOR = SECTOR // 4  # numbers in a sector
+HEADER_FAT_ENTRIES = 109
+
+# The header (MS-CFB 2.2).
+SIGNATURE = bytes.fromhex("D0CF11E0A1B11AE1")
+MINOR_VERSION, MAJOR_VERSION = 0x3E, 3
+BYTE_ORDER = 0xFFFE
+SECTOR_SHIFT, MINI_SECTOR_SHIFT = 9, 6
+NO_CLASS_ID = bytes(16)
+
+# Sector numbers with a meaning (MS-CFB 2.1).
 DIFAT_SECTOR = 0xFFFFFFFC
 FAT_SECTOR = 0xFFFFFFFD
 END = 0xFFFFFFFE
 FREE = 0xFFFFFFFF
 NO_ENTRY = 0xFFFFFFFF
 
+# Types and colours of directory entries (MS-CFB 2.6.1).
 UNUSED, STORAGE, STREAM, ROOT = 0, 1, 2, 5
 RED, BLACK = 0, 1
 
-MOST_FAULTS = 20
+MAX_FAULTS = 20  # printed per file
 
 
 class Hopeless(Exception):
-    """A fault behind which nothing else can be looked at."""
+    """A fault after which nothing else can be checked."""
 
 
 def upper_cased(unit):
-    """One UTF-16 unit by the simple case mapping; surrogates stay."""
+    """Returns a UTF-16 unit in upper case by the simple case mapping; surrogates are unchanged."""
     if 0xD800 <= unit <= 0xDFFF:
         return unit
     character = chr(unit)
     capital = character.upper()
     if len(capital) != 1:
-        capital = character.title()  # where upper() spells it out, this is the single capital
+        capital = character.title()  # a single letter where upper() returns several
     if len(capital) != 1 or ord(capital) > 0xFFFF:
         return unit
     return ord(capital)
 
 
 class Entry:
-    """One directory entry, as it stands."""
+    """A directory entry, as stored (MS-CFB 2.6.1)."""
 
     def __init__(self, number, record):
         self.number = number
@@ -78,7 +88,7 @@ class Checker:
         self.faults = []
 
     def check(self):
-        """Looks at everything; the faults are in self.faults, a summary comes back."""
+        """Checks everything. Returns a summary; the faults are in self.faults."""
         try:
             self.check_header()
             self.check_fat()
@@ -107,21 +117,21 @@ class Checker:
             self.fault(text, *arguments)
             raise Hopeless()
 
-    # The file as sectors.
+    # Sectors.
 
     def sector(self, number):
         start = SECTOR * (number + 1)
         return self.data[start:start + SECTOR]
 
     def claim(self, number, what):
-        """Takes a sector for one owner; a second owner is a fault."""
+        """Assigns a sector to one owner; a second owner is a fault."""
         self.require(number < self.sector_count, "%s: sector 0x%X is not in the file", what, number)
         self.require(not self.owner[number], "%s: sector %d belongs to something else too", what,
                      number)
         self.owner[number] = 1
 
     def chain(self, first, what):
-        """The sectors of a chain of the FAT, each claimed."""
+        """Returns the sectors of a chain in the FAT, and claims them."""
         sectors = []
         number = first
         while number != END:
@@ -133,24 +143,24 @@ class Checker:
     def read_chain(self, first, what):
         return b"".join(self.sector(number) for number in self.chain(first, what))
 
-    # The parts.
+    # Parts of the file.
 
     def check_header(self):
         data = self.data
         self.require(len(data) >= SECTOR, "shorter than a header")
-        self.require(data[:8] == bytes.fromhex("D0CF11E0A1B11AE1"), "wrong signature")
-        self.expect(data[8:24] == bytes(16), "the header's class id is not zero")
+        self.require(data[:8] == SIGNATURE, "wrong signature")
+        self.expect(data[8:24] == NO_CLASS_ID, "the header's class id is not zero")
         (minor, major, order, shift, mini_shift) = struct.unpack_from("<5H", data, 24)
-        self.expect(minor == 0x3E, "minor version is 0x%X", minor)
-        self.require(major == 3, "major version is %d", major)
-        self.require(order == 0xFFFE, "byte order is 0x%X", order)
-        self.require(shift == 9, "sector shift is %d", shift)
-        self.require(mini_shift == 6, "mini sector shift is %d", mini_shift)
+        self.expect(minor == MINOR_VERSION, "minor version is 0x%X", minor)
+        self.require(major == MAJOR_VERSION, "major version is %d", major)
+        self.require(order == BYTE_ORDER, "byte order is 0x%X", order)
+        self.require(shift == SECTOR_SHIFT, "sector shift is %d", shift)
+        self.require(mini_shift == MINI_SECTOR_SHIFT, "mini sector shift is %d", mini_shift)
         self.expect(data[34:40] == bytes(6), "reserved bytes of the header are not zero")
         (directory_count, self.fat_count, self.directory_start, transaction, limit,
          self.mini_fat_start, self.mini_fat_count, self.difat_start, self.difat_count) = (
              struct.unpack_from("<9I", data, 40))
-        self.expect(directory_count == 0, "directory sectors are counted: %d", directory_count)
+        self.expect(directory_count == 0, "number of directory sectors is %d", directory_count)
         self.expect(transaction == 0, "transaction signature is %d", transaction)
         self.require(limit == MINI_LIMIT, "mini stream limit is %d", limit)
         self.require(len(data) % SECTOR == 0, "the file ends within a sector")
@@ -174,7 +184,7 @@ class Checker:
         fat_sectors = listed[:self.fat_count]
         self.require(len(fat_sectors) == self.fat_count, "the DIFAT lists too few FAT sectors")
         self.expect(all(value == FREE for value in listed[self.fat_count:]),
-                    "the DIFAT goes on behind the last FAT sector")
+                    "the DIFAT continues after the last FAT sector")
         spare = len(listed) - HEADER_FAT_ENTRIES - max(self.fat_count - HEADER_FAT_ENTRIES, 0)
         self.expect(spare < PER_SECTOR - 1, "a DIFAT sector lists nothing")
 
@@ -187,7 +197,8 @@ class Checker:
             self.fat.byteswap()
         self.require(len(self.fat) >= self.sector_count, "the FAT doesn't cover the file")
         for number in range(self.sector_count, len(self.fat)):
-            self.expect(self.fat[number] == FREE, "the FAT has sector %d, the file has not", number)
+            self.expect(self.fat[number] == FREE, "the FAT uses sector %d, past the end of the file",
+                        number)
 
         for name, sectors, mark in (("FAT", fat_sectors, FAT_SECTOR),
                                     ("DIFAT", difat, DIFAT_SECTOR)):
@@ -209,8 +220,8 @@ class Checker:
             else:
                 self.check_entry(entry)
         root = self.entries[0]
-        self.require(root.type == ROOT, "entry 0 is no root")
-        self.expect(list(root.units) == list(b"Root Entry"), "the root is called otherwise: %s", root)
+        self.require(root.type == ROOT, "entry 0 is not the root")
+        self.expect(list(root.units) == list(b"Root Entry"), "the root has another name: %s", root)
         self.expect(root.left == NO_ENTRY and root.right == NO_ENTRY, "the root has siblings")
         self.expect(root.created == 0, "the root has a creation time")
 
@@ -220,20 +231,20 @@ class Checker:
         self.require(entry.name_length % 2 == 0 and 4 <= entry.name_length <= 64,
                      "%s has a name of %d bytes", entry, entry.name_length)
         self.expect(not any(entry.name_units[len(entry.units):]),
-                    "%s: name is not terminated, or not zero behind that", entry)
-        self.expect(0 not in entry.units, "%s: a zero within the name", entry)
+                    "%s: name is not terminated, or not followed by zeros", entry)
+        self.expect(0 not in entry.units, "%s: a zero in the name", entry)
         self.expect(not any(unit in map(ord, "/\\:!") for unit in entry.units),
-                    "%s: a character that no name may have", entry)
+                    "%s: a forbidden character in the name", entry)
         self.expect(entry.colour in (RED, BLACK), "%s has colour %d", entry, entry.colour)
         self.expect(entry.state == 0, "%s has state bits", entry)
         if entry.type == STREAM:
             self.expect(entry.child == NO_ENTRY, "%s is a stream and has a child", entry)
-            self.expect(entry.class_id == bytes(16), "%s is a stream and has a class id", entry)
+            self.expect(entry.class_id == NO_CLASS_ID, "%s is a stream and has a class id", entry)
             self.expect(entry.created == 0 and entry.modified == 0,
                         "%s is a stream and has times", entry)
         if entry.type == STORAGE:
             self.expect(entry.start == 0 and entry.size == 0, "%s is a storage and has bytes", entry)
-        self.expect(entry.size <= LARGEST_STREAM, "%s has %d bytes", entry, entry.size)
+        self.expect(entry.size <= MAX_STREAM, "%s has %d bytes", entry, entry.size)
 
     def check_trees(self):
         reached = bytearray(len(self.entries))
@@ -244,13 +255,14 @@ class Checker:
             members = self.check_tree(storage, reached)
             storages += [member for member in members if member.type == STORAGE]
         for entry in self.entries:
-            self.expect(entry.type == UNUSED or reached[entry.number], "%s is in no storage", entry)
+            self.expect(entry.type == UNUSED or reached[entry.number], "%s is not in any storage",
+                        entry)
 
     def check_tree(self, storage, reached):
-        """The members of one storage in the order of the tree."""
+        """Checks the red-black tree of a storage. Returns its members in order."""
         members = []
         black_heights = set()
-        path = []  # entries whose left side is done or under way, with black nodes down to each
+        path = []  # entries whose left subtree was entered, with the black nodes down to each
         number, parent, blacks = storage.child, None, 0
         while True:
             while number != NO_ENTRY:
@@ -260,13 +272,13 @@ class Checker:
                 self.require(not reached[number], "%s is reached twice", entry)
                 reached[number] = 1
                 if parent is None:
-                    self.expect(entry.colour == BLACK, "%s tops a tree and is red", entry)
+                    self.expect(entry.colour == BLACK, "%s is the root of a tree and red", entry)
                 elif parent.colour == RED:
-                    self.expect(entry.colour == BLACK, "%s and what it hangs from are red", entry)
+                    self.expect(entry.colour == BLACK, "%s and its parent are red", entry)
                 blacks += entry.colour == BLACK
                 path.append((entry, blacks))
                 number, parent = entry.left, entry
-            black_heights.add(blacks)  # nothing on the left of `parent`, or on its right
+            black_heights.add(blacks)  # an empty subtree of `parent`
             if not path:
                 break
             parent, blacks = path.pop()
@@ -274,9 +286,8 @@ class Checker:
             number = parent.right
         self.expect(len(black_heights) <= 1, "%s: black heights differ: %s", storage,
                     sorted(black_heights))
-        for before, behind in zip(members, members[1:]):
-            self.expect(before.key < behind.key, "%s: %s stands ahead of %s", storage, before,
-                        behind)
+        for first, second in zip(members, members[1:]):
+            self.expect(first.key < second.key, "%s: %s is before %s", storage, first, second)
         return members
 
     def check_mini_stream(self):
@@ -299,7 +310,7 @@ class Checker:
                      "the MiniFAT doesn't cover the mini stream")
         for number in range(self.mini_count, len(self.mini_fat)):
             self.expect(self.mini_fat[number] == FREE,
-                        "the MiniFAT has mini sector %d, the mini stream has not", number)
+                        "the MiniFAT uses mini sector %d, past the end of the mini stream", number)
 
     def mini_chain_length(self, first, what):
         length = 0
@@ -330,13 +341,13 @@ class Checker:
                                    ("mini sector", self.mini_owner, self.mini_fat)):
             number = owner.find(0)
             while number != -1:
-                self.expect(table[number] == FREE, "%s %d belongs to nothing and is not free", name,
+                self.expect(table[number] == FREE, "%s %d has no owner and is not free", name,
                             number)
                 number = owner.find(0, number + 1)
 
 
 def check_file(path):
-    """True when it is valid. Prints the verdict."""
+    """Prints the faults of a file or that it is valid. Returns whether it is."""
     with open(path, "rb") as file:
         file.seek(0, 2)
         if file.tell() == 0:
@@ -345,10 +356,10 @@ def check_file(path):
             data = mmap.mmap(file.fileno(), 0, access=mmap.ACCESS_READ)
         checker = Checker(data)
         summary = checker.check()
-    for text in checker.faults[:MOST_FAULTS]:
+    for text in checker.faults[:MAX_FAULTS]:
         print("%s: fault: %s" % (path, text))
-    if len(checker.faults) > MOST_FAULTS:
-        print("%s: fault: and %d more" % (path, len(checker.faults) - MOST_FAULTS))
+    if len(checker.faults) > MAX_FAULTS:
+        print("%s: fault: and %d more" % (path, len(checker.faults) - MAX_FAULTS))
     if not checker.faults:
         print("%s: valid: %s" % (path, summary))
     return not checker.faults

@@ -1,14 +1,14 @@
-"""Archives that a test makes for itself, with what the sample hasn't got."""
+"""Builds archives with contents that the sample doesn't have."""
 
 import xml.sax.saxutils
 import zipfile
 
 
 def tag(name, attributes=None, inner=""):
-    """An element; attributes that are None are left out."""
-    told = "".join(" %s=%s" % (key, xml.sax.saxutils.quoteattr(value))
-                   for key, value in (attributes or {}).items() if value is not None)
-    return "<%s%s>%s</%s>" % (name, told, inner, name)
+    """Returns an element; attributes that are None are left out."""
+    written = "".join(" %s=%s" % (key, xml.sax.saxutils.quoteattr(value))
+                      for key, value in (attributes or {}).items() if value is not None)
+    return "<%s%s>%s</%s>" % (name, written, inner, name)
 
 
 def leaf(name, text):
@@ -27,7 +27,7 @@ def categories(element, *names):
 
 
 def write_archive(path, entries):
-    """Entries are name to content; gives the path."""
+    """Writes an archive of entries, name to content. Returns its path."""
     with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as contents:
         for name, content in entries.items():
             contents.writestr(name, content)

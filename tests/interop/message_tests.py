@@ -1,4 +1,4 @@
-"""What every kind of message is tested for with programs that are not ours."""
+"""Tests of messages of every kind with independent programs."""
 
 import functools
 import os
@@ -10,16 +10,16 @@ import programs
 
 
 class MessageTests:
-    """For the items of some kinds in one archive; a class that derives from it names them."""
+    """Tests the items of some kinds in one archive; a subclass names both."""
 
     kinds = ()
     item_count = 0
-    category_element = None  # the name of the element that lists an item's categories
-    category_count = 0  # of all items together
+    category_element = None  # name of the element that lists an item's categories
+    category_count = 0  # categories of all items
 
     @classmethod
     def archive(cls, folder):
-        """The archive's path; an archive that is made for the tests goes into the folder."""
+        """Returns the path of the archive; one made for the tests is written to `folder`."""
         raise NotImplementedError
 
     @classmethod
@@ -40,19 +40,19 @@ class MessageTests:
     @classmethod
     @functools.cache
     def found_by_poi(cls):
-        """What POI finds in each message, in the order of the items."""
+        """Returns what POI finds in each message, in the order of the items."""
         return programs.messages_by_poi([item.path for item in cls.items])
 
     @classmethod
     @functools.cache
     def found_by_olefile(cls):
-        """Every stream of each message."""
+        """Returns the streams of each message, in the order of the items."""
         return [programs.streams_by_olefile(item.path) for item in cls.items]
 
-    def test_every_item_is_there(self):
+    def test_every_item_is_extracted(self):
         self.assertEqual(len(self.items), self.item_count)
 
-    def test_containers_keep_the_rules(self):
+    def test_containers_are_valid(self):
         for item in self.items:
             programs.check_container(item.path)
 
@@ -65,12 +65,12 @@ class MessageTests:
 
     def test_poi_and_olefile_find_the_same_properties(self):
         for item, streams, found in zip(self.items, self.found_by_olefile(), self.found_by_poi()):
-            expected = programs.streams_as_poi_has_them(streams)
+            expected = programs.streams_in_poi_form(streams)
             self.assertEqual(found["streams"], expected, item.path)
-            names = programs.streams_as_poi_has_them(streams, named_properties.STORAGE)
+            names = programs.streams_in_poi_form(streams, named_properties.STORAGE)
             self.assertEqual(found["names"], names, item.path)
 
-    def test_every_name_of_a_property_is_found_in_its_bucket(self):
+    def test_every_property_name_is_found_in_its_bucket(self):
         for item, streams in zip(self.items, self.found_by_olefile()):
             names = named_properties.NamedProperties(streams)
             for number, (property_set, name) in enumerate(names.names):
@@ -78,7 +78,7 @@ class MessageTests:
                                  named_properties.FIRST_ID + number, item.path)
             self.assertEqual(names.bucket_entries(), len(names.names), item.path)
 
-    def test_every_named_property_has_a_name(self):
+    def test_every_named_property_has_one_name(self):
         for item, streams in zip(self.items, self.found_by_olefile()):
             count = len(named_properties.NamedProperties(streams).names)
             used = {tag >> 16 for tag, _ in programs.entries(streams)

@@ -1,8 +1,8 @@
-"""Makes archives of random items: the same seed, the same archive.
+"""Makes archives of random items. The same seed makes the same archive.
 
-Elements come in any order, repeated, missing, empty, with unknown ones between and inside them;
-texts with entities, CDATA sections, comments, characters of every size, and of lengths round the
-sizes of buffers; numbers, dates and recurrences that are fair, odd and hostile."""
+Elements appear in any order, repeated, missing, empty, with unknown ones between and inside them;
+texts have entities, CDATA sections, comments, characters of every size and lengths around the sizes
+of buffers; numbers, dates and recurrences are valid, odd or hostile."""
 
 import random
 import re
@@ -12,9 +12,10 @@ import zipfile
 
 from expected.archive import KINDS
 
-BUFFER = 1024  # units that readers take at a time
+BUFFER = 1024  # units that are read at a time
 LENGTHS = [BUFFER - 1, BUFFER, BUFFER + 1, 2 * BUFFER - 1, 2 * BUFFER, 2 * BUFFER + 1, 3000]
-MOST_RECIPIENTS, MOST_ATTACHMENTS, LONGEST_ATTACHMENT = 2000, 50, 300_000
+MAX_RECIPIENTS, MAX_ATTACHMENTS = 2000, 50
+MAX_ATTACHMENT, MAX_USUAL_ATTACHMENT = 300_000, 6000  # bytes
 
 WORDS = (
     "tide table harbour RE: Fwd: a:b;c ; AW: 12:30 naïve Größe e\u0301te\u0301 日本語 "
@@ -97,13 +98,13 @@ ENCODINGS = ["utf-8"] * 8 + ["utf-16", "iso-8859-1", "us-ascii"]
 
 
 class ItemMaker:
-    """Makes the XML of items, and with mails the entries that their attachments name."""
+    """Makes the XML of items and the entries that the attachments of mails name."""
 
     def __init__(self, seed):
         self.random = random.Random(seed)
         self.entries = []  # name, bytes, method
         self.zone = self.random.choice(list(ZONE_MINUTES))  # of this item
-        self.may_be_big = {"recipients", "attachments"}  # one of each an archive
+        self.may_be_big = {"recipients", "attachments"}  # at most one of each per archive
         self.makers = [
             ("CategoryList", self.categories),
             ("AttachmentList", self.attachments),
@@ -124,7 +125,7 @@ class ItemMaker:
         return self.random.random() < probability
 
     def one_of(self, texts, other):
-        """Mostly one of the texts."""
+        """Usually returns one of the texts."""
         return other() if self.chance(0.1) else self.random.choice(texts)
 
     # Texts.
@@ -170,7 +171,7 @@ class ItemMaker:
         ending = self.random.choice(["", "", "Z", ".%03d" % fraction, "+05:30", "-0800"])
         return "%sT%02d:%02d:%02d%s" % (date, hour, minute, second, ending)
 
-    # Mark-up.
+    # Markup.
 
     def escaped(self, text, quote=""):
         special = {"&": "&amp;", "<": "&lt;", ">": "&gt;", '"': "&quot;" if quote else '"'}
@@ -184,7 +185,7 @@ class ItemMaker:
         return "".join(out)
 
     def content(self, text):
-        """The text as an element's content: in pieces, each written in some way."""
+        """Returns a text as the content of an element: in pieces, each written in a random way."""
         cuts = sorted(self.random.randint(0, len(text)) for _ in range(self.random.randint(0, 3)))
         pieces = [text[start:end] for start, end in zip([0] + cuts, cuts + [len(text)])]
         out = []
@@ -200,7 +201,7 @@ class ItemMaker:
         return "".join(out)
 
     def attributes(self, pairs):
-        """Some of the pairs, in some order, with others between."""
+        """Returns some of the pairs as attributes, in random order, among others."""
         pairs = [pair for pair in pairs if self.chance(0.85)]
         for name, value in ("OPFOther", "1"), ("xml:space", "preserve"):
             if self.chance(0.3):
@@ -215,7 +216,7 @@ class ItemMaker:
         return "<%s>%s</%s>" % (opening, inner, name)
 
     def group(self, make_one, count):
-        """Members, with white space, comments and other elements between them."""
+        """Returns members with white space, comments and other elements between them."""
         out = []
         for _ in range(count):
             out.append(make_one())
@@ -223,10 +224,10 @@ class ItemMaker:
                 out.append(self.random.choice(BETWEEN_MEMBERS))
         return "".join(out)
 
-    def count(self, most=6):
-        return self.random.choice([0, 1, 1, 2, 3, self.random.randint(0, most)])
+    def count(self, limit=6):
+        return self.random.choice([0, 1, 1, 2, 3, self.random.randint(0, limit)])
 
-    # What stands in elements.
+    # The contents of elements.
 
     def categories(self):
         def category():
@@ -254,7 +255,7 @@ class ItemMaker:
         count = self.count()
         if "recipients" in self.may_be_big and self.chance(0.02):
             self.may_be_big.remove("recipients")
-            count = self.random.randint(MOST_RECIPIENTS // 2, MOST_RECIPIENTS)
+            count = self.random.randint(MAX_RECIPIENTS // 2, MAX_RECIPIENTS)
         return self.group(self.address("emailAddress"), count)
 
     def contact_addresses(self):
@@ -292,7 +293,7 @@ class ItemMaker:
         count = self.random.choice([0, 1, 1, 2])
         if "attachments" in self.may_be_big and self.chance(0.1):
             self.may_be_big.remove("attachments")
-            count = self.random.randint(MOST_ATTACHMENTS // 2, MOST_ATTACHMENTS)
+            count = self.random.randint(MAX_ATTACHMENTS // 2, MAX_ATTACHMENTS)
         return self.group(self.attachment, count)
 
     def attachment(self):
@@ -307,14 +308,14 @@ class ItemMaker:
         return self.element("messageAttachment", "", pairs)
 
     def attachment_url(self):
-        """A name that some entry has, written this way or that; or one that none has."""
+        """Returns the name of an entry, written in a random way, or one that no entry has."""
         message = self.random.choice(["2A@x.org", "Gro\u0308ße é", "日本 \U0001F30A", "a & b"])
         name = "Local/com.microsoft.__Attachments/%s_%04d" % (message, len(self.entries))
         sort = self.random.random()
         if sort < 0.1:
             return self.random.choice([name, *NAMES_OF_NOTHING])
-        longest = LONGEST_ATTACHMENT if self.chance(0.05) else 6000
-        size = self.random.choice([0, 1, 512, 4095, 4096, self.random.randint(0, longest)])
+        limit = MAX_ATTACHMENT if self.chance(0.05) else MAX_USUAL_ATTACHMENT
+        size = self.random.choice([0, 1, 512, 4095, 4096, self.random.randint(0, limit)])
         method = self.random.choice([zipfile.ZIP_STORED, zipfile.ZIP_DEFLATED])
         self.entries.append((name, self.random.randbytes(size), method))
         written = {
@@ -331,7 +332,8 @@ class ItemMaker:
         return self.random.choice([self.text, lambda: self.random.choice(PATTERNS).upper()])()
 
     def first_day(self):
-        """Mostly midnight in the item's zone, with or without daylight saving, or just before."""
+        """Usually returns midnight in the item's zone, with or without daylight saving time, or a
+        time just before."""
         if self.chance(0.3):
             return self.date()
         late = self.random.choice([0, 0, 0, 60, -60, 1, 30, 720])
@@ -343,13 +345,13 @@ class ItemMaker:
         return "%sT%02d:%02d:%s" % (date, hour, minute, second)
 
     def recurrence(self):
-        """Mostly a fair one; sometimes with elements missing, repeated, out of order."""
+        """Usually returns a valid one, sometimes with elements missing, repeated or out of order."""
 
         def leaf(name, text):
             return self.element("OPFRecurrence" + name, self.content(text))
 
-        def small(most):
-            return self.random.choice([str(self.random.randint(1, most + 1)), self.number()])
+        def small(limit):
+            return self.random.choice([str(self.random.randint(1, limit + 1)), self.number()])
 
         truth = self.random.choice(["0", "1", "1E0", "0E0"])
         days = [
@@ -393,7 +395,7 @@ class ItemMaker:
         return self.element(name, self.inner(name))
 
     def unknown(self, names):
-        """An element that no table has, or a root's name, sometimes with known ones inside."""
+        """Returns an element that no table has, or a root, sometimes with known ones inside."""
         name = self.random.choice(UNKNOWN_NAMES)
         if self.chance(0.03):
             name = self.random.choice(sorted(KINDS))
@@ -404,7 +406,7 @@ class ItemMaker:
         return self.element(name, inner)
 
     def elements(self, names):
-        """The names of an item's elements, in their order."""
+        """Returns the names of an item's elements, in order."""
         shape = self.random.random()
         if shape < 0.05:
             return []
@@ -421,7 +423,8 @@ class ItemMaker:
         return chosen
 
     def item(self, root, nests=False):
-        """One item of the document's root; `nests` when an inner tag of its name may end it."""
+        """Returns an item of the document's root. With `nests` it contains an element of its own
+        name, which may end it."""
         self.zone = self.random.choice(list(ZONE_MINUTES))
         name, writer = KINDS[root]
         names = sorted(element for element in writer.table if element != name)
@@ -437,7 +440,7 @@ class ItemMaker:
         return self.element(name, "".join(out))
 
     def document(self, root, count, nests=False):
-        """The bytes of a document, in one of the encodings."""
+        """Returns the bytes of a document in one of the encodings."""
         between = self.random.choice(["", "\n", "\n  <!-- next -->"])
         items = between.join(self.item(root, nests) for _ in range(count))
         encoding = self.random.choice(ENCODINGS)
@@ -455,13 +458,13 @@ class ItemMaker:
         )
 
     def broken_document(self, root):
-        """One that ends too soon."""
+        """Returns a truncated document."""
         whole = self.document(root, 1)
         return whole[: self.random.randint(len(whole) // 4, len(whole) - 1)]
 
 
 def make_archive(path, seed, kinds, items):
-    """An archive with `items` items of each kind in one document, and some in others."""
+    """Writes an archive with `items` items of each kind in one document and some in others."""
     maker = ItemMaker(seed)
     documents = [("Categories.xml", b"<categories><category/></categories>")]
     for root, (kind, _) in KINDS.items():

@@ -1,11 +1,11 @@
 #!/usr/bin/python3
-"""Prints what olefile finds in a compound file, as one JSON object.
+"""Prints what olefile finds in a compound file as one JSON object.
 
     read_compound.py FILE
 
 A stream is "path": {"size": bytes, "sha256": hexadecimal}; a storage is "path/": {"classId": text},
-the root "/". Names in a path are joined by "/". Exit status 1 when olefile finds the file
-incorrect in any way, 2 on wrong usage. It takes Debian's python3-olefile, so it is run by /usr/bin/python3.
+the root is "/". Names in a path are joined by "/". The exit status is 1 when olefile finds any
+defect, 2 on wrong usage. It needs Debian's python3-olefile, hence /usr/bin/python3.
 """
 
 import hashlib
@@ -16,7 +16,7 @@ import olefile
 
 
 def members(storage, path):
-    """Every storage and stream below, with its path; `path` ends in "/" or is empty."""
+    """Yields every storage and stream below, with its path; `path` ends in "/" or is empty."""
     pending = [(storage, path)]
     while pending:
         parent, prefix = pending.pop()
@@ -29,12 +29,13 @@ def members(storage, path):
 
 
 def read_message(path):
-    """Every stream's bytes and every storage's class id, by path; storages' paths end in "/"."""
+    """Returns the bytes of streams and the class ids of storages, by path. Paths of storages end
+    in "/"."""
     with olefile.OleFileIO(path, raise_defects=olefile.DEFECT_INCORRECT) as container:
         streams, storages = {}, {"/": container.root.clsid}
         for entry, name in members(container.root, ""):
             if entry.entry_type == olefile.STGTY_STREAM:
-                # By its place: looking each path up would take time by the square of their number.
+                # By its start: looking up each path would take quadratic time.
                 streams[name] = container._open(entry.isectStart, entry.size).read()
             else:
                 storages[name] = entry.clsid

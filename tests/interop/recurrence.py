@@ -1,11 +1,11 @@
-"""Reads the AppointmentRecurrencePattern of [MS-OXOCAL], the binary value by which MAPI
-describes how an appointment or a task repeats.
+"""Decodes an AppointmentRecurrencePattern (MS-OXOCAL 2.2.1.44.5), the binary value that describes
+how an appointment or a task repeats.
 
     found = recurrence.decode(data)
     found.frequency, found.first_day, found.start_time
 
-decode() takes the value to its last byte. It raises RecurrenceError when bytes are missing or left
-over, and when a number is none that the structure allows.
+decode() reads the value to its last byte. It raises RecurrenceError when bytes are missing or left
+over and when a number has a value that the structure doesn't allow.
 """
 
 import dataclasses
@@ -20,7 +20,9 @@ DAYS = ["sunday", "monday", "tuesday", "wednesday", "thursday", "friday", "satur
 
 READER_VERSION = 0x3004
 READER_VERSION_2 = 0x3006
-NO_END = 0x5AE980DF  # the end date of what never ends
+CHANGE_HIGHLIGHT_VERSION = 0x3009  # the first writer version with a ChangeHighlight
+NO_END = 0x5AE980DF  # the end date of a recurrence without an end
+MINUTES_PER_DAY = 1440
 
 # Bits of an exception's flags.
 HAS_SUBJECT = 0x0001
@@ -32,16 +34,16 @@ HAS_BUSY_STATUS = 0x0020
 HAS_ATTACHMENT = 0x0040
 HAS_SUB_TYPE = 0x0080
 HAS_COLOR = 0x0100
-HAS_BODY = 0x0200  # says that a body is attached; nothing stands here for it
+HAS_BODY = 0x0200  # a body is attached; the value has no field for it
 
 
 class RecurrenceError(ValueError):
-    """The bytes are no AppointmentRecurrencePattern."""
+    """The bytes are not an AppointmentRecurrencePattern."""
 
 
 @dataclasses.dataclass
 class RecurrenceException:
-    """One occurrence that differs. Times are minutes since 1601 in the zone's own clock."""
+    """One occurrence that differs. Times are minutes since 1601, in local time."""
 
     start: int  # minutes
     end: int  # minutes
@@ -54,20 +56,20 @@ class RecurrenceException:
     location: str | None = None
     busy_status: int | None = None
     attachment: int | None = None
-    sub_type: int | None = None  # 1: an event of whole days
+    sub_type: int | None = None  # 1: an all-day event
     color: int | None = None
-    change_highlight: int | None = None  # bits; from writer version 0x3009 on
+    change_highlight: int | None = None  # bits
 
 
 @dataclasses.dataclass
 class Recurrence:
-    """Every field. Numbers stay as they are written; the properties give them meaning."""
+    """All fields of a value, as stored; the properties below interpret them."""
 
     reader_version: int
     writer_version: int
     frequency_code: int  # key of FREQUENCIES
     pattern_code: int  # key of PATTERNS
-    calendar_type: int  # 0: the calendar that goes with the pattern
+    calendar_type: int  # 0: the default calendar of the pattern
     first_date_time: int  # minutes
     period: int  # minutes when daily, weeks when weekly, months otherwise
     sliding: bool  # a task that recurs from the day of its completion
@@ -79,8 +81,8 @@ class Recurrence:
     first_day_of_week: int  # 0 is Sunday
     deleted: list  # minutes since 1601, midnight of each day
     modified: list  # minutes since 1601, midnight of each day
-    start_date: int  # minutes since 1601, midnight of the first day in the zone's own clock
-    end_date: int  # minutes since 1601; NO_END when there is none
+    start_date: int  # minutes since 1601, midnight of the first day in local time
+    end_date: int  # minutes since 1601; NO_END without an end
     reader_version_2: int
     writer_version_2: int
     start_offset: int  # minutes from midnight of an occurrence's day to its start, modulo 2^32
@@ -104,42 +106,42 @@ class Recurrence:
 
     @property
     def days(self):
-        """Names of the days in the mask, from Sunday on; none without a mask."""
+        """Names of the days in the mask, beginning with Sunday; none without a mask."""
         return [name for bit, name in enumerate(DAYS) if (self.day_mask or 0) >> bit & 1]
 
     @property
     def interval(self):
-        """The period as a person says it: every how many days, weeks, months (yearly too)."""
-        return self.period // 1440 if self.frequency == "daily" else self.period
+        """The period in days, weeks or months, by frequency; in months when yearly."""
+        return self.period // MINUTES_PER_DAY if self.frequency == "daily" else self.period
 
     @property
     def first_day(self):
-        """datetime of the start date, in the zone's own clock."""
+        """datetime of the start date, in local time."""
         return moment(self.start_date)
 
     @property
     def last_day(self):
-        """datetime of the end date in the zone's own clock, None when there is none."""
+        """datetime of the end date in local time; None without an end."""
         return None if self.end_date == NO_END else moment(self.end_date)
 
     @property
     def start_time(self):
-        """datetime at which the first day's occurrence starts, in the zone's own clock."""
+        """datetime at which the occurrence of the first day starts, in local time."""
         return moment(self.start_date + self.start_offset)
 
     @property
     def end_time(self):
-        """The same for its end."""
+        """datetime at which it ends."""
         return moment(self.start_date + self.end_offset)
 
 
 def moment(minutes):
-    """datetime of minutes since 1601-01-01T00:00, which count modulo 2^32: up to the year 9767."""
+    """Returns the datetime of minutes since 1601-01-01T00:00, modulo 2^32: up to the year 9767."""
     return datetime.datetime(1601, 1, 1) + datetime.timedelta(minutes=minutes % (1 << 32))
 
 
 def minutes_of(when):
-    """The reverse of moment(), cut to whole minutes."""
+    """Returns minutes since 1601-01-01T00:00, truncated: the reverse of moment()."""
     return (when - datetime.datetime(1601, 1, 1)) // datetime.timedelta(minutes=1)
 
 
@@ -151,7 +153,7 @@ class _Reader:
     def take(self, size, what):
         end = self.position + size
         if end > len(self.data):
-            raise RecurrenceError("%s at byte %d: %d bytes wanted, %d there" % (
+            raise RecurrenceError("%s at byte %d: %d bytes needed, %d left" % (
                 what, self.position, size, len(self.data) - self.position))
         part = self.data[self.position:end]
         self.position = end
@@ -164,22 +166,22 @@ class _Reader:
         return struct.unpack("<I", self.take(4, what))[0]
 
     def dwords(self, what):
-        """A count and as many numbers."""
+        """Reads a count and as many numbers."""
         return [self.dword(what) for _ in range(self.dword(what + " count"))]
 
     def block(self, what):
-        """A size and as many bytes."""
+        """Reads a size and as many bytes."""
         return self.take(self.dword(what + " size"), what)
 
     def known(self, value, allowed, what):
         if value not in allowed:
-            raise RecurrenceError("%s ahead of byte %d: 0x%X is none of its values" % (
+            raise RecurrenceError("%s before byte %d: 0x%X is not a valid value" % (
                 what, self.position, value))
         return value
 
 
 def decode(data):
-    """Gives the Recurrence that `data` holds from its first byte to its last."""
+    """Returns the Recurrence in `data`, which must be used up to its last byte."""
     reader = _Reader(data)
     fields = _head(reader)
     fields.update(_part(reader, fields["pattern_code"]))
@@ -191,7 +193,7 @@ def decode(data):
     _extend(reader, exceptions, fields["writer_version_2"])
     fields["reserved_2"] = reader.block("ReservedBlock2")
     if reader.position != len(reader.data):
-        raise RecurrenceError("%d bytes are left over behind byte %d" % (
+        raise RecurrenceError("%d bytes are left over after byte %d" % (
             len(reader.data) - reader.position, reader.position))
     return Recurrence(exceptions=exceptions, **fields)
 
@@ -266,27 +268,27 @@ def _exception(reader):
 
 
 def _narrow(reader, what):
-    """Text in the writer's code page, behind its length plus 1 and its length in bytes."""
+    """Reads its length plus 1, its length in bytes, and a text in the writer's code page."""
     padded = reader.word(what + " length")
     length = reader.word(what + " length 2")
     if padded != length + 1:
-        raise RecurrenceError("%s ahead of byte %d: lengths %d and %d" % (what, reader.position, padded, length))
+        raise RecurrenceError("%s before byte %d: lengths %d and %d" % (what, reader.position, padded, length))
     return reader.take(length, what).decode("latin-1")
 
 
 def _extend(reader, exceptions, writer_version_2):
-    """The second list, one entry for each exception: the same texts in Unicode."""
+    """Reads the second list, with an entry for each exception: the same texts in Unicode."""
     for found in exceptions:
-        if writer_version_2 >= 0x3009:
+        if writer_version_2 >= CHANGE_HIGHLIGHT_VERSION:
             highlight = reader.block("ChangeHighlight")
             if len(highlight) < 4:
-                raise RecurrenceError("ChangeHighlight ahead of byte %d: %d bytes" % (reader.position, len(highlight)))
+                raise RecurrenceError("ChangeHighlight before byte %d: %d bytes" % (reader.position, len(highlight)))
             found.change_highlight = struct.unpack_from("<I", highlight)[0]
         reader.block("ReservedBlockEE1")
         if found.flags & (HAS_SUBJECT | HAS_LOCATION):
             for what in ("start", "end", "original start"):
                 if reader.dword("extended " + what) != getattr(found, what.replace(" ", "_")):
-                    raise RecurrenceError("extended %s ahead of byte %d differs" % (what, reader.position))
+                    raise RecurrenceError("extended %s before byte %d differs" % (what, reader.position))
             if found.flags & HAS_SUBJECT:
                 found.subject = _wide(reader, "WideCharSubject")
             if found.flags & HAS_LOCATION:
@@ -295,5 +297,5 @@ def _extend(reader, exceptions, writer_version_2):
 
 
 def _wide(reader, what):
-    """Text in UTF-16LE behind its length in units."""
+    """Reads a length in units and a text in UTF-16LE."""
     return reader.take(2 * reader.word(what + " length"), what).decode("utf-16-le")

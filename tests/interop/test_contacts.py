@@ -1,137 +1,88 @@
-"""Extracts contacts and groups of contacts and reads them with programs that are not ours, with
-named properties resolved by MS-OXMSG's rules: all must be what the documents tell."""
+"""Extracts contacts and groups of contacts and compares what independent programs read, with named
+properties resolved as MS-OXMSG describes, with the documents. Which element becomes which property
+is taken from the model in `expected`, the values from the documents."""
 
 import os
 import struct
 import unittest
-import uuid
 
-import archive_items
 import message_tests
 import olmkit
 import programs
 from archive_items import text_of, time_of
+from expected import contact, group, mapi
 from made_archives import address, categories, leaf, tag, write_archive
-from named_properties import PSETID_ADDRESS, NamedProperties
-from programs import MANY_BINARIES, MANY_STRINGS, STRING
+from named_properties import FIRST_ID, PSETID_ADDRESS, NamedProperties
+from programs import MULTIPLE_VALUES, STRING
 
-# MS-OXPROPS: what an address book shows of a contact, each under an id of its own.
-PLAIN_TEXTS = {
-    "OPFContactCopyAssistantPhone": 0x3A2E,
-    "OPFContactCopyBusinessCity": 0x3A27,
-    "OPFContactCopyBusinessCompany": 0x3A16,
-    "OPFContactCopyBusinessCountry": 0x3A26,
-    "OPFContactCopyBusinessDepartment": 0x3A18,
-    "OPFContactCopyBusinessFax": 0x3A24,
-    "OPFContactCopyBusinessHomePage": 0x3A51,
-    "OPFContactCopyBusinessOffice": 0x3A19,
-    "OPFContactCopyBusinessPhone": 0x3A08,
-    "OPFContactCopyBusinessPhone2": 0x3A1B,
-    "OPFContactCopyBusinessState": 0x3A28,
-    "OPFContactCopyBusinessStreetAddress": 0x3A29,
-    "OPFContactCopyBusinessTitle": 0x3A17,
-    "OPFContactCopyBusinessZip": 0x3A2A,
-    "OPFContactCopyCellPhone": 0x3A1C,
-    "OPFContactCopyDisplayName": 0x3001,
-    "OPFContactCopyFirstName": 0x3A06,
-    "OPFContactCopyHomeCity": 0x3A59,
-    "OPFContactCopyHomeCountry": 0x3A5A,
-    "OPFContactCopyHomeFax": 0x3A25,
-    "OPFContactCopyHomePhone": 0x3A09,
-    "OPFContactCopyHomePhone2": 0x3A2F,
-    "OPFContactCopyHomeState": 0x3A5C,
-    "OPFContactCopyHomeStreetAddress": 0x3A5D,
-    "OPFContactCopyHomeWebPage": 0x3A50,
-    "OPFContactCopyHomeZip": 0x3A5B,
-    "OPFContactCopyInterests": 0x3A43,
-    "OPFContactCopyLastName": 0x3A11,
-    "OPFContactCopyMiddleName": 0x3A44,
-    "OPFContactCopyNickName": 0x3A4F,
-    "OPFContactCopyNotesPlain": 0x1000,
-    "OPFContactCopyPager": 0x3A21,
-    "OPFContactCopySetNameSuffix": 0x3A05,
-    "OPFContactCopySpousesName": 0x3A48,
-    "OPFContactCopyTitle": 0x3A45,
-    "OPFContactMainPhone": 0x3A1A,
-}
-TIMES = {
-    "OPFContactCopyAnniversary": 0x3A41,
-    "OPFContactCopyBirthday": 0x3A42,
-    "OPFContactCopyModDate": 0x3008,
-}
-NAMED_TEXTS = {
-    "OPFContactCopyBusinessStreetAddress": 0x8045,
-    "OPFContactCopyBusinessCity": 0x8046,
-    "OPFContactCopyBusinessState": 0x8047,
-    "OPFContactCopyBusinessZip": 0x8048,
-    "OPFContactCopyCustom1Data": 0x804F,
-    "OPFContactCopyCustom2Data": 0x8050,
-    "OPFContactCopyCustom3Data": 0x8051,
-    "OPFContactCopyCustom4Data": 0x8052,
-}
-EMAIL_LIST_1, EMAIL_LIST_2 = "OPFContactCopyEmailAddressList1", "OPFContactCopyEmailAddressList2"
-NAMED_ADDRESSES = {
-    "OPFContactCopyDefaultEmailAddress": 0x8083,
-    EMAIL_LIST_1: 0x8093,
-    EMAIL_LIST_2: 0x80A3,
-    "OPFContactCopyDefaultIMAddress": 0x8062,
-}
+TIME = 0x0040
+
+
+def plain_tags(kind):
+    """Returns element to tag, for the elements that become a property of that type as they are."""
+    return {name: key for name, key in contact.Contact.table.items()
+            if key & 0xFFFF == kind and 0 < key >> 16 < FIRST_ID}
+
+
+# Elements and the properties that they become; named properties by their id in the model.
+PLAIN_TEXTS = plain_tags(STRING)
+TIMES = plain_tags(TIME)
+NAMED_TEXTS = {name: key for name, key in contact.Contact.table.items() if key in contact.CUSTOM}
+NAMED_TEXTS.update((name, contact.BUSINESS_PARTS[key][1]) for name, key in PLAIN_TEXTS.items()
+                   if key in contact.BUSINESS_PARTS)
+NAMED_ADDRESSES = {name: contact.ADDRESS_GROUPS[key] for name, key in contact.Contact.table.items()
+                   if key in contact.ADDRESS_GROUPS}
 WHOLE_ADDRESSES = {
-    "OPFContactCopyBusiness": 0x801B,
-    "OPFContactCopyHome": 0x801A,
+    "OPFContactCopyBusiness": mapi.PidLidWorkAddress,
+    "OPFContactCopyHome": mapi.PidLidHomeAddress,
 }
 ADDRESS_PARTS = ("StreetAddress", "City", "State", "Zip")
 
-GROUP_NAME, GROUP_MEMBERS, GROUP_ONE_OFF_MEMBERS = 0x8053, 0x8054, 0x8055
-GROUP_WITHIN_A_GROUP = "3"
-
-ONE_OFF = uuid.UUID("{A41F2B81-A3BE-1910-9D6E-00DD010F5402}").bytes_le
-UNICODE_NO_RICH_TEXT = 0x8001
-
-CHILDREN = 0x3A58
+GROUP_WITHIN_A_GROUP = str(group.DISTRIBUTION_LIST)
 
 
 def file_time(milliseconds):
-    """In units of 100 ns since 1601, of a time since 1970."""
+    """Returns a time in units of 100 ns since 1601, given in milliseconds since 1970."""
     return (milliseconds + 11_644_473_600_000) * 10_000
 
 
 def read_one_off(data):
-    """(display name, type, address) of a one-off entry identifier: MS-OXCDATA, 2.2.5.1."""
+    """Returns (display name, type, address) of a one-off entry identifier (MS-OXCDATA 2.2.5.1)."""
     flags, provider, version, kind = struct.unpack_from("<I16sHH", data)
-    if (flags, provider, version, kind) != (0, ONE_OFF, 0, UNICODE_NO_RICH_TEXT):
-        raise AssertionError("no one-off entry identifier: " + data[:24].hex())
+    if (flags, provider, version, kind) != (0, group.ONE_OFF, 0, group.UNICODE_NO_RICH_TEXT):
+        raise AssertionError("not a one-off entry identifier: " + data[:24].hex())
     texts = data[24:].decode("utf-16-le").split("\0")
     if len(texts) != 4 or texts[3]:
         raise AssertionError("not three terminated texts: %r" % texts)
     return tuple(texts[:3])
 
 
-def whole_address(contact, prefix):
-    parts = [text_of(contact, prefix + part) for part in ADDRESS_PARTS]
+def whole_address(element, prefix):
+    parts = [text_of(element, prefix + part) for part in ADDRESS_PARTS]
     return "\r\n".join(part for part in parts if part is not None)
 
 
-def first_address(contact, name):
-    """Of the first address in this element; None when there is none."""
-    first = next(contact.iterfind(name + "/*"), None)
+def first_address(element, name):
+    """Returns the first address in the element of that name; None without one."""
+    first = next(element.iterfind(name + "/*"), None)
     return None if first is None else first.get("OPFContactEmailAddressAddress")
 
 
 class AddressBookTests(message_tests.MessageTests):
-    """What contacts and groups have in common."""
+    """Tests that contacts and groups have in common."""
 
-    def named(self, streams, property_id, kind):
-        """The tag that this message has for a property of an address book; None without one."""
-        found = NamedProperties(streams).property_id(PSETID_ADDRESS, property_id)
-        return None if found is None else found << 16 | kind
+    def named(self, streams, key):
+        """Returns the tag in this message of a property of PSETID_Address; None without it. `key`
+        is the property's id and type."""
+        found = NamedProperties(streams).property_id(PSETID_ADDRESS, key >> 16)
+        return None if found is None else found << 16 | key & 0xFFFF
 
-    def named_text(self, streams, property_id):
-        tag = self.named(streams, property_id, STRING)
+    def named_text(self, streams, key):
+        tag = self.named(streams, key)
         return None if tag is None else programs.text_stream(streams, tag)
 
     def messages(self):
-        """(element, streams by olefile, what POI found) of each item."""
+        """Returns (element, streams by olefile, what POI found) of each item."""
         return zip((item.element for item in self.items), self.found_by_olefile(),
                    self.found_by_poi())
 
@@ -143,47 +94,50 @@ class ContactTests(AddressBookTests):
     def test_poi_and_olefile_find_a_contact(self):
         for _, streams, found in self.messages():
             self.assertEqual((found["messageClass"], found["kind"]), ("IPM.Contact", "CONTACT"))
-            self.assertEqual(programs.text_stream(streams, 0x001A001F), "IPM.Contact")
+            self.assertEqual(programs.text_stream(streams, mapi.PidTagMessageClass), "IPM.Contact")
             self.assertEqual((found["recipients"], found["attachments"]), ([], []))
 
     def test_plain_texts_are_those_of_the_document(self):
+        self.assertEqual(len(PLAIN_TEXTS), 36)
         for element, streams, found in self.messages():
-            for name, property_id in PLAIN_TEXTS.items():
+            for name, tag in PLAIN_TEXTS.items():
                 expected = text_of(element, name)
-                tag = property_id << 16 | STRING
                 self.assertEqual(programs.text_stream(streams, tag), expected, name)
                 self.assertEqual(found["streams"].get("%08X" % tag), expected, name)
 
     def test_times_are_those_of_the_document(self):
+        self.assertEqual(len(TIMES), 3)
         for element, streams, found in self.messages():
             entries = dict(programs.entries(streams))
-            for name, property_id in TIMES.items():
+            for name, tag in TIMES.items():
                 expected = time_of(element, name)
-                data = entries.get(property_id << 16 | 0x0040)
+                data = entries.get(tag)
                 if expected is None:
                     self.assertIsNone(data, name)
                     continue
                 self.assertEqual(struct.unpack("<Q", data), (file_time(expected),), name)
                 # POI reads property entries up to the first multi-valued one.
-                if not any(tag & 0x1000 for tag in entries):
-                    self.assertEqual(found["values"]["%04X" % property_id], expected)
+                if not any(other & MULTIPLE_VALUES for other in entries):
+                    self.assertEqual(found["values"]["%04X" % (tag >> 16)], expected)
 
-    def check_named(self, names, told):
+    def check_named(self, names, text_in_document):
         seen = 0
         for element, streams, found in self.messages():
-            for name, property_id in names.items():
-                expected = told(element, name)
-                self.assertEqual(self.named_text(streams, property_id), expected, name)
-                tag = self.named(streams, property_id, STRING)
+            for name, key in names.items():
+                expected = text_in_document(element, name)
+                self.assertEqual(self.named_text(streams, key), expected, name)
+                tag = self.named(streams, key)
                 if tag is not None:
                     self.assertEqual(found["streams"]["%08X" % tag], expected, name)
                     seen += 1
         self.assertGreater(seen, 0)
 
     def test_named_texts_are_those_of_the_document(self):
+        self.assertEqual(len(NAMED_TEXTS), 8)
         self.check_named(NAMED_TEXTS, text_of)
 
-    def test_addresses_of_mail_and_messaging_are_those_of_the_document(self):
+    def test_electronic_addresses_are_those_of_the_document(self):
+        self.assertEqual(len(NAMED_ADDRESSES), 4)
         self.check_named(NAMED_ADDRESSES, first_address)
 
     def test_whole_addresses_are_made_of_their_parts(self):
@@ -192,7 +146,7 @@ class ContactTests(AddressBookTests):
     def test_children_are_those_of_the_document(self):
         seen = 0
         for element, streams, _ in self.messages():
-            values = programs.multiple_values(streams, CHILDREN << 16 | MANY_STRINGS)
+            values = programs.multiple_values(streams, mapi.PidTagChildrensNames)
             if element.find("OPFContactCopyChildren") is None:
                 self.assertIsNone(values)
                 continue
@@ -211,12 +165,12 @@ class GroupTests(AddressBookTests):
     def test_poi_and_olefile_find_a_group_by_its_name(self):
         for element, streams, found in self.messages():
             name = text_of(element, "OPFGroupCopyDisplayName")
-            # POI has no name of its own for this class.
+            # POI doesn't know this class.
             self.assertEqual((found["messageClass"], found["kind"]), ("IPM.DistList", "UNKNOWN"))
             self.assertEqual(found["subject"], name)
-            self.assertEqual(programs.text_stream(streams, 0x0037001F), name)
-            self.assertEqual(self.named_text(streams, GROUP_NAME), name)
-            tag = self.named(streams, GROUP_NAME, STRING)
+            self.assertEqual(programs.text_stream(streams, mapi.PidTagSubject), name)
+            self.assertEqual(self.named_text(streams, mapi.PidLidDistributionListName), name)
+            tag = self.named(streams, mapi.PidLidDistributionListName)
             self.assertEqual(found["streams"]["%08X" % tag], name)
 
     def test_members_are_those_of_the_document(self):
@@ -225,9 +179,8 @@ class GroupTests(AddressBookTests):
             expected = [(member.get("OPFContactEmailAddressName", ""), self.type_of(member),
                          member.get("OPFContactEmailAddressAddress", ""))
                         for member in element.iterfind("OPFGroupCopyMemberList/*")]
-            for property_id in GROUP_MEMBERS, GROUP_ONE_OFF_MEMBERS:
-                tag = self.named(streams, property_id, MANY_BINARIES)
-                members = programs.multiple_values(streams, tag)
+            for key in group.MEMBER_LISTS:
+                members = programs.multiple_values(streams, self.named(streams, key))
                 self.assertEqual([read_one_off(member) for member in members], expected)
             seen += len(expected)
         self.assertGreater(seen, 0)
@@ -253,7 +206,7 @@ class SampleGroupsTest(GroupTests, unittest.TestCase):
         return olmkit.SAMPLE
 
 
-@unittest.skipUnless(os.path.exists(olmkit.REAL_ARCHIVE), "the real archive is not here")
+@olmkit.needs_real_archive
 class RealContactsTest(ContactTests, unittest.TestCase):
     item_count, category_count = 5, 1
 
@@ -262,7 +215,7 @@ class RealContactsTest(ContactTests, unittest.TestCase):
         return olmkit.REAL_ARCHIVE
 
 
-@unittest.skipUnless(os.path.exists(olmkit.REAL_ARCHIVE), "the real archive is not here")
+@olmkit.needs_real_archive
 class RealGroupsTest(GroupTests, unittest.TestCase):
     item_count, category_count = 2, 1
 
@@ -272,7 +225,7 @@ class RealGroupsTest(GroupTests, unittest.TestCase):
 
 
 class UnusualContactsTest(ContactTests, unittest.TestCase):
-    """Contacts with what the other archives lack, in an archive of their own."""
+    """Contacts with contents that the other archives lack."""
 
     item_count, category_count = 6, 3
 
@@ -280,24 +233,25 @@ class UnusualContactsTest(ContactTests, unittest.TestCase):
     def archive(cls, folder):
         every_element = [leaf(name, "%s – 日本 🚢 e\u0301" % name)
                          for name in sorted({*PLAIN_TEXTS, *NAMED_TEXTS})]
-        contacts = [
+        items = [
             "".join(every_element)
             + "".join(leaf(name, "1970-01-0%dT00:00:00" % day)
                       for day, name in enumerate(TIMES, 1))
             + "".join(tag(name, inner=address("Name", "%s@harbour.example" % name))
                       for name in NAMED_ADDRESSES),
 
-            # The named ones in another order, between others, behind the categories.
+            # The named ones in another order, among others, after the categories.
             categories("OPFContactCopyCategoryList", "Häfen", "港 ⚓️", "Harbour; pilots")
-            + tag(EMAIL_LIST_2, inner=address(None, "third@x.example"))
+            + tag("OPFContactCopyEmailAddressList2", inner=address(None, "third@x.example"))
             + leaf("OPFContactCopyCustom4Data", "4")
-            + tag(EMAIL_LIST_1, inner=address("", "") + address("Never", "shown@x.example"))
+            + tag("OPFContactCopyEmailAddressList1",
+                  inner=address("", "") + address("Never", "shown@x.example"))
             + leaf("OPFContactCopyHomeCity", "Port Ellery")
             + leaf("OPFContactCopyCustom1Data", "1" * 5000)
             + leaf("OPFContactCopyBusinessZip", "00100")
             + tag("OPFContactCopyDefaultEmailAddress", inner=address("No address", None)),
 
-            # Parts in any order, one of them empty, and a country that no whole address has.
+            # Parts in any order, one of them empty, and a country, which no whole address includes.
             leaf("OPFContactCopyBusinessZip", "00100")
             + leaf("OPFContactCopyBusinessCountry", "Nowhere")
             + leaf("OPFContactCopyBusinessCity", "")
@@ -313,19 +267,18 @@ class UnusualContactsTest(ContactTests, unittest.TestCase):
 
             "",
         ]
-        document = tag("contacts", inner="".join(tag("contact", inner=contact)
-                                                 for contact in contacts))
+        document = tag("contacts", inner="".join(tag("contact", inner=item) for item in items))
         return write_archive(os.path.join(folder, "unusual.olm"), {"Local/Contacts.xml": document})
 
 
 class UnusualGroupsTest(GroupTests, unittest.TestCase):
-    """Groups with what the other archives lack, in an archive of their own."""
+    """Groups with contents that the other archives lack."""
 
     item_count, category_count = 3, 2
 
     @classmethod
     def archive(cls, folder):
-        groups = [
+        items = [
             leaf("OPFGroupCopyDisplayName", "港 ⚓️")
             + categories("OPFGroupCopyCategoryList", "Häfen", "港 ⚓️")
             + tag("OPFGroupCopyMemberList", inner=(
@@ -341,7 +294,7 @@ class UnusualGroupsTest(GroupTests, unittest.TestCase):
                 address("Member %d" % number, "%d@harbour.example" % number, "1")
                 for number in range(1000))),
         ]
-        document = tag("groups", inner="".join(tag("group", inner=group) for group in groups))
+        document = tag("groups", inner="".join(tag("group", inner=item) for item in items))
         return write_archive(os.path.join(folder, "unusual.olm"), {"Local/Groups.xml": document})
 
 

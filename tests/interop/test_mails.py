@@ -1,5 +1,5 @@
-"""Extracts mails and reads them with programs that are not ours: each must find what the documents
-tell. msgconvert and POI know messages; olefile and olecfexport know the container alone."""
+"""Extracts mails and compares what independent programs read with the documents. msgconvert and POI
+read messages; olefile and olecfexport read only the container."""
 
 import email.utils
 import hashlib
@@ -11,19 +11,15 @@ import message_tests
 import olmkit
 import programs
 from archive_items import addresses_of, text_of, time_of
+from expected.mail import BCC, CC, HAS_ATTACHMENTS, IMPORTANCE, NORMAL, READ, TO, UNSENT, UTF16_MARK
 from made_archives import address, categories, leaf, tag, write_archive
 
-TO, CC, BCC = 1, 2, 3
 GROUPS = {"OPFMessageCopyToAddresses": TO, "OPFMessageCopyCCAddresses": CC,
           "OPFMessageCopyBCCAddresses": BCC}
-NORMAL = 1
-IMPORTANCE = {"2": 2, "4": 0}  # all others are normal
-
-READ, UNSENT, HAS_ATTACHMENTS = 0x01, 0x08, 0x10
 
 
 def is_true(text):
-    """Of a number in any form; None when it isn't told."""
+    """Returns whether a number in any form isn't zero; None for None."""
     return None if text is None else float(text) != 0
 
 
@@ -32,7 +28,7 @@ def sha256(data):
 
 
 class ExpectedMail:
-    """What one mail's document tells."""
+    """The contents of a mail according to its document."""
 
     def __init__(self, archive, mail):
         self.subject = text_of(mail, "OPFMessageCopySubject")
@@ -44,7 +40,7 @@ class ExpectedMail:
         self.received = time_of(mail, "OPFMessageCopyReceivedTime")
         self.modified = time_of(mail, "OPFMessageCopyModDate")
         priority = text_of(mail, "OPFMessageGetPriority")
-        self.importance = None if priority is None else IMPORTANCE.get(priority, NORMAL)
+        self.importance = None if priority is None else IMPORTANCE.get(int(priority), NORMAL)
         # (recipient type, display name, address)
         self.people = [(GROUPS[group.tag], *person) for group in mail if group.tag in GROUPS
                        for person in addresses_of(mail, group.tag)]
@@ -66,10 +62,10 @@ class ExpectedMail:
         return (READ if self.is_read else 0) | unsent | (HAS_ATTACHMENTS if self.attachments else 0)
 
     def html_bytes(self):
-        return None if self.html is None else b"\xFF\xFE" + self.html.encode("utf-16-le")
+        return None if self.html is None else UTF16_MARK + self.html.encode("utf-16-le")
 
     def names(self, group):
-        """Display names; whoever has none goes by the address."""
+        """Returns the display names of a group; the address without a name."""
         return [name or mail_address for kind, name, mail_address in self.people if kind == group]
 
     def display_list(self, group):
@@ -77,7 +73,7 @@ class ExpectedMail:
 
 
 class MailTests(message_tests.MessageTests):
-    """For the mails of one archive; a class that derives from it names the archive."""
+    """Tests the mails of one archive; a subclass names it."""
 
     kinds = ("email",)
     category_element = "OPFMessageCopyCategoryList"
@@ -99,7 +95,7 @@ class MailTests(message_tests.MessageTests):
                      if name.startswith("__attach_") and name.endswith("/__substg1.0_37010102")]
             self.assertEqual(found, [sha256(data) for _, _, _, data in expected.attachments])
 
-    def test_msgconvert_gives_what_the_documents_tell(self):
+    def test_msgconvert_finds_what_is_in_the_documents(self):
         for number, (item, expected) in enumerate(zip(self.items, self.expected)):
             with self.subTest(path=item.path):
                 target = os.path.join(self.folder, "%d.eml" % number)
@@ -107,13 +103,13 @@ class MailTests(message_tests.MessageTests):
 
     def compare_converted(self, found, expected):
         self.assertEqual(found.headers.get("subject"), expected.subject)
-        # It takes the time of sending, and without one that of making.
+        # It uses the time of sending, otherwise the time of creation.
         date = expected.modified if expected.sent is None else expected.sent
         found_date = email.utils.parsedate_to_datetime(found.headers["date"])
         self.assertEqual(found_date.timestamp() * 1000, date)
         for header, group in ("to", TO), ("cc", CC):
-            # It looks everyone up by display name, and gives addresses of type "SMTP" alone: these
-            # messages tell no type, so that the brackets stay empty.
+            # It looks up recipients by display name and prints only addresses of type "SMTP". These
+            # messages have no type, so the brackets are empty.
             names = ["%s <>" % name for name in expected.names(group)]
             self.assertEqual(found.headers.get(header), ", ".join(names) or None)
         self.assertEqual(found.headers.get("message-id"), expected.message_id)
@@ -129,7 +125,7 @@ class MailTests(message_tests.MessageTests):
             [(name, kind, sha256(data)) for name, kind, data in found.attachments],
             [(name, kind, sha256(data)) for name, kind, _, data in expected.attachments])
 
-    def test_poi_gives_what_the_documents_tell(self):
+    def test_poi_finds_what_is_in_the_documents(self):
         for item, expected, found in zip(self.items, self.expected, self.found_by_poi()):
             with self.subTest(path=item.path):
                 self.compare_with_poi(found, expected)
@@ -158,7 +154,7 @@ class MailTests(message_tests.MessageTests):
              for each in found["attachments"]],
             [(name, kind, content_id, sha256(data))
              for name, kind, content_id, data in expected.attachments])
-        # It reads property entries up to the first multi-valued one, here that of the categories.
+        # POI reads property entries up to the first multi-valued one, here the categories.
         if not expected.has_categories:
             self.compare_values(found["values"], expected)
 
@@ -171,7 +167,7 @@ class MailTests(message_tests.MessageTests):
         self.assertEqual(values["0E07"], expected.flags())
 
     def subjects(self):
-        """As POI reads them."""
+        """Returns the subjects that POI reads."""
         return [found["subject"] for found in self.found_by_poi()]
 
 
@@ -187,7 +183,7 @@ class SampleMailsTest(MailTests, unittest.TestCase):
         self.assertIn("RE: 測量のお知らせ 🗺️", self.subjects())
 
 
-@unittest.skipUnless(os.path.exists(olmkit.REAL_ARCHIVE), "the real archive is not here")
+@olmkit.needs_real_archive
 class RealMailsTest(MailTests, unittest.TestCase):
     item_count, attachment_count, category_count = 7, 9, 1
 
@@ -213,11 +209,11 @@ def attachment(url, name):
 
 
 class UnusualMailsTest(MailTests, unittest.TestCase):
-    """Mails with what the other archives lack, in an archive of their own."""
+    """Mails with contents that the other archives lack."""
 
     item_count, attachment_count, category_count = 3, 4, 3
 
-    # As the archive has the names, with the bytes behind them; a document writes them otherwise.
+    # The names of entries and their bytes; the documents write the names in other ways.
     ENTRIES = {
         "Local/Entwu\u0308rfe/attachments/1_0000": bytes(range(256)) * 40,
         "Local/Entw\u00FCrfe/attachments/2_0000": b"one byte less than a sector of 64 bytes, or so",
@@ -252,7 +248,7 @@ class UnusualMailsTest(MailTests, unittest.TestCase):
                 + attachment("Local\\attachments\\3_0000", "no extension")
                 + attachment("\\Local\\attachments/4_0000", "🚢.tar.gz"))),
 
-            # Longer than any buffer on the way.
+            # Longer than any buffer.
             leaf("OPFMessageCopySubject", "Long")
             + categories("OPFMessageCopyCategoryList", "Häfen", "港 ⚓️", "Harbour; pilots")
             + leaf("OPFMessageCopyBody", "Zeile mit Umlaut ä und 日本\n" * 3000)

@@ -1,5 +1,5 @@
-"""The example host, which shares no code with the reference host, against olmkit: the same rows,
-and, stream for stream, the same messages."""
+"""Compares the example host, which shares no code with the reference host, with olmkit: the same
+rows and, stream by stream, the same messages."""
 
 import json
 import os
@@ -11,7 +11,7 @@ import uuid
 import zipfile
 
 from made_archives import leaf, tag, write_archive
-from olmkit import PROGRAM, REAL_ARCHIVE, SAMPLE, SOURCE, extract
+from olmkit import PROGRAM, REAL_ARCHIVE, SAMPLE, SOURCE, extract, needs_real_archive
 from read_compound import read_message
 
 BUILD = os.environ["OLMKIT_BINARY_DIR"]
@@ -42,14 +42,14 @@ def rows_of_olmkit(archive):
 
 
 def lines_of_olmkit(archive):
-    """olmkit's rows, as the example prints them."""
+    """Returns olmkit's rows in the form that the example prints."""
     return ["\t".join([str(row["index"]), on_one_line(row["name"]), on_one_line(row["subject"]),
                        row["sent"] or row["received"] or row["modified"], row["kind"]])
             for row in rows_of_olmkit(archive)]
 
 
 def read_folder(top):
-    """As read_message gives it."""
+    """Returns the streams and storages in a folder in the form of read_message()."""
     streams, storages = {}, {}
     for place, folders, files in os.walk(top):
         prefix = "" if place == top else os.path.relpath(place, top) + "/"
@@ -88,7 +88,7 @@ class HostTest(unittest.TestCase):
         return done
 
     def check_messages(self, archive, count, status=DONE):
-        """Every item of the archive."""
+        """Compares the message of every item of the archive."""
         checked = 0
         for row in extract(archive, self.path("by-olmkit")):
             out = self.path(str(row["index"]))
@@ -107,21 +107,21 @@ class HostTest(unittest.TestCase):
 
 
 class SameAsOlmkitTest(HostTest):
-    def test_rows_of_the_sample_are_those_of_olmkit(self):
+    def test_rows_of_the_sample_match_olmkit(self):
         self.assertEqual(self.check_rows(SAMPLE, 13).stderr, "")
 
-    def test_messages_of_the_sample_are_those_of_olmkit(self):
+    def test_messages_of_the_sample_match_olmkit(self):
         self.check_messages(SAMPLE, 13)
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
-    def test_rows_of_the_real_archive_are_those_of_olmkit(self):
+    @needs_real_archive
+    def test_rows_of_the_real_archive_match_olmkit(self):
         self.check_rows(REAL_ARCHIVE, 28)
 
-    @unittest.skipUnless(os.path.exists(REAL_ARCHIVE), "the real archive is not here")
-    def test_messages_of_the_real_archive_are_those_of_olmkit(self):
+    @needs_real_archive
+    def test_messages_of_the_real_archive_match_olmkit(self):
         self.check_messages(REAL_ARCHIVE, 28)
 
-    def test_texts_split_by_comments_and_cdata_are_one(self):
+    def test_text_split_by_comments_and_cdata_is_joined(self):
         title = "<OPFNoteCopyTitle>a<!-- b -->c<![CDATA[<d>]]>&#x1F30A;<?e f?>g</OPFNoteCopyTitle>"
         archive = self.archive({NOTES: tag("notes", inner=tag("note", inner=title))})
         self.check_rows(archive, 1)
@@ -129,7 +129,7 @@ class SameAsOlmkitTest(HostTest):
         streams, _ = read_folder(self.path("0"))
         self.assertEqual(streams["__substg1.0_0037001F"].decode("utf-16-le"), "ac<d>\U0001F30Ag")
 
-    def test_white_space_alone_is_text_only_ahead_of_its_own_closing_tag(self):
+    def test_white_space_is_text_only_before_its_own_closing_tag(self):
         spaced = "<notes>\n <note>\n <OPFNoteCopyTitle> \n</OPFNoteCopyTitle>\n</note>\n</notes>"
         archive = self.archive({NOTES: spaced})
         self.check_rows(archive, 1)
@@ -137,33 +137,33 @@ class SameAsOlmkitTest(HostTest):
         streams, _ = read_folder(self.path("0"))
         self.assertEqual(streams["__substg1.0_0037001F"].decode("utf-16-le"), " \n")
 
-    def test_letters_whose_low_byte_is_that_of_a_space_are_no_white_space(self):
+    def test_letters_with_the_low_byte_of_a_space_are_not_white_space(self):
         inner = "\u0120\u0109" + leaf("OPFNoteCopyTitle", "\u0120\u0109\u010a\u010d")
         archive = self.archive({NOTES: tag("notes", inner=tag("note", inner=inner))})
         self.check_rows(archive, 1)
         self.check_messages(archive, 1)
 
-    def test_long_texts_are_whole_on_both_sides_of_a_chunk(self):
+    def test_texts_around_the_size_of_a_chunk_are_complete(self):
         texts = ["a" * 1023, "b" * 1024, "c" * 1025, "d" * 3000, "\U0001F30A" * 1024,
                  "e" + "\U0001F30A" * 1024, "\u6c34" * 70000]
         archive = self.archive({NOTES: notes(*texts)})
         self.check_rows(archive, len(texts))
         self.check_messages(archive, len(texts))
 
-    def test_unknown_elements_with_children_and_mixed_text_are_passed_over(self):
-        inner = ("ahead<OPFUnknown a=''>b<OPFNoteCopyTitle>inner</OPFNoteCopyTitle>c</OPFUnknown>"
+    def test_unknown_elements_with_children_and_mixed_text_are_skipped(self):
+        inner = ("before<OPFUnknown a=''>b<OPFNoteCopyTitle>inner</OPFNoteCopyTitle>c</OPFUnknown>"
                  + leaf("OPFNoteCopyTitle", "outer"))
         archive = self.archive({NOTES: "<notes>d" + tag("note", inner=inner) + "e"
                                 + tag("note") + "<note/></notes>"})
         self.check_rows(archive, 3)
         self.check_messages(archive, 3)
 
-    def test_a_hundred_items_of_one_document_are_found_again(self):
+    def test_each_of_a_hundred_items_in_a_document_can_be_extracted(self):
         archive = self.archive({NOTES: notes(*("note %d" % number for number in range(100)))})
         self.check_rows(archive, 100)
         self.check_messages(archive, 100)
 
-    def test_rows_of_one_name_in_the_directory_are_told_apart(self):
+    def test_entries_with_the_same_name_are_distinguished(self):
         with self.assertWarns(UserWarning), zipfile.ZipFile(self.path("made.olm"), "w") as made:
             for title in "first", "second":
                 made.writestr("Accounts/", "")
@@ -176,13 +176,13 @@ class SameAsOlmkitTest(HostTest):
 
 
 class FailureTest(HostTest):
-    def test_items_ahead_of_the_fault_of_a_broken_document_are_listed_and_written(self):
+    def test_items_before_the_fault_in_a_broken_document_are_listed(self):
         archive = self.archive({NOTES: notes("whole", "second")[:-40] + "&", "z/" + NOTES:
-                                notes("behind")})
+                                notes("after")})
         done = self.check_rows(archive, 3, SOMETHING_FAILED)
         self.assertIn("minimal_host: " + NOTES + ": ", done.stderr)
 
-    def test_a_document_that_ends_too_soon_gives_the_same_rows(self):
+    def test_a_truncated_document_has_the_same_rows(self):
         whole = notes("first", "second")
         for size in range(0, len(whole), 7):
             with self.subTest(size=size):
@@ -201,7 +201,7 @@ class FailureTest(HostTest):
         self.assertIn("inside", done.stdout)
         self.assertNotIn("harbour", done.stdout)
 
-    def test_a_mail_that_lacks_an_attachment_keeps_the_name_of_a_part(self):
+    def test_a_mail_without_its_attachment_keeps_the_name_of_an_incomplete_output(self):
         attachment = tag("messageAttachment", {"OPFAttachmentURL": "not/there",
                                                "OPFAttachmentName": "chart.pdf"})
         mail = tag("emails", inner=tag("email", inner=tag(
@@ -211,7 +211,7 @@ class FailureTest(HostTest):
         self.check_messages(archive, 1, SOMETHING_FAILED)
         self.assertFalse(os.path.exists(self.path("0")))
 
-    def test_a_wrong_checksum_is_told(self):
+    def test_a_wrong_checksum_is_reported(self):
         archive = self.archive({NOTES: notes("a"), "z/" + NOTES: notes("b")})
         with open(archive, "r+b") as file:
             contents = file.read()
@@ -221,7 +221,7 @@ class FailureTest(HostTest):
         done = self.check_rows(archive, 2, SOMETHING_FAILED)
         self.assertIn(NOTES + ": is damaged", done.stderr)
 
-    def test_an_item_that_is_not_there_is_refused(self):
+    def test_an_unknown_item_is_refused(self):
         archive = self.archive({NOTES: notes("a")})
         for number in "1", "2147483647":
             done = run_host(archive, "--extract", number, self.path("out"))
@@ -229,7 +229,7 @@ class FailureTest(HostTest):
             self.assertIn("no such item", done.stderr)
         self.assertEqual(os.listdir(self.folder), ["made.olm"])
 
-    def test_what_stands_under_the_name_of_the_output_is_not_touched(self):
+    def test_an_existing_output_is_not_touched(self):
         archive = self.archive({NOTES: notes("a")})
         os.mkdir(self.path("out"))
         with open(self.path("out", "mine"), "w", encoding="ascii") as file:
@@ -238,31 +238,31 @@ class FailureTest(HostTest):
         self.assertEqual(done.returncode, SOMETHING_FAILED)
         self.assertEqual(os.listdir(self.path("out")), ["mine"])
 
-    def test_a_folder_that_can_not_be_made_is_told(self):
+    def test_a_folder_that_can_not_be_created_is_reported(self):
         archive = self.archive({NOTES: notes("a")})
         done = run_host(archive, "--extract", "0", self.path("no", "such", "out"))
         self.assertEqual(done.returncode, SOMETHING_FAILED)
         self.assertIn("No such file or directory", done.stderr)
 
-    def test_rows_that_can_not_be_printed_are_told(self):
+    def test_rows_that_can_not_be_printed_are_reported(self):
         with open("/dev/full", "wb") as full:
             done = run_host(SAMPLE, stdout=full)
         self.assertEqual(done.returncode, SOMETHING_FAILED)
         self.assertIn("standard output", done.stderr)
 
-    def test_what_is_no_archive_is_refused(self):
+    def test_a_file_that_is_not_an_archive_is_refused(self):
         for path in self.path("missing.olm"), self.folder, os.path.join(SOURCE, "README.md"):
             done = run_host(path)
             self.assertEqual((done.returncode, done.stdout), (SOMETHING_FAILED, ""))
-            self.assertIn("no ZIP archive", done.stderr)
+            self.assertIn("is not a ZIP archive or can't be read", done.stderr)
 
-    def test_what_is_no_module_is_refused(self):
+    def test_a_file_that_is_not_a_module_is_refused(self):
         for path in self.path("missing.so"), os.path.join(SOURCE, "README.md"):
             done = run_host(SAMPLE, module=path)
             self.assertEqual((done.returncode, done.stdout), (SOMETHING_FAILED, ""))
             self.assertIn(os.path.basename(path), done.stderr)
 
-    def test_wrong_usage_is_told(self):
+    def test_wrong_usage_is_reported(self):
         for arguments in ([], [SAMPLE, "--extract"], [SAMPLE, "--extract", "0"],
                           [SAMPLE, "--extract", "", "x"], [SAMPLE, "--extract", "1x", "x"],
                           [SAMPLE, "--extract", "-1", "x"], [SAMPLE, "--list", "0", "x"],
@@ -273,7 +273,7 @@ class FailureTest(HostTest):
 
 
 class BuildTest(HostTest):
-    def test_it_is_built_by_itself_with_plain_flags(self):
+    def test_it_can_be_built_alone_with_plain_flags(self):
         folder = os.path.join(SOURCE, "examples", "minimal-host")
         sources = sorted(os.path.join(folder, name) for name in os.listdir(folder)
                          if name.endswith(".c"))

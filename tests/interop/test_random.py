@@ -1,9 +1,9 @@
-"""Extracts random archives more than once and compares: two runs with each other, file by file;
-messages by the item's index with those by its place; and every stream of every message with what
-the item's document tells.
+"""Extracts random archives several times and compares: two runs with each other, file by file;
+messages extracted by index with those extracted by place; and every stream of every message with
+the model.
 
-OLMKIT_SEED: of the first archive. OLMKIT_ROUNDS: how many archives, each with the next seed.
-OLMKIT_KINDS: the kinds of items, separated by commas; all of them when it isn't there."""
+OLMKIT_SEED: seed of the first archive. OLMKIT_ROUNDS: number of archives, with successive seeds.
+OLMKIT_KINDS: the kinds of items, separated by commas; all kinds by default."""
 
 import filecmp
 import os
@@ -20,8 +20,8 @@ ROUNDS = int(os.environ.get("OLMKIT_ROUNDS", "5"))
 ALL_KINDS = ",".join(kind for kind, _ in KINDS.values())
 CHOSEN_KINDS = os.environ.get("OLMKIT_KINDS", ALL_KINDS).split(",")
 ITEMS_OF_EACH_KIND = 24
-MOST_REPORTED = 5
-LONGEST_SOURCE = 20000
+MAX_FAILURES_SHOWN = 5
+MAX_SOURCE_SHOWN = 20000  # characters
 
 
 def files_below(folder):
@@ -40,7 +40,7 @@ class RandomItemsTest(unittest.TestCase):
         self.assertEqual((differing, unreadable), ([], []))
 
     def check_by_place(self, path, rows, folder):
-        """Items named by their place give what the same items give by their index."""
+        """Checks that items named by place have the same messages as items named by index."""
         places = ["--at=%d:%d" % (row["entry"], row["item"]) for row in rows]
         keys = ("entry", "item", "result", "status", "sha256")
         self.assertEqual(
@@ -52,8 +52,8 @@ class RandomItemsTest(unittest.TestCase):
         expected = item.streams()
         if expected is None:
             outcome = (row["path"], row["result"], row["status"])
-            wanted = (None, FAILED_RESULT, FAILED_STATUS)
-            return [] if outcome == wanted else ["an item that gives no message: %s" % (row,)]
+            refused = (None, FAILED_RESULT, FAILED_STATUS)
+            return [] if outcome == refused else ["a message that must be refused: %s" % (row,)]
         if row["path"] is None or row["result"] != 0:
             return ["no message: %s" % (row,)]
         return differences(expected, os.path.join(folder, row["path"]))
@@ -73,15 +73,15 @@ class RandomItemsTest(unittest.TestCase):
                     [(row["entry"], row["item"]) for row in rows],
                     [(item.entry, item.number) for item in items],
                 )
-                reports = []
+                failures = []
                 for item, row in zip(items, rows):
                     found = self.failures_of(item, row, one)
                     if found:
                         place = "%s, entry %d, item %d" % (item.kind, item.entry, item.number)
-                        reports.append("\n".join([place, item.source()[:LONGEST_SOURCE], *found]))
-                self.assertEqual(len(reports), 0, "\n\n".join(reports[:MOST_REPORTED]))
+                        failures.append("\n".join([place, item.source()[:MAX_SOURCE_SHOWN], *found]))
+                self.assertEqual(len(failures), 0, "\n\n".join(failures[:MAX_FAILURES_SHOWN]))
 
-    def test_messages_hold_what_random_documents_tell(self):
+    def test_messages_match_random_documents(self):
         for seed in range(SEED, SEED + ROUNDS):
             with self.subTest(seed=seed):
                 self.check_archive(seed)

@@ -1,11 +1,11 @@
-"""The decoder of recurrence values against bytes made by hand from the public layout."""
+"""The decoder of recurrence values, tested with values written by hand."""
 
 import datetime
 import unittest
 
 import recurrence
 
-# Every second Monday from 2011-05-02 on, 9:00 to 10:30, for ever.
+# Every second Monday from 2011-05-02 on, 9:00 to 10:30, without an end.
 HEAD = "04 30 04 30  0B 20  01 00  00 00  20 49 00 00  02 00 00 00  00 00 00 00"
 MONDAY = "02 00 00 00"
 END = "23 20 00 00  0A 00 00 00  00 00 00 00"
@@ -25,16 +25,16 @@ def changed(data, offset, part):
     return data[:offset] + part + data[offset + len(part):]
 
 
-# Two occurrences moved by an hour, one of them with a subject and a place. 215832960 is
-# 2011-05-16T00:00, 215853120 a fortnight later. A modified day stands in the list of deleted ones too.
+# Two occurrences moved by an hour, one with a subject and a location. 215832960 is
+# 2011-05-16T00:00, 215853120 two weeks later. Modified days are in the list of deleted days too.
 TWO_MODIFIED = ("02 00 00 00  80 59 DD 0C  40 A8 DD 0C"
                 "02 00 00 00  80 59 DD 0C  40 A8 DD 0C")
 TWO_EXCEPTIONS = (
     "02 00 "
-    # 10:00 to 11:30 instead of 9:00; subject "Tide", reminder 15 minutes, on, place "Pier", busy
+    # 10:00 to 11:30 instead of 9:00; subject "Tide", reminder 15 minutes, on, location "Pier", busy
     "D8 5B DD 0C  32 5C DD 0C  9C 5B DD 0C  3D 00 "
     "05 00 04 00 54 69 64 65  0F 00 00 00  01 00 00 00  05 00 04 00 50 69 65 72  02 00 00 00 "
-    # the other with meeting type, attachment, whole day and colour alone, and a body
+    # the other only with meeting type, attachment, all-day event, colour and body
     "98 AA DD 0C  F2 AA DD 0C  5C AA DD 0C  C2 03 "
     "01 00 00 00  01 00 00 00  01 00 00 00  07 00 00 00 "
     "00 00 00 00 "
@@ -43,7 +43,7 @@ TWO_EXCEPTIONS = (
     "D8 5B DD 0C  32 5C DD 0C  9C 5B DD 0C "
     "05 00 54 00 69 00 64 00 65 00 73 27  04 00 50 00 69 00 65 00 72 00 "
     "01 00 00 00 EE "
-    # extension of the second: highlight with two bytes more, three reserved bytes, no texts
+    # extension of the second: highlight with two more bytes, three reserved bytes, no texts
     "06 00 00 00  00 00 00 00 AB CD  03 00 00 00 01 02 03 "
     "00 00 00 00")
 FLAGS_OF_FIRST = recurrence.HAS_SUBJECT | recurrence.HAS_REMINDER_DELTA | recurrence.HAS_REMINDER | (
@@ -51,7 +51,7 @@ FLAGS_OF_FIRST = recurrence.HAS_SUBJECT | recurrence.HAS_REMINDER_DELTA | recurr
 
 
 class GoodValueTest(unittest.TestCase):
-    def test_every_field_of_a_weekly_value(self):
+    def test_weekly_value_has_every_field(self):
         found = recurrence.decode(joined(*WEEKLY))
 
         self.assertEqual(found, recurrence.Recurrence(
@@ -62,7 +62,7 @@ class GoodValueTest(unittest.TestCase):
             writer_version_2=0x3009, start_offset=540, end_offset=630, exceptions=[],
             reserved_1=b"", reserved_2=b""))
 
-    def test_what_a_person_reads(self):
+    def test_fields_are_interpreted(self):
         found = recurrence.decode(joined(*WEEKLY))
 
         self.assertEqual((found.frequency, found.pattern, found.end), ("weekly", "week", "never"))
@@ -72,7 +72,7 @@ class GoodValueTest(unittest.TestCase):
         self.assertEqual(found.start_time, datetime.datetime(2011, 5, 2, 9, 0))
         self.assertEqual(found.end_time, datetime.datetime(2011, 5, 2, 10, 30))
 
-    def test_daily_value_has_no_part_of_its_own(self):
+    def test_daily_value_has_no_days(self):
         data = changed(joined(HEAD, *WEEKLY[2:]), 4, "0A 20 00 00 00 00 40 0B 00 00 E0 10 00 00")
 
         found = recurrence.decode(data)
@@ -99,7 +99,7 @@ class GoodValueTest(unittest.TestCase):
         self.assertEqual((found.frequency, found.pattern, found.week), ("yearly", "month nth", 5))
         self.assertEqual(found.days, ["sunday", "saturday"])
 
-    def test_end_date_and_times_ahead_of_the_start(self):
+    def test_end_date_and_times_before_the_start(self):
         data = joined(HEAD, MONDAY, "21 20 00 00  00 00 00 00  00 00 00 00", NO_INSTANCES,
                       "C0 0A DD 0C  BF 2F DD 0C  06 30 00 00  09 30 00 00  C4 FF FF FF  00 00 00 00",
                       NO_EXCEPTIONS)
@@ -110,7 +110,7 @@ class GoodValueTest(unittest.TestCase):
         self.assertEqual(found.last_day, datetime.datetime(2011, 5, 8, 13, 51))
         self.assertEqual(found.start_time, datetime.datetime(2011, 5, 1, 23, 0))
 
-    def test_minutes_go_both_ways(self):
+    def test_minutes_convert_both_ways(self):
         self.assertEqual(recurrence.minutes_of(datetime.datetime(1970, 1, 1)), 194074560)
         self.assertEqual(recurrence.moment(recurrence.NO_END), datetime.datetime(4500, 12, 31, 23, 59))
 
@@ -119,7 +119,7 @@ class ExceptionsTest(unittest.TestCase):
     def value(self):
         return joined(HEAD, MONDAY, END, TWO_MODIFIED, DATES, TWO_EXCEPTIONS)
 
-    def test_every_field(self):
+    def test_exceptions_have_every_field(self):
         found = recurrence.decode(self.value())
 
         self.assertEqual(found.deleted, [215832960, 215853120])
@@ -164,10 +164,10 @@ class BadValueTest(unittest.TestCase):
                 recurrence.decode(data[:size])
 
     def test_trailing_bytes_raise(self):
-        with self.assertRaisesRegex(recurrence.RecurrenceError, "2 bytes are left over behind byte 80"):
+        with self.assertRaisesRegex(recurrence.RecurrenceError, "2 bytes are left over after byte 80"):
             recurrence.decode(joined(*WEEKLY) + b"\0\0")
 
-    def test_numbers_outside_the_structure_raise(self):
+    def test_invalid_numbers_raise(self):
         for name, offset, part in [
                 ("ReaderVersion", 0, "05 30"), ("WriterVersion", 2, "00 00"), ("RecurFrequency", 4, "0E 20"),
                 ("PatternType", 6, "05 00"), ("SlidingFlag", 18, "02 00 00 00"), ("day mask", 22, "80 00 00 00"),

@@ -1,27 +1,26 @@
-"""Appointments and tasks read by programs that are not ours, and their recurrences by a decoder of
-the public structure: all bytes of it, and the fields that the document tells."""
+"""Compares appointments and tasks read by independent programs with the documents, and their
+recurrences as a decoder of the public structure reads them, every byte."""
 
 import datetime
 import os
 import random
 import tempfile
 import unittest
-import uuid
 
-import archive_items
 import message_tests
 import olmkit
 import programs
 import recurrence
 from archive_items import text_of
+from expected.mapi import PidLidAppointmentRecur, PidLidTaskRecurrence
 from made_archives import leaf, tag, write_archive
-from named_properties import NamedProperties
+from named_properties import PSETID_APPOINTMENT, PSETID_TASK, NamedProperties
 from random_items import make_archive
 
-APPOINTMENT_RECUR = (uuid.UUID("{00062002-0000-0000-C000-000000000046}"), 0x8216)
-TASK_RECUR = (uuid.UUID("{00062003-0000-0000-C000-000000000046}"), 0x8116)
+RECURRENCES = [(PSETID_APPOINTMENT, PidLidAppointmentRecur >> 16),
+               (PSETID_TASK, PidLidTaskRecurrence >> 16)]
 
-# Of the pattern's text, behind "OPFRecurrencePattern": frequency and pattern as the decoder says.
+# The pattern's text after "OPFRecurrencePattern": frequency and pattern in the decoder's terms.
 PATTERNS = {
     "Daily": ("daily", "day"),
     "Weekly": ("weekly", "week"),
@@ -39,9 +38,9 @@ RANDOM_ARCHIVES = 3
 
 
 def value_of(streams):
-    """The recurrence's bytes; None when the message has none."""
+    """Returns the bytes of the recurrence; None if the message lacks it."""
     names = NamedProperties(streams)
-    for name in APPOINTMENT_RECUR, TASK_RECUR:
+    for name in RECURRENCES:
         found = names.property_id(*name)
         if found is not None:
             return streams["__substg1.0_%04X%04X" % (found, BINARY)]
@@ -66,12 +65,12 @@ def days_of(element):
 
 
 class RecurrenceTests(message_tests.MessageTests):
-    """For archives whose recurrences are well formed."""
+    """Tests archives whose recurrences are valid."""
 
     recurrence_count = 0
 
     def recurrences(self):
-        """(item, its recurrence element, the decoded value) of each item that repeats."""
+        """Returns (item, recurrence element, decoded value) of each item that repeats."""
         found = []
         for item, streams in zip(self.items, self.found_by_olefile()):
             prefix = "OPFCalendarEvent" if item.element.tag == "appointment" else "OPFTask"
@@ -82,7 +81,7 @@ class RecurrenceTests(message_tests.MessageTests):
                 found.append((item, element, recurrence.decode(value)))
         return found
 
-    def test_every_recurrence_is_there(self):
+    def test_every_recurrence_is_extracted(self):
         self.assertEqual(len(self.recurrences()), self.recurrence_count)
 
     def test_patterns_are_those_of_the_document(self):
@@ -125,7 +124,7 @@ class RecurrenceTests(message_tests.MessageTests):
                 self.assertEqual(found.end_time - item_end, offset)
 
     def check_offset(self, item, start, offset):
-        """Without a zone: none, or an hour when the start is no midnight."""
+        """Checks that the offset without a zone is 0, or an hour for a start not at midnight."""
         self.assertIsNone(item.find("OPFCalendarEventCopyTimeZone"))
         is_midnight = start.time() == datetime.time()
         self.assertEqual(offset, datetime.timedelta() if is_midnight else HOUR)
@@ -149,11 +148,7 @@ class SampleTasksTest(RecurrenceTests, unittest.TestCase):
         return olmkit.SAMPLE
 
 
-needs_real_archive = unittest.skipUnless(
-    os.path.exists(olmkit.REAL_ARCHIVE), "the real archive is not here")
-
-
-@needs_real_archive
+@olmkit.needs_real_archive
 class RealAppointmentsTest(RecurrenceTests, unittest.TestCase):
     kinds, item_count, recurrence_count = ("appointment",), 8, 4
     category_element, category_count = "OPFCalendarEventCopyCategoryList", 2
@@ -167,7 +162,7 @@ class RealAppointmentsTest(RecurrenceTests, unittest.TestCase):
                           if found.frequency == "weekly"], [27])
 
 
-@needs_real_archive
+@olmkit.needs_real_archive
 class RealTasksTest(RecurrenceTests, unittest.TestCase):
     kinds, item_count, recurrence_count = ("task",), 5, 2
     category_element, category_count = "OPFTaskCopyCategoryList", 1
@@ -178,16 +173,16 @@ class RealTasksTest(RecurrenceTests, unittest.TestCase):
 
 
 def midnight_in(zone, day, is_summer):
-    """A day's begin in a zone (minutes), as a document tells it: in universal time."""
+    """Returns the start of a day in a zone (minutes) in UTC, as in documents."""
     local = datetime.timedelta(minutes=zone) + (HOUR if is_summer else 0 * HOUR)
     return datetime.datetime.combine(day, datetime.time()) - local
 
 
 class Maker:
-    """Makes appointments that repeat in every way a person can choose."""
+    """Makes appointments that repeat in every way a user can choose."""
 
-    # Whole hours and the zones east of Greenwich by half an hour. West of it a half hour gets no
-    # carry, and a quarter only where the minutes add up to 60.
+    # Whole hours, and half hours east of Greenwich. West of it half hours have no carry, and
+    # quarters only where the minutes add up to 60.
     ZONES = [*range(-720, 841, 60), 210, 330, 570, 630, 345, 765]
 
     def __init__(self, seed):
@@ -242,7 +237,7 @@ class ManyAppointmentsTest(RecurrenceTests, unittest.TestCase):
                              {"Local/Calendar/Calendar.xml": document})
 
     def check_offset(self, item, start, offset):
-        """To midnight in the zone, of the same day or of that behind or ahead of it."""
+        """Checks that the offset leads to midnight in the zone, at most a day away."""
         self.assertEqual((start + offset).time(), datetime.time())
         self.assertLessEqual(abs(offset), 15 * HOUR)
 

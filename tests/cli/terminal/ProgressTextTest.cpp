@@ -14,14 +14,14 @@ ProgressReport report(std::uint64_t done, std::uint64_t total, double rate = 0) 
     return made;
 }
 
-TEST(ProgressTextTest, BarTakesTheRoomThatTheFiguresLeave) {
+TEST(ProgressTextTest, BarFillsTheRoomThatTheFiguresLeave) {
     EXPECT_EQ(progressBar(report(1, 4, 1), "", 47),
               "[====>              ]  1 of 4  1.0/s  0:03 left");
     EXPECT_EQ(progressBar(report(0, 4), "", 24), "[>             ]  0 of 4");
     EXPECT_EQ(progressBar(report(4, 4), "", 24), "[==============]  4 of 4");
 }
 
-TEST(ProgressTextTest, BarOfMoreThanEverythingIsFull) {
+TEST(ProgressTextTest, BarOfMoreThanTheTotalIsFull) {
     EXPECT_EQ(progressBar(report(9, 4), "", 24), "[==============]  9 of 4");
 }
 
@@ -29,7 +29,7 @@ TEST(ProgressTextTest, UnknownTotalHasNoBarAndNoTimeLeft) {
     EXPECT_EQ(progressBar(report(7, 0, 12), "", 80), "7 done  12/s");
 }
 
-TEST(ProgressTextTest, LabelStandsAheadWhereThereIsRoomForAllOfIt) {
+TEST(ProgressTextTest, LabelComesFirstWhereItHasRoom) {
     EXPECT_EQ(progressBar(report(7, 0), "mail.olm", 16), "mail.olm  7 done");
     EXPECT_EQ(progressBar(report(7, 0), "mail.olm", 15), "7 done");
     EXPECT_EQ(progressBar(report(1, 2), "m.olm", 27), "m.olm  [=====>    ]  1 of 2");
@@ -42,7 +42,7 @@ TEST(ProgressTextTest, WideSignsTakeTwoCellsOfTheRoom) {
     EXPECT_EQ(progressBar(report(7, 0), "e\u0301", 9), "e\u0301  7 done");
 }
 
-TEST(ProgressTextTest, NoLineIsLongerThanTheRoom) {
+TEST(ProgressTextTest, NoLineIsLongerThanTheWidth) {
     ProgressReport full = report(123456, 7000000, 987.6);
     full.bytes = 123'456'789;
     full.failed = 42;
@@ -53,7 +53,7 @@ TEST(ProgressTextTest, NoLineIsLongerThanTheRoom) {
               "123456 of 7000000  988/s  123 MB  1:56:03 left  42 failed");
 }
 
-TEST(ProgressTextTest, SizesAreGivenInTwoOrThreeDigits) {
+TEST(ProgressTextTest, SizesHaveTwoOrThreeDigits) {
     const auto shown = [](std::uint64_t bytes) {
         ProgressReport made = report(1, 0);
         made.bytes = bytes;
@@ -76,7 +76,7 @@ TEST(ProgressTextTest, TimeLeftIsRoundedUpToSeconds) {
                 testing::HasSubstr("99:59:59 left"));
 }
 
-TEST(ProgressTextTest, JsonHasAllFiguresInOneLine) {
+TEST(ProgressTextTest, JsonHasAllFiguresOnOneLine) {
     ProgressReport made = report(5, 20, 2.5);
     made.bytes = 1000;
     made.failed = 1;
@@ -87,7 +87,7 @@ TEST(ProgressTextTest, JsonHasAllFiguresInOneLine) {
               "\n");
 }
 
-TEST(ProgressTextTest, JsonOfWhatIsNotKnownIsNull) {
+TEST(ProgressTextTest, UnknownFiguresAreNullInJson) {
     ProgressReport made;
     made.isFinished = true;
     EXPECT_EQ(progressJson(made),

@@ -56,7 +56,7 @@ TEST_F(ArchiveBytesTest, AReadErrorIsKeptAndMakesTheArchiveUnreadable) {
     EXPECT_EQ(failure.text, "can't be read: Is a directory");
 }
 
-TEST_F(ArchiveBytesTest, AFileThatHasBecomeShorterEndsWhereItEnds) {
+TEST_F(ArchiveBytesTest, ATruncatedFileEndsAtItsNewEnd) {
     const std::string path = write("plain", someText(100000));
     OpenFailure failure;
     const auto bytes = ArchiveBytes::open(path, failure);

@@ -13,7 +13,7 @@ namespace {
 
 class ArchiveFileTest : public ArchiveFixture {
 protected:
-    // What became of opening `path`: "kind flags: text".
+    // Returns the outcome of opening `path`: "kind flags: text".
     std::string outcome(const std::string& path) {
         static constexpr const char* kinds[] = {"None",    "Unreadable", "NotAnArchive",
                                                 "Damaged", "Encrypted",  "LimitReached"};
@@ -36,15 +36,15 @@ TEST_F(ArchiveFileTest, OpensAnArchiveAndListsItsRowsInOrder) {
 
     EXPECT_EQ(file->failure().kind, OpenFailureKind::None);
     ASSERT_EQ(directory->entryCount, 3U);
-    ASSERT_EQ(file->entryCount(), 3U);
+    ASSERT_EQ(file->contents().entryCount(), 3U);
     const char* expected[] = {"a.xml", "b/", "b/c"};
     for (std::uint64_t index = 0; index < 3; ++index) {
         const ArchiveEntry& row = directory->entries[index];
         EXPECT_STREQ(directory->namePool + row.nameOffset, expected[index]);
         EXPECT_EQ(row.nameLength, std::string_view(expected[index]).size());
-        EXPECT_EQ(file->entryName(index), expected[index]);
+        EXPECT_EQ(file->contents().name(index), expected[index]);
     }
-    EXPECT_EQ(file->entryName(3), "");
+    EXPECT_EQ(file->contents().name(3), "");
 }
 
 TEST_F(ArchiveFileTest, AMissingFileIsUnreadable) {
@@ -55,7 +55,7 @@ TEST_F(ArchiveFileTest, AFileWithoutPermissionIsUnreadable) {
     const std::string path = write("locked.olm", ZipBuilder().add(oneDocument).bytes());
     ASSERT_EQ(::chmod(path.c_str(), 0), 0);
     ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
-    const bool isRoot = ::geteuid() == 0; // whom no permission stops
+    const bool isRoot = ::geteuid() == 0; // root needs no permission
     constexpr uid_t nobody = 65534;
     if (isRoot) {
         ASSERT_EQ(::seteuid(nobody), 0);
@@ -69,33 +69,34 @@ TEST_F(ArchiveFileTest, AFileWithoutPermissionIsUnreadable) {
     EXPECT_EQ(result, "Unreadable 0: can't be read: Permission denied");
 }
 
-TEST_F(ArchiveFileTest, ADirectoryIsNoArchive) {
+TEST_F(ArchiveFileTest, ADirectoryIsNotAnArchive) {
     EXPECT_EQ(outcome(folder), "NotAnArchive 0: is a directory");
 }
 
-TEST_F(ArchiveFileTest, AnEmptyFileIsNoArchive) {
+TEST_F(ArchiveFileTest, AnEmptyFileIsNotAnArchive) {
     EXPECT_EQ(outcomeOf(""), "NotAnArchive 0: is empty");
 }
 
-TEST_F(ArchiveFileTest, ATextFileIsNoArchive) {
-    EXPECT_EQ(outcomeOf("Dear all,\nthis is no archive.\n"), "NotAnArchive 0: is no ZIP archive");
-    EXPECT_EQ(outcomeOf("P"), "NotAnArchive 0: is no ZIP archive");
-    EXPECT_EQ(outcomeOf(std::string(300000, 'x')), "NotAnArchive 0: is no ZIP archive");
+TEST_F(ArchiveFileTest, ATextFileIsNotAnArchive) {
+    EXPECT_EQ(outcomeOf("Dear all,\nthis is no archive.\n"),
+              "NotAnArchive 0: is not a ZIP archive");
+    EXPECT_EQ(outcomeOf("P"), "NotAnArchive 0: is not a ZIP archive");
+    EXPECT_EQ(outcomeOf(std::string(300000, 'x')), "NotAnArchive 0: is not a ZIP archive");
 }
 
-TEST_F(ArchiveFileTest, APipeAndASocketAreNoArchivesAndNobodyWaits) {
+TEST_F(ArchiveFileTest, PipesAndSocketsAreNotArchivesAndDoNotBlock) {
     const std::string pipe = folder / "pipe.olm";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-    EXPECT_EQ(outcome(pipe), "NotAnArchive 0: is a special file, no archive");
+    EXPECT_EQ(outcome(pipe), "NotAnArchive 0: is a special file, not an archive");
 
     const std::string socket = folder / "socket";
     ASSERT_EQ(::mknod(socket.c_str(), S_IFSOCK | 0600, 0), 0);
-    EXPECT_EQ(outcome(socket), "NotAnArchive 0: is a special file, no archive");
+    EXPECT_EQ(outcome(socket), "NotAnArchive 0: is a special file, not an archive");
 
-    EXPECT_EQ(outcome("/dev/zero"), "NotAnArchive 0: is a special file, no archive");
+    EXPECT_EQ(outcome("/dev/zero"), "NotAnArchive 0: is a special file, not an archive");
 }
 
-TEST_F(ArchiveFileTest, AnArchiveCutOffAnywhereIsDamaged) {
+TEST_F(ArchiveFileTest, AnArchiveTruncatedAnywhereIsDamaged) {
     const std::string whole = ZipBuilder()
                                   .add(oneDocument)
                                   .add({.name = "b.xml", .data = someText(500), .isDeflated = true})
@@ -123,11 +124,11 @@ TEST_F(ArchiveFileTest, AnArchiveWithAnOverwrittenDirectoryIsDamaged) {
     EXPECT_EQ(outcomeOf(bytes), "Damaged 1: is cut off or damaged: it has no readable directory");
 }
 
-TEST_F(ArchiveFileTest, AnArchiveThatTellsMoreEntriesThanItHasIsDamaged) {
+TEST_F(ArchiveFileTest, AnArchiveThatDeclaresMoreEntriesThanItHasIsDamaged) {
     const ZipBuilder zip = ZipBuilder().add(oneDocument);
 
     for (const std::uint64_t count : {2ULL, 65534ULL, 1ULL << 31, 1ULL << 40, ~0ULL}) {
-        EXPECT_EQ(outcomeOf(zip.bytesTelling(count)),
+        EXPECT_EQ(outcomeOf(zip.bytesDeclaring(count)),
                   "Damaged 1: is cut off or damaged: it has no readable directory")
             << count;
     }
@@ -141,7 +142,7 @@ TEST_F(ArchiveFileTest, AnArchiveWithoutEntriesOpens) {
     EXPECT_EQ(open("a"), nullptr);
 }
 
-TEST_F(ArchiveFileTest, AnArchiveBehindOtherBytesOpens) {
+TEST_F(ArchiveFileTest, AnArchiveAfterOtherBytesOpens) {
     openBytes("#!/bin/sh\nexit 1\n" + ZipBuilder().bytes());
 
     EXPECT_EQ(directory->entryCount, 0U);
@@ -162,7 +163,7 @@ TEST_F(ArchiveFileTest, AnArchiveWithOneReadableDocumentIsNotEncrypted) {
     EXPECT_EQ(outcomeOf(ZipBuilder().add(locked).add({.name = "b.xml"}).bytes()), "None 0: ");
 }
 
-TEST_F(ArchiveFileTest, AnArchiveWithOneEncryptedAttachmentAloneIsNotEncrypted) {
+TEST_F(ArchiveFileTest, AnArchiveWithOnlyAnEncryptedAttachmentIsNotEncrypted) {
     const ZipMember locked = {.name = "a", .data = "0123456789ab<x/>", .flags = 0x801};
 
     EXPECT_EQ(outcomeOf(ZipBuilder().add(locked).bytes()), "None 0: ");
@@ -180,7 +181,7 @@ TEST_F(ArchiveFileTest, DocumentsEncryptedWithAesCount) {
     EXPECT_EQ(outcome(path), "Encrypted 2: is encrypted: its documents need a password");
 }
 
-TEST_F(ArchiveFileTest, EverythingEndsWithTheArchiveThatTheModuleCloses) {
+TEST_F(ArchiveFileTest, ClosingTheArchiveEndsItsStreams) {
     openZip(ZipBuilder().add(oneDocument));
     ASSERT_NE(open(0), nullptr); // never closed
     EXPECT_EQ(open(1), nullptr);
@@ -188,8 +189,6 @@ TEST_F(ArchiveFileTest, EverythingEndsWithTheArchiveThatTheModuleCloses) {
     directory->stream.close(&directory->stream);
 
     EXPECT_FALSE(file->isOpen());
-    EXPECT_EQ(file->entryCount(), 0U);
-    EXPECT_EQ(file->entryName(0), "");
     EXPECT_EQ(onlyFault(), "CannotOpen none: there is no entry 1");
 }
 
@@ -201,7 +200,7 @@ TEST_F(ArchiveFileTest, OpensAgainAfterTheClose) {
     ArchiveOpenRequest request = {};
     ASSERT_EQ(handle->open(&handle, OpenArchive, &request, OpenModeRead), 0);
 
-    EXPECT_EQ(file->entryName(0), "a.xml");
+    EXPECT_EQ(file->contents().name(0), "a.xml");
 }
 
 TEST_F(ArchiveFileTest, ASecondOpenWhileOneIsOpenIsRefusedAndHarmless) {
@@ -233,7 +232,7 @@ TEST_F(ArchiveFileTest, OtherRequestsAndOperationsAreRefused) {
     EXPECT_NE(opened->seek(opened, 0, 0), 0);
 }
 
-TEST_F(ArchiveFileTest, AFaultOfOneKindIsToldOncePerEntry) {
+TEST_F(ArchiveFileTest, AFaultOfOneKindIsReportedOncePerEntry) {
     openZip(ZipBuilder().add(oneDocument).add(oneDocument));
 
     file->addFault(FaultKind::Damaged, 0, "first");
@@ -266,7 +265,7 @@ TEST_F(ArchiveFileTest, AnAccountHoldsFaultsThatWereKnownBefore) {
     EXPECT_EQ(onlyFault(), "Damaged 0: known");
 }
 
-TEST_F(ArchiveFileTest, AnAccountNamesWhatIsAskedForByNameAlone) {
+TEST_F(ArchiveFileTest, AnAccountHasOnlyEntriesThatAreRequestedByName) {
     openZip(
         ZipBuilder()
             .add({.name = "dir/whole", .data = std::string(3000, 'w')})
@@ -286,20 +285,20 @@ TEST_F(ArchiveFileTest, AnAccountNamesWhatIsAskedForByNameAlone) {
     readSome(half, 1000);
     file->keepAccount(nullptr);
 
-    std::vector<std::string> told;
+    std::vector<std::string> described;
     for (const auto& member : account.members) {
-        told.push_back(member->name + " " +
-                       (member->entryIndex ? std::to_string(*member->entryIndex) : "none") + " " +
-                       std::to_string(member->bytesRead) + "/" + std::to_string(member->size) +
-                       " " + member->fault);
+        described.push_back(member->name + " " +
+                            (member->entryIndex ? std::to_string(*member->entryIndex) : "none") +
+                            " " + std::to_string(member->bytesRead) + "/" +
+                            std::to_string(member->size) + " " + member->fault);
     }
-    EXPECT_EQ(told,
+    EXPECT_EQ(described,
               (std::vector<std::string>{
                   "/dir\\whole 0 3000/3000 ",
                   "nowhere none 0/0 there is no file named \"nowhere\"",
                   "wrong 1 2000/2000 its checksum is wrong",
                   "wrong 1 2000/2000 its checksum is wrong",
-                  longName + " none 0/0 the name is too long to be asked for: \"" + longName + "\"",
+                  longName + " none 0/0 the name is too long to look up: \"" + longName + "\"",
                   "dir/whole 0 1000/3000 ",
               }));
     half->close(half);

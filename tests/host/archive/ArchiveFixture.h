@@ -14,12 +14,13 @@
 #include <gtest/gtest.h>
 
 #include "filter/boundary/Archive.h"
+#include "host/archive/ArchiveContents.h"
 #include "host/archive/ArchiveFile.h"
 #include "tests/host/archive/ZipBuilder.h"
 
 namespace olmhost::test {
 
-// Does with an archive what the module does, through the records alone.
+// Uses an archive as the module does, only through the records.
 class ArchiveFixture : public ::testing::Test {
 public:
     ArchiveFixture() {
@@ -39,7 +40,7 @@ protected:
         return path;
     }
 
-    // The status of opening what lies at `path`; `flags` holds the request's afterwards.
+    // Returns the status of opening `path`; stores the request's flags in `flags`.
     std::int32_t openPath(const std::string& path, const Limits& limits = {}) {
         file = std::make_unique<ArchiveFile>(path, limits);
         HostStream* handle = file.get();
@@ -62,7 +63,7 @@ protected:
         openBytes(zip.bytes(), limits);
     }
 
-    // Null when the entry doesn't open.
+    // Returns null when the entry doesn't open.
     HostStream* open(std::uint64_t index) { return open({}, std::int64_t(index)); }
 
     HostStream* open(std::string_view name) { return open(name, MEMBER_BY_NAME); }
@@ -79,7 +80,7 @@ protected:
         return handle;
     }
 
-    // All bytes from where the handle stands, read `step` at a time.
+    // Returns all bytes from the handle's position on, read `step` at a time.
     static std::string readOn(HostStream* handle, std::uint32_t step = 1024) {
         std::string text;
         std::string buffer(step, '\0');
@@ -99,7 +100,7 @@ protected:
         return buffer;
     }
 
-    // The bytes of an entry, none when it doesn't open.
+    // Returns the bytes of an entry; none when it doesn't open.
     template <typename Which> std::optional<std::string> contents(Which which) {
         HostStream* handle = open(which);
         if (handle == nullptr) {
@@ -110,7 +111,7 @@ protected:
         return text;
     }
 
-    // "kind entry: text" of the one fault that was found, or how many there were.
+    // Returns "kind entry: text" of the only fault, or how many there are.
     std::string onlyFault() const {
         const auto& faults = file->faults();
         if (faults.size() != 1) {

@@ -16,7 +16,7 @@ constexpr std::uint64_t megabyte = 1000000;
 
 class EntryStreamTest : public ArchiveFixture {
 protected:
-    // Reads pieces at random places, by all three origins, and compares them with `plain`.
+    // Reads pieces at random positions, with all three origins, and compares them with `plain`.
     void compareAtRandom(HostStream* handle, const std::string& plain, int rounds) {
         std::mt19937 random(7);
         std::int64_t here = 0;
@@ -34,8 +34,8 @@ protected:
         }
     }
 
-    // What the extraction of one item does: a new handle, the document's beginning, then the item
-    // and what the reader takes beyond it.
+    // Reads as the extraction of one item does: a new handle, the document's beginning, then the
+    // item and what the reader reads after it.
     void readItem(std::uint64_t index, const std::string& plain, std::uint64_t place,
                   std::uint32_t length) {
         HostStream* handle = open(index);
@@ -49,7 +49,7 @@ protected:
 
 } // namespace
 
-TEST_F(EntryStreamTest, ReadsOfAnySizeGiveTheSameBytes) {
+TEST_F(EntryStreamTest, ReadsOfAnySizeReturnTheSameBytes) {
     const std::string plain = someText(300001);
     openZip(ZipBuilder()
                 .add({.name = "stored", .data = plain})
@@ -66,7 +66,7 @@ TEST_F(EntryStreamTest, ReadsOfAnySizeGiveTheSameBytes) {
     EXPECT_TRUE(file->faults().empty());
 }
 
-TEST_F(EntryStreamTest, AReadIsShortAtTheEndAloneAndTheEndStays) {
+TEST_F(EntryStreamTest, AReadIsShortOnlyAtTheEndAndTheEndStays) {
     openZip(ZipBuilder().add({.name = "a", .data = std::string(1500, 'a')}));
     HostStream* handle = open(0);
     char buffer[1024];
@@ -74,7 +74,7 @@ TEST_F(EntryStreamTest, AReadIsShortAtTheEndAloneAndTheEndStays) {
 
     EXPECT_EQ(handle->read(handle, buffer, 1024, &count), 0);
     EXPECT_EQ(count, 1024U);
-    EXPECT_EQ(handle->read(handle, buffer, 0, &count), 0) << "no bytes wanted is no end";
+    EXPECT_EQ(handle->read(handle, buffer, 0, &count), 0) << "a read of no bytes is not the end";
     EXPECT_EQ(count, 0U);
     EXPECT_EQ(handle->read(handle, buffer, 1024, &count), 0);
     EXPECT_EQ(count, 476U);
@@ -107,13 +107,13 @@ TEST_F(EntryStreamTest, ADeflatedEntrySeeksBackAndForth) {
 
     compareAtRandom(open(0), plain, int{rounds});
 
-    // Each seek costs no more than one stretch between points, and its own bytes.
+    // Each seek costs at most one stretch between points, and its own bytes.
     EXPECT_LT(file->inflatedBytes(),
               2 * plain.size() + rounds * (InflatePoints::firstSpacing + 200000));
     EXPECT_TRUE(file->faults().empty());
 }
 
-TEST_F(EntryStreamTest, SeekingOutsideIsRefusedAheadOfTheStartAndTheEndBehindIt) {
+TEST_F(EntryStreamTest, SeekingBeforeTheStartIsRefusedAndAfterTheEndIsTheEnd) {
     openZip(ZipBuilder()
                 .add({.name = "a", .data = "0123456789"})
                 .add({.name = "b", .data = "0123456789", .isDeflated = true}));
@@ -137,7 +137,7 @@ TEST_F(EntryStreamTest, SeekingOutsideIsRefusedAheadOfTheStartAndTheEndBehindIt)
     }
 }
 
-TEST_F(EntryStreamTest, AllItemsOfADocumentInTurnInflateItOnceMore) {
+TEST_F(EntryStreamTest, AllItemsOfADocumentInOrderInflateItOnceMore) {
     constexpr std::uint32_t itemSize = 10000;
     const std::string plain = someText(10 * megabyte);
     openZip(ZipBuilder().add({.name = "a.xml", .data = plain, .isDeflated = true}));
@@ -151,7 +151,7 @@ TEST_F(EntryStreamTest, AllItemsOfADocumentInTurnInflateItOnceMore) {
     EXPECT_LT(file->inflatedBytes(), 2 * plain.size() + InflatedEntry::ringSize);
 }
 
-TEST_F(EntryStreamTest, ItemsInAnyOrderCostAStretchEach) {
+TEST_F(EntryStreamTest, ItemsInAnyOrderCostOneStretchEach) {
     constexpr std::uint32_t itemSize = 10000;
     const std::string plain = someText(10 * megabyte);
     openZip(ZipBuilder().add({.name = "a.xml", .data = plain, .isDeflated = true}));
@@ -169,8 +169,8 @@ TEST_F(EntryStreamTest, ItemsInAnyOrderCostAStretchEach) {
               plain.size() + places.size() * (InflatePoints::firstSpacing + 65536 + itemSize));
 }
 
-TEST_F(EntryStreamTest, ItemsOfSeveralDocumentsInTurnDisturbNoDocument) {
-    constexpr std::uint64_t count = InflatedEntries::mostHeld;
+TEST_F(EntryStreamTest, AlternatingBetweenDocumentsInflatesNoneAgain) {
+    constexpr std::uint64_t count = InflatedEntries::maxHeld;
     constexpr std::uint32_t itemSize = 10000;
     ZipBuilder zip;
     std::vector<std::string> plain;
@@ -189,8 +189,8 @@ TEST_F(EntryStreamTest, ItemsOfSeveralDocumentsInTurnDisturbNoDocument) {
     EXPECT_LT(file->inflatedBytes(), count * (3 * megabyte + InflatedEntry::ringSize));
 }
 
-TEST_F(EntryStreamTest, MoreDocumentsThanAreHeldStillCostAStretchPerItem) {
-    constexpr std::uint64_t count = 2 * InflatedEntries::mostHeld;
+TEST_F(EntryStreamTest, MoreDocumentsThanAreHeldCostOneStretchPerItem) {
+    constexpr std::uint64_t count = 2 * InflatedEntries::maxHeld;
     constexpr std::uint64_t size = 4 * megabyte;
     ZipBuilder zip;
     std::vector<std::string> plain;
@@ -229,7 +229,7 @@ TEST_F(EntryStreamTest, TwoHandlesOnOneEntryAreIndependent) {
     EXPECT_TRUE(secondText == plain.substr(2000000, 900000));
 }
 
-TEST_F(EntryStreamTest, MoreHandlesAtOnceThanEntriesHeldAreServed) {
+TEST_F(EntryStreamTest, MoreOpenHandlesThanEntriesHeldAreServed) {
     ZipBuilder zip;
     for (unsigned index = 0; index < 12; ++index) {
         zip.add({.name = "a", .data = someText(200000, index), .isDeflated = true});
@@ -253,7 +253,7 @@ TEST_F(EntryStreamTest, MoreHandlesAtOnceThanEntriesHeldAreServed) {
     EXPECT_EQ(file->inflatedBytes(), 2400000U);
 }
 
-TEST_F(EntryStreamTest, AWrongChecksumGivesAllBytesAndAFault) {
+TEST_F(EntryStreamTest, AWrongChecksumReturnsAllBytesAndIsAFault) {
     const std::string plain = someText(100000);
     for (const bool isDeflated : {false, true}) {
         openZip(ZipBuilder()
@@ -264,11 +264,11 @@ TEST_F(EntryStreamTest, AWrongChecksumGivesAllBytesAndAFault) {
         EXPECT_TRUE(contents(1U) == plain);
         EXPECT_EQ(onlyFault(), "Checksum 0: its checksum is wrong");
         EXPECT_TRUE(contents(0U) == plain);
-        EXPECT_EQ(onlyFault(), "Checksum 0: its checksum is wrong") << "told once";
+        EXPECT_EQ(onlyFault(), "Checksum 0: its checksum is wrong") << "reported once";
     }
 }
 
-TEST_F(EntryStreamTest, AWrongChecksumIsKnownWithTheLastByte) {
+TEST_F(EntryStreamTest, AWrongChecksumIsReportedWithTheLastByte) {
     for (const bool isDeflated : {false, true}) {
         openZip(ZipBuilder().add(
             {.name = "a", .data = someText(5000), .isDeflated = isDeflated, .crc = 1}));
@@ -299,9 +299,10 @@ TEST_F(EntryStreamTest, AStoredEntryReadWithGapsIsNotChecked) {
     EXPECT_TRUE(file->faults().empty());
 }
 
-TEST_F(EntryStreamTest, ADeflatedEntryBrokenInTheMiddleGivesWhatCanBeHad) {
+TEST_F(EntryStreamTest, ADeflatedEntryBrokenInTheMiddleIsReadUpToThere) {
     const std::string plain = someText(400000);
-    // A first half that ends at a byte boundary without ending the stream, then a block of no type.
+    // A first half that ends at a byte boundary without ending the stream, then a block of unknown
+    // type.
     z_stream stream = {};
     ASSERT_EQ(deflateInit2(&stream, 6, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY), Z_OK);
     std::string packed(400000, '\0');
@@ -322,14 +323,15 @@ TEST_F(EntryStreamTest, ADeflatedEntryBrokenInTheMiddleGivesWhatCanBeHad) {
     EXPECT_EQ(contents(1U), "unhurt");
     HostStream* handle = open(0);
     handle->seek(handle, 100, 0);
-    EXPECT_EQ(readSome(handle, 50), plain.substr(100, 50)) << "what there is can be read again";
+    EXPECT_EQ(readSome(handle, 50), plain.substr(100, 50))
+        << "the readable bytes can be read again";
     handle->seek(handle, 300000, 0);
     EXPECT_EQ(readSome(handle, 50), "");
     handle->seek(handle, -10, 2);
     EXPECT_EQ(readSome(handle, 50), plain.substr(199990, 10));
 }
 
-TEST_F(EntryStreamTest, ADeflatedEntryThatIsCutOffGivesWhatCanBeHad) {
+TEST_F(EntryStreamTest, ATruncatedDeflatedEntryIsReadUpToItsEnd) {
     const std::string plain = someText(100000);
     const std::string packed = deflated(plain);
     openZip(ZipBuilder().add(
@@ -343,7 +345,7 @@ TEST_F(EntryStreamTest, ADeflatedEntryThatIsCutOffGivesWhatCanBeHad) {
               "Damaged 0: its data end after " + std::to_string(text.size()) + " of 100000 bytes");
 }
 
-TEST_F(EntryStreamTest, ADeflatedEntryCutOffBehindItsLastByteIsDamaged) {
+TEST_F(EntryStreamTest, ADeflatedEntryTruncatedAfterItsLastByteIsDamaged) {
     const std::string plain = someText(5000);
     std::string packed = deflated(plain);
     packed.pop_back();
@@ -355,7 +357,7 @@ TEST_F(EntryStreamTest, ADeflatedEntryCutOffBehindItsLastByteIsDamaged) {
     EXPECT_EQ(file->faults()[0].kind, FaultKind::Damaged);
 }
 
-TEST_F(EntryStreamTest, ADeflatedEntryShorterThanToldEndsEarly) {
+TEST_F(EntryStreamTest, ADeflatedEntryShorterThanDeclaredEndsEarly) {
     openZip(
         ZipBuilder().add({.name = "a", .data = someText(5000), .isDeflated = true, .size = 5001}));
 
@@ -364,7 +366,7 @@ TEST_F(EntryStreamTest, ADeflatedEntryShorterThanToldEndsEarly) {
     EXPECT_EQ(onlyFault(), "Damaged 0: its data end after 5000 of 5001 bytes");
 }
 
-TEST_F(EntryStreamTest, ADeflatedEntryLongerThanToldEndsWhereItShould) {
+TEST_F(EntryStreamTest, ADeflatedEntryLongerThanDeclaredEndsAtItsDeclaredSize) {
     for (const std::uint64_t size : {0U, 1U, 32768U, 131072U, 199999U}) {
         const std::string plain = someText(200000);
         const auto crc = static_cast<std::uint32_t>(
@@ -373,13 +375,13 @@ TEST_F(EntryStreamTest, ADeflatedEntryLongerThanToldEndsWhereItShould) {
             {.name = "a", .data = plain, .isDeflated = true, .crc = crc, .size = size}));
 
         EXPECT_TRUE(contents(0U) == plain.substr(0, size));
-        EXPECT_EQ(onlyFault(),
-                  "Damaged 0: its data go on behind its " + std::to_string(size) + " bytes");
+        EXPECT_EQ(onlyFault(), "Damaged 0: its data continue after its declared size of " +
+                                   std::to_string(size) + " bytes");
         EXPECT_LE(file->inflatedBytes(), size + InflatedEntry::stepSize);
     }
 }
 
-TEST_F(EntryStreamTest, AStoredEntryWhoseSizesDifferGivesTheSmaller) {
+TEST_F(EntryStreamTest, AStoredEntryWhoseSizesDifferHasTheSmaller) {
     openZip(ZipBuilder()
                 .add({.name = "a", .data = "0123456789", .size = 12})
                 .add({.name = "b", .data = "0123456789", .size = 8}));
@@ -389,11 +391,11 @@ TEST_F(EntryStreamTest, AStoredEntryWhoseSizesDifferGivesTheSmaller) {
     ASSERT_GE(file->faults().size(), 2U);
     EXPECT_EQ(file->faults()[0].text, "its data end after 10 of 12 bytes");
     EXPECT_EQ(file->faults()[0].entryIndex, 0U);
-    EXPECT_EQ(file->faults()[1].text, "its data go on behind its 8 bytes");
+    EXPECT_EQ(file->faults()[1].text, "its data continue after its declared size of 8 bytes");
     EXPECT_EQ(file->faults()[1].entryIndex, 1U);
 }
 
-TEST_F(EntryStreamTest, AStoredEntryThatReachesBehindTheFileEndsWithTheFile) {
+TEST_F(EntryStreamTest, AStoredEntryThatExceedsTheFileEndsWithTheFile) {
     openZip(ZipBuilder().add(
         {.name = "a", .data = "0123456789", .size = 1000000000, .compressedSize = 1000000000}));
 
@@ -405,14 +407,14 @@ TEST_F(EntryStreamTest, AStoredEntryThatReachesBehindTheFileEndsWithTheFile) {
                                " of 1000000000 bytes");
 }
 
-TEST_F(EntryStreamTest, ADeflatedEntryThatReachesBehindTheFileEndsWithItsStream) {
+TEST_F(EntryStreamTest, ADeflatedEntryThatExceedsTheFileEndsWithItsStream) {
     openZip(ZipBuilder().add(
         {.name = "a", .data = someText(5000), .isDeflated = true, .compressedSize = 1000000000}));
 
     EXPECT_EQ(contents(0U), someText(5000));
 }
 
-TEST_F(EntryStreamTest, AnyByteChangedInADeflatedEntryIsNoticed) {
+TEST_F(EntryStreamTest, AnyChangedByteOfADeflatedEntryIsDetected) {
     const std::string plain = someText(300);
     const std::string packed = deflated(plain);
     for (std::size_t place = 0; place < packed.size(); ++place) {

@@ -10,7 +10,7 @@ namespace olmhost::test {
 
 namespace {
 
-// Inflates on to `position`, in a stream of zeros.
+// Inflates up to `position`, in a stream of zeros.
 void inflateTo(Inflater& inflater, const std::string& packed, std::uint64_t position) {
     std::byte output[65536];
     while (inflater.made() < position) {
@@ -23,7 +23,7 @@ void inflateTo(Inflater& inflater, const std::string& packed, std::uint64_t posi
 
 } // namespace
 
-TEST(InflatePointsTest, GivesTheLastPointOfTheEntryAtOrAheadOfThePosition) {
+TEST(InflatePointsTest, ReturnsTheLastPointOfTheEntryAtOrBeforeThePosition) {
     const std::string packed = deflated(std::string(4 << 20, '\0'));
     InflatePoints points;
     Inflater inflater;
@@ -32,7 +32,7 @@ TEST(InflatePointsTest, GivesTheLastPointOfTheEntryAtOrAheadOfThePosition) {
         points.offer(5, inflater);
     }
 
-    EXPECT_EQ(points.count(), 2U) << "one a stretch, none in the first";
+    EXPECT_EQ(points.count(), 2U) << "one per stretch, none in the first";
     EXPECT_EQ(points.before(5, 1499999), nullptr);
     ASSERT_NE(points.before(5, 1500000), nullptr);
     EXPECT_EQ(points.before(5, 1500000)->made(), 1500000U);
@@ -42,7 +42,7 @@ TEST(InflatePointsTest, GivesTheLastPointOfTheEntryAtOrAheadOfThePosition) {
     EXPECT_EQ(points.before(6, 4000000), nullptr);
 }
 
-TEST(InflatePointsTest, APointGoesOnWhereItWasTaken) {
+TEST(InflatePointsTest, APointContinuesWhereItWasTaken) {
     const std::string plain = someText(3 << 20);
     const std::string packed = deflated(plain);
     InflatePoints points;
@@ -61,7 +61,7 @@ TEST(InflatePointsTest, APointGoesOnWhereItWasTaken) {
     EXPECT_TRUE(output == plain.substr(1700001, output.size()));
 }
 
-TEST(InflatePointsTest, NeverHoldsMoreThanItsShareAndThinsOutEvenly) {
+TEST(InflatePointsTest, NeverHoldsMoreThanItsLimitAndThinsOutEvenly) {
     constexpr std::uint64_t spacing = 1000;
     constexpr std::size_t most = 40;
     constexpr std::uint64_t entries = 4;

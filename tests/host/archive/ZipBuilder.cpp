@@ -70,10 +70,10 @@ ZipBuilder& ZipBuilder::add(const ZipMember& member) {
 }
 
 std::string ZipBuilder::bytes() const {
-    return bytesTelling(count);
+    return bytesDeclaring(count);
 }
 
-std::string ZipBuilder::bytesTelling(std::uint64_t entryCount) const {
+std::string ZipBuilder::bytesDeclaring(std::uint64_t entryCount) const {
     const std::uint64_t place = start + body.size();
     const bool isLarge = place > 0xFFFFFFFE || entryCount > 0xFFFE;
     std::string end = "PK\6\6";

@@ -7,7 +7,7 @@
 
 namespace olmhost::test {
 
-// One entry of a ZIP file to be written. What is not given is written as it should be.
+// One entry of a ZIP file to be written. What is not set is written correctly.
 struct ZipMember {
     std::string name = {};
     std::string data = {};
@@ -16,27 +16,27 @@ struct ZipMember {
     bool hasZip64 = false;       // sizes and offset in an extra field, however small
     std::optional<std::uint16_t> method = {};
     std::optional<std::uint32_t> crc = {};
-    std::optional<std::uint64_t> size = {};           // told, not written
-    std::optional<std::uint64_t> compressedSize = {}; // told, not written
-    std::optional<std::string> packed = {};           // written in the data's place
-    std::optional<std::uint32_t> offset = {};         // told of the local header
+    std::optional<std::uint64_t> size = {};           // declared, not written
+    std::optional<std::uint64_t> compressedSize = {}; // declared, not written
+    std::optional<std::string> packed = {};           // written instead of the data
+    std::optional<std::uint32_t> offset = {};         // declared for the local header
 };
 
-// Writes ZIP files byte by byte, right and wrong ones.
+// Writes ZIP files byte by byte, correct and wrong ones.
 class ZipBuilder {
 public:
-    // What it gives is meant to stand `start` bytes from the start of the file.
+    // Its bytes begin `start` bytes from the start of the file.
     explicit ZipBuilder(std::uint64_t start = 0) : start(start) {}
 
     ZipBuilder& add(const ZipMember& member);
 
-    // The whole file, from `start` on.
+    // Returns the whole file, from `start` on.
     std::string bytes() const;
 
-    // The same with another number of entries told in the directory's end.
-    std::string bytesTelling(std::uint64_t entryCount) const;
+    // Returns the same with another number of entries declared at the directory's end.
+    std::string bytesDeclaring(std::uint64_t entryCount) const;
 
-    // What lies ahead of the directory.
+    // Returns what precedes the directory.
     const std::string& entries() const { return body; }
 
 private:
@@ -46,10 +46,10 @@ private:
     std::uint64_t count = 0;
 };
 
-// The text as raw deflate.
+// Returns the text as raw deflate.
 std::string deflated(const std::string& text);
 
-// `size` bytes that deflate to about a third of that; each seed gives others.
+// Returns `size` bytes that deflate to about a third of that, others for each seed.
 std::string someText(std::size_t size, unsigned seed = 1);
 
 } // namespace olmhost::test

@@ -1,42 +1,31 @@
 #include "tests/host/compound/ComparisonCounter.h"
 
-#include <dlfcn.h>
-
-#include <cstdio>
-#include <cstdlib>
-
 #include "host/compound/EntryName.h"
+
+// A linker option wraps compareEntryNames(): its callers call the first of these functions instead,
+// and the second is the original.
+#define COMPARE_ENTRY_NAMES                                                                        \
+    "_ZN7olmhost17compareEntryNamesESt17basic_string_viewIDsSt11char_traitsIDsEES3_"
+
+namespace olmhost::test {
+
+std::strong_ordering
+countedComparison(std::u16string_view left,
+                  std::u16string_view right) asm("__wrap_" COMPARE_ENTRY_NAMES);
+std::strong_ordering
+originalComparison(std::u16string_view left,
+                   std::u16string_view right) asm("__real_" COMPARE_ENTRY_NAMES);
 
 namespace {
 
-using Comparison = std::strong_ordering (*)(std::u16string_view, std::u16string_view);
-
 std::uint64_t comparisons = 0;
-
-Comparison libraryComparison() {
-    void* found = dlsym(RTLD_NEXT, "_ZN7olmhost17compareEntryNamesESt17basic_string_viewIDsSt11"
-                                   "char_traitsIDsEES3_");
-    if (found == nullptr) {
-        std::fputs("the library has no compareEntryNames()\n", stderr);
-        std::abort();
-    }
-    return reinterpret_cast<Comparison>(found);
-}
 
 } // namespace
 
-namespace olmhost {
-
-// A program's function stands ahead of a library's of the same name, also for the library itself.
-std::strong_ordering compareEntryNames(std::u16string_view left, std::u16string_view right) {
-    static const Comparison original = libraryComparison();
+std::strong_ordering countedComparison(std::u16string_view left, std::u16string_view right) {
     ++comparisons;
-    return original(left, right);
+    return originalComparison(left, right);
 }
-
-} // namespace olmhost
-
-namespace olmhost::test {
 
 ComparisonCounter::ComparisonCounter() : start(comparisons) {}
 

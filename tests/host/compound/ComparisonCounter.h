@@ -5,8 +5,8 @@
 
 namespace olmhost::test {
 
-// Counts how often two names of entries are compared while one of these lives: the work that
-// making and finishing a directory comes to, on any machine.
+// Counts the comparisons of entry names while one of these objects lives: the work of making and
+// finishing a directory, on any machine.
 class ComparisonCounter {
 public:
     ComparisonCounter();

@@ -1,4 +1,4 @@
-// The strict checker itself: a good file passes, and a file with one fault never does.
+// The strict checker itself: a valid file passes, and a file with one fault doesn't.
 
 #include <set>
 
@@ -10,9 +10,9 @@ namespace olmhost::test {
 
 namespace {
 
-// Sectors of the good file, in the order in which they come about; 0 to 8 are the long stream.
+// Sectors of the valid file, in the order in which they are written; 0 to 8 are the long stream.
 constexpr std::size_t headerAt = 0;
-constexpr std::size_t miniTableAt = 5632; // sector 10, behind the mini stream
+constexpr std::size_t miniTableAt = 5632; // sector 10, after the mini stream
 constexpr std::size_t directoryAt = 6144; // sectors 11 and 12
 constexpr std::size_t tableAt = 7168;     // sector 13
 constexpr std::size_t goodSize = 7680;
@@ -39,7 +39,7 @@ std::size_t entryAt(std::size_t entry, std::size_t field) {
 struct Fault {
     const char* name;
     std::size_t offset;
-    std::uint8_t value; // in place of the good one
+    std::uint8_t value; // instead of the right one
 };
 
 const Fault faults[] = {
@@ -67,10 +67,10 @@ const Fault faults[] = {
     {"chain-in-a-circle", tableAt + 4UL * 3, 2},
     {"chain-leaves-the-file", tableAt + 4UL * 3, 100},
     {"table-sector-not-marked", tableAt + 4UL * 13, 0xFE},
-    {"sector-behind-the-end", tableAt + 4UL * 14, 0xFE},
+    {"sector-after-the-end", tableAt + 4UL * 14, 0xFE},
     {"mini-chain-cut-short", miniTableAt, 0xFE},
     {"mini-chain-too-long", miniTableAt + 4, 2},
-    {"mini-sector-behind-the-end", miniTableAt + 4UL * 4, 0xFE},
+    {"mini-sector-after-the-end", miniTableAt + 4UL * 4, 0xFE},
     {"root-called-otherwise", entryAt(0, 0), 'r'},
     {"root-of-another-type", entryAt(0, 66), 1},
     {"root-with-time", entryAt(0, 100), 1},
@@ -78,7 +78,7 @@ const Fault faults[] = {
     {"mini-stream-of-odd-size", entryAt(0, 120), 0xFF},
     {"name-not-terminated", entryAt(1, 64), 8},
     {"name-of-odd-length", entryAt(1, 64), 9},
-    {"bytes-behind-the-name", entryAt(1, 30), 1},
+    {"bytes-after-the-name", entryAt(1, 30), 1},
     {"forbidden-character", entryAt(1, 0), '/'},
     {"unknown-type", entryAt(1, 66), 3},
     {"unknown-colour", entryAt(1, 67), 2},
@@ -121,7 +121,7 @@ TEST(CompoundCheckerTest, FileWithOneFaultIsNotValid) {
     std::vector<std::filesystem::path> paths;
     for (const Fault& fault : faults) {
         Bytes bad = good;
-        ASSERT_NE(bad[fault.offset], std::byte{fault.value}) << fault.name << " is no fault";
+        ASSERT_NE(bad[fault.offset], std::byte{fault.value}) << fault.name << " is not a fault";
         bad[fault.offset] = std::byte{fault.value};
         paths.push_back(folder / fault.name);
         writeFile(paths.back(), bad);
@@ -137,7 +137,7 @@ TEST(CompoundCheckerTest, FileWithOneFaultIsNotValid) {
     }
 }
 
-TEST(CompoundCheckerTest, EveryColourButTheRightOneIsAFault) {
+TEST(CompoundCheckerTest, EveryColourExceptTheRightOneIsAFault) {
     const auto folder = testFolder();
     const Bytes good = goodFile();
     std::vector<std::filesystem::path> paths;
@@ -155,7 +155,7 @@ TEST(CompoundCheckerTest, EveryColourButTheRightOneIsAFault) {
     }
 }
 
-TEST(CompoundCheckerTest, FileCutOffAnywhereIsNotValid) {
+TEST(CompoundCheckerTest, FileTruncatedAnywhereIsNotValid) {
     const auto folder = testFolder();
     const Bytes good = goodFile();
     std::vector<std::filesystem::path> paths;

@@ -149,7 +149,7 @@ StreamFacts factsOf(std::span<const std::byte> bytes) {
 
 ProgramResult runProgram(const std::string& command, bool withMessages) {
     const std::string line = command + (withMessages ? " 2>&1" : " 2>/dev/null");
-    std::FILE* pipe = popen(line.c_str(), "r"); // NOLINT: the shell is wanted
+    std::FILE* pipe = popen(line.c_str(), "r"); // NOLINT: a shell is needed
     if (pipe == nullptr) {
         ADD_FAILURE() << "can't run " << line;
         return {-1, ""};

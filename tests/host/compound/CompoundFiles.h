@@ -19,7 +19,7 @@ namespace olmhost::test {
 
 using Bytes = std::vector<std::byte>;
 
-// Gathers the output, and can refuse one call and count what comes behind it.
+// Collects the output. Can refuse one call and counts the calls after it.
 class MemorySink : public ByteSink {
 public:
     static constexpr int never = -1;
@@ -54,7 +54,7 @@ private:
     std::ofstream file;
 };
 
-// Takes everything and keeps nothing.
+// Accepts all bytes and drops them.
 class NullSink : public ByteSink {
 public:
     bool append(std::span<const std::byte> bytes) override;
@@ -63,7 +63,7 @@ public:
     std::uint64_t size = 0; // bytes
 };
 
-// The calls that the module makes. create... give null when IOCreate refuses.
+// The calls that the module makes. Those that create return null when IOCreate fails.
 HostStream* createRoot(CompoundOutput& output);
 HostStream* createStorage(HostStream* parent, std::u16string_view name);
 HostStream* createStream(HostStream* parent, std::u16string_view name);
@@ -73,13 +73,13 @@ void close(HostStream* handle);
 // Makes a stream of these bytes and closes it.
 void addStream(HostStream* parent, std::u16string_view name, std::span<const std::byte> bytes);
 
-// `size` bytes that look like no others: a fixed sequence for each seed.
+// Returns `size` bytes of a sequence that is fixed for each seed.
 Bytes pattern(std::size_t size, std::uint32_t seed);
 
-// The little-endian number at an offset.
+// Returns the little-endian number at an offset.
 std::uint32_t numberAt(std::span<const std::byte> bytes, std::size_t offset);
 
-// What is to be read from a stream.
+// The expected contents of a stream.
 struct StreamFacts {
     std::uint64_t size; // bytes
     std::string sha256; // hexadecimal
@@ -91,26 +91,26 @@ std::ostream& operator<<(std::ostream& out, const StreamFacts& facts);
 
 StreamFacts factsOf(std::span<const std::byte> bytes);
 
-// What a program printed on its standard output, with what it ended.
+// The standard output of a program and its exit status.
 struct ProgramResult {
     int exitCode;
     std::string output;
 };
 
-// Runs a command line in the shell, its messages with its output when `withMessages`.
+// Runs a command line in the shell; `withMessages` adds standard error to the output.
 ProgramResult runProgram(const std::string& command, bool withMessages = false);
 
-// The strict checker's verdict.
+// Returns the verdict of the strict checker.
 ProgramResult checkFiles(const std::vector<std::filesystem::path>& paths);
 
-// What olefile finds: the streams by path ("storage/stream") ...
+// What olefile reads: the streams by path ("storage/stream") ...
 using StreamMap = std::map<std::string, StreamFacts>;
 StreamMap readStreams(const std::filesystem::path& path);
 
 // ... and the storages by path ("storage/", the root "/"), with their class ids.
 std::map<std::string, std::string> readStorages(const std::filesystem::path& path);
 
-// A folder of the test that runs, empty at first.
+// Returns an empty folder of the current test.
 std::filesystem::path testFolder();
 
 void writeFile(const std::filesystem::path& path, std::span<const std::byte> bytes);

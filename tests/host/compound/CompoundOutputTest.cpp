@@ -14,9 +14,9 @@ std::span<const std::byte> bytesOf(std::string_view text) {
     return std::as_bytes(std::span(text.data(), text.size()));
 }
 
-// A message with all that there is: long and short streams, in turns and alone, a storage, a
-// stream that is replaced, one that is still open and one that is never closed. Looks at no
-// result: it runs over sinks that fail.
+// Writes a message with everything: long and short streams, alternately and alone, a storage, a
+// stream that is replaced, one that is still open and one that is never closed. Ignores results,
+// since its sinks fail.
 void writeMixedMessage(CompoundOutput& output) {
     HostStream* root = createRoot(output);
     HostStream* storage = createStorage(root, u"storage");
@@ -125,7 +125,7 @@ TEST_F(CompoundOutputTest, SmallFileIsLaidOutByteForByte) {
     expected.number(1024, 4, 0xFFFFFFFE); // the MiniFAT: one mini sector
     expected.text(1536, "Root Entry");
     expected.number(1536 + 66, 2, 0x0105);
-    expected.number(1536 + 76, 4, 2); // of two names the second tops the tree
+    expected.number(1536 + 76, 4, 2); // of two names the second is the tree's top
     for (std::size_t i = 0; i < 16; ++i) {
         expected.number(1536 + 80 + i, 1, 0x30 + i);
     }
@@ -158,7 +158,7 @@ TEST_F(CompoundOutputTest, SmallFileIsLaidOutByteForByte) {
     EXPECT_EQ(sink.bytes, expected.bytes);
 }
 
-TEST_F(CompoundOutputTest, SameCallsGiveTheSameBytes) {
+TEST_F(CompoundOutputTest, SameCallsWriteTheSameBytes) {
     MemorySink otherSink;
     CompoundOutput otherOutput(otherSink);
 
@@ -198,7 +198,7 @@ TEST_F(CompoundOutputTest, HandlesAreCountedUntilTheyAreClosed) {
     EXPECT_TRUE(output.isWhole());
 }
 
-TEST_F(CompoundOutputTest, NothingIsWrittenOrMadeBehindTheRootsClosing) {
+TEST_F(CompoundOutputTest, NothingIsWrittenOrMadeAfterTheRootIsClosed) {
     HostStream* root = createRoot(output);
     HostStream* storage = createStorage(root, u"storage");
     HostStream* stream = createStream(storage, u"stream");
@@ -219,7 +219,7 @@ TEST_F(CompoundOutputTest, NothingIsWrittenOrMadeBehindTheRootsClosing) {
     EXPECT_TRUE(sink.bytes == finished);
 }
 
-TEST_F(CompoundOutputTest, StreamThatGaveWayTakesNoMoreBytes) {
+TEST_F(CompoundOutputTest, ReplacedStreamTakesNoMoreBytes) {
     HostStream* root = createRoot(output);
     HostStream* first = createStream(root, u"name");
     ASSERT_TRUE(write(first, pattern(10, 1)));
@@ -229,7 +229,7 @@ TEST_F(CompoundOutputTest, StreamThatGaveWayTakesNoMoreBytes) {
     EXPECT_TRUE(write(second, pattern(10, 1)));
 }
 
-TEST_F(CompoundOutputTest, StorageThatGaveWayTakesNoMoreMembers) {
+TEST_F(CompoundOutputTest, ReplacedStorageTakesNoMoreMembers) {
     HostStream* root = createRoot(output);
     HostStream* storage = createStorage(root, u"name");
     createStorage(root, u"name");
@@ -237,7 +237,7 @@ TEST_F(CompoundOutputTest, StorageThatGaveWayTakesNoMoreMembers) {
     EXPECT_EQ(createStream(storage, u"member"), nullptr);
 }
 
-TEST_F(CompoundOutputTest, RawBytesGoStraightToTheSink) {
+TEST_F(CompoundOutputTest, RawBytesGoDirectlyToTheSink) {
     EXPECT_TRUE(write(&output, bytesOf("<?xml")));
     EXPECT_EQ(asText(sink.bytes), "<?xml");
     EXPECT_TRUE(write(&output, bytesOf(" ?>")));
@@ -248,7 +248,7 @@ TEST_F(CompoundOutputTest, RawBytesGoStraightToTheSink) {
     close(&output);
 }
 
-TEST_F(CompoundOutputTest, RawBytesAreRefusedBesideAStorage) {
+TEST_F(CompoundOutputTest, RawBytesAreRefusedOnceThereIsAStorage) {
     HostStream* root = createRoot(output);
 
     EXPECT_FALSE(write(&output, bytesOf("raw")));
@@ -266,10 +266,10 @@ TEST_F(CompoundOutputTest, RawBytesThatTheSinkRefusesAreAFailure) {
     EXPECT_FALSE(write(&raw, bytesOf("c")));
 
     EXPECT_TRUE(raw.failed());
-    EXPECT_EQ(failing.calls, 2) << "nothing is asked of a sink that has failed";
+    EXPECT_EQ(failing.calls, 2) << "a sink that has failed is not called again";
 }
 
-TEST_F(CompoundOutputTest, BytesGoOutInLargePiecesAndTheHeaderLast) {
+TEST_F(CompoundOutputTest, BytesAreWrittenInLargePiecesAndTheHeaderLast) {
     HostStream* root = createRoot(output);
     HostStream* stream = createStream(root, u"stream");
     for (int i = 0; i < 2560; ++i) {
@@ -282,7 +282,7 @@ TEST_F(CompoundOutputTest, BytesGoOutInLargePiecesAndTheHeaderLast) {
     EXPECT_LE(sink.calls, 1024000 / 65000 + 3);
 }
 
-TEST_F(CompoundOutputTest, SinkThatFailsOnceMakesNoFileWhole) {
+TEST_F(CompoundOutputTest, NoFileIsWholeWhenTheSinkFailedOnce) {
     writeMixedMessage(output);
     ASSERT_TRUE(output.isWhole());
     ASSERT_GE(sink.calls, 4);
@@ -300,7 +300,7 @@ TEST_F(CompoundOutputTest, SinkThatFailsOnceMakesNoFileWhole) {
     }
 }
 
-TEST_F(CompoundOutputTest, WritesFailBehindAFailureAndStreamsAreStillMade) {
+TEST_F(CompoundOutputTest, WritesFailAfterAFailureButStreamsAreStillMade) {
     MemorySink failing(0);
     CompoundOutput broken(failing);
     HostStream* root = createRoot(broken);
@@ -309,7 +309,7 @@ TEST_F(CompoundOutputTest, WritesFailBehindAFailureAndStreamsAreStillMade) {
     EXPECT_FALSE(write(stream, pattern(100000, 1)));
     EXPECT_FALSE(write(stream, pattern(1, 1)));
     HostStream* later = createStream(root, u"later");
-    ASSERT_NE(later, nullptr) << "whoever makes a stream may rely on it";
+    ASSERT_NE(later, nullptr) << "creating a stream does not fail";
     EXPECT_FALSE(write(later, pattern(1, 1)));
     close(later);
     close(stream);
@@ -319,7 +319,7 @@ TEST_F(CompoundOutputTest, WritesFailBehindAFailureAndStreamsAreStillMade) {
     EXPECT_EQ(broken.openHandles(), 0U);
 }
 
-TEST_F(CompoundOutputTest, StreamEndsBelowFourGigabytesAndSaysSo) {
+TEST_F(CompoundOutputTest, StreamEndsBelowFourGigabytesAndReportsIt) {
     NullSink nullSink;
     CompoundOutput large(nullSink);
     HostStream* root = createRoot(large);
@@ -339,7 +339,7 @@ TEST_F(CompoundOutputTest, StreamEndsBelowFourGigabytesAndSaysSo) {
     EXPECT_GT(nullSink.size, 0xFFFFFFFFU);
 }
 
-// Writes down what it is told.
+// Records its notifications.
 class Notes : public CompoundWatcher, public StreamWatcher {
 public:
     void storageMade(EntryId id, std::u16string_view name) override {
@@ -359,7 +359,7 @@ public:
     Bytes bytes;
 };
 
-TEST_F(CompoundOutputTest, WatcherIsToldOfStoragesInTheRootAndOfStreamsInThem) {
+TEST_F(CompoundOutputTest, WatcherIsNotifiedOfStoragesInTheRootAndStreamsInThem) {
     Notes watcher;
     MemorySink watchedSink;
     CompoundOutput watched(watchedSink, &watcher);
@@ -377,13 +377,13 @@ TEST_F(CompoundOutputTest, WatcherIsToldOfStoragesInTheRootAndOfStreamsInThem) {
     EXPECT_EQ(watcher.storages, (std::vector<std::u16string>{u"first", u"second"}));
     EXPECT_EQ(watcher.streams, (std::vector<std::u16string>{u"short", u"ignored", u"long"}));
     Bytes expected = pattern(10, 2);
-    const Bytes behind = pattern(9000, 4);
-    expected.insert(expected.end(), behind.begin(), behind.end());
+    const Bytes rest = pattern(9000, 4);
+    expected.insert(expected.end(), rest.begin(), rest.end());
     EXPECT_EQ(watcher.bytes, expected);
     EXPECT_TRUE(watched.isWhole());
 }
 
-TEST_F(CompoundOutputTest, WhatAWatcherThrowsIsAFailureOfTheFileAndLeavesNoCall) {
+TEST_F(CompoundOutputTest, ExceptionOfAWatcherIsAFailureOfTheFileAndLeavesNoCall) {
     class Thrower : public Notes {
         void wrote(ByteSpan /*bytes*/) override { throw std::runtime_error("enough"); }
     } watcher;

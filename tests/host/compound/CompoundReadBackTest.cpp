@@ -48,7 +48,7 @@ protected:
         expected[prefix + name] = factsOf(bytes);
     }
 
-    // Closes the root unless that is done, then lets everybody read.
+    // Closes the root unless it is closed, then lets all readers read.
     void finish() {
         if (root != nullptr) {
             close(root);
@@ -98,7 +98,7 @@ protected:
         EXPECT_TRUE(read.output == asText(bytes)) << name << ": " << read.output.size();
     }
 
-    // Exports all with olecfexport and gives the folder of the root's members.
+    // Exports all with olecfexport. Returns the folder of the root's members.
     std::filesystem::path exported() {
         const auto target = folder / "out";
         const ProgramResult result =
@@ -152,7 +152,7 @@ TEST_F(CompoundReadBackTest, SizesOnBothSidesOfEachLimitAreReadByteForByte) {
 TEST_F(CompoundReadBackTest, FiveThousandStreamsInOneStorageAreRead) {
     std::map<std::string, Bytes> contents;
     for (unsigned int i = 0; i < 5000; ++i) {
-        // In no order, so that the directory has to be sorted.
+        // Unordered, so that the directory must be sorted.
         contents[hexName(i * 7919 % 5000)] = pattern(i % 200, i);
     }
     for (unsigned int i = 0; i < 5000; ++i) {
@@ -175,7 +175,7 @@ TEST_F(CompoundReadBackTest, FiveThousandStreamsInOneStorageAreRead) {
     }
 }
 
-TEST_F(CompoundReadBackTest, EveryNumberOfStreamsGivesAValidTree) {
+TEST_F(CompoundReadBackTest, EveryNumberOfStreamsMakesAValidTree) {
     for (unsigned int count = 1; count <= 70; ++count) {
         const std::string storageName = "storage " + std::to_string(count);
         HostStream* storage = createStorage(root, wide(storageName));
@@ -188,7 +188,7 @@ TEST_F(CompoundReadBackTest, EveryNumberOfStreamsGivesAValidTree) {
     finish();
 }
 
-TEST_F(CompoundReadBackTest, TwoLongStreamsWrittenInTurnsAreRead) {
+TEST_F(CompoundReadBackTest, TwoLongStreamsWrittenAlternatelyAreRead) {
     const Bytes one = pattern(20000, 1);
     const Bytes other = pattern(20000, 2);
     HostStream* streamOne = createStream(root, u"one");
@@ -344,7 +344,7 @@ TEST_F(CompoundReadBackTest, HandlesThatAreNeverClosedKeepWhatTheyHeld) {
     finish();
 }
 
-TEST_F(CompoundReadBackTest, NameThatStandsAlreadyIsReplacedWhateverItsCase) {
+TEST_F(CompoundReadBackTest, ExistingNameIsReplacedWhateverItsCase) {
     add(root, "", "Subject", pattern(100, 1));
     add(root, "", "SUBJECT", pattern(50, 2));
     add(root, "", "large", pattern(9000, 3));
@@ -360,7 +360,7 @@ TEST_F(CompoundReadBackTest, NameThatStandsAlreadyIsReplacedWhateverItsCase) {
     finish();
 }
 
-TEST_F(CompoundReadBackTest, StreamReplacedWhileItIsOpenLeavesNothingBehind) {
+TEST_F(CompoundReadBackTest, StreamReplacedWhileItIsOpenLeavesNothing) {
     HostStream* small = createStream(root, u"small");
     HostStream* large = createStream(root, u"large");
     HostStream* neverClosed = createStream(root, u"never closed");
@@ -376,7 +376,7 @@ TEST_F(CompoundReadBackTest, StreamReplacedWhileItIsOpenLeavesNothingBehind) {
     finish();
 }
 
-TEST_F(CompoundReadBackTest, StorageIsReplacedWithAllThatLiesInIt) {
+TEST_F(CompoundReadBackTest, StorageIsReplacedWithItsContents) {
     HostStream* storage = createStorage(root, u"storage");
     HostStream* inner = createStorage(storage, u"inner");
     HostStream* open = createStream(inner, u"open");
@@ -400,7 +400,7 @@ TEST_F(CompoundReadBackTest, StorageIsReplacedWithAllThatLiesInIt) {
                   {"/", ""}, {"STORAGE/", ""}, {"Stream in place of a Storage/", ""}}));
 }
 
-TEST_F(CompoundReadBackTest, EntriesThatNothingUsesAnyMoreStandBlank) {
+TEST_F(CompoundReadBackTest, UnusedEntriesAreBlank) {
     HostStream* storage = createStorage(root, u"storage");
     for (unsigned int i = 0; i < 50; ++i) {
         addStream(storage, wide(hexName(i)), pattern(100, i));

@@ -13,7 +13,7 @@ namespace {
 
 using testing::HasSubstr;
 
-// Places of fields, in bytes from the start of the file.
+// Offsets of fields, in bytes from the start of the file.
 constexpr std::size_t versionField = 26;
 constexpr std::size_t tableCountField = 44;
 constexpr std::size_t directoryField = 48;
@@ -27,12 +27,12 @@ std::size_t placeOfSector(SectorNumber number) {
     return (std::size_t{number} + 1) * sectorSize;
 }
 
-// Where the FAT tells what follows a sector; for files with one sector of it.
+// Returns the offset of a sector's number in the FAT; for files with one sector of it.
 std::size_t placeInTable(const Bytes& file, SectorNumber number) {
     return placeOfSector(numberAt(file, firstTableField)) + number * sizeof(SectorNumber);
 }
 
-// Where an entry of the directory stands; for those in its first sector.
+// Returns the offset of an entry of the directory, in its first sector.
 std::size_t placeOfEntry(const Bytes& file, EntryId id) {
     return placeOfSector(numberAt(file, directoryField)) + id * directoryEntrySize;
 }
@@ -107,7 +107,7 @@ TEST(CompoundReaderTest, ReadsAFileWithoutStreams) {
 }
 
 TEST(CompoundReaderTest, ReadsATableThatTheHeaderCanNotList) {
-    // 109 sectors of the table tell of 7,143,424 bytes; the second file needs two index sectors.
+    // 109 sectors of the FAT cover 7,143,424 bytes; the second file needs two index sectors.
     expectStreams({8'000'000});
     expectStreams({20'000'000, 5});
 }
@@ -133,7 +133,7 @@ TEST(CompoundReaderTest, ReadsStoragesInStorages) {
                                                {u"outer/near", pattern(10, 2)}}));
 }
 
-TEST(CompoundReaderTest, GivesNoMoreThanTheLimitAsksFor) {
+TEST(CompoundReaderTest, ReturnsNoMoreThanTheLimit) {
     const Bytes file = fileOf({100, 9000});
     std::string failure;
     const auto reader = CompoundReader::open(file, failure);
@@ -149,12 +149,12 @@ TEST(CompoundReaderTest, GivesNoMoreThanTheLimitAsksFor) {
     }
 }
 
-TEST(CompoundReaderTest, RefusesWhatIsNoCompoundFile) {
-    EXPECT_THAT(failureOf({}), HasSubstr("no compound file"));
-    EXPECT_THAT(failureOf(Bytes(10'000)), HasSubstr("no compound file"));
+TEST(CompoundReaderTest, RefusesOtherFiles) {
+    EXPECT_THAT(failureOf({}), HasSubstr("not a compound file"));
+    EXPECT_THAT(failureOf(Bytes(10'000)), HasSubstr("not a compound file"));
     Bytes file = fileOf({100});
     file.resize(sectorSize - 1);
-    EXPECT_THAT(failureOf(file), HasSubstr("no compound file"));
+    EXPECT_THAT(failureOf(file), HasSubstr("not a compound file"));
 }
 
 TEST(CompoundReaderTest, RefusesAnotherVersion) {
@@ -169,7 +169,7 @@ TEST(CompoundReaderTest, ChainThatRunsInACircleIsRefused) {
     const SectorNumber first = numberAt(file, placeOfEntry(file, 1) + firstSectorField);
     setNumber(file, placeInTable(file, first + 1), first);
 
-    EXPECT_THAT(failureOf(file), HasSubstr("two chains, or to one twice"));
+    EXPECT_THAT(failureOf(file), HasSubstr("two chains, or in one twice"));
 }
 
 TEST(CompoundReaderTest, DirectoryThatRunsInACircleIsRefused) {
@@ -177,7 +177,7 @@ TEST(CompoundReaderTest, DirectoryThatRunsInACircleIsRefused) {
     const SectorNumber first = numberAt(file, directoryField);
     setNumber(file, placeInTable(file, first), first);
 
-    EXPECT_THAT(failureOf(file), HasSubstr("two chains, or to one twice"));
+    EXPECT_THAT(failureOf(file), HasSubstr("two chains, or in one twice"));
 }
 
 TEST(CompoundReaderTest, StreamsThatShareASectorAreRefused) {
@@ -185,7 +185,7 @@ TEST(CompoundReaderTest, StreamsThatShareASectorAreRefused) {
     const SectorNumber first = numberAt(file, placeOfEntry(file, 1) + firstSectorField);
     setNumber(file, placeOfEntry(file, 2) + firstSectorField, first);
 
-    EXPECT_THAT(failureOf(file), HasSubstr("two chains, or to one twice"));
+    EXPECT_THAT(failureOf(file), HasSubstr("two chains, or in one twice"));
 }
 
 TEST(CompoundReaderTest, StreamsThatShareAMiniSectorAreRefused) {
@@ -193,7 +193,7 @@ TEST(CompoundReaderTest, StreamsThatShareAMiniSectorAreRefused) {
     const SectorNumber first = numberAt(file, placeOfEntry(file, 1) + firstSectorField);
     setNumber(file, placeOfEntry(file, 2) + firstSectorField, first);
 
-    EXPECT_THAT(failureOf(file), HasSubstr("a mini sector belongs to two chains"));
+    EXPECT_THAT(failureOf(file), HasSubstr("a mini sector is in two chains"));
 }
 
 TEST(CompoundReaderTest, StreamLongerThanItsChainIsRefused) {
@@ -226,7 +226,7 @@ TEST(CompoundReaderTest, TreeThatRunsInACircleIsRefused) {
     EXPECT_THAT(failureOf(file), HasSubstr("tree is broken"));
 }
 
-// Whatever is in the bytes: refused with a reason, or read without leaving the file.
+// Any bytes are refused with a reason, or read without leaving the file.
 void expectNoHarm(const Bytes& file) {
     std::string failure;
     const auto reader = CompoundReader::open(file, failure);
@@ -241,7 +241,7 @@ void expectNoHarm(const Bytes& file) {
     EXPECT_LE(total, file.size());
 }
 
-TEST(CompoundReaderTest, NoChangedByteDoesHarm) {
+TEST(CompoundReaderTest, AnyChangedByteIsHarmless) {
     const Bytes whole = fileOf({0, 70, 600, 4100});
     Bytes file = whole;
     for (std::size_t place = 0; place < file.size(); ++place) {
@@ -253,7 +253,7 @@ TEST(CompoundReaderTest, NoChangedByteDoesHarm) {
     }
 }
 
-TEST(CompoundReaderTest, NoCutDoesHarm) {
+TEST(CompoundReaderTest, AnyTruncationIsHarmless) {
     Bytes file = fileOf({0, 70, 600, 4100});
     while (!file.empty()) {
         file.pop_back();

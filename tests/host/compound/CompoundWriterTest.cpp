@@ -22,8 +22,8 @@ std::u16string numbered(unsigned int list, unsigned int value) {
     return {name.begin(), name.begin() + size};
 }
 
-// Two multi-valued properties as a group has them: the value streams of both in turns, and in
-// turns with them two streams that say how long each value is. No storage is larger than these.
+// Two multi-valued properties as of a group: the value streams of both, alternately, and between
+// them two streams with the lengths of the values. No storage is larger than these.
 void addTwoLists(HostStream* root, unsigned int members) {
     HostStream* const sizes[] = {createStream(root, u"__substg1.0_80001102"),
                                  createStream(root, u"__substg1.0_80011102")};
@@ -79,7 +79,7 @@ TEST(CompoundWriterTest, NamesAreComparedNoMoreThanAHashTableAndASortNeed) {
     }
 }
 
-TEST(CompoundWriterTest, TwoListsOfFiftyThousandMembersTakeUnder200BytesOfMemoryAStream) {
+TEST(CompoundWriterTest, TwoListsOfFiftyThousandMembersTakeUnder200BytesOfMemoryPerStream) {
     constexpr unsigned int members = 50000;
     constexpr std::size_t streams = std::size_t{2} * members;
     NullSink sink;
@@ -113,7 +113,7 @@ TEST(CompoundWriterTest, OneGigabyteInOneStreamTakesUnderOneMegabyteOfMemory) {
     EXPECT_LE(heap.peak(), std::size_t{1} << 20);
 }
 
-TEST(CompoundWriterTest, StreamsOfOneGigabyteWrittenInTurnsTakeUnder24MegabytesOfMemory) {
+TEST(CompoundWriterTest, StreamsOfOneGigabyteWrittenAlternatelyTakeUnder24MegabytesOfMemory) {
     NullSink sink;
     const Bytes bytes = pattern(512, 1);
 

@@ -9,7 +9,7 @@ namespace olmhost {
 
 namespace {
 
-// Bytes that differ from zero, by their place; everything else has to be zero.
+// The bytes other than zero, by their offset; all others must be zero.
 std::vector<unsigned int> laidOut(const std::vector<std::pair<std::size_t, unsigned int>>& places) {
     std::vector<unsigned int> bytes(directoryEntrySize, 0);
     for (const auto& [place, value] : places) {
@@ -57,7 +57,7 @@ TEST(DirectoryEntryTest, StorageHasChildrenAndNoBytes) {
               laidOut({{0, 's'}, {64, 4}, {66, 1}, {67, 1}, {68, 1}, {72, 2}, {76, 3}}));
 }
 
-TEST(DirectoryEntryTest, ClassIdStandsAsGiven) {
+TEST(DirectoryEntryTest, ClassIdIsWrittenAsGiven) {
     DirectoryEntry entry;
     entry.setName(u"R");
     entry.type = EntryType::Root;
@@ -75,7 +75,7 @@ TEST(DirectoryEntryTest, ClassIdStandsAsGiven) {
     EXPECT_EQ(encoded(entry, classId), laidOut(expected));
 }
 
-TEST(DirectoryEntryTest, UnusedIsBlankWhateverItHeld) {
+TEST(DirectoryEntryTest, UnusedEntryIsBlankWhateverItHeld) {
     DirectoryEntry entry;
     entry.setName(u"left over");
     entry.left = 7;

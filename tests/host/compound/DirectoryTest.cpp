@@ -19,7 +19,7 @@ protected:
 
 } // namespace
 
-TEST_F(DirectoryTest, NameThatDiffersInCaseGivesWay) {
+TEST_F(DirectoryTest, NameThatDiffersOnlyInCaseIsReplaced) {
     const auto first = make(Directory::root(), u"Name");
     directory.place(*first, {17, 5000});
 
@@ -43,7 +43,7 @@ TEST_F(DirectoryTest, SameNameInAnotherStorageStays) {
     EXPECT_NE(outer->id, inner->id);
 }
 
-TEST_F(DirectoryTest, StorageGivesWayWithAllThatLiesInIt) {
+TEST_F(DirectoryTest, StorageIsReplacedWithItsContents) {
     const auto storage = make(Directory::root(), u"storage", EntryType::Storage);
     const auto inner = make(*storage, u"inner", EntryType::Storage);
     const auto shallow = make(*storage, u"shallow");
@@ -66,7 +66,7 @@ TEST_F(DirectoryTest, StorageGivesWayWithAllThatLiesInIt) {
     EXPECT_FALSE(make(*inner, u"late")) << "its storage is gone";
 }
 
-TEST_F(DirectoryTest, EntriesThatGaveWayAreTakenAgain) {
+TEST_F(DirectoryTest, ReplacedEntriesAreReused) {
     const auto storage = make(Directory::root(), u"storage", EntryType::Storage);
     const auto inner = make(*storage, u"inner");
     make(Directory::root(), u"storage", EntryType::Storage);

@@ -19,7 +19,7 @@ TEST(EntryNameTest, HasNoSeparator) {
     EXPECT_TRUE(isValidEntryName(u"\u0005SummaryInformation"));
 }
 
-TEST(EntryNameTest, ShorterStandsFirst) {
+TEST(EntryNameTest, ShorterComesFirst) {
     EXPECT_TRUE(std::is_lt(compareEntryNames(u"z", u"aa")));
     EXPECT_TRUE(std::is_gt(compareEntryNames(u"aa", u"z")));
 }
@@ -27,7 +27,7 @@ TEST(EntryNameTest, ShorterStandsFirst) {
 TEST(EntryNameTest, UnitsDecideByTheirCapitals) {
     EXPECT_TRUE(std::is_lt(compareEntryNames(u"ab", u"AC")));
     EXPECT_TRUE(std::is_gt(compareEntryNames(u"B", u"a")));
-    EXPECT_TRUE(std::is_gt(compareEntryNames(u"a_", u"ab"))) << "_ is behind B, though ahead of b";
+    EXPECT_TRUE(std::is_gt(compareEntryNames(u"a_", u"ab"))) << "_ comes after B, though before b";
 }
 
 struct PairOfNames {
@@ -36,14 +36,14 @@ struct PairOfNames {
     bool areOne;
 };
 
-TEST(EntryNameTest, CaseAloneMakesNoOtherName) {
+TEST(EntryNameTest, NamesThatDifferOnlyInCaseAreEqual) {
     constexpr PairOfNames pairs[] = {
         {u"AbC", u"aBc", true},
         {u"\u00E4\u00F6", u"\u00C4\u00D6", true}, // Latin with marks
         {u"\u0436", u"\u0416", true},             // Cyrillic
         {u"\u03C2", u"\u03A3", true},             // the final sigma's capital is the sigma's
-        {u"\u00FF", u"\u0178", true},             // the capital lies far off
-        {u"\u1FB3", u"\u1FBC", true},             // spelt out it would be two letters
+        {u"\u00FF", u"\u0178", true},             // the capital is far away
+        {u"\u1FB3", u"\u1FBC", true},             // its full capital would be two letters
         {u"\u00DF", u"\u1E9E", false},            // the sharp s has no simple capital
         {u"\u00DF", u"SS", false},
         {u"\u0149", u"\u02BCN", false},

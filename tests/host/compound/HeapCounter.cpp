@@ -8,8 +8,8 @@
 
 namespace {
 
-std::size_t taken = 0; // bytes
-std::size_t mostTaken = 0;
+std::size_t allocated = 0; // bytes
+std::size_t maxAllocated = 0;
 
 } // namespace
 
@@ -18,13 +18,13 @@ void* operator new(std::size_t size) {
     if (block == nullptr) {
         throw std::bad_alloc();
     }
-    taken += malloc_usable_size(block);
-    mostTaken = std::max(mostTaken, taken);
+    allocated += malloc_usable_size(block);
+    maxAllocated = std::max(maxAllocated, allocated);
     return block;
 }
 
 void operator delete(void* block) noexcept {
-    taken -= malloc_usable_size(block);
+    allocated -= malloc_usable_size(block);
     std::free(block);
 }
 
@@ -34,12 +34,12 @@ void operator delete(void* block, std::size_t /*size*/) noexcept {
 
 namespace olmhost::test {
 
-HeapCounter::HeapCounter() : start(taken) {
-    mostTaken = taken;
+HeapCounter::HeapCounter() : start(allocated) {
+    maxAllocated = allocated;
 }
 
 std::size_t HeapCounter::peak() const {
-    return mostTaken - start;
+    return maxAllocated - start;
 }
 
 } // namespace olmhost::test

@@ -5,12 +5,12 @@
 
 namespace olmhost::test {
 
-// Measures what the program takes from the heap by `new` while one of these lives.
+// Measures what the program allocates by `new` while one of these objects lives.
 class HeapCounter {
 public:
     HeapCounter();
 
-    // Bytes, at most at one time, above what was taken when the counter was made.
+    // Returns the most bytes that were allocated at one time, beyond those of the start.
     std::size_t peak() const;
 
 private:

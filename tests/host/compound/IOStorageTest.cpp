@@ -17,13 +17,13 @@ protected:
     CompoundOutput output{sink};
 };
 
-// A handle of the host that is no output.
+// A handle of the host that is not an output.
 class OtherHandle : public Handle {
 public:
     void end() override {}
 };
 
-// Something that the handle variable has to keep when a call fails.
+// A value that the handle variable must keep when a call fails.
 HostStream* const untouched = reinterpret_cast<HostStream*>(0x10); // NOLINT: never followed
 
 } // namespace
@@ -80,7 +80,7 @@ TEST_F(IOStorageTest, MissingArgumentsFail) {
     EXPECT_EQ(handle, untouched);
 }
 
-TEST_F(IOStorageTest, NamesThatCantStandInTheFileFail) {
+TEST_F(IOStorageTest, InvalidNamesFail) {
     HostStream* root = createRoot(output);
 
     for (const std::u16string& name : {std::u16string(), std::u16string(32, u'x'),
@@ -138,7 +138,7 @@ TEST_F(IOStorageTest, CopyCutsAtTheCount) {
     _UTwstrncpy(destination.data(), source.data(), 128);
 
     EXPECT_EQ(std::accumulate(destination.begin(), destination.begin() + 128, 0), 128 * 'x');
-    EXPECT_EQ(destination[128], 9) << "nothing behind the count is touched";
+    EXPECT_EQ(destination[128], 9) << "nothing after the count is changed";
 }
 
 } // namespace olmhost::test

@@ -8,7 +8,7 @@ namespace olmhost::test {
 
 namespace {
 
-// A store with one chain of so many sectors, finished.
+// Returns the finished file of one chain of that many sectors.
 Bytes fileOfSectors(std::size_t count) {
     MemorySink sink;
     SectorStore store(sink);
@@ -43,7 +43,7 @@ TEST_P(SectorStoreTest, TableCoversTheFileAndItself) {
     EXPECT_EQ(numberAt(file, 68),
               row.indexSectors == 0 ? endOfChain : row.dataSectors + row.tableSectors);
 
-    // Every number of the table, found by way of the header and the index sectors.
+    // Every number of the FAT, found through the header and the index sectors.
     std::vector<std::uint32_t> tableSectors;
     for (std::size_t i = 0; i < 109; ++i) {
         tableSectors.push_back(numberAt(file, 76 + 4 * i));

@@ -33,7 +33,7 @@ TEST(SectorTableTest, OneFollowerIsSetAndTheOthersStay) {
     EXPECT_EQ(table.next(299), 300U);
 }
 
-TEST(SectorTableTest, EncodesLowByteFirstAndFreeBehindTheLast) {
+TEST(SectorTableTest, EncodesLowByteFirstAndFreeAfterTheLast) {
     SectorTable table;
     for (int i = 0; i < 130; ++i) {
         table.add();

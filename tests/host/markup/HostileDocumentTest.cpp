@@ -19,7 +19,7 @@ const std::string whole =
     "t\xC3\xA9\xF0\x9F\x98\x80o</a><b/><!-- no --><c><d>x<e>y</e></d><f> </f><g><![CDATA[<]]>&#65;"
     "</g></c></root>\n";
 
-// The last text may be cut, and white space ahead of the cut is text, since no tag says otherwise.
+// The last text may be truncated, and white space at the end is text, since no tag follows.
 bool isPrefix(Events part, const Events& all) {
     std::string lastText;
     if (!part.empty() && part.back()[0] == '#') {
@@ -33,7 +33,7 @@ bool isPrefix(Events part, const Events& all) {
     return isSame && (isBlank || isCut);
 }
 
-TEST(HostileDocumentTest, EveryTruncationGivesAPrefixAndAFault) {
+TEST(HostileDocumentTest, EveryTruncationYieldsAPrefixAndAFault) {
     MemoryDocument complete(whole);
     Events all = olmtest::eventsOf(complete);
     ASSERT_TRUE(complete.faults.empty());
@@ -52,7 +52,7 @@ TEST(HostileDocumentTest, EveryTruncationGivesAPrefixAndAFault) {
     }
 }
 
-TEST(HostileDocumentTest, TextOfATruncatedElementComesAsFarAsItGoes) {
+TEST(HostileDocumentTest, TextOfATruncatedElementIsReadUpToItsEnd) {
     const std::string document = "<a>textmore!";
     for (std::size_t size = 4; size <= document.size(); ++size) {
         MemoryDocument made(document.substr(0, size), 1);
@@ -64,8 +64,8 @@ TEST(HostileDocumentTest, TextOfATruncatedElementComesAsFarAsItGoes) {
     }
 }
 
-// Each byte replaced by each of some: whatever comes, it ends, and reads of any size say the same.
-TEST(HostileDocumentTest, EveryChangedByteEndsAndReadsAlike) {
+// Replaces each byte by several others: parsing ends, with the same events for reads of any size.
+TEST(HostileDocumentTest, EveryChangedByteEndsAndReadsTheSameInAnySize) {
     for (std::size_t at = 0; at < whole.size(); ++at) {
         for (const char byte : {'\0', '<', '>', '&', ' ', 'x', '\xFF', '\''}) {
             std::string bytes = whole;
@@ -81,7 +81,7 @@ TEST(HostileDocumentTest, EveryChangedByteEndsAndReadsAlike) {
     }
 }
 
-// Gives a text of many MB without holding it.
+// A text of many MB, which is not held.
 class LongDocument : public MemoryDocument {
 public:
     explicit LongDocument(std::uint64_t textSize)
@@ -141,8 +141,8 @@ TEST(HostileDocumentTest, ATextOf100MegabytesIsSkippedInLittleMemory) {
     EXPECT_LT(peakKilobytes() - before, 20000);
 }
 
-TEST(HostileDocumentTest, EntitiesThatMakeMuchOfLittleAreHandedOutInPieces) {
-    // 60 bytes a reference become 50,000; below what expat calls an attack.
+TEST(HostileDocumentTest, EntitiesThatExpandALotAreDeliveredInPieces) {
+    // 60 bytes per reference become 50,000; below what expat considers an attack.
     std::string bytes = "<!DOCTYPE root [<!ENTITY t '" + std::string(50000, 't') + "'><!ENTITY e '";
     for (int i = 0; i < 500; ++i) {
         bytes += "<a/>";

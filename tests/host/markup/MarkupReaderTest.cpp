@@ -15,7 +15,7 @@ using testing::HasSubstr;
 
 using Events = std::vector<std::string>;
 
-// Every test runs with reads of several sizes, so that a token is cut at every place.
+// Every test runs with reads of several sizes, so that tokens are split everywhere.
 class MarkupReaderTest : public testing::TestWithParam<std::uint32_t> {
 protected:
     MemoryDocument document(const std::string& bytes) { return MemoryDocument(bytes, GetParam()); }
@@ -23,7 +23,7 @@ protected:
         MemoryDocument made(bytes, GetParam());
         return olmtest::eventsOf(made, capacity);
     }
-    // Up to and with the opening tag whose id is given.
+    // Reads up to and including the opening tag with this id.
     static void goTo(Puller& puller, std::uint32_t id) {
         do {
             ASSERT_EQ(puller.nextTag(), 0);
@@ -49,7 +49,7 @@ TEST_P(MarkupReaderTest, NamesAreTheQualifiedNamesAsWritten) {
               (Events{"<7 xmlns:n='u' n:x='1'", "<8 xmlns='u'", "</8", "<?", "</?", "</7", "end"}));
 }
 
-TEST_P(MarkupReaderTest, NamesAreTakenWholeAndWithTheirCase) {
+TEST_P(MarkupReaderTest, NamesAreComparedWholeAndWithTheirCase) {
     EXPECT_EQ(events("<a><A/><aa/></a>"), (Events{"<1", "<?", "</?", "<?", "</?", "</1", "end"}));
 }
 
@@ -118,7 +118,7 @@ TEST_P(MarkupReaderTest, AttributesComeInTheDocumentsOrderWithTheirExactLengths)
               (Events{"<1 z='1' b='' c='<\xF0\x9F\x98\x80&' d='\xC3\xA9'", "</1", "end"}));
 }
 
-TEST_P(MarkupReaderTest, AttributesOutlastTheReadingOfText) {
+TEST_P(MarkupReaderTest, AttributesStayWhileTextIsRead) {
     MemoryDocument made = document("<a x='1' y='2'>" + std::string(300000, 't') + "</a>");
     Puller puller(made);
     puller.addMap(abc());
@@ -150,7 +150,7 @@ TEST_P(MarkupReaderTest, LineEndsBecomeLineFeeds) {
     EXPECT_EQ(events("<a>1\r\n2\r3\n&#13;</a>"), (Events{"<1", "#1\n2\n3\n\r", "</1", "end"}));
 }
 
-TEST_P(MarkupReaderTest, TextStandsDirectlyBehindAnOpeningTagOnly) {
+TEST_P(MarkupReaderTest, TextIsOnlyDirectlyAfterAnOpeningTag) {
     EXPECT_EQ(events("<a>one<b/>two<c>three</c>four</a>"),
               (Events{"<1", "#one", "<2", "</2", "<3", "#three", "</3", "</1", "end"}));
 }
@@ -159,7 +159,7 @@ TEST_P(MarkupReaderTest, WhiteSpaceIsTextWhenTheElementsOwnClosingTagFollows) {
     EXPECT_EQ(events("<a> \n\t</a>"), (Events{"<1", "# \n\t", "</1", "end"}));
 }
 
-TEST_P(MarkupReaderTest, WhiteSpaceIsNoTextWhenAnotherOpeningTagFollows) {
+TEST_P(MarkupReaderTest, WhiteSpaceIsNotTextWhenAnotherOpeningTagFollows) {
     EXPECT_EQ(events("<a> \n\t<b>  x </b> </a>"),
               (Events{"<1", "<2", "#  x ", "</2", "</1", "end"}));
 }
@@ -180,7 +180,7 @@ TEST_P(MarkupReaderTest, LongWhiteSpaceIsTextOnceALetterFollows) {
     EXPECT_EQ(events("<a>" + blank + "</a>"), (Events{"<1", "#" + blank, "</1", "end"}));
 }
 
-TEST_P(MarkupReaderTest, UnreadTextIsToldOnceAndTheTagComesNext) {
+TEST_P(MarkupReaderTest, UnreadTextIsAnnouncedOnceAndTheTagComesNext) {
     MemoryDocument made = document("<a>text</a>");
     Puller puller(made);
     puller.addMap(abc());
@@ -193,7 +193,7 @@ TEST_P(MarkupReaderTest, UnreadTextIsToldOnceAndTheTagComesNext) {
     EXPECT_EQ(puller.tagText(), "</1");
 }
 
-TEST_P(MarkupReaderTest, TextReadInPartIsToldOnce) {
+TEST_P(MarkupReaderTest, TextReadInPartIsAnnouncedOnce) {
     MemoryDocument made = document("<a>text<b/></a>");
     Puller puller(made);
     puller.addMap(abc());
@@ -207,7 +207,7 @@ TEST_P(MarkupReaderTest, TextReadInPartIsToldOnce) {
     EXPECT_EQ(puller.tagText(), "<2");
 }
 
-TEST_P(MarkupReaderTest, TextThatWasToldCanStillBeRead) {
+TEST_P(MarkupReaderTest, AnnouncedTextCanStillBeRead) {
     MemoryDocument made = document("<a>text</a>");
     Puller puller(made);
     puller.addMap(abc());
@@ -219,7 +219,7 @@ TEST_P(MarkupReaderTest, TextThatWasToldCanStillBeRead) {
     EXPECT_EQ(puller.tagText(), "</1");
 }
 
-TEST_P(MarkupReaderTest, TextReadToItsLastUnitIsNotTold) {
+TEST_P(MarkupReaderTest, TextReadToItsLastUnitIsNotAnnounced) {
     MemoryDocument made = document("<a>text</a>");
     Puller puller(made);
     puller.next();
@@ -246,7 +246,7 @@ TEST_P(MarkupReaderTest, AReadIsShortOnlyAtTheEndAndThenThereIsNone) {
     EXPECT_EQ(puller.next(), 0);
 }
 
-TEST_P(MarkupReaderTest, ThereIsNoTextBehindAClosingTagOrBeforeTheFirst) {
+TEST_P(MarkupReaderTest, ThereIsNoTextAfterAClosingTagOrBeforeTheFirstTag) {
     MemoryDocument made = document("<a><b>x</b>y</a>");
     Puller puller(made);
     EXPECT_EQ(puller.text(), "(none)");
@@ -256,7 +256,7 @@ TEST_P(MarkupReaderTest, ThereIsNoTextBehindAClosingTagOrBeforeTheFirst) {
     ASSERT_EQ(puller.tag.flags & UTXML_CLOSING_TAG, UTXML_CLOSING_TAG);
 
     EXPECT_EQ(puller.text(), "(none)");
-    EXPECT_EQ(puller.next(), 0) << "text behind a closing tag is not told either";
+    EXPECT_EQ(puller.next(), 0) << "text after a closing tag is not announced either";
 }
 
 TEST_P(MarkupReaderTest, AnEmptyElementHasNoText) {
@@ -303,7 +303,7 @@ TEST_P(MarkupReaderTest, TextsOfLengthsAroundTheModulesChunkAreWhole) {
     }
 }
 
-TEST_P(MarkupReaderTest, ACapacityOfNoneReadsNothing) {
+TEST_P(MarkupReaderTest, ACapacityOfZeroReadsNothing) {
     MemoryDocument made = document("<a>text</a>");
     Puller puller(made);
     puller.next();
@@ -312,7 +312,7 @@ TEST_P(MarkupReaderTest, ACapacityOfNoneReadsNothing) {
     EXPECT_EQ(puller.text(), "text");
 }
 
-TEST_P(MarkupReaderTest, SkippingATagLeavesTheReaderBehindItsClosingTag) {
+TEST_P(MarkupReaderTest, SkippingATagLeavesTheReaderAfterItsClosingTag) {
     MemoryDocument made = document("<root><a>t<b><a>u</a></b>v</a><c/></root>");
     Puller puller(made);
     puller.addMap(abc());
@@ -323,7 +323,7 @@ TEST_P(MarkupReaderTest, SkippingATagLeavesTheReaderBehindItsClosingTag) {
     EXPECT_EQ(puller.rest(), (Events{"<3", "</3", "</100", "end"}));
 }
 
-TEST_P(MarkupReaderTest, SkippingGoesUpSeveralLevels) {
+TEST_P(MarkupReaderTest, SkippingLeavesSeveralLevels) {
     MemoryDocument made = document("<root><a><b><c>t</c></b><d/></a><e/></root>");
     Puller puller(made);
     puller.addMap(abc());
@@ -359,7 +359,7 @@ TEST_P(MarkupReaderTest, SkippingPassesAnElementOfManyChunks) {
     EXPECT_EQ(puller.rest(), (Events{"<4", "#t", "</4", "</100", "end"}));
 }
 
-TEST_P(MarkupReaderTest, SkippingATagThatIsNotOpenAnyMoreFails) {
+TEST_P(MarkupReaderTest, SkippingATagThatIsNoLongerOpenFails) {
     MemoryDocument made = document("<root><a/><a/></root>");
     Puller puller(made);
     puller.addMap(abc());
@@ -385,7 +385,7 @@ TEST_P(MarkupReaderTest, SkippingInABrokenDocumentFails) {
     EXPECT_LT(puller.next(), 0);
 }
 
-TEST_P(MarkupReaderTest, TheEndIsNegativeForEverAndLeavesTheRecord) {
+TEST_P(MarkupReaderTest, TheEndStaysNegativeAndLeavesTheRecord) {
     MemoryDocument made = document("<a x='1'></a>");
     Puller puller(made);
     puller.addMap(abc());
@@ -403,7 +403,7 @@ TEST_P(MarkupReaderTest, TheEndIsNegativeForEverAndLeavesTheRecord) {
     EXPECT_TRUE(made.faults.empty());
 }
 
-TEST_P(MarkupReaderTest, WhatStandsBehindTheRootIsLookedAt) {
+TEST_P(MarkupReaderTest, WhatFollowsTheRootIsParsed) {
     MemoryDocument fine = document("<a></a> \n<!-- c --><?p q?>\n");
     EXPECT_EQ(olmtest::eventsOf(fine), (Events{"<1", "</1", "end"}));
     EXPECT_TRUE(fine.faults.empty());
@@ -414,7 +414,7 @@ TEST_P(MarkupReaderTest, WhatStandsBehindTheRootIsLookedAt) {
     EXPECT_EQ(junk.faults[0].text, "line 1, column 9: junk after document element");
 }
 
-TEST_P(MarkupReaderTest, ABrokenDocumentGivesAllBeforeTheFaultAndReportsItOnce) {
+TEST_P(MarkupReaderTest, ABrokenDocumentIsReadUpToTheFaultWhichIsReportedOnce) {
     MemoryDocument made = document("<root>\n<a>one</a>\n <b>two</c></root>");
     Puller puller(made);
     puller.addMap(abc());
@@ -433,7 +433,7 @@ TEST_P(MarkupReaderTest, TextUpToTheFaultIsTheElementsContent) {
     EXPECT_EQ(events("<a>bad \xFF byte</a>"), (Events{"<1", "#bad ", "end"}));
 }
 
-TEST_P(MarkupReaderTest, ADocumentThatIsCutSaysSo) {
+TEST_P(MarkupReaderTest, ATruncatedDocumentIsReportedAsSuch) {
     MemoryDocument made = document("<a>\n<b>cut o");
     olmtest::eventsOf(made);
     ASSERT_EQ(made.faults.size(), 1U);
@@ -463,7 +463,8 @@ TEST_P(MarkupReaderTest, TheNestingLimitEndsTheDocument) {
     EXPECT_EQ(olmtest::eventsOf(made), (Events{"<1", "<2", "<3", "</3", "<4", "end"}));
     ASSERT_EQ(made.faults.size(), 1U);
     EXPECT_EQ(made.faults[0].kind, FaultKind::LimitReached);
-    EXPECT_EQ(made.faults[0].text, "line 1, column 14: more than 3 elements are open");
+    EXPECT_EQ(made.faults[0].text,
+              "line 1, column 14: elements are nested deeper than the limit of 3");
 }
 
 TEST_P(MarkupReaderTest, TheNestingLimitHoldsForSkippedElements) {
@@ -489,7 +490,7 @@ TEST_P(MarkupReaderTest, TheStartTagLimitEndsTheDocument) {
     EXPECT_TRUE(fits.faults.empty());
 }
 
-TEST_P(MarkupReaderTest, AnEndlessTokenIsNotGatheredWhole) {
+TEST_P(MarkupReaderTest, AnEndlessTokenIsNotHeldCompletely) {
     for (const char* begin : {"<a x='", "<a><!-- ", "<a><?p ", "<a></"}) {
         MemoryDocument made = document(begin + std::string(1000000, 'y'));
         made.bounds.longestAttribute = 10000;
@@ -502,14 +503,14 @@ TEST_P(MarkupReaderTest, AnEndlessTokenIsNotGatheredWhole) {
 
 TEST_P(MarkupReaderTest, TheBlankLimitEndsTheDocument) {
     const std::string fits(1000, ' ');
-    for (const char* behind : {"<a>", "<a><b/>"}) {
-        MemoryDocument made = document(behind + fits + " </a>");
+    for (const char* start : {"<a>", "<a><b/>"}) {
+        MemoryDocument made = document(start + fits + " </a>");
         made.bounds.longestBlank = 1000;
         olmtest::eventsOf(made);
         ASSERT_EQ(made.faults.size(), 1U);
         EXPECT_EQ(made.faults[0].kind, FaultKind::LimitReached);
 
-        MemoryDocument allowed = document(behind + fits + "</a>");
+        MemoryDocument allowed = document(start + fits + "</a>");
         allowed.bounds.longestBlank = 1000;
         olmtest::eventsOf(allowed);
         EXPECT_TRUE(allowed.faults.empty());
@@ -528,7 +529,7 @@ TEST_P(MarkupReaderTest, ExternalEntitiesEndTheDocument) {
     EXPECT_EQ(olmtest::eventsOf(made), (Events{"<1", "#1", "end"}));
     ASSERT_EQ(made.faults.size(), 1U);
     EXPECT_EQ(made.faults[0].kind, FaultKind::BrokenMarkup);
-    EXPECT_THAT(made.faults[0].text, HasSubstr("an external entity is not read"));
+    EXPECT_THAT(made.faults[0].text, HasSubstr("external entities are not supported"));
 }
 
 TEST_P(MarkupReaderTest, DeclarationsOutsideTheDocumentEndIt) {

@@ -11,9 +11,9 @@
 
 namespace olmtest {
 
-// A document in memory, given out in reads of at most `readSize` bytes. A reader may put two reads
-// together: a size of 2 is one read of 2 and then single bytes, so that the pairs lie otherwise
-// than with a size of 1.
+// A document in memory, which returns at most `readSize` bytes per read. A reader may combine two
+// reads: a size of 2 is one read of 2 and then single bytes, so that the pairs differ from those of
+// a size of 1.
 
 class MemoryDocument : public olmhost::Handle {
 public:

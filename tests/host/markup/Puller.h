@@ -11,11 +11,11 @@
 
 namespace olmtest {
 
-// UTF-16 as UTF-8; a lone surrogate as "?".
+// Returns UTF-16 as UTF-8; a lone surrogate as "?".
 std::string toUtf8(std::u16string_view units);
 
-// A reader on a document, driven through the C functions as the module drives it, with what came
-// told in words.
+// A reader of a document, called through the C functions as by the module. Describes its events in
+// words.
 class Puller {
 public:
     explicit Puller(MemoryDocument& document);
@@ -23,11 +23,11 @@ public:
     Puller(const Puller&) = delete;
     Puller& operator=(const Puller&) = delete;
 
-    // Status of UTXMLReadNextTag; tag and attributes of a delivered tag stand below.
+    // Returns the status of UTXMLReadNextTag; stores the tag and its attributes below.
     std::int16_t next();
-    // As next(), but leaves unread text out by itself.
+    // As next(), but skips unread text.
     std::int16_t nextTag();
-    // The text in reads of `capacity` units; "(none)" when the first read gives nothing.
+    // Returns the text in reads of `capacity` units; "(none)" when the first read has none.
     std::string text(std::uint32_t capacity = 1024);
     // One read: its units and its status.
     std::u16string read(std::uint32_t capacity, std::int16_t& status);
@@ -38,9 +38,9 @@ public:
 
     // The tag read last: "<5 a='1'" or "</5".
     std::string tagText() const;
-    // One event: text behind an opening tag ("#..."), a tag, or "end". Reads texts by `capacity`.
+    // One event: text after an opening tag ("#..."), a tag, or "end". Reads texts by `capacity`.
     std::string event(std::uint32_t capacity = 1024);
-    // All events that are left, "end" included.
+    // All remaining events, "end" included.
     std::vector<std::string> rest(std::uint32_t capacity = 1024);
 
     UTXMLReader reader{};

@@ -1,7 +1,8 @@
+#include "host/markup/SavedState.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/markup/SavedState.h"
 #include "tests/host/markup/Puller.h"
 
 namespace {
@@ -94,7 +95,7 @@ protected:
         return MemoryDocument(std::get<0>(GetParam()).bytes, std::get<1>(GetParam()));
     }
 
-    // What a reader that begins with `begin`'s place says from there on, and its fault.
+    // Returns the events of a reader that restores the state `begin`, and its fault.
     struct Story {
         Events events;
         std::string fault;
@@ -113,8 +114,8 @@ INSTANTIATE_TEST_SUITE_P(Documents, SavedStateTest,
                                     ("By" + std::to_string(std::get<1>(row.param)));
                          });
 
-// After each event of a document: the place, and what came behind it.
-TEST_P(SavedStateTest, AFreshReaderGoesOnFromEveryPlace) {
+// After each event of a document: the state, and the events after it.
+TEST_P(SavedStateTest, AFreshReaderContinuesFromEveryState) {
     MemoryDocument straight = document();
     Puller first(straight);
     first.addMap(abc());
@@ -131,7 +132,7 @@ TEST_P(SavedStateTest, AFreshReaderGoesOnFromEveryPlace) {
                               events.end());
         for (const bool rootFirst : {false, true}) {
             SCOPED_TRACE(testing::Message()
-                         << "behind event " << at << ", root first " << rootFirst);
+                         << "after event " << at << ", root first " << rootFirst);
             MemoryDocument made = document();
             Puller puller(made);
             puller.addMap(abc());
@@ -150,8 +151,8 @@ TEST_P(SavedStateTest, AFreshReaderGoesOnFromEveryPlace) {
     }
 }
 
-// As above within one reader, and back and forth.
-TEST_P(SavedStateTest, TheSameReaderGoesOnFromEveryPlace) {
+// The same within one reader, back and forth.
+TEST_P(SavedStateTest, TheSameReaderContinuesFromEveryState) {
     MemoryDocument made = document();
     Puller puller(made);
     puller.addMap(abc());
@@ -168,13 +169,13 @@ TEST_P(SavedStateTest, TheSameReaderGoesOnFromEveryPlace) {
                                   static_cast<std::ptrdiff_t>(std::min(at, events.size() - 1)),
                               events.end());
         ASSERT_EQ(puller.restore(places[at]), 0);
-        EXPECT_EQ(puller.rest(), expected) << "behind event " << at;
+        EXPECT_EQ(puller.rest(), expected) << "after event " << at;
     }
-    EXPECT_LE(made.faults.size(), 1U) << "one fault is told once";
+    EXPECT_LE(made.faults.size(), 1U) << "a fault is reported once";
 }
 
-// Places taken while text is unread, partly read, told and skipped.
-TEST_P(SavedStateTest, APlaceAmidTextGoesOnAmidTheText) {
+// States saved while text is unread, partly read, announced and skipped.
+TEST_P(SavedStateTest, AStateInTextContinuesInTheText) {
     MemoryDocument straight = document();
     Puller first(straight);
     first.addMap(abc());
@@ -203,22 +204,22 @@ TEST_P(SavedStateTest, APlaceAmidTextGoesOnAmidTheText) {
         Puller puller(made);
         ASSERT_EQ(puller.restore(unread), 0);
         EXPECT_EQ(puller.next(), UTXML_CONTENT_PENDING);
-        const tagUTXMLSaveData told = puller.save();
+        const tagUTXMLSaveData announced = puller.save();
         EXPECT_EQ(UTXMLSkipContent(&puller.reader), 0);
         const tagUTXMLSaveData skipped = puller.save();
 
-        ASSERT_EQ(puller.restore(told), 0);
+        ASSERT_EQ(puller.restore(announced), 0);
         EXPECT_EQ(puller.text(), whole);
-        ASSERT_EQ(puller.restore(told), 0);
-        EXPECT_NE(puller.next(), UTXML_CONTENT_PENDING) << "it was told before";
+        ASSERT_EQ(puller.restore(announced), 0);
+        EXPECT_NE(puller.next(), UTXML_CONTENT_PENDING) << "it was announced before";
         ASSERT_EQ(puller.restore(skipped), 0);
         EXPECT_EQ(puller.text(), "(none)");
         EXPECT_NE(puller.next(), UTXML_CONTENT_PENDING);
     }
 }
 
-// Behind a restore elements can be skipped, and the root still can if it was read.
-TEST_P(SavedStateTest, ElementsReadBehindARestoreCanBeSkipped) {
+// After a restore elements can be skipped, and so can the root if it was read.
+TEST_P(SavedStateTest, ElementsReadAfterARestoreCanBeSkipped) {
     MemoryDocument straight = document();
     Puller first(straight);
     first.addMap(abc());
@@ -288,7 +289,7 @@ TEST(SavedStateCostTest, RestoringInALongDocumentIsOneSeekAndReadsLittle) {
     }
 }
 
-TEST(SavedStateCostTest, RestoringToWhereTheReaderStandsTouchesNoStream) {
+TEST(SavedStateCostTest, RestoringTheCurrentStateTouchesNoStream) {
     MemoryDocument made("<root><a/></root>");
     Puller puller(made);
     puller.addMap(abc());
@@ -301,7 +302,7 @@ TEST(SavedStateCostTest, RestoringToWhereTheReaderStandsTouchesNoStream) {
     EXPECT_EQ(puller.rest(), (Events{"<1", "</1", "</100", "end"}));
 }
 
-TEST(SavedStateIdTest, AClosingTagBehindARestoreIsNamedByTheMapsOfThatMoment) {
+TEST(SavedStateIdTest, AClosingTagAfterARestoreHasTheIdOfTheCurrentMaps) {
     const UTXML_STRVALPAIR rows[] = {{42, "a"}, {43, "root"}};
     MemoryDocument made("<root><a><b/></a></root>");
     Puller first(made);
@@ -320,7 +321,7 @@ TEST(SavedStateIdTest, AClosingTagBehindARestoreIsNamedByTheMapsOfThatMoment) {
         << "the root's opening tag was read with the earlier map";
 }
 
-TEST(SavedStateIdTest, TheRootReadBeforeARestoreCanBeSkippedBehindIt) {
+TEST(SavedStateIdTest, TheRootReadBeforeARestoreCanBeSkippedAfterIt) {
     MemoryDocument made("<root><a><b/></a><c/></root>");
     Puller puller(made);
     puller.addMap(abc());
@@ -352,7 +353,7 @@ TEST(SavedStateFaultTest, AStreamThatCannotBeMovedRefusesARestore) {
     EXPECT_EQ(puller.rest(), (Events{"<1", "</1", "<2", "</2", "</100", "end"}));
 }
 
-TEST(SavedStateFaultTest, BlocksThatNoReaderFilledDoNoHarm) {
+TEST(SavedStateFaultTest, BlocksThatNoReaderFilledAreHarmless) {
     std::uint64_t random = 88172645463325252U;
     const auto next = [&] {
         random ^= random << 13;
@@ -377,7 +378,7 @@ TEST(SavedStateFaultTest, BlocksThatNoReaderFilledDoNoHarm) {
     }
 }
 
-TEST(SavedStateFaultTest, APlaceOfAnotherDocumentEndsInAFaultOrAnEnd) {
+TEST(SavedStateFaultTest, AStateOfAnotherDocumentLeadsToAFaultOrTheEnd) {
     MemoryDocument longer(nested(20));
     Puller first(longer);
     std::vector<tagUTXMLSaveData> places;
@@ -392,7 +393,7 @@ TEST(SavedStateFaultTest, APlaceOfAnotherDocumentEndsInAFaultOrAnEnd) {
     }
 }
 
-TEST(SavedStateFarTest, PlacesBeyond32BitsAreKept) {
+TEST(SavedStateFarTest, StatesBeyond32BitsAreKept) {
     olmhost::SavedState place;
     place.place = (std::uint64_t{1} << 40) + 5;
     place.textRead = (std::uint64_t{1} << 36) + 7;
@@ -421,7 +422,7 @@ public:
     static constexpr std::uint64_t begin = std::uint64_t{5} << 30;
 };
 
-TEST(SavedStateFarTest, AReaderGoesOnBehind4GiB) {
+TEST(SavedStateFarTest, AReaderContinuesAfter4GiB) {
     MemoryDocument near("<root><a>1</a><b><c/>2</b></root>");
     Puller first(near);
     first.addMap(abc());

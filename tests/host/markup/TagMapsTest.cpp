@@ -16,13 +16,13 @@ std::uint32_t idOf(const TagMaps& maps, std::string_view name) {
     return maps.find(name, nameHash(name));
 }
 
-TEST(TagMapsTest, AnEmptyOneKnowsNoName) {
+TEST(TagMapsTest, AnEmptyMapHasNoName) {
     TagMaps maps;
     EXPECT_EQ(idOf(maps, "a"), UTXML_UNKNOWN_TAG);
     EXPECT_EQ(idOf(maps, ""), UTXML_UNKNOWN_TAG);
 }
 
-TEST(TagMapsTest, ThousandsOfNamesAreToldApart) {
+TEST(TagMapsTest, ThousandsOfNamesAreDistinguished) {
     std::deque<std::string> names;
     TagMaps maps;
     for (std::uint64_t i = 0; i < 5000; ++i) {
@@ -37,14 +37,14 @@ TEST(TagMapsTest, ThousandsOfNamesAreToldApart) {
     EXPECT_EQ(idOf(maps, "name"), UTXML_UNKNOWN_TAG);
 }
 
-TEST(TagMapsTest, NamesOfOneHashAreToldApart) {
+TEST(TagMapsTest, NamesOfOneHashAreDistinguished) {
     const UTXML_STRVALPAIR rows[] = {{1, "one"}, {2, "two"}};
     TagMaps maps;
     maps.add(rows);
     EXPECT_EQ(maps.find("six", nameHash("one")), UTXML_UNKNOWN_TAG);
 }
 
-TEST(TagMapsTest, ClearedMapsKnowNothingAndTakeTheSameRowsAgain) {
+TEST(TagMapsTest, ClearedMapsAreEmptyAndTakeTheSameRowsAgain) {
     const UTXML_STRVALPAIR rows[] = {{1, "one"}};
     TagMaps maps;
     maps.add(rows);

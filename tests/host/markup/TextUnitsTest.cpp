@@ -46,7 +46,7 @@ TEST(TextUnitsTest, PlainTextOfEveryLengthAndOffsetIsConverted) {
     }
 }
 
-TEST(TextUnitsTest, BytesOfNoCharacterBecomeReplacements) {
+TEST(TextUnitsTest, InvalidBytesBecomeReplacements) {
     EXPECT_EQ(converted("a\x80z", 10), u"a\xFFFDz");
     EXPECT_EQ(converted("a\xC3", 10), u"a\xFFFD");
     EXPECT_EQ(converted("\xE2\x28z", 10), u"\xFFFD(z");

@@ -1,4 +1,4 @@
-"""Prints the events of an XML file as MarkupReader would tell them, by Python's own XML tree.
+"""Prints the events of an XML file as MarkupReader would report them, by Python's own XML tree.
 
     independent_events.py ARCHIVE           the names of the archive's .xml entries
     independent_events.py ARCHIVE ENTRY     one entry: a line of JSON for each event
@@ -14,14 +14,14 @@ import zipfile
 XML_SPACE = "{http://www.w3.org/XML/1998/namespace}"
 
 
-def tell(element):
+def report(element):
     attributes = [[name.replace(XML_SPACE, "xml:"), value] for name, value in element.items()]
     print(json.dumps(["<" + element.tag] + attributes))
     text = element.text or ""
     if text and (text.strip(" \t\r\n") or len(element) == 0):
         print(json.dumps(["#" + text]))
     for child in element:
-        tell(child)
+        report(child)
     print(json.dumps(["</" + element.tag]))
 
 
@@ -36,7 +36,7 @@ def main(arguments):
                 if name.endswith(".xml"):
                     print(name)
             return
-        tell(tree.fromstring(archive.read(arguments[1])))
+        report(tree.fromstring(archive.read(arguments[1])))
 
 
 main(sys.argv[1:])

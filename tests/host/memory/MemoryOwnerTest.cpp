@@ -31,7 +31,7 @@ TEST(MemoryOwnerTest, BlocksBelongToTheInnermostScope) {
     EXPECT_EQ(memory.blocksOf(0), 1U);
 }
 
-TEST(MemoryOwnerTest, ScopeHoldsForItsOwnThreadAlone) {
+TEST(MemoryOwnerTest, ScopeAffectsOnlyItsOwnThread) {
     const MemoryOwner owner;
     const MemoryOwner::Scope scope(owner);
     std::uint64_t seen = owner.number();
@@ -50,7 +50,7 @@ TEST(MemoryOwnerTest, NoTwoOwnersHaveTheSameNumber) {
     EXPECT_NE(first.number(), second.number());
 }
 
-TEST(MemoryOwnerDeathTest, BlockThatIsLeftEndsAProcessWithAssertions) {
+TEST(MemoryOwnerDeathTest, LeakedBlockAbortsAProcessWithAssertions) {
     const MemoryOwner owner;
     const MemoryOwner::Scope scope(owner);
     const std::uint64_t handle = NativeMemory::instance().allocate(1);

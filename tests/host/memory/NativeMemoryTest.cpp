@@ -12,7 +12,7 @@
 #include "filter/boundary/Memory.h"
 
 #ifdef __SANITIZE_ADDRESS__
-// A refused block is what a test wants to see, not the end of the process.
+// A test expects a refused block, not the end of the process.
 extern "C" const char* __asan_default_options();
 extern "C" const char* __asan_default_options() {
     return "allocator_may_return_null=1";
@@ -22,7 +22,7 @@ extern "C" const char* __asan_default_options() {
 namespace olmhost {
 namespace {
 
-TEST(NativeMemoryTest, BlockKeepsItsAddressAndContentsWhileItStands) {
+TEST(NativeMemoryTest, BlockKeepsItsAddressAndContents) {
     NativeMemory memory;
     const std::uint64_t handle = memory.allocate(100);
 
@@ -53,7 +53,7 @@ TEST(NativeMemoryTest, ZeroIsNeverAHandle) {
     EXPECT_EQ(memory.misuseCount(), 1U);
 }
 
-TEST(NativeMemoryTest, BlockOfNoBytesIsABlock) {
+TEST(NativeMemoryTest, BlockOfZeroBytesIsABlock) {
     NativeMemory memory;
 
     const std::uint64_t handle = memory.allocate(0);
@@ -62,13 +62,13 @@ TEST(NativeMemoryTest, BlockOfNoBytesIsABlock) {
     EXPECT_NE(memory.lock(handle), nullptr);
 }
 
-TEST(NativeMemoryTest, BlockThatNoMemoryHoldsGivesZero) {
+TEST(NativeMemoryTest, BlockThatIsTooLargeReturnsZero) {
     NativeMemory memory;
 
     EXPECT_EQ(memory.allocate(std::numeric_limits<std::uint64_t>::max() / 4), 0U);
 }
 
-TEST(NativeMemoryTest, FreedHandleIsBadForGoodEvenWhenItsPlaceIsTakenAgain) {
+TEST(NativeMemoryTest, FreedHandleStaysBadWhenItsSlotIsReused) {
     NativeMemory memory;
     const std::uint64_t old = memory.allocate(8);
     memory.free(old);
@@ -83,7 +83,7 @@ TEST(NativeMemoryTest, FreedHandleIsBadForGoodEvenWhenItsPlaceIsTakenAgain) {
     EXPECT_NE(memory.lock(young), nullptr);
 }
 
-TEST(NativeMemoryTest, HandleThatWasNeverGivenOutDoesNothingButCount) {
+TEST(NativeMemoryTest, HandleThatWasNeverReturnedOnlyCounts) {
     NativeMemory memory;
     const std::uint64_t handle = memory.allocate(8);
 
@@ -114,7 +114,7 @@ TEST(NativeMemoryTest, LockedBlockThatIsFreedKeepsItsMemoryUntilItsLastLockEnds)
     memory.lock(handle);
 
     memory.free(handle);
-    place[7] = 1; // AddressSanitizer sees it when the block is gone
+    place[7] = 1; // AddressSanitizer reports it when the block is freed
     EXPECT_EQ(memory.lock(handle), nullptr);
     memory.unlock(handle);
     place[7] = 2;
@@ -124,7 +124,7 @@ TEST(NativeMemoryTest, LockedBlockThatIsFreedKeepsItsMemoryUntilItsLastLockEnds)
     EXPECT_EQ(memory.blocksOf(0), 0U);
 }
 
-TEST(NativeMemoryTest, ThreadsDoNotDisturbEachOther) {
+TEST(NativeMemoryTest, ThreadsDoNotAffectEachOther) {
     constexpr int threadCount = 4;
     constexpr int rounds = 5000;
     NativeMemory memory;

@@ -10,24 +10,24 @@
 
 namespace olmhost::test {
 
-using Bytes = std::vector<std::byte>; // as CompoundFiles.h has it
+using Bytes = std::vector<std::byte>; // as in CompoundFiles.h
 
-// Bytes written as hexadecimal digits, with blanks between them wherever one likes.
+// Returns the bytes of hexadecimal digits, with blanks anywhere between them.
 Bytes hex(std::string_view digits);
 
-// Text as UTF-16LE.
+// Returns text as UTF-16LE.
 Bytes utf16(std::u16string_view text);
 
 Bytes operator+(Bytes left, const Bytes& right);
 
-// A number with its low byte first.
+// Returns a number with its low byte first.
 Bytes number(std::uint64_t value, std::size_t size);
 
 // One storage of a message: its streams, its entries and its storages.
 struct Part {
     // An entry of the property stream.
     Part& add(std::uint32_t tag, std::uint64_t field);
-    // The same, with the value's stream.
+    // The same, with a stream for the value.
     Part& add(std::uint32_t tag, const Bytes& value);
 
     std::map<std::u16string, Bytes> streams;
@@ -37,10 +37,10 @@ struct Part {
     bool hasProperties = true;
 };
 
-// The name of a value's stream.
+// Returns the name of a value's stream.
 std::u16string streamName(std::uint32_t tag);
 
-// The file of a message.
+// Returns the file of a message.
 Bytes fileOf(const Part& message);
 
 } // namespace olmhost::test

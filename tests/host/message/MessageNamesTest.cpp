@@ -24,10 +24,10 @@ TEST(MessageNamesTest, NumberIsFoundInItsSet) {
     EXPECT_EQ(names.nameOf(0x8001)->id, 0x8B00U);
 }
 
-TEST(MessageNamesTest, TextIsReadBehindItsLength) {
+TEST(MessageNamesTest, TextIsReadAfterItsLength) {
     const MessageNames names({},
                              hex("00 00 00 00  05 00 00 00" // public strings
-                                 "0C 00 00 00  03 00 01 00" // MAPI's own
+                                 "0C 00 00 00  03 00 01 00" // PS_MAPI
                                  ),
                              hex("06 00 00 00  41 00 42 00 43 00  00 00"
                                  "02 00 00 00  5A 00"));
@@ -41,7 +41,7 @@ TEST(MessageNamesTest, TextIsReadBehindItsLength) {
     EXPECT_EQ(names.nameOf(0x8001)->text, u"Z");
 }
 
-TEST(MessageNamesTest, WhatLeadsOutOfTheStreamsIsNoName) {
+TEST(MessageNamesTest, WhatPointsOutsideTheStreamsIsNotAName) {
     const std::string text = "03 00 00 00 41 00";
     struct Case {
         const char* what;
@@ -50,8 +50,8 @@ TEST(MessageNamesTest, WhatLeadsOutOfTheStreamsIsNoName) {
     for (const auto& [what, entry] : {Case{"no set", "01 85 00 00 00 00 00 00"},
                                       Case{"set not listed", "01 85 00 00 08 00 00 00"},
                                       Case{"last set", "01 85 00 00 FE FF 00 00"},
-                                      Case{"text behind the end", "07 00 00 00 05 00 00 00"},
-                                      Case{"text far behind", "FF FF FF FF 05 00 00 00"},
+                                      Case{"text after the end", "07 00 00 00 05 00 00 00"},
+                                      Case{"text far after the end", "FF FF FF FF 05 00 00 00"},
                                       Case{"text cut off", "00 00 00 00 05 00 00 00"},
                                       Case{"cut entry", "01 85 00 00 06 00 00"}}) {
         SCOPED_TRACE(what);

@@ -17,7 +17,7 @@ Bytes contentsOf(MessageSpool& spool) {
     return {contents.begin(), contents.end()};
 }
 
-// Sets TMPDIR while it stands.
+// Sets TMPDIR while this object lives.
 class TemporaryFolder {
 public:
     explicit TemporaryFolder(const std::string& path) {
@@ -68,7 +68,7 @@ TEST(MessageSpoolTest, OverwritesInMemoryAndInAFileAlike) {
     }
 }
 
-TEST(MessageSpoolTest, NothingIsWrittenBehindTheEnd) {
+TEST(MessageSpoolTest, NothingIsWrittenAfterTheEnd) {
     for (const std::size_t held : {1, 100}) {
         MessageSpool spool(held);
         EXPECT_TRUE(spool.append(hex("00 11 22")));
@@ -92,7 +92,7 @@ TEST(MessageSpoolTest, FileHasNoName) {
     std::filesystem::remove_all(folder);
 }
 
-TEST(MessageSpoolTest, FolderThatIsNotThereIsAFailure) {
+TEST(MessageSpoolTest, MissingFolderIsAFailure) {
     const TemporaryFolder set("/nowhere/at/all");
     MessageSpool spool(10);
 

@@ -58,7 +58,7 @@ TEST_F(MessageTest, PropertiesComeInTheOrderOfTheirEntries) {
     EXPECT_EQ(found.find(0x0E080003), nullptr);
 }
 
-TEST_F(MessageTest, TextLosesItsTerminatorsAlone) {
+TEST_F(MessageTest, TextLosesOnlyItsTerminators) {
     const Message& found = open(messagePart()
                                     .add(0x0037001F, utf16({u"a\0b\0\0", 5}))
                                     .add(0x0070001E, hex("41 E9 00"))
@@ -72,7 +72,7 @@ TEST_F(MessageTest, TextLosesItsTerminatorsAlone) {
     EXPECT_EQ(found.text(found.properties(), 0x1000001F), u"");
 }
 
-TEST_F(MessageTest, LongTextIsReadOverTheEdgesOfSectors) {
+TEST_F(MessageTest, LongTextIsReadAcrossSectors) {
     std::u16string text;
     for (char16_t unit = 1; unit < 9001; ++unit) {
         text += unit;
@@ -99,7 +99,7 @@ TEST_F(MessageTest, NumbersHaveTheWidthOfTheirType) {
     EXPECT_THAT(numbers, ElementsAre(0xFFFE, 0xFFFFFFFD, 1, 0x01D4D268A529D180));
 }
 
-TEST_F(MessageTest, ListsOfNumbersStandInOneStream) {
+TEST_F(MessageTest, ListsOfNumbersAreInOneStream) {
     const Message& found = open(messagePart()
                                     .add(0x00021002, hex("01 00 FF FF"))
                                     .add(0x00031003, hex("01 00 00 00 02 00 00 00 03"))
@@ -110,7 +110,7 @@ TEST_F(MessageTest, ListsOfNumbersStandInOneStream) {
     EXPECT_THAT(found.numbers(*found.find(0x00401040)), ElementsAre(0x0807060504030201));
 }
 
-TEST_F(MessageTest, ListsOfTextsAndBinaryValuesHaveAStreamForEach) {
+TEST_F(MessageTest, ListsOfTextsAndBinaryValuesHaveAStreamPerValue) {
     Part part = messagePart();
     part.add(0x3A58101F, hex("06 00 00 00 04 00 00 00"));
     part.streams[u"__substg1.0_3A58101F-00000000"] = utf16({u"In\0", 3});
@@ -169,7 +169,7 @@ TEST_F(MessageTest, NamesAreThoseOfTheMessage) {
     EXPECT_FALSE(found.properties()[2].name.has_value());
 }
 
-TEST_F(MessageTest, ValueThatIsNotThereHasAReason) {
+TEST_F(MessageTest, MissingValueHasAReason) {
     Part part = messagePart();
     part.add(0x0037001F, 4)
         .add(0x3701000D, 4)
@@ -187,7 +187,7 @@ TEST_F(MessageTest, ValueThatIsNotThereHasAReason) {
     }
 }
 
-TEST_F(MessageTest, HalfAnEntryAtTheEndIsNone) {
+TEST_F(MessageTest, IncompleteEntryAtTheEndIsIgnored) {
     Part part = messagePart();
     part.add(0x0E070003, 1);
     part.entries.resize(part.entries.size() + 15);
@@ -195,11 +195,11 @@ TEST_F(MessageTest, HalfAnEntryAtTheEndIsNone) {
     EXPECT_EQ(open(part).properties().size(), 1U);
 }
 
-TEST_F(MessageTest, FileWithoutPropertiesIsNoMessage) {
+TEST_F(MessageTest, FileWithoutPropertiesIsNotAMessage) {
     Part part = messagePart();
     part.hasProperties = false;
 
-    EXPECT_THAT(failureOf(part), HasSubstr("no message"));
+    EXPECT_THAT(failureOf(part), HasSubstr("not a message"));
 }
 
 } // namespace

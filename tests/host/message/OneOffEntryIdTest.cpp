@@ -13,7 +13,7 @@ Bytes usual() {
     return hex(head) + utf16({u"Mara\0SMTP\0m@x\0", 14});
 }
 
-TEST(OneOffEntryIdTest, GivesNameTypeAndAddress) {
+TEST(OneOffEntryIdTest, ReturnsNameTypeAndAddress) {
     const auto found = decodeOneOffEntryId(usual());
 
     ASSERT_TRUE(found.has_value());
@@ -29,7 +29,7 @@ TEST(OneOffEntryIdTest, EmptyTextsAreTexts) {
     EXPECT_EQ(found->displayName + found->addressType + found->address, u"");
 }
 
-TEST(OneOffEntryIdTest, CutValueIsNone) {
+TEST(OneOffEntryIdTest, TruncatedValueIsNone) {
     Bytes value = usual();
     while (!value.empty()) {
         value.pop_back();

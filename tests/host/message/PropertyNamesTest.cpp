@@ -25,7 +25,7 @@ TEST(PropertyNamesTest, TagsHaveTheirNames) {
     EXPECT_EQ(tagName(0xFFFF), nullptr);
 }
 
-TEST(PropertyNamesTest, NamedPropertiesAreFoundInTheirSetAlone) {
+TEST(PropertyNamesTest, NamedPropertiesAreFoundOnlyInTheirSet) {
     const PropertySet meeting = setOf("90 DA D8 6E 0B 45 1B 10 98 DA 00 AA 00 3F 13 05");
     const PropertySet appointment = setOf("02 20 06 00 00 00 00 00 C0 00 00 00 00 00 00 46");
 
@@ -51,7 +51,7 @@ TEST(PropertyNamesTest, TypesHaveNamesAloneAndInLists) {
     EXPECT_STREQ(typeName(0x001F), "PtypString");
     EXPECT_STREQ(typeName(0x101F), "PtypMultipleString");
     EXPECT_STREQ(typeName(0x1102), "PtypMultipleBinary");
-    EXPECT_EQ(typeName(0x100B), nullptr); // there are no lists of truth values
+    EXPECT_EQ(typeName(0x100B), nullptr); // there are no lists of booleans
     EXPECT_EQ(typeName(0x0000), nullptr);
     EXPECT_EQ(typeName(0xFFFF), nullptr);
 }

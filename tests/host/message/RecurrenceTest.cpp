@@ -49,7 +49,7 @@ std::string failureOf(const Bytes& value) {
     return failure;
 }
 
-TEST(RecurrenceTest, WeeklyPatternIsTakenApart) {
+TEST(RecurrenceTest, WeeklyPatternIsDecoded) {
     std::string failure;
 
     const auto found = decodeRecurrence(hex(pattern + times + noExceptions), failure);
@@ -73,7 +73,7 @@ TEST(RecurrenceTest, WeeklyPatternIsTakenApart) {
     EXPECT_TRUE(found->exceptions.empty());
 }
 
-TEST(RecurrenceTest, ExceptionHasWhatItChangesAndTheWideTexts) {
+TEST(RecurrenceTest, ExceptionHasItsChangesAndTheWideTexts) {
     std::string failure;
 
     const auto found = decodeRecurrence(hex(pattern + times + exceptions), failure);
@@ -139,10 +139,11 @@ TEST(RecurrenceTest, UnknownPatternAndBytesLeftOverAreRefused) {
     Bytes value = hex(pattern + times + noExceptions);
     value[6] = std::byte{9};
     EXPECT_THAT(failureOf(value), HasSubstr("unknown type"));
-    EXPECT_THAT(failureOf(hex(pattern + times + noExceptions + "00")), HasSubstr("behind its end"));
+    EXPECT_THAT(failureOf(hex(pattern + times + noExceptions + "00")),
+                HasSubstr("bytes after its end"));
 }
 
-TEST(RecurrenceTest, EveryCutIsRefusedButTheOneBehindThePattern) {
+TEST(RecurrenceTest, EveryTruncationIsRefusedExceptAfterThePattern) {
     const std::size_t patternSize = hex(pattern).size();
     for (const std::string& rest : {noExceptions, exceptions}) {
         Bytes value = hex(std::string(pattern).append(times).append(rest));
@@ -155,7 +156,7 @@ TEST(RecurrenceTest, EveryCutIsRefusedButTheOneBehindThePattern) {
     }
 }
 
-TEST(RecurrenceTest, NoChangedByteDoesHarm) {
+TEST(RecurrenceTest, AnyChangedByteIsHarmless) {
     const Bytes whole = hex(pattern + times + exceptions);
     Bytes value = whole;
     for (std::size_t place = 0; place < value.size(); ++place) {

@@ -7,6 +7,7 @@
 
 #include "host/session/Session.h"
 #include "tests/host/compound/CompoundFiles.h"
+#include "tests/host/session/BuiltModule.h"
 #include "tests/host/session/MadeArchive.h"
 
 namespace olmhost::test {
@@ -29,7 +30,7 @@ std::string attachment(const std::string& attributes) {
     return "<messageAttachment " + attributes + "/>";
 }
 
-// An attachment's bytes as the listener got them.
+// An attachment's bytes as the listener received them.
 struct Heard {
     std::vector<std::pair<std::size_t, std::string>> attachments;
 
@@ -44,16 +45,16 @@ struct Heard {
     }
 };
 
-// The first item of an archive whose first entry is its document.
+// Extracts the first item of an archive whose first entry is its document.
 Extraction extractFirst(const MadeArchive& archive, const AttachmentBytes& listener = nullptr) {
     Session session;
-    const OpenOutcome outcome = session.open(archive.path());
+    const OpenOutcome outcome = session.open(archive.path(), withBuiltModule());
     EXPECT_EQ(outcome.status, OpenStatus::Done) << outcome.text;
     MemorySink sink;
     return session.extractAt(0, 1, sink, nullptr, listener);
 }
 
-TEST(AttachmentLedgerTest, MailTellsEachAttachmentByNameSizeAndSource) {
+TEST(AttachmentLedgerTest, MailHasNameSizeAndSourceOfEachAttachment) {
     const MadeArchive archive{
         {"a.xml",
          document(attachment("OPFAttachmentURL=\"x/1\" OPFAttachmentName=\"tide table.csv\"") +
@@ -76,7 +77,7 @@ TEST(AttachmentLedgerTest, MailTellsEachAttachmentByNameSizeAndSource) {
                 ElementsAre(Pair(0, "twelve bytes"), Pair(1, std::string(70'000, 'w'))));
 }
 
-TEST(AttachmentLedgerTest, AttachmentWithoutUrlHasNoSourceAndShiftsNoOther) {
+TEST(AttachmentLedgerTest, AttachmentWithoutUrlHasNoSourceAndAffectsNoOther) {
     const MadeArchive archive{
         {"a.xml",
          document(attachment("OPFAttachmentName=\"first\"") +
@@ -133,11 +134,11 @@ TEST(AttachmentLedgerTest, ItemWithoutAttachmentsHasAnEmptyAccount) {
     EXPECT_TRUE(extractFirst(archive).attachments.empty());
 }
 
-TEST(AttachmentLedgerTest, WhatTheListenerThrowsLeavesTheExtractionAndTheSessionGoesOn) {
+TEST(AttachmentLedgerTest, ExceptionOfTheListenerLeavesTheExtractionAndTheSessionContinues) {
     const MadeArchive archive{{"a.xml", document(attachment("OPFAttachmentURL=\"there\""))},
                               {"there", "here"}};
     Session session;
-    ASSERT_EQ(session.open(archive.path()).status, OpenStatus::Done);
+    ASSERT_EQ(session.open(archive.path(), withBuiltModule()).status, OpenStatus::Done);
     MemorySink lost;
     const AttachmentBytes refusing = [](std::size_t, std::span<const std::byte>) {
         throw std::runtime_error("enough");

@@ -18,7 +18,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-// What a listing to the end told.
+// The results of a listing to the end.
 struct Taken {
     Census census;
     std::vector<std::uint64_t> rowsOfKind = std::vector<std::uint64_t>(itemKindCount);
@@ -26,13 +26,13 @@ struct Taken {
     std::vector<EntryFault> faults;
 };
 
-// Pauses at every row when asked to: what is counted may not depend on it.
+// Lists, with a pause at every row if requested: the count may not depend on it.
 Taken take(const std::string& path, RowAnswer answer = RowAnswer::Continue) {
     Session session;
     const OpenOutcome outcome = session.open(path);
     EXPECT_EQ(outcome.status, OpenStatus::Done) << outcome.text;
     Taken taken;
-    session.tellAttachments([&](const NamedAttachment& attachment) {
+    session.setAttachmentCallback([&](const NamedAttachment& attachment) {
         taken.attachments.push_back(std::string(nameOf(attachment.kind)) + " " +
                                     std::string(attachment.entryName) + " " +
                                     std::string(attachment.name));
@@ -60,7 +60,7 @@ std::uint64_t rowsOf(const Taken& taken, ItemKind kind) {
     return taken.rowsOfKind[static_cast<std::size_t>(kind)];
 }
 
-// The only note on an archive's entries.
+// Returns the only note on an archive's entries.
 DocumentNote onlyNote(const Taken& taken) {
     EXPECT_THAT(taken.census.notes, SizeIs(1));
     return taken.census.notes.empty() ? DocumentNote() : taken.census.notes.front();
@@ -96,7 +96,7 @@ TEST(CensusTest, CountsItemsAndDocumentsOfEveryKind) {
     EXPECT_TRUE(taken.census.hasKnownRoot);
 }
 
-TEST(CensusTest, IsWholeUpToTheEntryAtWhichTheListingPauses) {
+TEST(CensusTest, IsCompleteUpToTheEntryAtWhichTheListingPauses) {
     const MadeArchive archive{{"a.xml", twoNotes}, {"b.xml", twoNotes}};
     Session session;
     ASSERT_EQ(session.open(archive.path()).status, OpenStatus::Done);
@@ -112,7 +112,7 @@ TEST(CensusTest, IsWholeUpToTheEntryAtWhichTheListingPauses) {
     EXPECT_EQ(session.census().of(ItemKind::Note).items, 4U);
 }
 
-TEST(CensusTest, ExtractionsBetweenThePagesOfAListCountNothing) {
+TEST(CensusTest, ExtractionsDuringAPauseCountNothing) {
     const MadeArchive archive{{"a.xml", twoNotes}, {"b.xml", twoNotes}};
     class Nowhere : public ByteSink {
         bool append(std::span<const std::byte>) override { return true; }
@@ -133,7 +133,7 @@ TEST(CensusTest, ExtractionsBetweenThePagesOfAListCountNothing) {
     EXPECT_THAT(session.census().notes, IsEmpty());
 }
 
-TEST(CensusTest, ItemsBehindAForeignElementAreCountedThoughTheyAreNotListed) {
+TEST(CensusTest, ItemsAfterAForeignElementAreCountedThoughNotListed) {
     const Taken taken =
         take({{"n.xml", "<notes><note/><folder><note/></folder><note/><note/></notes>"}});
 
@@ -144,7 +144,7 @@ TEST(CensusTest, ItemsBehindAForeignElementAreCountedThoughTheyAreNotListed) {
     EXPECT_TRUE(note.isMismatch());
     EXPECT_EQ(note.items, 3U);
     EXPECT_EQ(note.rows, 1U);
-    EXPECT_EQ(note.text, "it holds 3 items, of which 1 is listed; 1 other element stands where "
+    EXPECT_EQ(note.text, "it has 3 items, of which 1 is listed; 1 other element is where "
                          "items are expected");
 }
 
@@ -156,16 +156,16 @@ TEST(CensusTest, ItemThatHoldsAnElementOfItsOwnNameIsOneItem) {
     EXPECT_EQ(onlyNote(taken).finding, DocumentFinding::OtherNumber);
 }
 
-TEST(CensusTest, ItemsOfAnotherKindAreNoItemsOfTheDocument) {
+TEST(CensusTest, ItemsOfAnotherKindAreNotItemsOfTheDocument) {
     const Taken taken = take({{"n.xml", "<notes><email/><task/></notes>"}});
 
     EXPECT_EQ(itemsOf(taken, ItemKind::Email) + itemsOf(taken, ItemKind::Task), 0U);
     const DocumentNote note = onlyNote(taken);
     EXPECT_EQ(note.finding, DocumentFinding::NoItems);
-    EXPECT_EQ(note.text, "there is no note in it; 2 other elements stand where items are expected");
+    EXPECT_EQ(note.text, "there is no note in it; 2 other elements are where items are expected");
 }
 
-TEST(CensusTest, DocumentsWithNamesThatTheListPassesOverAreCounted) {
+TEST(CensusTest, DocumentsWithNamesThatTheListSkipsAreCounted) {
     const Taken taken =
         take({{"a.xml.d/m.xml", twoNotes}, {".xml", twoNotes}, {"b.xml", twoNotes}});
 
@@ -203,9 +203,9 @@ TEST(CensusTest, EntriesWithoutItemsAreNotedWithTheReason) {
                                       Finding(2, DocumentFinding::NoItems),
                                       Finding(3, DocumentFinding::Empty),
                                       Finding(4, DocumentFinding::Unreadable)));
-    EXPECT_EQ(taken.census.notes[1].text, "its root element \"html\" is of no kind that is known");
+    EXPECT_EQ(taken.census.notes[1].text, "its root element \"html\" is not of a known kind");
     EXPECT_EQ(taken.census.notes[2].text, "there is no task in it");
-    ASSERT_THAT(taken.faults, SizeIs(2)) << "of the two that are no documents at all";
+    ASSERT_THAT(taken.faults, SizeIs(2)) << "of the two that are not documents";
     EXPECT_EQ(taken.census.notes[4].text, taken.faults[1].text);
 }
 
@@ -217,7 +217,7 @@ TEST(CensusTest, LongRootNameIsCutBetweenCharacters) {
     const Taken taken = take({{"a.xml", "<" + name + "/>"}});
 
     EXPECT_EQ(onlyNote(taken).text,
-              "its root element \"" + name.substr(0, 79) + "\" is of no kind that is known");
+              "its root element \"" + name.substr(0, 79) + "\" is not of a known kind");
 }
 
 TEST(CensusTest, ForeignArchiveHasNoKnownRoot) {
@@ -226,9 +226,9 @@ TEST(CensusTest, ForeignArchiveHasNoKnownRoot) {
     EXPECT_TRUE(take({{"a.xml", "<groups/>"}}).census.hasKnownRoot);
 }
 
-// Wherever a document breaks off, the count is that of the items that have begun, and the module
+// Wherever a document is truncated, the count is that of the items that have begun, and the module
 // lists the same.
-TEST(CensusTest, DocumentThatBreaksOffCountsWhatHasBegun) {
+TEST(CensusTest, TruncatedDocumentCountsWhatHasBegun) {
     const std::string whole = "<notes elementCount=\"2\"><note a=\"1\"><b>text</b></note><note/>"
                               "</notes>";
     const std::size_t first = whole.find("<note ");
@@ -249,7 +249,7 @@ TEST(CensusTest, DocumentThatBreaksOffCountsWhatHasBegun) {
 }
 
 TEST(CensusTest, ItemsBeyondTheFirstChunkOfABrokenDocumentAreCounted) {
-    // The module stops at the foreign element; the host goes on, over chunks of all sizes.
+    // The module stops at the foreign element; the host continues, across chunks of all sizes.
     std::string text = "<notes><note/><other/>";
     for (int i = 0; i < 5000; ++i) {
         text += "<note><OPFNoteCopyText>" + std::string(static_cast<std::size_t>(i % 300), 'x') +
@@ -259,7 +259,7 @@ TEST(CensusTest, ItemsBeyondTheFirstChunkOfABrokenDocumentAreCounted) {
 
     EXPECT_EQ(itemsOf(taken, ItemKind::Note), 5001U);
     EXPECT_EQ(rowsOf(taken, ItemKind::Note), 1U);
-    ASSERT_THAT(taken.faults, SizeIs(1)) << "which the module has never seen";
+    ASSERT_THAT(taken.faults, SizeIs(1)) << "which the module never opened";
     EXPECT_EQ(taken.faults[0].kind, FaultKind::BrokenMarkup);
 }
 
@@ -306,7 +306,7 @@ TEST(CensusTest, AttachmentsAreThoseInAListOfAnItem) {
                 ElementsAre("email f/1 one", "email f/2 ", "email  ", "appointment g&\u00e9 "));
 }
 
-TEST(CensusTest, AttachmentsOfADocumentThatIsReadTwiceAreToldOnce) {
+TEST(CensusTest, AttachmentsOfADocumentThatIsReadTwiceAreReportedOnce) {
     const auto mail = [](const std::string& url) {
         return "<email><OPFMessageCopyAttachmentList><m OPFAttachmentURL=\"" + url +
                "\"/></OPFMessageCopyAttachmentList></email>";
@@ -329,7 +329,7 @@ TEST(CensusTest, PausesChangeNoCount) {
     EXPECT_EQ(plain.census.notes.size(), paused.census.notes.size());
 }
 
-TEST(CensusTest, SampleHoldsWhatItsSourcesTell) {
+TEST(CensusTest, SampleHasTheItemsOfItsSources) {
     const char* source = std::getenv("OLMKIT_SOURCE_DIR");
     ASSERT_NE(source, nullptr);
     const Taken taken = take(std::string(source) + "/examples/sample.olm");

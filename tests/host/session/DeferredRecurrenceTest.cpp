@@ -1,6 +1,5 @@
-// The recurrence of an item is read last, from a place that the reader kept in the middle of the
-// item: the message must not show where the recurrence stands, how deep, or how the document was
-// written and packed.
+// The recurrence of an item is read last, from a saved state in the middle of the item: the message
+// must not show where the recurrence is, how deep, or how the document was encoded and compressed.
 
 #include <algorithm>
 #include <cstring>
@@ -64,10 +63,10 @@ const unsigned char recurrenceValue[] = {
     0x00, 0x00, 0x76, 0x02, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
 };
 
-// Places that an element can have among four others.
+// Positions of an element among four others.
 constexpr std::size_t placeCount = 5;
 
-// One appointment; `recurrence` is its element, `place` the number of elements ahead of it, and
+// One appointment; `recurrence` is its element, `place` the number of elements before it, and
 // `location` how its location is written.
 std::u16string appointment(const std::u16string& recurrence, std::size_t place,
                            const std::u16string& location) {
@@ -89,7 +88,7 @@ std::u16string appointment(const std::u16string& recurrence, std::size_t place,
     return element(u"appointment", text);
 }
 
-// The recurrence below `depth` elements that nobody knows, each with something ahead of the next.
+// The recurrence inside `depth` unknown elements, each with something before the next.
 std::u16string recurrenceBelow(int depth, const std::u16string& contents) {
     std::u16string text = element(u"OPFCalendarEventCopyRecurrence", contents);
     for (int level = 0; level < depth; ++level) {
@@ -101,8 +100,8 @@ std::u16string recurrenceBelow(int depth, const std::u16string& contents) {
     return text;
 }
 
-// Documents of three appointments, of which the middle one counts: its neighbours have other
-// recurrences, which a reader that is put to a wrong place would find.
+// Documents of three appointments, of which the middle one is extracted: its neighbours have other
+// recurrences, which a reader at a wrong position would find.
 std::u16string documentOf(const std::u16string& item) {
     const std::u16string other =
         element(u"appointment", element(u"OPFCalendarEventCopyRecurrence",
@@ -178,7 +177,7 @@ constexpr Encoding encodings[] = {Encoding::Utf8,    Encoding::Utf8Mark, Encodin
 
 const std::u16string location = u"Caf\u00E9 \u20AC";
 
-// The messages of the second item of each document: found by the place kept while listing, and by
+// The messages of the second item of each document: found by the state saved while listing, and by
 // walking there.
 class Extracted {
 public:
@@ -210,8 +209,8 @@ public:
     std::vector<Message> byPlace;
 };
 
-// The message of the plainest document: UTF-8, stored, the recurrence last and at the item's own
-// depth.
+// The message of the simplest document: UTF-8, stored, the recurrence last and directly in the
+// item.
 class DeferredRecurrenceTest : public testing::Test {
 protected:
     DeferredRecurrenceTest()
@@ -235,7 +234,7 @@ protected:
     Message plain;
 };
 
-TEST_F(DeferredRecurrenceTest, PlainMessageHoldsTheRecurrence) {
+TEST_F(DeferredRecurrenceTest, PlainMessageHasTheRecurrence) {
     const auto* const begin = reinterpret_cast<const std::byte*>(recurrenceValue);
     const auto* const end = begin + std::size(recurrenceValue);
 
@@ -268,7 +267,7 @@ TEST_F(DeferredRecurrenceTest, DepthDoesNotShowInAnyEncoding) {
     expectPlain(documents);
 }
 
-TEST_F(DeferredRecurrenceTest, LongTextAheadOfTheRecurrenceDoesNotShow) {
+TEST_F(DeferredRecurrenceTest, LongTextBeforeTheRecurrenceDoesNotShow) {
     const std::u16string unread =
         element(u"OPFCalendarEventGetStartTimeZoneICSData", std::u16string(200'000, u'\u00E9'));
     std::vector<std::string> documents;

@@ -7,8 +7,8 @@
 namespace olmhost {
 namespace {
 
-// This program is not linked with the host: it comes in with a library that keeps its symbols to
-// itself, as a plug-in of some other program would.
+// This program is not linked with the host: the host is loaded by a library with local symbols, as
+// a plug-in of another program would.
 TEST(LocalHostTest, ModuleFindsTheFunctionsOfAHostThatWasLoadedLocally) {
     const MadeArchive archive{
         {"Notes.xml", "<notes><note><OPFNoteCopyTitle>a</OPFNoteCopyTitle></note></notes>"}};

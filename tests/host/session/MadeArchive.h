@@ -6,7 +6,7 @@
 
 namespace olmhost {
 
-// A ZIP file in the temporary folder that is removed with this object.
+// A ZIP file in the temporary folder, which is removed with this object.
 class MadeArchive {
 public:
     struct Entry {

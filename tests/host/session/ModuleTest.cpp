@@ -1,32 +1,22 @@
 #include "host/session/Module.h"
 
-#include <cstdlib>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "tests/host/session/BuiltModule.h"
 
 namespace olmhost {
 namespace {
 
 using testing::HasSubstr;
 
-std::string builtModule() {
-    return std::string(std::getenv("OLMKIT_BINARY_DIR")) + "/lib/olmfilter.so";
-}
-
-TEST(ModuleTest, IsFoundBesideTheLibrary) {
-    std::string failure;
-
-    const auto module = Module::load("", failure);
-
-    ASSERT_NE(module, nullptr) << failure;
-    EXPECT_NE(module->doSpecial, nullptr);
-}
-
 TEST(ModuleTest, IsLoadedFromThePathThatIsGiven) {
     std::string failure;
 
-    EXPECT_NE(Module::load(builtModule(), failure), nullptr) << failure;
+    const auto module = Module::load(builtModule(), failure);
+
+    ASSERT_NE(module, nullptr) << failure;
+    EXPECT_NE(module->doSpecial, nullptr);
 }
 
 TEST(ModuleTest, LoadedTwiceIsTheSameModule) {
@@ -55,7 +45,7 @@ TEST(ModuleTest, LibraryWithoutTheEntryPointsIsRefused) {
     EXPECT_THAT(failure, HasSubstr("lacks entry points"));
 }
 
-TEST(ModuleTest, NameWithoutAFolderIsTakenFromTheCurrentFolderAlone) {
+TEST(ModuleTest, NameWithoutAFolderIsOnlyLookedUpInTheCurrentFolder) {
     std::string failure;
 
     EXPECT_EQ(Module::load("libc.so.6", failure), nullptr);

@@ -12,7 +12,7 @@
 
 namespace olmhost {
 
-// A file of these bytes in the temporary folder that is removed with this object.
+// A file of these bytes in the temporary folder, which is removed with this object.
 class RawArchive {
 public:
     explicit RawArchive(std::string_view bytes)

@@ -49,7 +49,7 @@ TEST(RowCollectorTest, KnowsTheUsualColumns) {
     EXPECT_FALSE(rows.isUsual()) << "one too many";
 }
 
-TEST(RowCollectorTest, PutsACellTogetherFromItsPieces) {
+TEST(RowCollectorTest, BuildsACellFromItsPieces) {
     RowCollector rows;
 
     rows.putText(u"name");
@@ -69,7 +69,7 @@ TEST(RowCollectorTest, PutsACellTogetherFromItsPieces) {
     EXPECT_EQ(row.texts[1].tagId, 0x1367CU);
     EXPECT_EQ(row.texts[1].tagIndex, 0U);
     EXPECT_EQ(row.texts[2].text, u"");
-    EXPECT_EQ(row.texts[10].text, u"") << "a cell that never came";
+    EXPECT_EQ(row.texts[10].text, u"") << "a missing cell";
 }
 
 TEST(RowCollectorTest, TakesTheValuesOfTheLastThreeColumns) {
@@ -94,7 +94,7 @@ TEST(RowCollectorTest, TakesTheValuesOfTheLastThreeColumns) {
     EXPECT_EQ(row.item, 3U);
 }
 
-TEST(RowCollectorTest, ClearDropsWhatARowHasSoFar) {
+TEST(RowCollectorTest, ClearDropsTheRowSoFar) {
     RowCollector rows;
     rows.beginTag(5, 6);
     rows.putText(u"old");
@@ -111,7 +111,7 @@ TEST(RowCollectorTest, ClearDropsWhatARowHasSoFar) {
     EXPECT_EQ(row.texts[1].text, u"");
 }
 
-TEST(RowCollectorTest, CellsBeyondTheLastColumnAreLeftAlone) {
+TEST(RowCollectorTest, CellsAfterTheLastColumnAreIgnored) {
     RowCollector rows;
     for (int column = 0; column < 20; ++column) {
         rows.beginTag(0, 1);

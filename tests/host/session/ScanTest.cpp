@@ -6,20 +6,29 @@
 
 #include <gtest/gtest.h>
 
+#include "filter/boundary/Archive.h"
 #include "filter/boundary/Routines.h"
+#include "tests/host/session/MadeArchive.h"
 
 namespace olmhost {
 namespace {
 
 class ScanTest : public testing::Test {
 protected:
+    ScanTest() {
+        HostStream* handle = &file;
+        ArchiveOpenRequest request = {};
+        file.open(&handle, OpenArchive, &request, OpenModeRead);
+    }
+
     void putRow(std::u16string_view name) {
         scan.collector().putText(name);
         scan.collector().endCell();
         scan.breakAt(BreakRow);
     }
 
-    ArchiveFile file = ArchiveFile("/nowhere");
+    MadeArchive archive{{"a", ""}, {"b", ""}, {"c", ""}};
+    ArchiveFile file = ArchiveFile(archive.path());
     Scan scan = Scan(file);
     std::vector<std::u16string> names;
     RowAnswer answer = RowAnswer::Continue;
@@ -29,7 +38,7 @@ protected:
     };
 };
 
-TEST_F(ScanTest, RowThatAFailureCutsOffIsNotDelivered) {
+TEST_F(ScanTest, IncompleteRowIsNotDeliveredAfterAFailure) {
     scan.begin(keepName);
     putRow(u"whole");
     scan.collector().putText(u"half");
@@ -43,7 +52,7 @@ TEST_F(ScanTest, RowThatAFailureCutsOffIsNotDelivered) {
     EXPECT_EQ(scan.itemCount(), 2U);
 }
 
-TEST_F(ScanTest, FailureIsAFaultOfTheEntryAtHand) {
+TEST_F(ScanTest, FailureIsAFaultOfTheCurrentEntry) {
     scan.begin(keepName);
     scan.breakAt(BreakEntry);
     scan.breakAt(BreakEntry);
@@ -65,7 +74,7 @@ TEST_F(ScanTest, FailureWhoseReasonIsKnownAddsNoSecondFault) {
     EXPECT_EQ(file.faults()[0].kind, FaultKind::Encrypted);
 }
 
-TEST_F(ScanTest, PauseIsAskedForAtTheEntrysEndAlone) {
+TEST_F(ScanTest, PauseIsRequestedOnlyAtTheEndOfTheEntry) {
     answer = RowAnswer::Pause;
     scan.begin(keepName);
 
@@ -90,7 +99,7 @@ TEST_F(ScanTest, NextRunDoesNotInheritAPause) {
     scan.rethrow();
 }
 
-TEST_F(ScanTest, RowsBehindAThrowingCallbackAreDroppedAndCounted) {
+TEST_F(ScanTest, RowsAfterAThrowingCallbackAreDroppedAndCounted) {
     const RowCallback thrower = [this](const Row& row) -> RowAnswer {
         names.emplace_back(row.text(TextColumn::Name));
         throw std::runtime_error("enough");

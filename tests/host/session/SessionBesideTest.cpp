@@ -37,7 +37,7 @@ std::vector<std::byte> messageAt(Session& session, std::uint32_t entry) {
     return sink.bytes;
 }
 
-TEST(SessionBesideTest, GivesTheMessagesOfTheSessionThatItWasOpenedBeside) {
+TEST(SessionBesideTest, ExtractsTheMessagesOfTheSessionThatItWasOpenedBeside) {
     const MadeArchive archive = {{"a.xml", noteDocument("one")}, {"b.xml", noteDocument("two")}};
     Session first;
     ASSERT_EQ(first.open(archive.path()).status, OpenStatus::Done);
@@ -79,7 +79,7 @@ TEST(SessionBesideTest, OutlivesTheFirstSessionAndTheFilesName) {
     EXPECT_FALSE(messageAt(second, 0).empty());
 }
 
-TEST(SessionBesideTest, SessionsOfOneArchiveServeThreadsAtOnce) {
+TEST(SessionBesideTest, SessionsOfOneArchiveServeThreadsConcurrently) {
     const MadeArchive archive = {{"a.xml", noteDocument("one")},
                                  {"b.xml", noteDocument("two")},
                                  {"c.xml", noteDocument("three")}};

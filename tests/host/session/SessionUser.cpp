@@ -1,6 +1,6 @@
 #include "host/session/Session.h"
 
-// Opens the archive at `path` and gives how many items it has; -1 when it does not open.
+// Opens the archive at `path`. Returns the number of its items; -1 when it doesn't open.
 extern "C" long countItems(const char* path) {
     olmhost::Session session;
     if (session.open(path).status != olmhost::OpenStatus::Done) {

@@ -1,2 +1,2 @@
-"""What the message of each item must hold, path by path and byte by byte, worked out from the item
-documents alone: a second reading of the rules, which shares nothing with the program."""
+"""A model of the messages: computes the contents of every stream of each item's message from the
+XML documents alone. It is a second implementation, which shares nothing with the program."""

@@ -1,17 +1,25 @@
-"""Appointments, their people and their recurrence."""
+"""Appointments, their attendees and their recurrence."""
 
+from . import mapi
 from .message import Message, units, value_stream
 from .reader import Tag
 from .recurrence_value import RecurrenceValue
 from .texts import file_time, signed32, to_boolean, to_long
 
-ORGANIZER = 3
-ATTENDEE_TYPES = {1: 2, 2: 3}
-BUSY_STATES = {1: 0, 2: 1, 3: 3}
+# Values of PidTagRecipientType and PidTagRecipientFlags.
+REQUIRED, OPTIONAL, RESOURCE = 1, 2, 3
+SENDABLE_ORGANIZER = 3
+# Values of PidLidBusyStatus.
+FREE, TENTATIVE, BUSY, OUT_OF_OFFICE = 0, 1, 2, 3
+PRIVATE = 2  # value of PidTagSensitivity
+
+ATTENDEE_TYPES = {1: OPTIONAL, 2: RESOURCE}  # by the document's number; all others are required
+BUSY_STATES = {1: FREE, 2: TENTATIVE, 3: OUT_OF_OFFICE}  # likewise; all others are busy
+DOCUMENT_PRIVATE = 1
 
 
 class RecurringMessage(Message):
-    """Notes where the recurrence stands and comes back to it at the item's end."""
+    """Remembers the place of the recurrence and reads it at the end of the item."""
 
     recurrence_key = 0
 
@@ -20,7 +28,7 @@ class RecurringMessage(Message):
         self.start_text = ""
         self.end_text = ""
         self.offset = 0
-        self.recurrence = None  # its number and the position behind its opening tag
+        self.recurrence = None  # its number and the position after its opening tag
 
     def skip_recurrence(self, tag):
         self.recurrence = (tag.id, self.reader.position)
@@ -41,7 +49,7 @@ class RecurringMessage(Message):
 class Appointment(RecurringMessage):
     message_class = "IPM.Appointment"
     expected_count = 19
-    recurrence_key = 0x82160102
+    recurrence_key = mapi.PidLidAppointmentRecur
     table = {
         "OPFCalendarEventCopyAttendeeList": 2,
         "OPFCalendarEventCopyCategoryList": 1,
@@ -72,19 +80,19 @@ class Appointment(RecurringMessage):
             3: self.read_organizer,
             4: self.skip_recurrence,
             5: self.read_time_zone,
-            0x00360003: self.read_privacy,
-            0x00600040: self.read_start,
-            0x00610040: self.read_end,
-            0x82050003: self.read_status,
-            0x8208001F: self.read_location,
-            0x8215000B: self.read_all_day,
-            0x85010003: self.read_reminder_delta,
-            0x85020040: self.read_reminder_time,
-            0x8503000B: self.read_has_reminder,
+            mapi.PidTagSensitivity: self.read_privacy,
+            mapi.PidTagStartDate: self.read_start,
+            mapi.PidTagEndDate: self.read_end,
+            mapi.PidLidBusyStatus: self.read_status,
+            mapi.PidLidLocation: self.read_location,
+            mapi.PidLidAppointmentSubType: self.read_all_day,
+            mapi.PidLidReminderDelta: self.read_reminder_delta,
+            mapi.PidLidReminderTime: self.read_reminder_time,
+            mapi.PidLidReminderSet: self.read_has_reminder,
         }
 
     def read_start(self, tag):
-        named = self.names.number(0x820D0040)  # also when the element is empty
+        named = self.names.number(mapi.PidLidAppointmentStartWhole)  # even if the element is empty
         text = self.reader.content()
         if text:
             self.start_text = text
@@ -95,7 +103,7 @@ class Appointment(RecurringMessage):
         text = self.reader.content()
         if text:
             self.end_text = text
-            self.add_twice(self.names.number(0x820E0040), tag.id, text)
+            self.add_twice(self.names.number(mapi.PidLidAppointmentEndWhole), tag.id, text)
         return True
 
     def add_twice(self, named, plain, text):
@@ -121,12 +129,12 @@ class Appointment(RecurringMessage):
         return True
 
     def read_privacy(self, tag):
-        if to_long(self.reader.content()) == 1:
-            self.add(tag.id, 2)
+        if to_long(self.reader.content()) == DOCUMENT_PRIVATE:
+            self.add(tag.id, PRIVATE)
         return True
 
     def read_status(self, tag):
-        state = BUSY_STATES.get(to_long(self.reader.content()), 2)
+        state = BUSY_STATES.get(to_long(self.reader.content()), BUSY)
         self.add(self.names.number(tag.id), state)
         return True
 
@@ -137,7 +145,7 @@ class Appointment(RecurringMessage):
 
     def read_time_zone(self, _):
         text = self.reader.content()
-        self.add_string(self.names.number(0x8234001F), units(text))
+        self.add_string(self.names.number(mapi.PidLidTimeZoneDescription), units(text))
         sign = next((sign for sign in "+-" if sign in text), None)
         if sign is None:
             return True
@@ -150,10 +158,10 @@ class Appointment(RecurringMessage):
     def read_organizer(self, _):
         text = units(self.reader.content())
         recipient = self.add_recipient()
-        recipient.add_number(0x0C15, 1)
-        recipient.add_string(0x3003, text)
-        recipient.add_string(0x3001, text)
-        recipient.add_number(0x5FFD, ORGANIZER)
+        recipient.add_number(mapi.PidTagRecipientType, REQUIRED)
+        recipient.add_string(mapi.PidTagEmailAddress, text)
+        recipient.add_string(mapi.PidTagDisplayName, text)
+        recipient.add_number(mapi.PidTagRecipientFlags, SENDABLE_ORGANIZER)
         return True
 
     def read_attendees(self, group):
@@ -171,10 +179,11 @@ class Appointment(RecurringMessage):
             tag.value("OPFCalendarAttendee" + which) or "" for which in ("Name", "Address", "Type")
         )
         recipient = self.add_recipient()
-        recipient.add_number(0x0C15, ATTENDEE_TYPES.get(signed32(to_long(kind)), 1))
+        attendee_type = ATTENDEE_TYPES.get(signed32(to_long(kind)), REQUIRED)
+        recipient.add_number(mapi.PidTagRecipientType, attendee_type)
         if address:
-            recipient.add_string(0x3003, units(address))
+            recipient.add_string(mapi.PidTagEmailAddress, units(address))
         mail_name = tag.value("OPFContactEmailAddressName")
         shown = (name if mail_name is None else mail_name) or address
         if shown:
-            recipient.add_string(0x3001, units(shown))
+            recipient.add_string(mapi.PidTagDisplayName, units(shown))

@@ -1,4 +1,4 @@
-"""The items of an archive, and the messages that they give."""
+"""The items of an archive and their messages."""
 
 import unicodedata
 import zipfile
@@ -20,7 +20,7 @@ KINDS = {
     "notes": ("note", Note),
     "tasks": ("task", Task),
 }
-LONGEST_NAME = 511  # bytes of an entry's name; a longer one names nothing
+MAX_NAME = 511  # bytes of an entry's name; longer ones are not found
 
 
 def composed(name):
@@ -28,7 +28,7 @@ def composed(name):
 
 
 class Item:
-    """One item: where it stands, and what it must give."""
+    """An item: its place in the archive and its message."""
 
     def __init__(self, archive, entry, number, events, position):
         self.archive = archive
@@ -39,25 +39,25 @@ class Item:
         self.position = position
 
     def streams(self):
-        """Path to bytes, or None when the item gives no message."""
+        """Returns the streams of the message, path to bytes; None if it must be refused."""
         try:
             return self.writer(Reader(self.events, self.position), self.archive).write()
         except Failure:
             return None
 
     def source(self):
-        """The item's part of the document, for people to read."""
+        """Returns the item's part of the document, for failure messages."""
         root = self.events[self.position].name
-        behind = self.position + 1
-        while behind < len(self.events) and self.events[behind].name != root:
-            behind += 1
+        last = self.position + 1
+        while last < len(self.events) and self.events[last].name != root:
+            last += 1
         start = self.events[self.position].offset
-        end = self.events[behind].offset if behind < len(self.events) else None
+        end = self.events[last].offset if last < len(self.events) else None
         return self.archive.document(self.entry)[start:end].decode("utf-8", "replace")
 
 
 class Archive:
-    """A ZIP archive as the writers see it."""
+    """A ZIP archive and its items."""
 
     def __init__(self, path):
         self.path = path
@@ -71,17 +71,18 @@ class Archive:
         self.contents.close()
 
     def content_of(self, name):
-        """The first file of that name, or None: as written, then as a path, then in NFC."""
-        if len(name.encode("utf-8")) > LONGEST_NAME:
+        """Returns the contents of the first file of that name, or None: as written, then as a path,
+        then in NFC."""
+        if len(name.encode("utf-8")) > MAX_NAME:
             return None
         path = name.replace("\\", "/")
         for start in "/", "./":
             if path.startswith(start):
                 path = path[len(start) :]
                 break
-        for wanted, form in (name, str), (path, str), (composed(path), composed):
+        for spelling, form in (name, str), (path, str), (composed(path), composed):
             for row in self.rows:
-                if form(row.filename) == wanted and not row.is_dir():
+                if form(row.filename) == spelling and not row.is_dir():
                     return self.contents.read(row)
         return None
 
@@ -89,14 +90,15 @@ class Archive:
         return self.contents.read(self.rows[entry])
 
     def items(self):
-        """Every item in the order of the listing."""
+        """Yields every item in the order of the list."""
         for entry, row in enumerate(self.rows):
             name = row.filename.encode("utf-8")
             if len(name) >= 5 and name.find(b".xml") == len(name) - 4:
                 yield from self.items_of(entry)
 
     def items_of(self, entry):
-        """An item lies between two tags of its kind's name, whichever way they face."""
+        """Yields the items of a document. Each is between two tags with the name of its kind,
+        opening or closing."""
         events = events_of(self.document(entry))
         if not events or events[0].name not in KINDS:
             return

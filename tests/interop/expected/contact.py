@@ -1,19 +1,31 @@
-"""Contacts, with their whole addresses."""
+"""Contacts and their postal addresses."""
 
+from . import mapi
 from .message import Message, units
 from .reader import Tag
 
-# Element number: index of the address part, and the name under which a business part stands again.
+# Plain tag of an address part: its index, and for business parts the named property that repeats it.
 BUSINESS_PARTS = {
-    0x3A29001F: (0, 0x8045001F),
-    0x3A27001F: (1, 0x8046001F),
-    0x3A28001F: (2, 0x8047001F),
-    0x3A2A001F: (3, 0x8048001F),
+    0x3A29001F: (0, mapi.PidLidWorkAddressStreet),
+    0x3A27001F: (1, mapi.PidLidWorkAddressCity),
+    0x3A28001F: (2, mapi.PidLidWorkAddressState),
+    0x3A2A001F: (3, mapi.PidLidWorkAddressPostalCode),
 }
 HOME_PARTS = {0x3A5D001F: 5, 0x3A59001F: 6, 0x3A5C001F: 7, 0x3A5B001F: 8}
-ADDRESS_GROUPS = {1: 0x8062001F, 2: 0x8083001F, 3: 0x8093001F, 4: 0x80A3001F}
-CUSTOM = (0x804F001F, 0x8050001F, 0x8051001F, 0x8052001F)
-CHILDREN = 0x3A58101F
+# Number of a list of electronic addresses: the named property of the first one.
+ADDRESS_GROUPS = {
+    1: mapi.PidLidInstantMessagingAddress,
+    2: mapi.PidLidEmail1EmailAddress,
+    3: mapi.PidLidEmail2EmailAddress,
+    4: mapi.PidLidEmail3EmailAddress,
+}
+CUSTOM = (
+    mapi.PidLidContactUserField1,
+    mapi.PidLidContactUserField2,
+    mapi.PidLidContactUserField3,
+    mapi.PidLidContactUserField4,
+)
+CHILDREN = mapi.PidTagChildrensNames
 
 
 class Contact(Message):
@@ -84,8 +96,8 @@ class Contact(Message):
         self.handlers.update(dict.fromkeys(ADDRESS_GROUPS, self.read_address))
 
     def finish(self):
-        self.add_named(0x801B001F, self.whole_address(0, 4))
-        self.add_named(0x801A001F, self.whole_address(5, 9))
+        self.add_named(mapi.PidLidWorkAddress, self.whole_address(0, 4))
+        self.add_named(mapi.PidLidHomeAddress, self.whole_address(5, 9))
 
     def whole_address(self, first, last):
         parts = (self.parts.get(index) for index in range(first, last + 1))
@@ -125,7 +137,7 @@ class Contact(Message):
         return True
 
     def read_address(self, group):
-        """A group that closes at once reads on, behind its own end."""
+        """An empty group reads on after its own end."""
         tag = Tag()
         self.reader.next_tag(tag)
         address = tag.value("OPFContactEmailAddressAddress")

@@ -1,13 +1,16 @@
-"""Contact groups and their members."""
+"""Groups of contacts and their members."""
 
 import struct
 
+from . import mapi
 from .message import Message, units, value_stream
 from .reader import Tag
 from .texts import to_long
 
-ONE_OFF = bytes.fromhex("812B1FA4BEA310199D6E00DD010F5402")
-DISTRIBUTION_LIST = 3
+ONE_OFF = bytes.fromhex("812B1FA4BEA310199D6E00DD010F5402")  # provider UID (MS-OXCDATA 2.2.5.1)
+UNICODE_NO_RICH_TEXT = 0x8001
+DISTRIBUTION_LIST = 3  # type of a member that is a group
+MEMBER_LISTS = (mapi.PidLidDistributionListOneOffMembers, mapi.PidLidDistributionListMembers)
 
 
 def one_off_identifier(tag):
@@ -16,7 +19,7 @@ def one_off_identifier(tag):
     )
     address_type = "MAPIPDL" if to_long(kind) == DISTRIBUTION_LIST else "SMTP"
     texts = b"".join(units(text) + b"\0\0" for text in (name, address_type, address))
-    return struct.pack("<I16sHH", 0, ONE_OFF, 0, 0x8001) + texts
+    return struct.pack("<I16sHH", 0, ONE_OFF, 0, UNICODE_NO_RICH_TEXT) + texts
 
 
 class Group(Message):
@@ -36,18 +39,18 @@ class Group(Message):
         super().__init__(reader, archive)
         self.handlers = {
             2: self.read_categories,
-            0x0037001F: self.read_display_name,
+            mapi.PidTagSubject: self.read_display_name,
             1: self.read_members,
         }
 
     def read_display_name(self, tag):
         name = units(self.reader.content())
         self.add_string(tag.id, name)
-        self.add_string(self.names.number(0x8053001F), name)
+        self.add_string(self.names.number(mapi.PidLidDistributionListName), name)
         return True
 
     def read_members(self, group):
-        mapped = [self.names.number(key) for key in (0x80541102, 0x80551102)]
+        mapped = [self.names.number(key) for key in MEMBER_LISTS]
         members = []
         more = True
         tag = Tag()

@@ -1,10 +1,21 @@
-"""Mails, with their people and attachments."""
+"""Mails, their recipients and attachments."""
 
-from .message import Message, SubStorage, units, value_stream
+from . import mapi
+from .message import READ_ACCESS, READ_ONLY, Message, SubStorage, units, value_stream
 from .reader import Tag
 from .texts import to_boolean, to_long
 
+# Bits of PidTagMessageFlags.
 READ, UNSENT, HAS_ATTACHMENTS = 0x01, 0x08, 0x10
+# Values of PidTagRecipientType.
+TO, CC, BCC = 1, 2, 3
+# Values of PidTagImportance, by the document's number; all others are normal.
+LOW, NORMAL, HIGH = 0, 1, 2
+IMPORTANCE = {2: HIGH, 4: LOW}
+UTF16_MARK = b"\xFF\xFE"
+# Properties of an attachment.
+ATTACH_BY_VALUE, OBJECT_ATTACHMENT = 1, 7
+
 ADDRESS, NAME = "OPFContactEmailAddressAddress", "OPFContactEmailAddressName"
 COLON = units(":")
 
@@ -36,18 +47,22 @@ class Mail(Message):
         "OPFMessageGetWasSent": 6,
         "email": 0,
     }
-    groups = {2: (1, 0x0E04001F), 3: (2, 0x0E03001F), 4: (3, 0x0E02001F)}
+    groups = {
+        2: (TO, mapi.PidTagDisplayTo),
+        3: (CC, mapi.PidTagDisplayCc),
+        4: (BCC, mapi.PidTagDisplayBcc),
+    }
 
     def __init__(self, reader, archive=None):
         super().__init__(reader, archive)
         self.flags = 0
-        self.display_lists = {1: "", 2: "", 3: ""}
+        self.display_lists = {TO: "", CC: "", BCC: ""}
         self.handlers = {
-            0x0037001F: self.read_subject,
+            mapi.PidTagSubject: self.read_subject,
             8: self.read_categories,
-            0x00260003: self.read_priority,
-            0x10130102: self.read_html,
-            0x30080040: self.read_modification_time,
+            mapi.PidTagPriority: self.read_priority,
+            mapi.PidTagHtml: self.read_html,
+            mapi.PidTagLastModificationTime: self.read_modification_time,
             6: self.read_was_sent,
             7: self.read_is_read,
             5: self.read_attachments,
@@ -60,28 +75,28 @@ class Mail(Message):
     def finish(self):
         if self.attachment_count:
             self.flags |= HAS_ATTACHMENTS
-        self.add(0x0E070003, self.flags)
+        self.add(mapi.PidTagMessageFlags, self.flags)
 
     def read_subject(self, _):
         subject = units(self.reader.content())
         if not subject:
             return True
         prefix = subject[:6] if subject[4:6] == COLON else b""
-        self.add_string(0x0037001F, subject)
-        self.add_string(0x003D001F, prefix)
-        self.add_string(0x0E1D001F, subject[len(prefix) :])
+        self.add_string(mapi.PidTagSubject, subject)
+        self.add_string(mapi.PidTagSubjectPrefix, prefix)
+        self.add_string(mapi.PidTagNormalizedSubject, subject[len(prefix) :])
         return True
 
     def read_html(self, _):
-        text = units(self.reader.content())
-        self.streams[value_stream(0x10130102)] = b"\xFF\xFE" + text
-        self.add(0x10130102, len(text) + 2)
+        data = UTF16_MARK + units(self.reader.content())
+        self.streams[value_stream(mapi.PidTagHtml)] = data
+        self.add(mapi.PidTagHtml, len(data))
         return True
 
     def read_modification_time(self, _):
         value = self.read_time()
-        self.add(0x30080040, value)
-        self.add(0x30070040, value)
+        self.add(mapi.PidTagLastModificationTime, value)
+        self.add(mapi.PidTagCreationTime, value)
         return True
 
     def read_was_sent(self, _):
@@ -95,14 +110,18 @@ class Mail(Message):
         return True
 
     def read_priority(self, _):
-        self.add(0x00170003, {2: 2, 4: 0}.get(to_long(self.reader.content("3")), 1))
+        importance = IMPORTANCE.get(to_long(self.reader.content("3")), NORMAL)
+        self.add(mapi.PidTagImportance, importance)
         return True
 
     def read_sender(self, _):
         tag = Tag()
         if not self.reader.next_tag(tag):
             return False
-        for attribute, key in (ADDRESS, 0x0065001F), (NAME, 0x0042001F):
+        for attribute, key in (
+            (ADDRESS, mapi.PidTagSentRepresentingEmailAddress),
+            (NAME, mapi.PidTagSentRepresentingName),
+        ):
             value = tag.value(attribute)
             if value is not None:
                 self.add_string(key, units(value))
@@ -119,17 +138,17 @@ class Mail(Message):
 
     def add_address(self, kind, tag):
         recipient = self.add_recipient()
-        recipient.add_number(0x0C15, kind)
+        recipient.add_number(mapi.PidTagRecipientType, kind)
         address = tag.value(ADDRESS)
         if address:
-            recipient.add_string(0x3003, units(address))
+            recipient.add_string(mapi.PidTagEmailAddress, units(address))
         shown = tag.value(NAME) or address
         if shown:
-            recipient.add_string(0x3001, units(shown))
+            recipient.add_string(mapi.PidTagDisplayName, units(shown))
             self.display_lists[kind] += shown + "; "
 
     def add_display_list(self, kind, display):
-        """The one string whose terminator is written, and whose size counts it twice."""
+        """Adds the only string that is written with its terminator; its size counts it twice."""
         shown = self.display_lists[kind]
         shown = shown[: max(0, shown.rfind(";"))]
         self.display_lists[kind] = shown
@@ -152,22 +171,24 @@ class Mail(Message):
             return
         data = self.archive.content_of(url)
         if data is not None:
-            attachment.add_binary(0x3701, data)
-            attachment.add_number(0x3705, 1)
-        attachment.add_number(0x0E21, self.attachment_count)
-        for which, key in ("ID", 0x3712), ("Type", 0x370E):
+            attachment.add_binary(mapi.PidTagAttachDataBinary, data)
+            attachment.add_number(mapi.PidTagAttachMethod, ATTACH_BY_VALUE)
+        attachment.add_number(mapi.PidTagAttachNumber, self.attachment_count)
+        for which, key in ("ID", mapi.PidTagAttachContentId), ("Type", mapi.PidTagAttachMimeTag):
             value = tag.value("OPFAttachmentContent" + which)
             if value is not None:
                 attachment.add_string(key, units(value))
         self.add_file_name(attachment, tag.value("OPFAttachmentName"))
-        for key, value in (0x0FFE, 7), (0x0FF4, 2), (0x0FF7, 0):
-            attachment.add_number(key, value)
+        attachment.add_number(mapi.PidTagObjectType, OBJECT_ATTACHMENT)
+        attachment.add_number(mapi.PidTagAccess, READ_ACCESS)
+        attachment.add_number(mapi.PidTagAccessLevel, READ_ONLY)
 
     @staticmethod
     def add_file_name(attachment, name):
         if name is None:
             return
-        attachment.add_string(0x3704, units(name))
-        attachment.add_string(0x3001, units(name))
+        attachment.add_string(mapi.PidTagAttachFilename, units(name))
+        attachment.add_string(mapi.PidTagDisplayName, units(name))
         if "." in name:
-            attachment.add_string(0x3703, units(name[: name.rindex(".")]))
+            extension = units(name[: name.rindex(".")])
+            attachment.add_string(mapi.PidTagAttachExtension, extension)

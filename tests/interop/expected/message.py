@@ -1,8 +1,9 @@
-"""What every message holds: required properties, strings, entries, headers, named properties."""
+"""The contents that all messages share: required properties, strings, headers, named properties."""
 
 import struct
 import uuid
 
+from . import mapi
 from .reader import UNKNOWN, Tag
 from .texts import file_time, to_long, unsigned32
 
@@ -13,7 +14,7 @@ NAMES = "__nameid_version1.0/"
 
 
 class Failure(Exception):
-    """The item can't be turned into a message."""
+    """The item must be refused."""
 
 
 def property_set(text):
@@ -26,32 +27,79 @@ APPOINTMENT = property_set("{00062002-0000-0000-C000-000000000046}")
 TASK = property_set("{00062003-0000-0000-C000-000000000046}")
 NOTE = property_set("{0006200E-0000-0000-C000-000000000046}")
 
-# Every numeric name that messages have, by its set.
+# Every numeric name that messages have, and its set.
 NAMED_PROPERTIES = {
     key: owner
     for owner, keys in (
-        (COMMON, (0x85020040, 0x85010003, 0x8503000B)),
-        (ADDRESS, (0x8062001F, 0x8045001F, 0x8047001F, 0x8046001F, 0x8048001F, 0x80DB001F)),
-        (ADDRESS, (0x801B001F, 0x801A001F, 0x8083001F, 0x8093001F, 0x80A3001F)),
-        (ADDRESS, (0x804F001F, 0x8050001F, 0x8051001F, 0x8052001F)),
-        (ADDRESS, (0x8053001F, 0x80541102, 0x80551102)),
-        (TASK, (0x81040040, 0x81050040, 0x810F0040, 0x811C000B, 0x81010003, 0x81020005)),
-        (TASK, (0x81160102,)),
-        (NOTE, (0x8B000003, 0x8B030003, 0x8B020003, 0x8B040003, 0x8B050003)),
-        (APPOINTMENT, (0x8208001F, 0x820D0040, 0x820E0040, 0x82050003, 0x8215000B, 0x82160102)),
-        (APPOINTMENT, (0x8234001F,)),
+        (COMMON, (
+            mapi.PidLidReminderTime,
+            mapi.PidLidReminderDelta,
+            mapi.PidLidReminderSet,
+        )),
+        (ADDRESS, (
+            mapi.PidLidInstantMessagingAddress,
+            mapi.PidLidWorkAddressStreet,
+            mapi.PidLidWorkAddressState,
+            mapi.PidLidWorkAddressCity,
+            mapi.PidLidWorkAddressPostalCode,
+            mapi.PidLidWorkAddressCountryCode,
+            mapi.PidLidWorkAddress,
+            mapi.PidLidHomeAddress,
+            mapi.PidLidEmail1EmailAddress,
+            mapi.PidLidEmail2EmailAddress,
+            mapi.PidLidEmail3EmailAddress,
+            mapi.PidLidContactUserField1,
+            mapi.PidLidContactUserField2,
+            mapi.PidLidContactUserField3,
+            mapi.PidLidContactUserField4,
+            mapi.PidLidDistributionListName,
+            mapi.PidLidDistributionListOneOffMembers,
+            mapi.PidLidDistributionListMembers,
+        )),
+        (TASK, (
+            mapi.PidLidTaskStartDate,
+            mapi.PidLidTaskDueDate,
+            mapi.PidLidTaskDateCompleted,
+            mapi.PidLidTaskComplete,
+            mapi.PidLidTaskStatus,
+            mapi.PidLidPercentComplete,
+            mapi.PidLidTaskRecurrence,
+        )),
+        (NOTE, (
+            mapi.PidLidNoteColor,
+            mapi.PidLidNoteHeight,
+            mapi.PidLidNoteWidth,
+            mapi.PidLidNoteX,
+            mapi.PidLidNoteY,
+        )),
+        (APPOINTMENT, (
+            mapi.PidLidLocation,
+            mapi.PidLidAppointmentStartWhole,
+            mapi.PidLidAppointmentEndWhole,
+            mapi.PidLidBusyStatus,
+            mapi.PidLidAppointmentSubType,
+            mapi.PidLidAppointmentRecur,
+            mapi.PidLidTimeZoneDescription,
+        )),
     )
     for key in keys
 }
 
+STRING, NUMBER, TIME, MANY_STRINGS = 0x001F, 0x0003, 0x0040, 0x101F  # types of properties
+TERMINATOR = b"\0\0"
+
 KEYWORDS = "Keywords".encode("utf-16-le")
 STRING_KIND = 5  # a string name in PS_PUBLIC_STRINGS, which is not listed
 FIRST_SET = 3
-BUCKETS = 31
+FIRST_BUCKET, BUCKETS = 0x1000, 31
+
+READ_ACCESS, READ_ONLY = 2, 0
+STORE_SUPPORT_MASK = 0x40E79
+CODEPAGE_UTF16 = 1200
 
 
 def crc_of(data):
-    """CRC-32, reflected, begun with 0 and not inverted at the end."""
+    """Returns a reflected CRC-32 that starts at 0 and is not inverted at the end."""
     checksum = 0
     for byte in data:
         checksum ^= byte
@@ -73,7 +121,7 @@ def value_stream(tag):
 
 
 class NamedProperties:
-    """Numbers names by order of use."""
+    """Numbers names in order of use."""
 
     def __init__(self):
         self.mapped = []  # keys; None for the string name
@@ -83,13 +131,13 @@ class NamedProperties:
         return 0x80000000 | (len(self.mapped) - 1) << 16 | kind
 
     def number(self, key):
-        """The tag of the name in this message; a name asked for twice has two."""
+        """Returns the tag of a name in this message; a name used twice has two tags."""
         if key not in NAMED_PROPERTIES:
             raise Failure
         return self.add(key, key & 0xFFFF)
 
     def keywords(self):
-        return self.add(None, 0x101F)
+        return self.add(None, MANY_STRINGS)
 
     def streams(self):
         sets = []
@@ -105,7 +153,7 @@ class NamedProperties:
                 first = name_id = key >> 16
                 kind = (sets.index(owner) + FIRST_SET) * 2
             entries.append(struct.pack("<IHH", first, kind, position))
-            path = value_stream((0x1000 + (kind ^ name_id) % BUCKETS) << 16 | 0x0102)
+            path = value_stream((FIRST_BUCKET + (kind ^ name_id) % BUCKETS) << 16 | 0x0102)
             buckets.setdefault(path, []).append(struct.pack("<IHH", name_id, kind, position))
         texts = struct.pack("<I", len(KEYWORDS)) + KEYWORDS if None in self.mapped else b""
         return {
@@ -117,7 +165,7 @@ class NamedProperties:
 
 
 class SubStorage:
-    """A recipient's or an attachment's storage."""
+    """The storage of a recipient or an attachment."""
 
     def __init__(self, streams, name, number):
         self.streams = streams
@@ -127,26 +175,24 @@ class SubStorage:
     def add_entry(self, tag, value):
         self.streams[self.folder + PROPERTIES] += entry(tag, value)
 
-    def add_number(self, property_id, value):
-        self.add_entry(property_id << 16 | 0x0003, value % (1 << 64))
+    def add_number(self, tag, value):
+        self.add_entry(tag, value % (1 << 64))
 
-    def add_string(self, property_id, data):
-        tag = property_id << 16 | 0x001F
+    def add_string(self, tag, data):
         self.streams[self.folder + value_stream(tag)] = data
-        self.add_entry(tag, len(data) + 2)
+        self.add_entry(tag, len(data) + len(TERMINATOR))
 
-    def add_binary(self, property_id, data):
-        tag = property_id << 16 | 0x0102
+    def add_binary(self, tag, data):
         self.streams[self.folder + value_stream(tag)] = data
         self.add_entry(tag, len(data))
 
 
 class Message:
-    """Reads one item; what it must give stands in `streams`, path to bytes."""
+    """Reads one item into `streams`, path to bytes."""
 
     message_class = ""
     table = {}  # element to number
-    expected_count = 1  # elements after which the item is over
+    expected_count = 1  # elements after which the item ends
 
     def __init__(self, reader, archive=None):
         self.reader = reader
@@ -159,7 +205,7 @@ class Message:
         self.handlers = {}
 
     def write(self):
-        """The finished streams. Raises Failure for an item that gives no message."""
+        """Returns the complete streams. Raises Failure for an item that must be refused."""
         self.reader.add_tags(self.table)
         first = Tag()
         if not self.reader.next_tag(first) or first.id == UNKNOWN:
@@ -176,10 +222,10 @@ class Message:
         return self.streams
 
     def add_defaults(self):
-        """Properties that every item of the kind gets."""
+        """Adds the properties that every item of the kind has."""
 
     def finish(self):
-        """Properties that wait for the item's end."""
+        """Adds the properties that are known at the item's end."""
 
     def walk(self, root):
         handled = 0
@@ -193,7 +239,7 @@ class Message:
                 return
 
     def take(self, tag):
-        """True when the element was consumed."""
+        """Returns whether the element was consumed."""
         handler = self.handlers.get(tag.id)
         if handler is not None and handler(tag):
             return True
@@ -201,11 +247,11 @@ class Message:
 
     def take_by_type(self, tag):
         kind = tag.id & 0xFFFF
-        if kind == 0x001F:
+        if kind == STRING:
             self.add_string(tag.id, units(self.reader.content()))
-        elif kind == 0x0040:
+        elif kind == TIME:
             self.add(tag.id, self.read_time())
-        elif kind == 0x0003:
+        elif kind == NUMBER:
             self.add(tag.id, unsigned32(to_long(self.reader.content())))
         else:
             return False
@@ -220,24 +266,24 @@ class Message:
 
     def add_string(self, tag, data):
         self.streams[value_stream(tag)] = data
-        self.add(tag, len(data) + 2)
+        self.add(tag, len(data) + len(TERMINATOR))
 
     def add_required(self):
-        self.streams[value_stream(0x10090102)] = b""
-        self.add(0x10090102, 0)
-        self.add_string(0x001A001F, units(self.message_class))
+        self.streams[value_stream(mapi.PidTagRtfCompressed)] = b""
+        self.add(mapi.PidTagRtfCompressed, 0)
+        self.add_string(mapi.PidTagMessageClass, units(self.message_class))
         for tag, value in (
-            (0x0E1F000B, 0),
-            (0x0FF70003, 0),
-            (0x0FF40003, 2),
-            (0x340D0003, 0x40E79),
-            (0x3FDE0003, 1200),
+            (mapi.PidTagRtfInSync, 0),
+            (mapi.PidTagAccessLevel, READ_ONLY),
+            (mapi.PidTagAccess, READ_ACCESS),
+            (mapi.PidTagStoreSupportMask, STORE_SUPPORT_MASK),
+            (mapi.PidTagInternetCodepage, CODEPAGE_UTF16),
         ):
             self.add(tag, value)
 
     def add_strings(self, tag, texts):
-        """A multi-valued string. Values of an earlier one that was longer stay."""
-        values = [units(text) + b"\0\0" for text in texts]
+        """Adds a multi-valued string. Further values of an earlier, longer one stay."""
+        values = [units(text) + TERMINATOR for text in texts]
         lengths = b"".join(struct.pack("<I", len(value)) for value in values)
         self.streams[value_stream(tag)] = lengths
         for index, value in enumerate(values):
@@ -260,6 +306,6 @@ class Message:
 
     def add_recipient(self):
         recipient = SubStorage(self.streams, "__recip_version1.0_#", self.recipient_count)
-        recipient.add_number(0x3000, self.recipient_count)
+        recipient.add_number(mapi.PidTagRowid, self.recipient_count)
         self.recipient_count += 1
         return recipient

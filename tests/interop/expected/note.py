@@ -1,6 +1,10 @@
 """Sticky notes."""
 
+from . import mapi
 from .message import Message
+
+YELLOW = 3
+WIDTH, HEIGHT, LEFT, TOP = 200, 166, 80, 80  # pixels
 
 
 class Note(Message):
@@ -22,10 +26,10 @@ class Note(Message):
 
     def add_defaults(self):
         for key, value in (
-            (0x8B000003, 3),
-            (0x8B030003, 166),
-            (0x8B020003, 200),
-            (0x8B040003, 80),
-            (0x8B050003, 80),
+            (mapi.PidLidNoteColor, YELLOW),
+            (mapi.PidLidNoteHeight, HEIGHT),
+            (mapi.PidLidNoteWidth, WIDTH),
+            (mapi.PidLidNoteX, LEFT),
+            (mapi.PidLidNoteY, TOP),
         ):
             self.add(self.names.number(key), value)

@@ -1,4 +1,4 @@
-"""Item documents as the writers see them: tags with numbers, and text behind opening tags alone."""
+"""Documents as the module reads them: numbered tags, with text only after opening tags."""
 
 from xml.parsers import expat
 
@@ -8,7 +8,7 @@ XML_SPACE = " \t\r\n"
 
 
 class Event:
-    """An opening or a closing tag; an opening one with the text behind it."""
+    """An opening or closing tag; an opening tag has the text after it."""
 
     __slots__ = ("name", "attributes", "closing", "text", "offset")
 
@@ -21,7 +21,7 @@ class Event:
 
 
 class EventList:
-    """Gathers the events of one document, up to its end or its first fault."""
+    """Collects the events of a document, up to its end or its first fault."""
 
     def __init__(self):
         self.events = []
@@ -62,7 +62,7 @@ def events_of(document):
 
 
 class Tag:
-    """A tag that a loop reads into. A failed read takes its attributes and leaves the rest."""
+    """A tag that a loop reads into. A failed read clears its attributes and nothing else."""
 
     def __init__(self):
         self.id = 0
@@ -70,12 +70,12 @@ class Tag:
         self.attributes = []
 
     def value(self, name):
-        """Of the first attribute of that name, or None."""
+        """Returns the value of the first attribute of that name, or None."""
         return next((value for own, value in self.attributes if own == name), None)
 
 
 class Reader:
-    """Walks the events of a document from one of its items on."""
+    """Walks through the events of a document, beginning at one of its items."""
 
     def __init__(self, events, position):
         self.events = events
@@ -87,7 +87,7 @@ class Reader:
         self.numbers.update(table)
 
     def next_tag(self, tag):
-        """False at the end of the document."""
+        """Reads the next tag. Returns False at the end of the document."""
         tag.attributes = []
         self.unread = ""
         if self.position >= len(self.events):
@@ -101,13 +101,14 @@ class Reader:
         return True
 
     def content(self, earlier=""):
-        """The text behind the opening tag just read; `earlier` when there is none, or no more."""
+        """Returns the text after the opening tag just read; `earlier` if it is empty or was read
+        already."""
         text = self.unread or earlier
         self.unread = ""
         return text
 
     def skip_element(self):
-        """Leaves the element whose opening tag was just read."""
+        """Skips the element whose opening tag was just read."""
         depth = 1
         while depth and self.position < len(self.events):
             depth += -1 if self.events[self.position].closing else 1

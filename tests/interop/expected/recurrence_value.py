@@ -18,34 +18,37 @@ PATTERNS = {
 }
 ENDS_AT_DATE, ENDS_AFTER_COUNT, NEVER_ENDS = 0x2021, 0x2022, 0x2023
 
-DAYS_OF_WEEK = 17
+# Numbers of elements.
+END_DATE, START_DATE, COUNT, HAS_END, IS_ENDLESS = 10, 11, 12, 13, 14
+DAYS_OF_WEEK, INTERVAL, PATTERN_TYPE, WEEK, MONTH, DAY_OF_MONTH = 17, 18, 19, 20, 21, 22
+
 DAY_FLAGS = {
-    23: 0x7F,
-    24: 0x20,
-    25: 0x02,
-    26: 0x40,
-    27: 0x01,
-    28: 0x10,
-    29: 0x04,
-    30: 0x08,
-    31: 0x3E,
-    32: 0x41,
+    23: 0x7F,  # all days
+    24: 0x20,  # friday
+    25: 0x02,  # monday
+    26: 0x40,  # saturday
+    27: 0x01,  # sunday
+    28: 0x10,  # thursday
+    29: 0x04,  # tuesday
+    30: 0x08,  # wednesday
+    31: 0x3E,  # weekdays
+    32: 0x41,  # weekend days
 }
 ALL_DAYS = 0x7F
 TABLE = {
-    "OPFRecurrenceCopyEndDate": 10,
-    "OPFRecurrenceCopyStartDate": 11,
-    "OPFRecurrenceGetOccurenceCount": 12,
-    "OPFRecurrenceHasEndDate": 13,
-    "OPFRecurrenceIsNoEnd": 14,
+    "OPFRecurrenceCopyEndDate": END_DATE,
+    "OPFRecurrenceCopyStartDate": START_DATE,
+    "OPFRecurrenceGetOccurenceCount": COUNT,
+    "OPFRecurrenceHasEndDate": HAS_END,
+    "OPFRecurrenceIsNoEnd": IS_ENDLESS,
     "OPFRecurrenceIsNumbered": 15,
     "OPFRecurrencePattern": 16,
-    "OPFRecurrencePatternDayOfMonth": 22,
+    "OPFRecurrencePatternDayOfMonth": DAY_OF_MONTH,
     "OPFRecurrencePatternDaysOfWeek": DAYS_OF_WEEK,
-    "OPFRecurrencePatternInterval": 18,
-    "OPFRecurrencePatternMonth": 21,
-    "OPFRecurrencePatternType": 19,
-    "OPFRecurrencePatternWeek": 20,
+    "OPFRecurrencePatternInterval": INTERVAL,
+    "OPFRecurrencePatternMonth": MONTH,
+    "OPFRecurrencePatternType": PATTERN_TYPE,
+    "OPFRecurrencePatternWeek": WEEK,
     "allDays": 23,
     "friday": 24,
     "monday": 25,
@@ -59,19 +62,22 @@ TABLE = {
 }
 
 MINUTES_TO_1970 = 194074560  # from 1601
-NO_END = 1525252319
-MINUTE = 60000
+NO_END = 0x5AE980DF
+MINUTE = 60000  # milliseconds
 DAY_MINUTES = 1440
 WEEK_MINUTES = 10080
 
+# Versions of the structure's readers and writers (MS-OXOCAL 2.2.1.44).
+VERSION, READER_VERSION_2, WRITER_VERSION_2 = 0x3004, 0x3006, 0x3009
+
 
 def lowered(text):
-    """ASCII letters alone."""
+    """Returns the text with its ASCII letters in lower case."""
     return "".join(chr(ord(unit) + 32) if "A" <= unit <= "Z" else unit for unit in text)
 
 
 class RecurrenceValue:
-    """Reads the element from just behind its opening tag, up to a tag of the number `closing`."""
+    """Reads a recurrence from after its opening tag up to a tag with the number `closing`."""
 
     def __init__(self, reader, closing, item_times, offset):
         reader.add_tags(TABLE)
@@ -101,30 +107,30 @@ class RecurrenceValue:
             more = more and tag.id != closing
 
     def take(self, tag):
-        if tag.id == 10:
+        if tag.id == END_DATE:
             self.end = milliseconds(self.reader.content())
-        elif tag.id == 11:
+        elif tag.id == START_DATE:
             self.start = milliseconds(self.reader.content())
-        elif tag.id == 12:
+        elif tag.id == COUNT:
             self.count = self.read_number()
-        elif tag.id == 13:
+        elif tag.id == HAS_END:
             self.has_end = self.read_number() != 0
-        elif tag.id == 14:
+        elif tag.id == IS_ENDLESS:
             limited = ENDS_AT_DATE if self.has_end else ENDS_AFTER_COUNT
             self.end_type = NEVER_ENDS if self.read_number() else limited
         elif tag.id == DAYS_OF_WEEK:
             self.days = self.read_days()
-        elif tag.id == 18:
+        elif tag.id == INTERVAL:
             self.period = self.read_number()
-        elif tag.id == 19:
+        elif tag.id == PATTERN_TYPE:
             known = PATTERNS.get(lowered(self.reader.content()))
             self.frequency, self.pattern = known or (self.frequency, self.pattern)
-        elif tag.id == 20:
+        elif tag.id == WEEK:
             week = self.read_number()
             self.week = week if 1 <= week <= 5 else 0
-        elif tag.id == 21:
+        elif tag.id == MONTH:
             self.month = self.read_number()
-        elif tag.id == 22:
+        elif tag.id == DAY_OF_MONTH:
             self.day = self.read_number()
 
     def read_number(self):
@@ -142,7 +148,7 @@ class RecurrenceValue:
         return mask
 
     def adjust_offset(self):
-        """A start that is no midnight in the zone was made under daylight saving."""
+        """Adds an hour of daylight saving time if the start is not at midnight in the zone."""
         hour, minute = divmod(self.start % DAY // MINUTE, 60)
         if minute == 29:
             minute = 30
@@ -199,11 +205,11 @@ class RecurrenceValue:
         }.get(self.pattern, [])
         start, end = self.item_times
         tail = [self.end_type, self.count, 0, 0, 0, self.date_value(self.start), self.end_value()]
-        tail += [0x3006, 0x3009]
+        tail += [READER_VERSION_2, WRITER_VERSION_2]
         tail.append(unsigned32(divided(start + 1 - self.start, MINUTE)))
         tail.append(unsigned32(divided(end - self.start, MINUTE)))
         return (
-            struct.pack("<5H", 0x3004, 0x3004, self.frequency, self.pattern, 0)
+            struct.pack("<5H", VERSION, VERSION, self.frequency, self.pattern, 0)
             + struct.pack("<3I", self.first, self.period, 0)
             + struct.pack("<%dI" % len(specific + tail), *specific, *tail)
             + struct.pack("<HII", 0, 0, 0)

@@ -1,15 +1,22 @@
 """Tasks."""
 
+from . import mapi
 from .appointment import RecurringMessage
 from .texts import file_time
 
-COMPLETE = ((0x811C000B, 1), (0x81010003, 2), (0x81020005, 0x3FF0000000000000))
+COMPLETE = 2  # value of PidLidTaskStatus
+ONE = 0x3FF0000000000000  # bits of the number 1.0
+COMPLETED = (
+    (mapi.PidLidTaskComplete, 1),
+    (mapi.PidLidTaskStatus, COMPLETE),
+    (mapi.PidLidPercentComplete, ONE),
+)
 
 
 class Task(RecurringMessage):
     message_class = "IPM.Task"
     expected_count = 11
-    recurrence_key = 0x81160102
+    recurrence_key = mapi.PidLidTaskRecurrence
     table = {
         "OPFTaskCopyCategoryList": 1,
         "OPFTaskCopyCompletedDateTime": 0x810F0040,
@@ -29,9 +36,9 @@ class Task(RecurringMessage):
         self.handlers = {
             1: self.read_categories,
             2: self.skip_recurrence,
-            0x81040040: self.read_start,
-            0x81050040: self.read_due,
-            0x810F0040: self.read_completed,
+            mapi.PidLidTaskStartDate: self.read_start,
+            mapi.PidLidTaskDueDate: self.read_due,
+            mapi.PidLidTaskDateCompleted: self.read_completed,
         }
 
     def read_start(self, tag):
@@ -45,6 +52,6 @@ class Task(RecurringMessage):
         return True
 
     def read_completed(self, tag):
-        for key, value in COMPLETE:
+        for key, value in COMPLETED:
             self.add(self.names.number(key), value)
         return self.read_due(tag)

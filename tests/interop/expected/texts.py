@@ -1,17 +1,17 @@
-"""Numbers, truth values and dates as texts give them."""
+"""Converts texts to numbers, booleans and dates."""
 
 import re
 
 WHITE_SPACE = " \t\n\v\f\r"
-SMALLEST, LARGEST = -(1 << 63), (1 << 63) - 1
-MOST_DIGITS = 19  # of a number that 64 bits hold
+MIN_LONG, MAX_LONG = -(1 << 63), (1 << 63) - 1
+MAX_DIGITS = 19  # of a number of 64 bits
 
 NUMBER = re.compile(r"[ \t\n\v\f\r]*([+-]?)([0-9]+)(?:\.([0-9]+))?(?:[Ee]([+-]?[0-9]+))?")
 WORD = re.compile(r"[ \t\n\v\f\r]*([A-Za-z]*)")
 
 
 def to_long(text, start=0):
-    """The number at `start`: exact, truncated toward zero, saturated to 64 bits."""
+    """Returns the number at `start`: exact, truncated toward zero, saturated to 64 bits."""
     if start < 0 or start >= len(text):
         return 0
     found = NUMBER.match(text, start)
@@ -21,12 +21,12 @@ def to_long(text, start=0):
     digits = (whole + fraction).lstrip("0")
     if not digits:
         return 0
-    point = len(digits) - len(fraction) + int(exponent or "0")  # digits ahead of the point
-    if point > MOST_DIGITS:
-        magnitude = LARGEST + 1
+    point = len(digits) - len(fraction) + int(exponent or "0")  # digits before the point
+    if point > MAX_DIGITS:
+        magnitude = MAX_LONG + 1
     else:
         magnitude = int((digits + "0" * max(0, point - len(digits)))[: max(0, point)] or "0")
-    return max(SMALLEST, -magnitude) if sign == "-" else min(LARGEST, magnitude)
+    return max(MIN_LONG, -magnitude) if sign == "-" else min(MAX_LONG, magnitude)
 
 
 def to_boolean(text):
@@ -43,13 +43,15 @@ def unsigned32(number):
 
 
 def divided(number, divisor):
-    """Toward zero, as machines divide."""
+    """Divides and truncates toward zero, as C does."""
     quotient = abs(number) // divisor
     return quotient if number >= 0 else -quotient
 
 
 DAY = 24 * 60 * 60 * 1000
 UNIX_EPOCH = 719162  # days from 0001-01-01 to 1970-01-01
+UNITS_PER_MILLISECOND = 10_000
+EARLY_EPOCH = 116_444_735_990_000_000  # units from 1601 to one second before 1970
 MONTH_DAYS = (31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31)
 
 ZONE = r"(?P<zone>Z|[+-][0-9]{2}(?::?[0-9]{2})?)?"
@@ -70,7 +72,7 @@ def is_leap(year):
 
 
 def days_of(year, month, day=1):
-    """Days since 1970 in the proleptic Gregorian calendar; any month, running on."""
+    """Returns days since 1970 in the proleptic Gregorian calendar; months may exceed 12."""
     year, month = year + (month - 1) // 12, (month - 1) % 12 + 1
     before = year - 1
     days = before * 365 + before // 4 - before // 100 + before // 400
@@ -82,7 +84,7 @@ NO_DATE = days_of(1601, 1) * DAY + 1000
 
 
 def zone_minutes(zone):
-    """Minutes ahead of universal time, or None for a zone that can't be."""
+    """Returns the minutes that a zone is ahead of UTC; None for an invalid zone."""
     if not zone or zone == "Z":
         return 0
     digits = zone[1:].replace(":", "")
@@ -93,7 +95,7 @@ def zone_minutes(zone):
 
 
 def milliseconds(text):
-    """Milliseconds since 1970; NO_DATE for all that is no date."""
+    """Returns a date in milliseconds since 1970; NO_DATE for an invalid one."""
     text = text.strip(WHITE_SPACE)
     found = DASHED.fullmatch(text) or COMPACT.fullmatch(text)
     if not found:
@@ -102,17 +104,17 @@ def milliseconds(text):
         int(found[name] or "0") for name in ("year", "month", "day", "hour", "minute", "second")
     )
     fraction = int((found["fraction"] or "")[:3].ljust(3, "0"))
-    ahead = zone_minutes(found["zone"])
-    if year < 1 or not 1 <= month <= 12 or ahead is None:
+    offset = zone_minutes(found["zone"])
+    if year < 1 or not 1 <= month <= 12 or offset is None:
         return NO_DATE
     if not 1 <= day <= MONTH_DAYS[month - 1] + (month == 2 and is_leap(year)):
         return NO_DATE
     if hour > 24 or minute > 59 or second > 60 or hour == 24 and (minute or second or fraction):
         return NO_DATE
-    seconds = (hour * 60 + minute - ahead) * 60 + second
+    seconds = (hour * 60 + minute - offset) * 60 + second
     return days_of(year, month, day) * DAY + seconds * 1000 + fraction
 
 
 def file_time(text):
-    """The value of a time property; one second short, as messages of this kind are."""
-    return (milliseconds(text) * 10000 + 116444735990000000) % (1 << 64)
+    """Returns the value of a time property: one second early, in 100 ns units since 1601."""
+    return (milliseconds(text) * UNITS_PER_MILLISECOND + EARLY_EPOCH) % (1 << 64)

@@ -1,4 +1,4 @@
-/* What a host written in C sees: the one header, nothing of C++, records of the told layout. */
+/* What a host written in C sees: one header without C++, and records in the documented layout. */
 
 #include <stdio.h>
 #include <string.h>
@@ -28,13 +28,13 @@ static void requestHasItsLayout(void) {
     memcpy(bytes, &request, sizeof bytes);
 
     memcpy(&word, bytes + 20, sizeof word);
-    expect(word == 1, "the flags stand at 20");
+    expect(word == 1, "the flags are at 20");
     memcpy(&word, bytes + 24, sizeof word);
-    expect(word == 0xFFFFFFFEU, "the index stands at 24");
+    expect(word == 0xFFFFFFFEU, "the index is at 24");
     memcpy(&word, bytes + 40, sizeof word);
-    expect(word == 7, "the entry stands at 40");
+    expect(word == 7, "the entry is at 40");
     memcpy(&word, bytes + 44, sizeof word);
-    expect(word == 9, "the item stands at 44");
+    expect(word == 9, "the item is at 44");
 }
 
 static int32_t closeNothing(HostStream* handle) {
@@ -49,11 +49,11 @@ static void archiveIsAHandle(void) {
 
     memset(&archive, 0, sizeof archive);
     archive.stream.close = closeNothing;
-    expect((void*)handle == (void*)&archive, "the operations stand first");
+    expect((void*)handle == (void*)&archive, "the operations come first");
     expect(handle->close(handle) == 5, "an operation is reached through the record");
 }
 
-/* The types of all functions can be named, so that a host can hold what VwGetRtns gives it. */
+/* The types of all functions can be named, so that a host can keep what VwGetRtns returns. */
 static void entryPointsHaveTypes(void) {
     void (*getRtns)(SoRoutine*, uint16_t) = NULL;
     PROC* (*allocProc)(void) = NULL;
@@ -62,7 +62,8 @@ static void entryPointsHaveTypes(void) {
     int16_t (*readNextTag)(UTXMLReader*, UTXMLTagRecord*, uint64_t*) = NULL;
 
     expect(sizeof getRtns == sizeof(SoRoutine), "a table of routines holds entry points");
-    expect(allocProc == NULL && doSpecial == NULL && readNextTag == NULL, "no function is there");
+    expect(allocProc == NULL && doSpecial == NULL && readNextTag == NULL,
+           "a function is a pointer");
     expect(VwTableEntries == 36, "the table has room for 36 entries");
 }
 

@@ -1,5 +1,5 @@
 #!/bin/bash
-# check-symbols.sh MODULE: what the plug-in exports, imports and links, compared with the lists
+# check-symbols.sh MODULE: compares what the plug-in exports, imports and links with the lists
 # below. Not for builds with sanitizers, which link a runtime of their own.
 set -euo pipefail
 export LC_ALL=C
@@ -24,7 +24,7 @@ lines() { tr -s ' \n' '\n\n' <<<"$1" | sort; }
 compare() {
     local difference
     if ! difference=$(diff <(lines "$2") <(lines "$3")); then
-        echo "$1 (< is missing, > is too many):"
+        echo "$1 (< is missing, > is unexpected):"
         grep '^[<>]' <<<"$difference"
         failed=1
     fi
@@ -35,11 +35,11 @@ compare "exported symbols" "$exported" \
 
 functions=$(nm -D --defined-only "$module" | awk '$2 == "T"' | wc -l)
 if [ "$functions" != 21 ]; then
-    echo "21 functions are exported, found $functions"
+    echo "exported functions: expected 21, found $functions"
     failed=1
 fi
 
-# What is neither versioned by the C or C++ runtime nor one of its weak hooks is an import.
+# Imports: symbols not versioned by the C or C++ runtime, except its weak hooks.
 compare "imported symbols" "$imported" \
     "$(nm -D --undefined-only "$module" |
         awk '$2 !~ /@(GLIBC|GLIBCXX|CXXABI|GCC)_/ &&
@@ -48,7 +48,7 @@ compare "imported symbols" "$imported" \
 foreign=$(readelf -d "$module" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' |
     grep -vxFf <(lines "$libraries") || true)
 if [ -n "$foreign" ]; then
-    echo "linked besides the C and C++ runtime: $foreign"
+    echo "linked in addition to the C and C++ runtime: $foreign"
     failed=1
 fi
 

@@ -7,7 +7,7 @@ namespace {
 
 long blockCount = 0;
 
-void* takeBlock(size_t size) {
+void* allocateBlock(size_t size) {
     ++blockCount;
     void* block = std::malloc(size != 0 ? size : 1);
     if (block == nullptr) {
@@ -23,10 +23,10 @@ long allocationCount() {
 }
 
 void* operator new(size_t size) {
-    return takeBlock(size);
+    return allocateBlock(size);
 }
 void* operator new[](size_t size) {
-    return takeBlock(size);
+    return allocateBlock(size);
 }
 void operator delete(void* block) noexcept {
     std::free(block);

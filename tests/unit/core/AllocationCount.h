@@ -1,7 +1,7 @@
 #ifndef OLMKIT_TESTS_UNIT_CORE_ALLOCATIONCOUNT_H
 #define OLMKIT_TESTS_UNIT_CORE_ALLOCATIONCOUNT_H
 
-// How many blocks this program has taken with `new` so far.
+// Returns how many blocks this program has allocated with `new` so far.
 long allocationCount();
 
 #endif

@@ -32,14 +32,14 @@ void addAll(qor::ArrayList<long>& list, const std::vector<long>& values) {
     }
 }
 
-// Says that it has more elements than its store has slots.
+// Claims more elements than its store has slots.
 class OverlongList : public qor::ArrayList<long> {
 public:
     OverlongList() { elementCount = 2; }
     void makeStore() { array = new qor::Array<long>(1); }
 };
 
-// Every size at which a list gets a store, or another one, and the store's length then.
+// Returns each size at which a list gets a store, or a new one, with the store's length.
 std::vector<std::pair<int, int>> storesWhileGrowing(int lastSize, bool byInsert) {
     qor::ArrayList<long> list;
     std::vector<std::pair<int, int>> stores;
@@ -118,13 +118,13 @@ TEST(ArrayListTest, GrowingKeepsTheElementsAndZeroesTheNewSlots) {
     }
 }
 
-TEST(ArrayListTest, GetOfAListWithoutElementsFailsWithTheListsMessage) {
+TEST(ArrayListTest, GetOnAnEmptyListFailsWithTheListsMessage) {
     const qor::ArrayList<long> list;
 
     EXPECT_EQ(indexErrorOf([&] { (void)list.get(0); }), listGetMessage);
 }
 
-TEST(ArrayListTest, GetOutsideTheSizeFailsThoughTheStoreIsLonger) {
+TEST(ArrayListTest, GetOutsideTheSizeFailsEvenIfTheStoreIsLonger) {
     qor::ArrayList<long> list;
     addAll(list, {1, 2});
     ASSERT_EQ(list.store()->length(), 4);
@@ -134,7 +134,7 @@ TEST(ArrayListTest, GetOutsideTheSizeFailsThoughTheStoreIsLonger) {
     }
 }
 
-TEST(ArrayListTest, GetBehindAStoreThatIsTooShortFailsWithTheArraysMessage) {
+TEST(ArrayListTest, GetPastTheEndOfATooShortStoreFailsWithTheArraysMessage) {
     OverlongList list;
     list.makeStore();
 
@@ -144,7 +144,7 @@ TEST(ArrayListTest, GetBehindAStoreThatIsTooShortFailsWithTheArraysMessage) {
     EXPECT_EQ(indexErrorOf([&] { (void)list.get(2); }), listGetMessage);
 }
 
-TEST(ArrayListTest, RemoveMovesTheElementsBehindDown) {
+TEST(ArrayListTest, RemoveMovesLaterElementsDown) {
     qor::ArrayList<long> list;
     addAll(list, {0, 1, 2, 3, 4});
 
@@ -180,7 +180,7 @@ TEST(ArrayListTest, RemoveOutsideTheSizeFailsAndChangesNothing) {
     EXPECT_EQ(elementsOf(list), (std::vector<long>{1, 2}));
 }
 
-TEST(ArrayListTest, InsertMovesTheElementsFromThereOnUp) {
+TEST(ArrayListTest, InsertMovesTheElementsFromItsIndexUp) {
     qor::ArrayList<long> list;
 
     list.insert(0, 3);
@@ -191,7 +191,7 @@ TEST(ArrayListTest, InsertMovesTheElementsFromThereOnUp) {
     EXPECT_EQ(elementsOf(list), (std::vector<long>{1, 2, 3, 4}));
 }
 
-TEST(ArrayListTest, InsertAheadOfManyElementsKeepsThemAll) {
+TEST(ArrayListTest, InsertBeforeManyElementsKeepsThemAll) {
     qor::ArrayList<long> list;
     std::vector<long> expected;
     for (long i = 0; i < 5000; ++i) {
@@ -244,7 +244,7 @@ TEST(ArrayListTest, ListNeverDeletesWhatItsElementsPointTo) {
     EXPECT_EQ(text, qor::WString("still there"));
 }
 
-TEST(ArrayListTest, EqualsHashCodeAndToStringGoByIdentity) {
+TEST(ArrayListTest, EqualsHashCodeAndToStringUseIdentity) {
     qor::ArrayList<long> list;
     qor::ArrayList<long> other;
 

@@ -38,7 +38,7 @@ TEST(ArrayTest, NewArrayIsFilledWithZero) {
     EXPECT_EQ(elementsOf(pointers), std::vector<const qor::WString*>(3, nullptr));
 }
 
-TEST(ArrayTest, KeepsALengthOfZeroOrLessAndHasNoElementThen) {
+TEST(ArrayTest, KeepsALengthOfZeroOrLessAndHasNoElements) {
     for (const int length : {0, -1, lowest}) {
         const qor::Array<long> array(length);
 
@@ -47,7 +47,7 @@ TEST(ArrayTest, KeepsALengthOfZeroOrLessAndHasNoElementThen) {
     }
 }
 
-TEST(ArrayTest, GetGivesWhatSetStored) {
+TEST(ArrayTest, GetReturnsWhatSetStored) {
     qor::Array<long> array(3);
 
     array.set(0, 10);
@@ -91,7 +91,7 @@ TEST(ArrayTest, FillOfAnEmptyArrayFails) {
     }
 }
 
-TEST(ArrayTest, CopyFromArrayLeavesWhatLiesBehindTheSource) {
+TEST(ArrayTest, CopyFromArrayLeavesElementsPastTheSourcesEnd) {
     qor::Array<long> source(2);
     source.set(0, 1);
     source.set(1, 2);
@@ -162,7 +162,7 @@ TEST(ArrayTest, EqualsIsFalseForAnotherElementTypeEvenWhenBothAreEmpty) {
     EXPECT_FALSE(qor::Array<qor::WString*>(0).equals(qor::Array<const qor::WString*>(0)));
 }
 
-TEST(ArrayTest, EqualsIsFalseForAnObjectThatIsNoArray) {
+TEST(ArrayTest, EqualsIsFalseForAnObjectThatIsNotAnArray) {
     EXPECT_FALSE(qor::Array<long>(0).equals(qor::ArrayList<long>()));
     EXPECT_FALSE(qor::Array<long>(0).equals(qor::WString()));
 }
@@ -181,7 +181,7 @@ TEST(ArrayTest, PointersToEqualTextsAtDifferentPlacesAreNotEqual) {
     EXPECT_FALSE(array.equals(other));
 }
 
-TEST(ArrayTest, EqualArraysKeepHashCodesOfTheirOwn) {
+TEST(ArrayTest, EqualArraysHaveDifferentHashCodes) {
     const qor::Array<long> array(1);
     const qor::Array<long> same(1);
 

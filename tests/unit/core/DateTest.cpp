@@ -19,7 +19,7 @@ constexpr int64_t noDate = -11644473599000;
 
 constexpr int64_t day20180621 = 1529539200000;
 
-// The text is given to the reader in a block of just its size.
+// Passes the text in a block of exactly its size.
 int64_t timeOf(const std::string& text) {
     const qor::WString wide(text.c_str());
     const std::vector<uint16_t> exact(wide.value(), wide.value() + wide.length() + 1);
@@ -51,15 +51,15 @@ void PrintTo(const TextCase& row, std::ostream* out) {
 }
 
 class DateTexts : public testing::TestWithParam<TextCase> {};
-class TextsThatAreNoDate : public testing::TestWithParam<const char*> {};
+class TextsThatAreNotADate : public testing::TestWithParam<const char*> {};
 
 } // namespace
 
-TEST_P(DateTexts, GiveTheirMoment) {
+TEST_P(DateTexts, HaveTheirTime) {
     EXPECT_EQ(timeOf(GetParam().text), GetParam().time);
 }
 
-TEST_P(TextsThatAreNoDate, GiveTheOneMomentThatStandsForIt) {
+TEST_P(TextsThatAreNotADate, AllHaveTheTimeOfNoDate) {
     EXPECT_EQ(timeOf(GetParam()), noDate);
 }
 
@@ -143,7 +143,7 @@ INSTANTIATE_TEST_SUITE_P(WhiteSpaceAround, DateTexts, testing::Values(
     TextCase{" 2018-06-21 00:39:08 ",          1529541548000},
     TextCase{"2018-06-21 ",                    day20180621}));
 
-INSTANTIATE_TEST_SUITE_P(NotTheForm, TextsThatAreNoDate, testing::Values(
+INSTANTIATE_TEST_SUITE_P(NotTheForm, TextsThatAreNotADate, testing::Values(
     "", " ", "soon", "2018", "2018-06", "201806", "2018-6-21", "2018-06-2", "18-06-21",
     "02018-06-21", "12018-06-21", "+2018-06-21", "-2018-06-21", "2018/06/21", "21.06.2018", "2018-06-211", "201806211",
     "2018-06-21T", "2018-06-21T ", "2018-06-21T00", "2018-06-21T00:", "2018-06-21T00:3", "2018-06-21T00:39:",
@@ -152,7 +152,7 @@ INSTANTIATE_TEST_SUITE_P(NotTheForm, TextsThatAreNoDate, testing::Values(
     "2018-06-21T00:39:08.5.5", "2018-06-21T00:39.5", "2018-06-21T00:39:08:00", "2018-06-21T-1:39:08",
     "2018-06-21T00:39:08 x", "x2018-06-21", "2018-06-21T00:39:08\xC2\xA0"));
 
-INSTANTIATE_TEST_SUITE_P(WrongZones, TextsThatAreNoDate, testing::Values(
+INSTANTIATE_TEST_SUITE_P(WrongZones, TextsThatAreNotADate, testing::Values(
     "2018-06-21T00:39:08z", "2018-06-21T00:39:08ZZ", "2018-06-21T00:39:08Z+01:00", "2018-06-21T00:39:08 Z",
     "2018-06-21T00:39:08 +01:00", "2018-06-21T00:39:08+", "2018-06-21T00:39:08+1", "2018-06-21T00:39:08+1:00",
     "2018-06-21T00:39:08+01:", "2018-06-21T00:39:08+01:0", "2018-06-21T00:39:08+010", "2018-06-21T00:39:08+01:000",
@@ -160,18 +160,18 @@ INSTANTIATE_TEST_SUITE_P(WrongZones, TextsThatAreNoDate, testing::Values(
     "2018-06-21T00:39:08+01:00:00", "2018-06-21z", "2018-06-21 Z",
     "20180621Z", "20180621+02:00", "20180621-0200", "20180621+02"));
 
-INSTANTIATE_TEST_SUITE_P(MixedForms, TextsThatAreNoDate, testing::Values(
+INSTANTIATE_TEST_SUITE_P(MixedForms, TextsThatAreNotADate, testing::Values(
     "2018-0621", "201806-21", "2018-06-21T003908", "2018-06-21T0039", "20180621T00:39:08", "20180621T00:39",
     "20180621T0039", "20180621T00", "20180621T", "20180621 003908", "20180621t003908", "20180621003908"));
 
-INSTANTIATE_TEST_SUITE_P(FieldsThatAreNotReal, TextsThatAreNoDate, testing::Values(
+INSTANTIATE_TEST_SUITE_P(FieldsThatAreNotReal, TextsThatAreNotADate, testing::Values(
     "0000-01-01", "00000101", "2018-00-21", "2018-13-21", "2018-06-00", "2018-06-31", "2018-01-32", "2018-04-31",
     "2018-02-29", "1900-02-29", "2100-02-29", "2000-02-30", "20180231",
     "2018-06-21T25:00:00", "2018-06-21T24:00:01", "2018-06-21T24:01:00", "2018-06-21T24:00:00.001",
     "2018-06-21T24:00:60", "2018-06-21T00:60:00", "2018-06-21T00:00:61", "2018-06-21T99:99:99"));
 // clang-format on
 
-TEST(DateTest, NullIsNoDate) {
+TEST(DateTest, NullIsNotADate) {
     EXPECT_EQ(qor::Date(qor::Date::iso8601ToJulian(nullptr)).getTime(), noDate);
 }
 
@@ -182,7 +182,7 @@ TEST(DateTest, NoDateIsOneSecondIntoTheYear1601) {
               (std::vector<int>{1601, 1, 1, 1, 0, 0, 1, 0}));
 }
 
-TEST(DateTest, EveryCutOfATextIsReadWithinIt) {
+TEST(DateTest, EveryTruncatedTextIsReadWithinItsBounds) {
     const std::string text = " 2018-06-21T00:39:08.123+02:00";
     for (size_t length = 0; length <= text.size(); ++length) {
         const std::string cut = text.substr(0, length);
@@ -202,7 +202,7 @@ TEST(DateTest, LongTextsAreReadInOnePass) {
     EXPECT_EQ(timeOf(spaces), noDate);
 }
 
-TEST(DateTest, LastMonthDaysAreKnownForEveryMonth) {
+TEST(DateTest, LastDayOfEveryMonthIsKnown) {
     const int lengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
     for (int month = 1; month <= 12; ++month) {
         const std::string start =
@@ -213,11 +213,11 @@ TEST(DateTest, LastMonthDaysAreKnownForEveryMonth) {
     }
 }
 
-TEST(DateTest, DateKeepsItsJulianDate) {
+TEST(DateTest, DateReturnsTheJulianDateItWasMadeFrom) {
     EXPECT_EQ(qor::Date(2451545.25).julian(), 2451545.25);
 }
 
-TEST(DateTest, KnownJulianDates) {
+TEST(DateTest, KnownDatesHaveTheirJulianDates) {
     EXPECT_EQ(qor::Date::calendarDateToJulian(2000, 1, 1, 12, 0, 0, 0), 2451545.0);
     EXPECT_EQ(qor::Date::calendarDateToJulian(1970, 1, 1, 0, 0, 0, 0), 2440587.5);
     EXPECT_EQ(qor::Date::calendarDateToJulian(1858, 11, 17, 0, 0, 0, 0), 2400000.5);
@@ -235,7 +235,7 @@ TEST(DateTest, CalendarHasNoGapIn1582) {
               11.0);
 }
 
-TEST(DateTest, MonthsRunOnIntoOtherYears) {
+TEST(DateTest, MonthsOverflowIntoOtherYears) {
     const int64_t january2019 = timeOfFields(2019, 1, 21, 5, 0, 0, 0);
 
     EXPECT_EQ(timeOfFields(2018, 13, 21, 5, 0, 0, 0), january2019);
@@ -245,7 +245,7 @@ TEST(DateTest, MonthsRunOnIntoOtherYears) {
     EXPECT_EQ(timeOfFields(2016, 14, 29, 0, 0, 0, 0), timeOfFields(2017, 3, 1, 0, 0, 0, 0));
 }
 
-TEST(DateTest, OtherFieldsRunOnToo) {
+TEST(DateTest, OtherFieldsOverflowToo) {
     EXPECT_EQ(timeOfFields(2018, 6, 0, 0, 0, 0, 0), timeOfFields(2018, 5, 31, 0, 0, 0, 0));
     EXPECT_EQ(timeOfFields(2018, 6, 31, 0, 0, 0, 0), timeOfFields(2018, 7, 1, 0, 0, 0, 0));
     EXPECT_EQ(timeOfFields(2018, 6, 21, 24, 0, 0, 0), 1529625600000);
@@ -255,8 +255,8 @@ TEST(DateTest, OtherFieldsRunOnToo) {
     EXPECT_EQ(timeOfFields(1970, 1, 1, -48, 2 * 24 * 60, 0, 1), 1);
 }
 
-TEST(DateTest, AnyFieldsGiveAFiniteDate) {
-    // 365.2425 days a year from the first day of the year 0, which is 1721059.5.
+TEST(DateTest, AnyFieldsMakeAFiniteDate) {
+    // 365.2425 days per year since the first day of the year 0, 1721059.5.
     EXPECT_NEAR(qor::Date::calendarDateToJulian(highest, 1, 1, 0, 0, 0, 0), 784354016998.9, 2);
     EXPECT_NEAR(qor::Date::calendarDateToJulian(lowest, 1, 1, 0, 0, 0, 0), -784350575245.1, 2);
     for (const int extreme : {lowest, highest}) {
@@ -283,7 +283,7 @@ TEST(DateTest, TimeIsTheNearestMillisecond) {
     EXPECT_EQ(qor::Date(2440587.5 - 1.6 * millisecond).getTime(), -2);
 }
 
-TEST(DateTest, TimeOutOfRangeIsTheEndOfTheRange) {
+TEST(DateTest, TimeOutOfRangeIsClampedToTheRange) {
     EXPECT_EQ(qor::Date(1e300).getTime(), std::numeric_limits<int64_t>::max());
     EXPECT_EQ(qor::Date(-1e300).getTime(), std::numeric_limits<int64_t>::min());
     EXPECT_EQ(qor::Date(std::numeric_limits<double>::infinity()).getTime(),
@@ -293,7 +293,7 @@ TEST(DateTest, TimeOutOfRangeIsTheEndOfTheRange) {
     EXPECT_EQ(qor::Date(std::numeric_limits<double>::quiet_NaN()).getTime(), 0);
 }
 
-TEST(DateTest, EverySecondOfADayStaysWhole) {
+TEST(DateTest, EverySecondOfADayIsExact) {
     for (int second = 0; second < 86400; ++second) {
         const double julian = qor::Date::calendarDateToJulian(2018, 6, 21, 0, 0, second, 0);
         ASSERT_EQ(qor::Date(julian).getTime(), day20180621 + second * int64_t{1000});
@@ -302,7 +302,7 @@ TEST(DateTest, EverySecondOfADayStaysWhole) {
     }
 }
 
-TEST(DateTest, EveryMillisecondOfAMinuteIsKeptInTheYear9999) {
+TEST(DateTest, EveryMillisecondOfAMinuteIsExactInTheYear9999) {
     for (int millisecond = 0; millisecond < 60000; ++millisecond) {
         ASSERT_EQ(timeOfFields(9999, 12, 31, 23, 59, 0, millisecond),
                   253402300740000 + millisecond);
@@ -325,8 +325,8 @@ TEST(DateTest, SystemTimeHasAllFields) {
               (std::vector<int>{2017, 1, 0, 1, 0, 0, 0, 0}));
 }
 
-// A sweep against a calendar that counts day by day.
-TEST(DateTest, EveryDayOfNineCenturiesFollowsTheOneBefore) {
+// Compares with a calendar that counts day by day.
+TEST(DateTest, EveryDayOfNineCenturiesFollowsThePreviousOne) {
     const int lengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
     int year = 1600;
     int month = 1;
@@ -348,8 +348,8 @@ TEST(DateTest, EveryDayOfNineCenturiesFollowsTheOneBefore) {
     }
 }
 
-TEST(DateTest, SystemTimeRunsOverIntoTheNextMinuteWithTheRoundedMillisecond) {
-    // Less than half a millisecond ahead of 05:00.
+TEST(DateTest, SystemTimeCarriesARoundedMillisecondIntoTheNextMinute) {
+    // Less than half a millisecond before 05:00.
     const double fiveOClock = qor::Date::calendarDateToJulian(2018, 6, 21, 5, 0, 0, 0);
 
     EXPECT_EQ(fieldsOf(fiveOClock - 0.4 / 86400000),

@@ -18,7 +18,7 @@ TEST(ExceptionTest, KeepsWhatItWasGiven) {
     EXPECT_EQ(thrown.line(), 12U);
 }
 
-TEST(ExceptionTest, NothingButACodeNeedBeGiven) {
+TEST(ExceptionTest, OnlyACodeIsRequired) {
     const qor::Exception thrown(15, nullptr, nullptr, nullptr, 0);
 
     EXPECT_EQ(thrown.code, 15U);
@@ -28,7 +28,7 @@ TEST(ExceptionTest, NothingButACodeNeedBeGiven) {
     EXPECT_EQ(thrown.line(), 0U);
 }
 
-TEST(ExceptionTest, NegativeCodeWraps) {
+TEST(ExceptionTest, NegativeCodeWrapsAround) {
     EXPECT_EQ(qor::Exception(static_cast<unsigned int>(-15), nullptr, nullptr, nullptr, 0).code,
               0xFFFFFFF1U);
 }

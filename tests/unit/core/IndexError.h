@@ -5,13 +5,14 @@
 
 #include "filter/core/Exception.h"
 
-// What a call threw: the message, with the code ahead of it when it isn't the code of a bound.
+// Returns the message of what a call threw, after its code unless that is the code of a bound.
 template <class Call> std::string indexErrorOf(Call call) {
     try {
         call();
     } catch (const qor::Exception& thrown) {
         const std::string message = thrown.message() != nullptr ? thrown.message() : "(null)";
-        return thrown.code == 137 ? message : std::to_string(thrown.code) + ": " + message;
+        return thrown.code == qor::errorIndex ? message
+                                              : std::to_string(thrown.code) + ": " + message;
     }
     return "nothing thrown";
 }

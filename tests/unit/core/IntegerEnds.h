@@ -3,7 +3,7 @@
 
 #include <limits>
 
-// The ends of what an index, a length or a field of a date can be given as.
+// The least and the greatest value of an index, a length or a field of a date.
 inline constexpr int lowest = std::numeric_limits<int>::min();
 inline constexpr int highest = std::numeric_limits<int>::max();
 

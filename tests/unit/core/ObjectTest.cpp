@@ -16,7 +16,7 @@ unsigned int hashOf(std::string_view bytes) {
                                  static_cast<unsigned int>(bytes.size()));
 }
 
-// A pointer to a virtual base can't be turned back by static_cast.
+// static_cast can't convert a pointer to a virtual base back.
 template <class Base, class Derived>
 concept TurnsBack = requires(Base* base) {
     static_cast<Derived*>(base);
@@ -44,11 +44,11 @@ TEST(ObjectTest, HashdataIsFnv1aOf32Bits) {
 }
 
 TEST(ObjectTest, HashdataTakesBytesAsUnsigned) {
-    // (0x811C9DC5 ^ 0xFF) * 0x01000193 by hand.
+    // (0x811C9DC5 ^ 0xFF) * 0x01000193, calculated by hand.
     EXPECT_EQ(hashOf("\xFF"), static_cast<unsigned int>(0x811C9D3AULL * 0x01000193ULL));
 }
 
-TEST(ObjectTest, EqualsAndHashCodeGoByIdentity) {
+TEST(ObjectTest, EqualsAndHashCodeUseIdentity) {
     const Plain object;
     const Plain other;
 
@@ -59,7 +59,7 @@ TEST(ObjectTest, EqualsAndHashCodeGoByIdentity) {
     EXPECT_GE(object.hashCode(), 0);
 }
 
-TEST(ObjectTest, ClassNameIsTheOneOfTheMostDerivedClass) {
+TEST(ObjectTest, ClassNameIsThatOfTheMostDerivedClass) {
     const qor::WString text;
     const qor::ArrayList<long> list;
     const qor::Object& object = text;

@@ -28,7 +28,7 @@ TEST(StringTest, TakesTextUpToItsZeroByte) {
     EXPECT_EQ(bytesOf(qor::String(static_cast<const char*>(nullptr))), "");
 }
 
-TEST(StringTest, TakesAsManyBytesAsAreCounted) {
+TEST(StringTest, TakesTheGivenNumberOfBytes) {
     EXPECT_EQ(bytesOf(qor::String("abcdef", 3)), "abc");
     EXPECT_EQ(bytesOf(qor::String("a\0b", 3)), std::string("a\0b", 3));
     EXPECT_EQ(bytesOf(qor::String("abc", 0)), "");
@@ -47,7 +47,7 @@ TEST(StringTest, CopyIsIndependentAndMoveTakesTheText) {
     EXPECT_EQ(bytesOf(copy), "other");
 }
 
-TEST(StringTest, EqualsAndHashCodeGoByTheBytes) {
+TEST(StringTest, EqualsAndHashCodeUseTheBytes) {
     const qor::String text("foobar");
 
     EXPECT_TRUE(text.equals(qor::String("foobar")));
@@ -61,7 +61,7 @@ TEST(StringTest, ReadsTheNumberOfAChecksum) {
     EXPECT_EQ(qor::String("4294967295").toLong(0, nullptr, 10), 4294967295LL);
 }
 
-TEST(StringTest, BytesAbove127AreNoDigits) {
+TEST(StringTest, BytesAbove127AreNotDigits) {
     EXPECT_EQ(qor::String("\xF1\xB2").toLong(0, nullptr, 36), 0);
     EXPECT_EQ(qor::String("1\xA0").toLong(0, nullptr, 10), 1);
 }

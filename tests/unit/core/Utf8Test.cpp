@@ -6,10 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/unit/RowName.h"
+
 namespace {
 
 std::vector<char32_t> codePointsOf(std::string_view bytes) {
-    // A copy of just this length, so that reading past the end is seen.
+    // A copy of exactly this length, so that a read past the end shows.
     const std::vector<char> exact(bytes.begin(), bytes.end());
     const char* position = exact.data();
     const char* end = position + exact.size();
@@ -42,7 +44,7 @@ class Utf8Texts : public testing::TestWithParam<Utf8Case> {};
 
 } // namespace
 
-TEST_P(Utf8Texts, GiveTheirCodePoints) {
+TEST_P(Utf8Texts, HaveTheirCodePoints) {
     EXPECT_EQ(codePointsOf(GetParam().bytes), GetParam().codePoints);
 }
 
@@ -52,33 +54,33 @@ INSTANTIATE_TEST_SUITE_P(Valid, Utf8Texts, testing::Values(
     Utf8Case{"SmallestOfTwo",  "\xC2\x80",                 {0x80}},
     Utf8Case{"LargestOfTwo",   "\xDF\xBF",                 {0x7FF}},
     Utf8Case{"SmallestOfThree","\xE0\xA0\x80",             {0x800}},
-    Utf8Case{"AheadOfSurrogates","\xED\x9F\xBF",           {0xD7FF}},
-    Utf8Case{"BehindSurrogates", "\xEE\x80\x80",           {0xE000}},
+    Utf8Case{"BeforeSurrogates", "\xED\x9F\xBF",           {0xD7FF}},
+    Utf8Case{"AfterSurrogates",  "\xEE\x80\x80",            {0xE000}},
     Utf8Case{"LargestOfThree", "\xEF\xBF\xBF",             {0xFFFF}},
     Utf8Case{"SmallestOfFour", "\xF0\x90\x80\x80",         {0x10000}},
     Utf8Case{"LargestOfAll",   "\xF4\x8F\xBF\xBF",         {0x10FFFF}},
     Utf8Case{"Mixed",          "x\xC3\xA9\xE2\x82\xACy",   {'x', 0xE9, 0x20AC, 'y'}}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
-// One replacement for each maximal part that could have begun a valid sequence, one for each other
+// One replacement for each maximal part that could begin a valid sequence, one for each other
 // byte: tables 3-8 to 3-11 of the Unicode Standard are among these.
 INSTANTIATE_TEST_SUITE_P(Invalid, Utf8Texts, testing::Values(
     Utf8Case{"LoneContinuation",  "\x80" "a",                        {bad, 'a'}},
-    Utf8Case{"LeadThatNeverIs",   "\xC0\xC1\xF5\xFF",                {bad, bad, bad, bad}},
-    Utf8Case{"CutOfTwo",          "\xC3",                            {bad}},
-    Utf8Case{"CutOfThree",        "\xE2\x82",                        {bad}},
-    Utf8Case{"CutOfFour",         "\xF0\x9F\x98",                    {bad}},
-    Utf8Case{"CutByAscii",        "\xE2\x82" "A",                    {bad, 'A'}},
-    Utf8Case{"CutByLead",         "\xE2\x82\xC3\xA9",                {bad, 0xE9}},
+    Utf8Case{"InvalidLead",   "\xC0\xC1\xF5\xFF",                {bad, bad, bad, bad}},
+    Utf8Case{"TruncatedTwo",          "\xC3",                            {bad}},
+    Utf8Case{"TruncatedThree",        "\xE2\x82",                        {bad}},
+    Utf8Case{"TruncatedFour",         "\xF0\x9F\x98",                    {bad}},
+    Utf8Case{"InterruptedByAscii",        "\xE2\x82" "A",                    {bad, 'A'}},
+    Utf8Case{"InterruptedByLead",         "\xE2\x82\xC3\xA9",                {bad, 0xE9}},
     Utf8Case{"OverlongOfTwo",     "\xC0\xAF",                        {bad, bad}},
     Utf8Case{"OverlongOfThree",   "\xE0\x80\xBF\xF0\x81\x82" "A",    {bad, bad, bad, bad, bad, bad, 'A'}},
     Utf8Case{"Surrogates",        "\xED\xA0\x80\xED\xBF\xBF\xED\xAF" "A",
                                   {bad, bad, bad, bad, bad, bad, bad, bad, 'A'}},
-    Utf8Case{"PastTheLast",       "\xF4\x91\x92\x93\xFF" "A" "\x80\xBF" "B",
+    Utf8Case{"AboveTheLast",       "\xF4\x91\x92\x93\xFF" "A" "\x80\xBF" "B",
                                   {bad, bad, bad, bad, bad, 'A', bad, bad, 'B'}},
     Utf8Case{"TruncatedSequences","\xE1\x80\xE2\xF0\x91\x92\xF1\xBF" "A",
                                   {bad, bad, bad, bad, 'A'}}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 // clang-format on
 
 TEST(Utf8Test, PairOfSurrogatesIsOneCodePoint) {
@@ -95,7 +97,7 @@ TEST(Utf8Test, LoneSurrogatesAreReplacedOneByOne) {
     EXPECT_EQ(codePointsOf({0xDE00, 0xD83D}), (std::vector<char32_t>{bad, bad}));
 }
 
-TEST(Utf8Test, EveryCodePointComesBackFromBothForms) {
+TEST(Utf8Test, EveryCodePointSurvivesBothForms) {
     for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
         if (codePoint == 0xD800) {
             codePoint = 0xE000;

@@ -11,21 +11,15 @@
 #include "filter/core/ArrayList.h"
 #include "tests/unit/core/AllocationCount.h"
 #include "tests/unit/core/IntegerEnds.h"
+#include "tests/unit/core/Wide.h"
 
 namespace {
 
-// The text as a value that can be compared and printed. Checks the terminator on the way.
+// Returns the text as a value that can be compared and printed. Also checks the terminator.
 std::u16string unitsOf(const qor::WString& text) {
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): what a move leaves is looked at too
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): the state after a move is checked too
     EXPECT_EQ(text.value()[text.length()], 0);
     return std::u16string(text.value(), text.value() + text.length());
-}
-
-qor::WString textOf(const std::u16string& units) {
-    const std::basic_string<uint16_t> copy(units.begin(), units.end());
-    qor::WString text;
-    text.append(copy.data(), static_cast<int>(copy.size()));
-    return text;
 }
 
 std::string bytesOf(const qor::WString& text) {
@@ -36,7 +30,7 @@ std::string bytesOf(const qor::WString& text) {
 struct TruthCase {
     const char* text;
     bool isTrue;
-    int end; // the position behind the word or number
+    int end; // the position after the word or number
 };
 
 template <class Call> long allocationsOf(Call call) {
@@ -59,7 +53,7 @@ TEST(WStringTest, NewTextIsEmptyAndPointsToTheSharedBuffer) {
     EXPECT_EQ(text.value()[0], 0);
 }
 
-TEST(WStringTest, EmptyAndShortTextsTakeNothingFromTheHeap) {
+TEST(WStringTest, EmptyAndShortTextsAllocateNothing) {
     EXPECT_EQ(allocationsOf([] {
                   qor::WString empty;
                   qor::WString copy(empty);
@@ -80,12 +74,12 @@ TEST(WStringTest, EmptyAndShortTextsTakeNothingFromTheHeap) {
     EXPECT_EQ(allocationsOf([] { qor::WString text("a text that has 26 units.."); }), 1);
 }
 
-TEST(WStringTest, IsNoLargerThanItsBudget) {
+TEST(WStringTest, IsNotLargerThanItsBudget) {
     // Two of them are made for each attribute.
     EXPECT_LE(sizeof(qor::WString), 88U);
 }
 
-TEST(WStringTest, NarrowTextIsTakenUpToItsZeroByte) {
+TEST(WStringTest, NarrowTextEndsAtItsZeroByte) {
     EXPECT_EQ(unitsOf(qor::WString("abc\0def")), u"abc");
     EXPECT_EQ(unitsOf(qor::WString("")), u"");
     EXPECT_EQ(unitsOf(qor::WString(static_cast<const char*>(nullptr))), u"");
@@ -120,15 +114,15 @@ TEST(WStringTest, CopyIsIndependent) {
 }
 
 TEST(WStringTest, CopyKeepsZeroUnitsWithinTheText) {
-    const qor::WString text = textOf(std::u16string(u"a\0b", 3));
+    const qor::WString text = wide(std::u16string(u"a\0b", 3));
 
     EXPECT_EQ(unitsOf(qor::WString(text)), std::u16string(u"a\0b", 3));
 }
 
-TEST(WStringTest, CopyTakesTheKeptHashAlong) {
+TEST(WStringTest, CopyTakesTheCachedHash) {
     qor::WString text("Keywords");
     const int hash = text.hashCode();
-    text.buffer()[0] = 'X'; // behind the cache's back
+    text.buffer()[0] = 'X'; // without the cache's knowledge
 
     qor::WString copy(text);
     qor::WString assigned;
@@ -140,7 +134,7 @@ TEST(WStringTest, CopyTakesTheKeptHashAlong) {
     EXPECT_NE(copy.hashCode(), hash);
 }
 
-TEST(WStringTest, FirstUnitsAreTakenByNumber) {
+TEST(WStringTest, FirstUnitsAreTakenByCount) {
     const qor::WString text("RE: Tide table");
 
     EXPECT_EQ(unitsOf(qor::WString(text, 3)), u"RE:");
@@ -153,7 +147,7 @@ TEST(WStringTest, FirstUnitsAreTakenByNumber) {
     EXPECT_EQ(unitsOf(qor::WString(qor::WString(), 5)), u"");
 }
 
-TEST(WStringTest, FirstUnitsDoNotTakeTheHashAlong) {
+TEST(WStringTest, FirstUnitsDoNotTakeTheHash) {
     const qor::WString text("Keywords");
     (void)text.hashCode();
 
@@ -173,7 +167,7 @@ TEST(WStringTest, MoveTakesTheTextAndLeavesAnEmptyOne) {
         assigned = std::move(moved);
         EXPECT_EQ(unitsOf(assigned), unitsOf(qor::WString(narrow)));
 
-        // NOLINTNEXTLINE(bugprone-use-after-move,clang-analyzer-cplusplus.Move): the subject
+        // NOLINTNEXTLINE(bugprone-use-after-move,clang-analyzer-cplusplus.Move): intended
         EXPECT_EQ(unitsOf(moved), u"");
         moved.append("usable again");
         EXPECT_EQ(unitsOf(moved), u"usable again");
@@ -191,7 +185,7 @@ TEST(WStringTest, AssigningATextToItselfChangesNothing) {
     EXPECT_EQ(unitsOf(text), u"a text that is too long for the object itself");
 }
 
-TEST(WStringTest, AssignTakesTheCountedUnits) {
+TEST(WStringTest, AssignTakesTheGivenNumberOfUnits) {
     const uint16_t units[] = {'a', 'b', 'c', 'd'};
     qor::WString text("before");
 
@@ -224,7 +218,7 @@ TEST(WStringTest, AssignOfNothingEmptiesTheText) {
     EXPECT_EQ(unitsOf(text), u"");
 }
 
-TEST(WStringTest, AssignTakesUnitsOfTheTextItself) {
+TEST(WStringTest, AssignAcceptsUnitsOfTheTextItself) {
     qor::WString text("0123456789");
 
     text.assign(text.value() + 3, 4);
@@ -234,7 +228,7 @@ TEST(WStringTest, AssignTakesUnitsOfTheTextItself) {
     EXPECT_EQ(unitsOf(text), u"34");
 }
 
-TEST(WStringTest, SetLengthCutsOrFillsWithSpaces) {
+TEST(WStringTest, SetLengthTruncatesOrPadsWithSpaces) {
     qor::WString text("abcdef");
 
     text.setLength(3);
@@ -270,7 +264,7 @@ TEST(WStringTest, EmptyingKeepsTheBuffer) {
     EXPECT_EQ(text.value(), value);
 }
 
-TEST(WStringTest, AppendTakesZeroUnitsAsTheyAre) {
+TEST(WStringTest, AppendKeepsZeroUnits) {
     const uint16_t units[] = {'x', 0, 'y', 0};
     qor::WString text("a");
 
@@ -293,11 +287,11 @@ TEST(WStringTest, AppendOfNothingChangesNothing) {
     EXPECT_EQ(unitsOf(text), u"abc");
 }
 
-TEST(WStringTest, AppendTakesUnitsOfTheTextItself) {
+TEST(WStringTest, AppendAcceptsUnitsOfTheTextItself) {
     qor::WString text("0123456789");
 
     text.append(text.value(), text.length()); // within the object
-    text.append(text.value(), text.length()); // out of the object to the heap
+    text.append(text.value(), text.length()); // from the object to the heap
     text.append(text.value() + 38, 2);
 
     EXPECT_EQ(unitsOf(text), u"012345678901234567890123456789012345678989");
@@ -316,7 +310,7 @@ TEST(WStringTest, TextsOfEveryLengthUpTo200AreKept) {
     std::u16string expected;
     qor::WString grown;
     for (int length = 0; length < 200; ++length) {
-        const qor::WString text = textOf(expected);
+        const qor::WString text = wide(expected);
         EXPECT_EQ(unitsOf(text), expected);
         EXPECT_EQ(unitsOf(grown), expected);
         EXPECT_EQ(unitsOf(qor::WString(text)), expected);
@@ -328,7 +322,7 @@ TEST(WStringTest, TextsOfEveryLengthUpTo200AreKept) {
     }
 }
 
-TEST(WStringTest, AppendingManyPiecesTakesFewBlocks) {
+TEST(WStringTest, AppendingManyPiecesAllocatesFewBlocks) {
     const std::vector<uint16_t> piece(1024, 'x');
     qor::WString text;
 
@@ -367,7 +361,7 @@ TEST(WStringTest, InsureCapacityOfAnEmptyTextLeavesItEmpty) {
     }
 }
 
-TEST(WStringTest, BufferGivesTheUnitsForChangesInPlace) {
+TEST(WStringTest, BufferAllowsChangesInPlace) {
     qor::WString text("RE: x");
 
     text.buffer()[4] = 'y';
@@ -376,7 +370,7 @@ TEST(WStringTest, BufferGivesTheUnitsForChangesInPlace) {
     EXPECT_EQ(text.buffer(), text.value());
 }
 
-TEST(WStringTest, SetValueTakesTheCountedBytesFromTheStartOn) {
+TEST(WStringTest, SetValueTakesTheGivenNumberOfBytes) {
     qor::WString text("before");
 
     text.setValue("0123456789", 2, 5);
@@ -384,7 +378,7 @@ TEST(WStringTest, SetValueTakesTheCountedBytesFromTheStartOn) {
     text.setValue("x\xC3\xA9y", 1, 2);
     EXPECT_EQ(unitsOf(text), u"\u00E9");
     text.setValue("x\xC3\xA9y", 1, 1);
-    EXPECT_EQ(unitsOf(text), u"\uFFFD") << "a sequence that the count cuts is invalid";
+    EXPECT_EQ(unitsOf(text), u"\uFFFD") << "a sequence that the count truncates is invalid";
     text.setValue("x\xC3\xA9y", 2, 2);
     EXPECT_EQ(unitsOf(text), u"\uFFFDy");
     text.setValue("a\0b", 0, 3);
@@ -422,7 +416,7 @@ TEST(WStringTest, AppendIntegerWritesEightUpperCaseHexadecimalDigits) {
     EXPECT_EQ(unitsOf(text), u"0000000000ABCDEFFFFFFFFF");
 }
 
-TEST(WStringTest, AppendIntegerNeverCutsANumber) {
+TEST(WStringTest, AppendIntegerNeverTruncatesANumber) {
     qor::WString text;
 
     text.appendInteger(1234, 2, 10, false, false);
@@ -438,7 +432,7 @@ TEST(WStringTest, AppendIntegerNeverCutsANumber) {
     EXPECT_EQ(unitsOf(text), u"1234 0 5 11111111111111111111111111111111 00Z");
 }
 
-TEST(WStringTest, AppendIntegerWithARadixThatIsNoneAppendsNothing) {
+TEST(WStringTest, AppendIntegerWithAnInvalidRadixAppendsNothing) {
     qor::WString text("a");
 
     for (const int radix : {lowest, -16, 0, 1, 37, highest}) {
@@ -448,7 +442,7 @@ TEST(WStringTest, AppendIntegerWithARadixThatIsNoneAppendsNothing) {
     EXPECT_EQ(unitsOf(text), u"a");
 }
 
-TEST(WStringTest, TextThatWouldNotFitEndsInBadAllocAndStaysAsItWas) {
+TEST(WStringTest, TextThatWouldNotFitThrowsBadAllocAndStaysUnchanged) {
     const uint16_t unit = 'x';
     qor::WString text("abc");
 
@@ -467,7 +461,7 @@ TEST(WStringTest, HashIsThatOfTheBytesOfTheText) {
     EXPECT_EQ(qor::WString().hashCode(), 0x011C9DC5);
 }
 
-TEST(WStringTest, HashIsKeptFromTheFirstCallOn) {
+TEST(WStringTest, HashIsCachedByTheFirstCall) {
     qor::WString text("Keywords");
     const int hash = text.hashCode();
 
@@ -478,7 +472,7 @@ TEST(WStringTest, HashIsKeptFromTheFirstCallOn) {
     EXPECT_EQ(text.hashCode(), qor::WString("Xeywords").hashCode());
 }
 
-TEST(WStringTest, HashOfZeroIsWorkedOutAgainAtEachCall) {
+TEST(WStringTest, HashOfZeroIsCalculatedAgainByEachCall) {
     // The FNV-1a of these fourteen bytes is 0x80000000.
     qor::WString text("fvfuuvm");
     ASSERT_EQ(text.hashCode(), 0);
@@ -511,7 +505,7 @@ TEST(WStringTest, EveryChangeResetsTheHash) {
               qor::WString("some text1").hashCode());
 }
 
-TEST(WStringTest, ChangesThatLeaveTheTextAsItIsResetTheHashToo) {
+TEST(WStringTest, ChangesWithoutEffectResetTheHashToo) {
     qor::WString text("Keywords");
     (void)text.hashCode();
     text.buffer()[0] = 'X';
@@ -521,13 +515,13 @@ TEST(WStringTest, ChangesThatLeaveTheTextAsItIsResetTheHashToo) {
     EXPECT_EQ(text.hashCode(), qor::WString("Xeywords").hashCode());
 }
 
-TEST(WStringTest, TextsAreEqualWhenAllUnitsAre) {
+TEST(WStringTest, TextsAreEqualWhenAllUnitsAreEqual) {
     EXPECT_TRUE(qor::WString("abc") == qor::WString("abc"));
     EXPECT_FALSE(qor::WString("abc") == qor::WString("abC"));
     EXPECT_FALSE(qor::WString("abc") == qor::WString("ab"));
     EXPECT_TRUE(qor::WString() == qor::WString(""));
-    EXPECT_FALSE(textOf(std::u16string(u"a\0b", 3)) == textOf(std::u16string(u"a\0c", 3)));
-    EXPECT_FALSE(textOf(std::u16string(u"a\0", 2)) == qor::WString("a"));
+    EXPECT_FALSE(wide(std::u16string(u"a\0b", 3)) == wide(std::u16string(u"a\0c", 3)));
+    EXPECT_FALSE(wide(std::u16string(u"a\0", 2)) == qor::WString("a"));
 
     EXPECT_TRUE(qor::WString("abc").equals(qor::WString("abc")));
     EXPECT_FALSE(qor::WString("abc").equals(qor::WString("abd")));
@@ -535,7 +529,7 @@ TEST(WStringTest, TextsAreEqualWhenAllUnitsAre) {
     EXPECT_FALSE(qor::WString().equals(qor::ArrayList<long>()));
 }
 
-TEST(WStringTest, EqualsIgnoreCaseFoldsAsciiLettersOnly) {
+TEST(WStringTest, EqualsIgnoreCaseFoldsOnlyAsciiLetters) {
     EXPECT_TRUE(qor::WString("OPFRecurrenceDaily").equalsIgnoreCase("opfrecurrenceDAILY"));
     EXPECT_TRUE(qor::WString("").equalsIgnoreCase(""));
     EXPECT_TRUE(qor::WString().equalsIgnoreCase(nullptr));
@@ -546,7 +540,7 @@ TEST(WStringTest, EqualsIgnoreCaseFoldsAsciiLettersOnly) {
     // Neighbours of the letters: "@" and "`", "[" and "{".
     EXPECT_FALSE(qor::WString("@[").equalsIgnoreCase("`{"));
     EXPECT_FALSE(qor::WString("\xC3\x84").equalsIgnoreCase("\xC3\xA4"));
-    // The Kelvin sign and the dotless i fold to ASCII letters elsewhere.
+    // Elsewhere the Kelvin sign and the dotless i fold to ASCII letters.
     EXPECT_FALSE(qor::WString("\xE2\x84\xAA").equalsIgnoreCase("k"));
     EXPECT_FALSE(qor::WString("\xC4\xB1").equalsIgnoreCase("I"));
 }
@@ -555,30 +549,30 @@ TEST(WStringTest, EqualsIgnoreCaseTakesNarrowTextAsUtf8) {
     EXPECT_TRUE(qor::WString("T\xC3\xA4glich").equalsIgnoreCase("t\xC3\xA4GLICH"));
     EXPECT_TRUE(qor::WString("x\xF0\x9F\x98\x80").equalsIgnoreCase("X\xF0\x9F\x98\x80"));
     EXPECT_FALSE(qor::WString("x\xF0\x9F\x98\x80").equalsIgnoreCase("X\xF0\x9F\x98\x81"));
-    EXPECT_FALSE(textOf(u"x\xD83D").equalsIgnoreCase("x\xF0\x9F\x98\x80"));
+    EXPECT_FALSE(wide(u"x\xD83D").equalsIgnoreCase("x\xF0\x9F\x98\x80"));
 }
 
 TEST(WStringTest, NarrowFormIsUtf8) {
     EXPECT_EQ(bytesOf(qor::WString("")), "");
-    EXPECT_EQ(bytesOf(textOf(u"na\u00EFve \u20AC \xD83D\xDE00")),
+    EXPECT_EQ(bytesOf(wide(u"na\u00EFve \u20AC \xD83D\xDE00")),
               "na\xC3\xAFve \xE2\x82\xAC \xF0\x9F\x98\x80");
-    EXPECT_EQ(bytesOf(textOf(std::u16string(u"a\0b", 3))), std::string("a\0b", 3));
+    EXPECT_EQ(bytesOf(wide(std::u16string(u"a\0b", 3))), std::string("a\0b", 3));
 }
 
 TEST(WStringTest, LoneSurrogateIsAReplacementInTheNarrowForm) {
-    EXPECT_EQ(bytesOf(textOf(u"a\xD83D")), "a\xEF\xBF\xBD");
-    EXPECT_EQ(bytesOf(textOf(u"\xDE00\xD83D")), "\xEF\xBF\xBD\xEF\xBF\xBD");
-    EXPECT_EQ(bytesOf(textOf(u"\xD83Dz")), "\xEF\xBF\xBDz");
+    EXPECT_EQ(bytesOf(wide(u"a\xD83D")), "a\xEF\xBF\xBD");
+    EXPECT_EQ(bytesOf(wide(u"\xDE00\xD83D")), "\xEF\xBF\xBD\xEF\xBF\xBD");
+    EXPECT_EQ(bytesOf(wide(u"\xD83Dz")), "\xEF\xBF\xBDz");
 }
 
-TEST(WStringTest, ToStringServesCallersThatKnowOnlyTheObject) {
+TEST(WStringTest, ToStringIsAvailableThroughTheBaseClass) {
     const qor::WString text("T\xC3\xA4glich");
     const qor::Object& object = text;
 
     EXPECT_STREQ(object.toString().value(), "T\xC3\xA4glich");
 }
 
-TEST(WStringTest, TruthValues) {
+TEST(WStringTest, TruthValuesAreWordsOrNumbers) {
     // clang-format off
     const TruthCase rows[] = {
         {"true",        true,  4},
@@ -627,7 +621,7 @@ TEST(WStringTest, TruthValues) {
     }
 }
 
-TEST(WStringTest, TruthValueIsReadFromTheStartThatIsGiven) {
+TEST(WStringTest, TruthValueIsReadFromTheGivenStart) {
     const qor::WString text("false true 0 7");
 
     EXPECT_FALSE(text.toBoolean(0, nullptr));

@@ -56,9 +56,9 @@ protected:
     std::unique_ptr<Scan> scan;
 };
 
-// --- opening and closing
+// --- Opening and closing.
 
-TEST_F(ArchiveScanTest, OpenPassesItsWordsOnInAZeroedRequest) {
+TEST_F(ArchiveScanTest, OpenPassesItsWordsInAZeroedRequest) {
     scan = std::make_unique<Scan>(host);
 
     EXPECT_EQ(scan->open(0xABCD, 0x1122334455667788), VwOpenDone);
@@ -73,7 +73,7 @@ TEST_F(ArchiveScanTest, OpenPassesItsWordsOnInAZeroedRequest) {
 
 class ArchiveScanOpenTest : public testing::TestWithParam<std::pair<int, int>> {};
 
-TEST_P(ArchiveScanOpenTest, FailedOpenIsToldByTheLowTwoFlags) {
+TEST_P(ArchiveScanOpenTest, FailedOpenIsReportedByTheLowTwoFlags) {
     for (const int32_t status : {-1, 1, 14}) {
         FakeHost host;
         host.refuseArchive(status, static_cast<uint16_t>(GetParam().first));
@@ -106,13 +106,13 @@ TEST_F(ArchiveScanTest, CloseEndsTheArchiveOnce) {
     EXPECT_EQ(host.openHandles(), 0);
 }
 
-TEST_F(ArchiveScanTest, CloseBeforeAnyReadGivesEverythingBack) {
+TEST_F(ArchiveScanTest, CloseBeforeAnyReadReleasesEverything) {
     open().close();
 
     EXPECT_EQ(host.openHandles(), 0);
 }
 
-// --- which entries are documents
+// --- Which entries are documents.
 
 struct NameCase {
     const char* title;
@@ -136,11 +136,11 @@ TEST_P(ArchiveScanNameTest, DocumentIsAnEntryWhoseFirstSuffixIsItsLast) {
 
 INSTANTIATE_TEST_SUITE_P(
     Names, ArchiveScanNameTest,
-    testing::Values(NameCase{"FiveBytes", "x.xml", true}, NameCase{"SuffixAlone", ".xml", false},
+    testing::Values(NameCase{"FiveBytes", "x.xml", true}, NameCase{"OnlyTheSuffix", ".xml", false},
                     NameCase{"Capitals", "a.XML", false},
-                    NameCase{"SuffixTwice", "a.xml.xml", false},
+                    NameCase{"TwoSuffixes", "a.xml.xml", false},
                     NameCase{"SuffixInAFolder", "a.xml/b.xml", false},
-                    NameCase{"SuffixInsideAlone", "a.xml/b", false},
+                    NameCase{"SuffixOnlyInside", "a.xml/b", false},
                     NameCase{"SuffixAndMore", "a.xmlx", false},
                     NameCase{"NamelessInAFolder", "a/.xml", true},
                     NameCase{"NoDot", "axxml", false}, NameCase{"Short", "a", false},
@@ -148,9 +148,9 @@ INSTANTIATE_TEST_SUITE_P(
                     NameCase{"NotAscii", "\xC3\xA9.xml", true}),
     [](const auto& row) { return row.param.title; });
 
-// --- the walk
+// --- The scan.
 
-TEST_F(ArchiveScanTest, EmptyDirectoryEndsAtOnceAndAgain) {
+TEST_F(ArchiveScanTest, EmptyDirectoryEndsAtOnceAtEachRead) {
     open();
 
     EXPECT_EQ(scan->read(), 0);
@@ -172,7 +172,7 @@ TEST_F(ArchiveScanTest, EveryEntryHasItsBreak) {
     EXPECT_EQ(scan->rows().at(1).locator.itemNumber, 2U);
 }
 
-TEST_F(ArchiveScanTest, DocumentIsReadInTheseCalls) {
+TEST_F(ArchiveScanTest, DocumentIsReadByTheseCalls) {
     host.entry("a.xml", document("notes").element("note"));
     open();
 
@@ -189,7 +189,7 @@ TEST_F(ArchiveScanTest, DocumentIsReadInTheseCalls) {
                                    // the item's node
                                    "UTXMLAddTagMap(\"\", 0, 0, 12 rows)", "UTXMLGetStateInfo()",
                                    "UTXMLReadNextTag()", "UTXMLReadNextTag()",
-                                   // the node that finds no item
+                                   // the node that does not find an item
                                    "UTXMLAddTagMap(\"\", 0, 0, 12 rows)", "UTXMLGetStateInfo()",
                                    "UTXMLReadNextTag()", "UTXMLDeInit()", "close(entry a.xml)"));
 }
@@ -246,9 +246,9 @@ TEST_F(ArchiveScanTest, ManyItemsAreAllFound) {
     EXPECT_THAT(extractIndex(*scan, 299).message, HasText(0x0037001F, u"299"));
 }
 
-// --- pausing and putting back
+// --- Pausing and repositioning.
 
-TEST_F(ArchiveScanTest, HostMayPauseBehindEveryEntry) {
+TEST_F(ArchiveScanTest, HostCanPauseAfterEveryEntry) {
     host.entry("Local/", Bytes{}).entry("a.xml", notes({"one", "two"}));
     host.entry("b", Bytes{}).entry("c.xml", notes({"three"}));
     open();
@@ -262,7 +262,7 @@ TEST_F(ArchiveScanTest, HostMayPauseBehindEveryEntry) {
     }
     EXPECT_EQ(scan->read(), 0);
     EXPECT_THAT(titlesOf(scan->rows()), ElementsAre("one", "two", "three"));
-    // A pause at the last entry does not keep the end back.
+    // A pause at the last entry does not delay the end.
     EXPECT_TRUE(scan->isAtEnd());
     EXPECT_EQ(breaks().back(), "SoRtnBreak(2, 0)");
 }
@@ -279,7 +279,7 @@ TEST_F(ArchiveScanTest, EveryNonZeroAnswerPauses) {
     }
 }
 
-TEST_F(ArchiveScanTest, AnswerBehindARowDoesNotPause) {
+TEST_F(ArchiveScanTest, AnswerAfterARowDoesNotPause) {
     host.entry("a.xml", notes({"one", "two"}));
     open();
     scan->onBreak = [](uint16_t code) { return uint16_t{code == BreakRow}; };
@@ -290,7 +290,7 @@ TEST_F(ArchiveScanTest, AnswerBehindARowDoesNotPause) {
     EXPECT_TRUE(scan->isAtEnd());
 }
 
-TEST_F(ArchiveScanTest, PositionIsTheEntryThatComesNext) {
+TEST_F(ArchiveScanTest, PositionIsTheNextEntry) {
     host.entry("a.xml", notes({"one"})).entry("b", Bytes{});
     open();
     scan->onBreak = [](uint16_t) { return uint16_t{1}; };
@@ -324,7 +324,7 @@ TEST_F(ArchiveScanTest, EntryScannedAgainAddsItsItemsAgainWithTheSameLocator) {
     EXPECT_EQ(extractIndex(*scan, 4).result, VwSpecialFailed);
 }
 
-TEST_F(ArchiveScanTest, ScanPutAheadSkipsEntries) {
+TEST_F(ArchiveScanTest, ScanMovedForwardSkipsEntries) {
     host.entry("a.xml", notes({"one"})).entry("b.xml", notes({"two"}));
     open();
     ScanPosition position{};
@@ -336,7 +336,7 @@ TEST_F(ArchiveScanTest, ScanPutAheadSkipsEntries) {
     EXPECT_THAT(titlesOf(scan->rows()), ElementsAre("two"));
 }
 
-TEST_F(ArchiveScanTest, ScanPutPastTheEndIsAtItsEnd) {
+TEST_F(ArchiveScanTest, ScanMovedPastTheEndIsAtItsEnd) {
     host.entry("a.xml", notes({"one"}));
     open();
     ScanPosition position{};
@@ -348,9 +348,9 @@ TEST_F(ArchiveScanTest, ScanPutPastTheEndIsAtItsEnd) {
     EXPECT_THAT(host.callTexts(CallKind::Routine), ElementsAre("SoRtnBreak(2, 0)"));
 }
 
-// --- failures
+// --- Failures.
 
-TEST_F(ArchiveScanTest, EntryThatCantBeOpenedIsToldAndPassedOver) {
+TEST_F(ArchiveScanTest, EntryThatCantBeOpenedIsReportedAndSkipped) {
     host.brokenEntry("a.xml").entry("b.xml", notes({"one"}));
     open();
 
@@ -362,7 +362,7 @@ TEST_F(ArchiveScanTest, EntryThatCantBeOpenedIsToldAndPassedOver) {
                                       "SoRtnBreak(2, 0)"));
 }
 
-TEST_F(ArchiveScanTest, ReaderThatFailsIsToldAndPassedOver) {
+TEST_F(ArchiveScanTest, FailingReaderIsReportedAndSkipped) {
     host.entry("a.xml", notes({"one"})).entry("b.xml", notes({"two"}));
     open();
     host.failCall(CallKind::ReaderInit, 0);
@@ -373,7 +373,7 @@ TEST_F(ArchiveScanTest, ReaderThatFailsIsToldAndPassedOver) {
     EXPECT_THAT(titlesOf(scan->rows()), ElementsAre("two"));
 }
 
-TEST_F(ArchiveScanTest, FailureBehindAnItemKeepsItsRowAndItsPlace) {
+TEST_F(ArchiveScanTest, FailureAfterAnItemKeepsItsRowAndItsLocation) {
     host.entry("a.xml", notes({"one", "two"})).entry("b.xml", notes({"three"}));
     open();
     host.failCall(CallKind::AddTagMap, 2); // the second node's
@@ -388,19 +388,19 @@ TEST_F(ArchiveScanTest, FailureBehindAnItemKeepsItsRowAndItsPlace) {
     EXPECT_THAT(extractIndex(*scan, 1).message, HasText(0x0037001F, u"three"));
 }
 
-TEST_F(ArchiveScanTest, FailureWhileARowIsWrittenLeavesItHalfAndItsItemOut) {
+TEST_F(ArchiveScanTest, FailureWithinARowLeavesItIncompleteAndItsItemOut) {
     host.entry("a.xml", notes({"one", "two"})).entry("b.xml", notes({"three"}));
     open();
     int rowBreaks = 0;
     scan->onBreak = [&](uint16_t code) -> uint16_t {
         if (code == BreakRow && ++rowBreaks == 2) {
-            throw std::runtime_error("the host's own");
+            throw std::runtime_error("an exception of the host");
         }
         return 0;
     };
 
     {
-        const fakehost::LeakExemption nodeInHand;
+        const fakehost::LeakExemption currentNode;
         scan->read();
     }
 
@@ -412,7 +412,7 @@ TEST_F(ArchiveScanTest, FailureWhileARowIsWrittenLeavesItHalfAndItsItemOut) {
     EXPECT_EQ(extractIndex(*scan, 2).result, VwSpecialFailed);
 }
 
-TEST_F(ArchiveScanTest, BailThatDoesNotComeBackEndsTheRead) {
+TEST_F(ArchiveScanTest, BailThatDoesNotReturnEndsTheRead) {
     host.brokenEntry("a.xml").entry("b.xml", notes({"one"}));
     open();
     scan->onBail = [](uint32_t) { throw std::runtime_error("gone"); };
@@ -423,7 +423,7 @@ TEST_F(ArchiveScanTest, BailThatDoesNotComeBackEndsTheRead) {
     EXPECT_THAT(breaks(), IsEmpty());
 }
 
-// Every host call fails once: the scan comes to its end, and each document that it lost is told.
+// Every host call fails once: the scan reaches its end and reports each document that it lost.
 TEST_F(ArchiveScanTest, NoHostFailureStopsTheScan) {
     const auto fill = [](FakeHost& own) {
         ItemDocument source = document("emails").open("email").attribute("x", "y");
@@ -458,7 +458,7 @@ TEST_F(ArchiveScanTest, NoHostFailureStopsTheScan) {
                 EXPECT_TRUE(row.isComplete);
                 EXPECT_EQ(row.cells.size(), 11U);
             }
-            // A reader that was never ready leaves its entry open; nothing else does.
+            // Only a reader that was never ready leaves its entry open.
             const int lost = own.openHandles() - 1;
             EXPECT_LE(lost, swept.bails());
             EXPECT_LE(own.openReaders(), lost);
@@ -466,7 +466,7 @@ TEST_F(ArchiveScanTest, NoHostFailureStopsTheScan) {
     }
 }
 
-// --- several archives
+// --- Several archives.
 
 TEST_F(ArchiveScanTest, TwoOpenArchivesShareNothing) {
     host.entry("a.xml", notes({"one", "two"}));
@@ -484,7 +484,7 @@ TEST_F(ArchiveScanTest, TwoOpenArchivesShareNothing) {
     EXPECT_THAT(extractIndex(second, 1).message, HasText(0x0037001F, u"two"));
 }
 
-TEST(ArchiveScanThreadsTest, ArchivesOnSeveralThreadsDontDisturbEachOther) {
+TEST(ArchiveScanThreadsTest, ArchivesOnSeveralThreadsAreIndependent) {
     constexpr int rounds = 20;
     const auto work = [](const std::string& title, int& whole) {
         for (int i = 0; i < rounds; ++i) {

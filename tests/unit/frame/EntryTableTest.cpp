@@ -21,7 +21,7 @@ Table tableOf(uint16_t count) {
     return table;
 }
 
-// What a table of 1 to 18 entries holds.
+// Returns the contents of a table of 1 to 18 entries.
 Table smallTable() {
     Table table;
     table.fill(untouched);
@@ -48,7 +48,7 @@ Table smallTable() {
     return table;
 }
 
-TEST(EntryTableTest, CountOf0ClearsTheLastTwoEntriesAlone) {
+TEST(EntryTableTest, CountOf0ClearsOnlyTheLastTwoEntries) {
     Table expected;
     expected.fill(untouched);
     expected[34] = expected[35] = nullptr;
@@ -58,7 +58,7 @@ TEST(EntryTableTest, CountOf0ClearsTheLastTwoEntriesAlone) {
 
 class EntryTableCountTest : public testing::TestWithParam<uint16_t> {};
 
-TEST_P(EntryTableCountTest, HoldsWhatTheCountReaches) {
+TEST_P(EntryTableCountTest, HoldsTheEntriesOfItsCount) {
     const uint16_t count = GetParam();
     Table expected = smallTable();
     if (count >= 19) {

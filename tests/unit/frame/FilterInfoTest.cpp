@@ -13,7 +13,7 @@ using fakehost::hex;
 
 struct InfoCase {
     uint16_t request;
-    Bytes answer; // empty: the request is not answered
+    Bytes answer; // empty: unknown request
 };
 
 void PrintTo(const InfoCase& row, std::ostream* out) {
@@ -22,7 +22,7 @@ void PrintTo(const InfoCase& row, std::ostream* out) {
 
 class FilterInfoTest : public testing::TestWithParam<InfoCase> {};
 
-TEST_P(FilterInfoTest, ExactlyTheAnswerIsWritten) {
+TEST_P(FilterInfoTest, OnlyTheAnswerIsWritten) {
     constexpr size_t room = 32;
     for (const uint8_t canary : {0xCC, 0x33}) {
         Bytes answer(room, canary);
@@ -66,7 +66,7 @@ TEST(FilterIdentityTest, OverlayIdIsThisRecord) {
     EXPECT_EQ(actual, expected);
 }
 
-TEST(FilterIdentityTest, VersionTellsTheProjectsVersion) {
+TEST(FilterIdentityTest, VersionIsTheProjectsVersion) {
     EXPECT_THAT(version, testing::MatchesRegex("QOR_VER=[0-9]+\\.[0-9]+\\.[0-9]+"));
 }
 

@@ -4,28 +4,29 @@
 
 #include <gmock/gmock.h>
 
+#include "filter/state/PROC.h"
 #include "tests/fakehost/Extraction.h"
 #include "tests/fakehost/Matchers.h"
+#include "tests/fakehost/Sweeps.h"
 
 namespace {
 
 using fakehost::Bytes;
 using fakehost::CallKind;
 using fakehost::document;
+using fakehost::expectReleased;
 using fakehost::extractAt;
 using fakehost::extractIndex;
 using fakehost::extractItem;
 using fakehost::FakeHost;
 using fakehost::HasText;
 using fakehost::ItemDocument;
-using fakehost::ItemRun;
 using fakehost::note;
 using fakehost::Outcome;
 using fakehost::patternText;
 using fakehost::Scan;
 using fakehost::StoredMessage;
 using fakehost::writeItem;
-using testing::AnyOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -67,8 +68,7 @@ protected:
         ASSERT_FALSE(outcome.progress.empty());
         EXPECT_EQ(outcome.progress.back(), 100);
         EXPECT_EQ(outcome.handlesLeftOpen, 0);
-        EXPECT_EQ(outcome.openReaders, 0);
-        EXPECT_EQ(outcome.lockedBlocks, 0);
+        expectReleased(outcome);
     }
 
     void expectRefused(const Outcome& outcome, int32_t result) {
@@ -77,15 +77,14 @@ protected:
         EXPECT_THAT(outcome.progress, IsEmpty());
         EXPECT_FALSE(outcome.message.hasRoot());
         EXPECT_EQ(outcome.handlesLeftOpen, 0);
-        EXPECT_EQ(outcome.openReaders, 0);
-        EXPECT_EQ(outcome.lockedBlocks, 0);
+        expectReleased(outcome);
     }
 
     FakeHost host;
     std::unique_ptr<Scan> scan;
 };
 
-// --- by index
+// --- By index.
 
 TEST_F(ItemExtractionTest, IndexNamesAnItemOfTheWholeArchive) {
     const std::u16string_view subjects[] = {u"one", u"two", u"three", u"four"};
@@ -111,14 +110,14 @@ TEST_F(ItemExtractionTest, NegativeIndexOpensNoEntry) {
     EXPECT_EQ(host.countOf(CallKind::OpenMember), 0);
 }
 
-TEST_F(ItemExtractionTest, NoIndexIsGoodBeforeTheScan) {
+TEST_F(ItemExtractionTest, NoIndexIsValidBeforeTheScan) {
     Scan fresh(host);
     fresh.open();
 
     expectRefused(extractIndex(fresh, 0), VwSpecialFailed);
 }
 
-TEST_F(ItemExtractionTest, ItemByIndexIsReadInTheseCalls) {
+TEST_F(ItemExtractionTest, ItemByIndexIsReadByTheseCalls) {
     extractIndex(*scan, 1);
 
     std::vector<std::string> calls = host.callTexts();
@@ -138,7 +137,7 @@ TEST_F(ItemExtractionTest, RequestIsUnlockedLast) {
 
     const auto calls = host.callTexts();
     ASSERT_GE(calls.size(), 5U);
-    // Behind the unlock comes the test's own free of the request.
+    // After the unlock the test itself frees the request.
     EXPECT_THAT(std::vector(calls.end() - 5, calls.end()),
                 ElementsAre("close(__nameid_version1.0)", "UTXMLDeInit()",
                             "close(entry Local/Notes/Notes.xml)",
@@ -155,7 +154,7 @@ TEST_F(ItemExtractionTest, NoCallbackIsNeeded) {
     EXPECT_TRUE(outcome.message.isRootClosed());
 }
 
-// --- by location
+// --- By location.
 
 TEST_F(ItemExtractionTest, LocationNamesAnItemOfAnEntry) {
     expectDone(extractAt(*scan, 1, 1), u"one");
@@ -178,14 +177,14 @@ TEST_F(ItemExtractionTest, ItemNumber0OpensNoEntry) {
     EXPECT_EQ(host.countOf(CallKind::OpenMember), 0);
 }
 
-TEST_F(ItemExtractionTest, FirstItemNeedsNoWalking) {
+TEST_F(ItemExtractionTest, FirstItemIsFoundWithoutSkipping) {
     extractAt(*scan, 1, 1);
 
     EXPECT_EQ(host.countOf(CallKind::SkipTag), 0);
     EXPECT_EQ(host.countOf(CallKind::RestoreStateInfo), 0);
 }
 
-TEST_F(ItemExtractionTest, WalkStepsOverElementsWhateverTheyAre) {
+TEST_F(ItemExtractionTest, WalkSkipsElementsOfAnyName) {
     FakeHost own;
     own.entry("a.xml", document("notes")
                            .open("other")
@@ -200,7 +199,7 @@ TEST_F(ItemExtractionTest, WalkStepsOverElementsWhateverTheyAre) {
     EXPECT_THAT(own.callsOf("UTXMLSkipTag"), SizeIs(1));
 }
 
-// A note without any element: the required properties, the defaults, and nothing else.
+// A note without elements: the required properties, the defaults, and nothing else.
 std::vector<fakehost::PropertyEntry> emptyNote() {
     return {
         {0x10090102, 6, 0},   {0x001A001F, 6, 30},      {0x0E1F000B, 6, 0},    {0x0FF70003, 6, 0},
@@ -212,7 +211,7 @@ std::vector<fakehost::PropertyEntry> emptyNote() {
 class ItemExtractionPastEndTest : public ItemExtractionTest,
                                   public testing::WithParamInterface<uint32_t> {};
 
-TEST_P(ItemExtractionPastEndTest, NumberPastTheLastItemGivesAnEmptyMessage) {
+TEST_P(ItemExtractionPastEndTest, NumberPastTheLastItemMakesAnEmptyMessage) {
     const Outcome outcome = extractAt(*scan, 1, GetParam());
 
     EXPECT_EQ(outcome.result, VwSpecialDone);
@@ -222,7 +221,7 @@ TEST_P(ItemExtractionPastEndTest, NumberPastTheLastItemGivesAnEmptyMessage) {
     EXPECT_TRUE(outcome.message.isRootClosed());
     EXPECT_THAT(outcome.progress, ElementsAre(100));
     EXPECT_EQ(outcome.openHandles, 0);
-    // The walk stops at the root's closing tag, however far the number lies.
+    // The walk stops at the root's closing tag, whatever the number.
     EXPECT_EQ(host.countOf(CallKind::SkipTag), 3);
 }
 
@@ -230,7 +229,7 @@ INSTANTIATE_TEST_SUITE_P(Numbers, ItemExtractionPastEndTest,
                          testing::Values(4U, 5U, 6U, 100U, 0x80000000U, 0xFFFFFFFFU),
                          testing::PrintToStringParamName());
 
-TEST_F(ItemExtractionTest, WalkThatTheReaderRefusesFindsNoItem) {
+TEST_F(ItemExtractionTest, WalkWithAFailingReaderFindsNoItem) {
     for (const int32_t status : {-1, 1}) {
         host.failCall(CallKind::SkipTag, 1, status);
         expectRefused(extractAt(*scan, 1, 3), VwSpecialNoItem);
@@ -256,10 +255,10 @@ TEST_F(ItemExtractionTest, EntryPastTheDirectoryFails) {
     }
 }
 
-// --- the callback
+// --- The callback.
 
-TEST_F(ItemExtractionTest, ProgressIsToldAfterEachTag) {
-    // Seven elements make 100: one of them counts 14.
+TEST_F(ItemExtractionTest, ProgressIsReportedAfterEachTag) {
+    // Seven elements make 100: each of them counts 14.
     const Outcome outcome = extractIndex(*scan, 0);
 
     EXPECT_THAT(outcome.progress, ElementsAre(14, 14, 100));
@@ -285,8 +284,7 @@ TEST_P(ItemExtractionCancelTest, CancelBefore100LeavesTheMessageUnfinished) {
     EXPECT_EQ(outcome.message.stream("__substg1.0_0037001F"), fakehost::utf16(u"two"));
     EXPECT_TRUE(outcome.message.isRootClosed());
     EXPECT_EQ(outcome.handlesLeftOpen, 0);
-    EXPECT_EQ(outcome.openReaders, 0);
-    EXPECT_EQ(outcome.lockedBlocks, 0);
+    expectReleased(outcome);
 }
 
 INSTANTIATE_TEST_SUITE_P(Answers, ItemExtractionCancelTest, testing::Values(1, -1, 256, 65536),
@@ -295,9 +293,9 @@ INSTANTIATE_TEST_SUITE_P(Answers, ItemExtractionCancelTest, testing::Values(1, -
                                  .append(std::to_string(std::abs(row.param)));
                          });
 
-// --- beside the scan
+// --- Together with a scan.
 
-TEST_F(ItemExtractionTest, ExtractionLeavesTheScanWhereItIs) {
+TEST_F(ItemExtractionTest, ExtractionDoesNotMoveTheScan) {
     Scan paused(host);
     paused.open();
     paused.onBreak = [](uint16_t code) { return uint16_t{code == BreakEntry}; };
@@ -319,7 +317,7 @@ TEST_F(ItemExtractionTest, ExtractionLeavesTheScanWhereItIs) {
     expectDone(extractIndex(paused, 3), u"four");
 }
 
-TEST_F(ItemExtractionTest, EachExtractionOpensItsEntryAnew) {
+TEST_F(ItemExtractionTest, EachExtractionOpensItsEntryAgain) {
     extractIndex(*scan, 0);
     extractIndex(*scan, 0);
     extractAt(*scan, 1, 1);
@@ -328,7 +326,7 @@ TEST_F(ItemExtractionTest, EachExtractionOpensItsEntryAnew) {
     EXPECT_THAT(host.callsOf("UTXMLDeInit"), SizeIs(3));
 }
 
-TEST_F(ItemExtractionTest, SameItemGivesTheSameMessage) {
+TEST_F(ItemExtractionTest, SameItemMakesTheSameMessage) {
     const StoredMessage byIndex = extractIndex(*scan, 1).message;
     const StoredMessage byLocation = extractAt(*scan, 1, 2).message;
 
@@ -336,7 +334,7 @@ TEST_F(ItemExtractionTest, SameItemGivesTheSameMessage) {
     EXPECT_EQ(byIndex.classId(), byLocation.classId());
 }
 
-// --- failures
+// --- Failures.
 
 TEST_F(ItemExtractionTest, RequestThatCantBeLockedBailsOut) {
     struct Gone {};
@@ -357,7 +355,7 @@ TEST_F(ItemExtractionTest, EntryThatCantBeOpenedFails) {
     EXPECT_EQ(scan->bails(), 0);
 }
 
-TEST_F(ItemExtractionTest, ReaderThatFailsLeavesItsEntryOpen) {
+TEST_F(ItemExtractionTest, FailingReaderLeavesItsEntryOpen) {
     for (const CallKind kind : {CallKind::ReaderInit, CallKind::AddTagMap}) {
         host.failCall(kind, 0, 5);
         const Outcome outcome = extractIndex(*scan, 0);
@@ -370,14 +368,13 @@ TEST_F(ItemExtractionTest, ReaderThatFailsLeavesItsEntryOpen) {
     }
 }
 
-// Without a root tag the item counts as an appointment, and that has no first tag either.
+// Without a root tag the item counts as an appointment, which has no first tag either.
 TEST_F(ItemExtractionTest, EntryWithoutAnyTagFails) {
     const Outcome outcome = extractAt(*scan, 2, 1);
 
     EXPECT_EQ(outcome.result, VwSpecialFailed);
     EXPECT_EQ(outcome.status, VwSpecialStatusFailed);
-    EXPECT_EQ(outcome.openHandles, 0);
-    EXPECT_EQ(outcome.openReaders, 0);
+    expectReleased(outcome);
 }
 
 TEST_F(ItemExtractionTest, WriterThatThrowsLeavesItsStorageToTheHost) {
@@ -389,9 +386,83 @@ TEST_F(ItemExtractionTest, WriterThatThrowsLeavesItsStorageToTheHost) {
     EXPECT_FALSE(outcome.message.isRootClosed());
     EXPECT_FALSE(outcome.message.has(properties));
     EXPECT_GT(outcome.handlesLeftOpen, 0);
-    EXPECT_EQ(outcome.openHandles, 0);
-    EXPECT_EQ(outcome.openReaders, 0);
-    EXPECT_EQ(outcome.lockedBlocks, 0);
+    expectReleased(outcome);
+}
+
+// Watches the status of a request while the module closes the entry of its parser: every entry
+// that the archive opens gets a `close` that notes the status.
+class ItemExtractionStatusTest : public ItemExtractionTest {
+protected:
+    void SetUp() override {
+        ItemExtractionTest::SetUp();
+        HostStream& archive = *scan->proc()->archive;
+        openEntry = archive.open;
+        archive.open = openWatched;
+        status = 0xFFFF;
+        statusAtClose.clear();
+    }
+
+    int32_t extract(uint32_t entryIndex, uint32_t itemNumber) {
+        const uint64_t request = SYSNativeAlloc(sizeof(SODOSPECIALARC));
+        auto* record = new (SYSNativeLock(request)) SODOSPECIALARC{};
+        record->output = host.newOutput();
+        record->flags = SpecialByLocation;
+        record->locator = {sizeof(ItemLocator), entryIndex, itemNumber};
+        HostStream* const output = record->output;
+        SYSNativeUnlock(request);
+
+        const int32_t result = VwDoSpecial(0, request, nullptr, nullptr, &status, 0, scan->proc());
+
+        SYSNativeFree(request);
+        host.endOutput(output);
+        return result;
+    }
+
+    static inline uint16_t status;
+    static inline std::vector<uint16_t> statusAtClose;
+
+private:
+    static int32_t openWatched(HostStream** handle, uint32_t code, void* request, uint32_t mode) {
+        const int32_t result = openEntry(handle, code, request, mode);
+        if (*handle != nullptr) {
+            closeEntry = (*handle)->close;
+            (*handle)->close = closeWatched;
+        }
+        return result;
+    }
+
+    static int32_t closeWatched(HostStream* handle) {
+        statusAtClose.push_back(status);
+        return closeEntry(handle);
+    }
+
+    static inline decltype(HostStream::open) openEntry;
+    static inline decltype(HostStream::close) closeEntry;
+};
+
+TEST_F(ItemExtractionStatusTest, StatusIsSetBeforeTheParserOfARefusedWalkEnds) {
+    host.failCall(CallKind::SkipTag, 1);
+
+    EXPECT_EQ(extract(1, 3), VwSpecialNoItem);
+
+    EXPECT_EQ(status, VwSpecialStatusFailed);
+    EXPECT_THAT(statusAtClose, ElementsAre(VwSpecialStatusFailed));
+}
+
+TEST_F(ItemExtractionStatusTest, StatusIsSetBeforeTheParserOfAFailedItemEnds) {
+    host.failCall(CallKind::CreateStorage, 0);
+
+    EXPECT_EQ(extract(1, 1), VwSpecialFailed);
+
+    EXPECT_EQ(status, VwSpecialStatusFailed);
+    EXPECT_THAT(statusAtClose, ElementsAre(VwSpecialStatusFailed));
+}
+
+TEST_F(ItemExtractionStatusTest, StatusIs0WhileTheParserOfAWrittenItemEnds) {
+    EXPECT_EQ(extract(1, 1), VwSpecialDone);
+
+    EXPECT_EQ(status, 0);
+    EXPECT_THAT(statusAtClose, ElementsAre(0));
 }
 
 TEST_F(ItemExtractionTest, FailedRequestDoesNotDisturbTheNext) {
@@ -413,76 +484,28 @@ ItemDocument wholeNote() {
 
 class ItemExtractionSweepTest : public testing::TestWithParam<int32_t> {};
 
-// Every host call fails once: the request ends as a result, and the host gets everything back.
 TEST_P(ItemExtractionSweepTest, NoHostFailureEscapesOrLeaks) {
-    const int calls = fakehost::countHostCalls(wholeNote());
-    ASSERT_GT(calls, 50);
+    ASSERT_GT(fakehost::countHostCalls(wholeNote()), 50);
 
-    int failures = 0;
-    for (int failing = 0; failing < calls; ++failing) {
-        SCOPED_TRACE(testing::Message() << "failing host call " << failing);
-        bool hasFailed = false;
-        ItemRun run;
-        run.inspect = [&](FakeHost& host) { hasFailed = host.hasFailed(); };
-        const Outcome outcome = fakehost::extractWithFailure(wholeNote(), failing, run, GetParam());
-
-        EXPECT_TRUE(hasFailed);
-        EXPECT_THAT(outcome.result, AnyOf(VwSpecialDone, VwSpecialFailed));
-        EXPECT_EQ(outcome.status, outcome.result == VwSpecialDone ? 0 : VwSpecialStatusFailed);
-        EXPECT_EQ(outcome.message.isRootClosed(),
-                  outcome.result == VwSpecialDone && outcome.message.hasRoot());
-        EXPECT_EQ(outcome.lockedBlocks, 0);
-        // A reader that was never ready leaves its entry open: its init, and its root map.
-        const bool isInInit = failing == 1 || failing == 3;
-        EXPECT_EQ(outcome.openHandles, isInInit ? 1 : 0);
-        EXPECT_EQ(outcome.openReaders, failing == 3 ? 1 : 0);
-        failures += outcome.result == VwSpecialFailed;
-    }
-    EXPECT_GT(failures, 3);
+    fakehost::expectNoHostFailureEscapes(wholeNote(), {}, 0, GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(Statuses, ItemExtractionSweepTest, testing::Values(-1, 1),
                          [](const auto& row) { return row.param < 0 ? "Negative" : "Positive"; });
 
-TEST(ItemExtractionCutTest, DocumentCutBehindEachEventEndsAsAResult) {
-    const ItemDocument source = wholeNote();
-    for (size_t events = 0; events <= source.eventCount(); ++events) {
-        SCOPED_TRACE(events);
-
-        const Outcome outcome = extractItem(source.cutAfter(events));
-
-        // Without root and item tag there is no item.
-        EXPECT_EQ(outcome.result, events < 2 ? VwSpecialFailed : VwSpecialDone);
-        EXPECT_EQ(outcome.message.isRootClosed(), events >= 2);
-        EXPECT_EQ(outcome.message.has(properties), events >= 2);
-        EXPECT_EQ(outcome.openHandles, 0);
-        EXPECT_EQ(outcome.openReaders, 0);
-        EXPECT_EQ(outcome.lockedBlocks, 0);
-    }
+TEST(ItemExtractionCutTest, DocumentCutAfterAnyEventReturnsAResult) {
+    fakehost::expectItemIsFinishedWhereverTheDocumentBreaks(
+        wholeNote(), {},
+        [](const StoredMessage& message) { EXPECT_TRUE(message.has(properties)); });
 }
 
-TEST(ItemExtractionShortWriteTest, WriteThatTakesLessEndsAsAResult) {
-    int writes = 0;
-    ItemRun counting;
-    counting.inspect = [&](FakeHost& host) { writes = host.countOf(CallKind::Write); };
-    extractItem(wholeNote(), counting);
-    ASSERT_GT(writes, 10);
-
-    for (int shortened = 0; shortened < writes; ++shortened) {
-        SCOPED_TRACE(shortened);
-        ItemRun run;
-        run.prepare = [&](FakeHost& host) { host.shortenWrite(shortened, 1); };
-        const Outcome outcome = extractItem(wholeNote(), run);
-        EXPECT_THAT(outcome.result, AnyOf(VwSpecialDone, VwSpecialFailed));
-        EXPECT_EQ(outcome.openHandles, 0);
-        EXPECT_EQ(outcome.openReaders, 0);
-        EXPECT_EQ(outcome.lockedBlocks, 0);
-    }
+TEST(ItemExtractionShortWriteTest, ShortWriteReturnsAResult) {
+    fakehost::expectNoShortWriteEscapes(wholeNote());
 }
 
 class ItemExtractionLengthTest : public testing::TestWithParam<int> {};
 
-TEST_P(ItemExtractionLengthTest, TextOfAnyLengthReachesItsStreamWhole) {
+TEST_P(ItemExtractionLengthTest, TextOfAnyLengthIsWholeInItsStream) {
     const std::u16string text = patternText(static_cast<size_t>(GetParam()));
 
     const StoredMessage message = writeItem(note().element(body, text).element(title, text));

@@ -3,12 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "filter/frame/OLMXmlDumper.h"
-#include "filter/listing/OLMCalFields.h"
-#include "filter/listing/OLMContactFields.h"
-#include "filter/listing/OLMContactGrpFields.h"
-#include "filter/listing/OLMEmailFields.h"
-#include "filter/listing/OLMNoteFields.h"
-#include "filter/listing/OLMTaskFields.h"
+#include "filter/listing/OLMKindFields.h"
 #include "filter/writers/OLMMsgCalWriter.h"
 #include "filter/writers/OLMMsgContactGrpWriter.h"
 #include "filter/writers/OLMMsgContactWriter.h"
@@ -79,7 +74,7 @@ TEST_F(OLMNodeFactoryTest, EachKindHasItsWriter) {
     expectWriter<OLMMsgContactGrpWriter>(5);
 }
 
-TEST_F(OLMNodeFactoryTest, NothingIsFreedWithoutHarm) {
+TEST_F(OLMNodeFactoryTest, FreeingNullIsHarmless) {
     OLMNodeInt* node = nullptr;
     OLMNodeWriter* writer = nullptr;
 

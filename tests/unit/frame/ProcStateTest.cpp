@@ -13,8 +13,8 @@ using fakehost::FakeHost;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The block, as its layout is told to the host: 80 bytes ahead of the routines, 150 routine
-// members, two user words, the handle.
+// The documented layout of the block: 80 bytes before the routines, 150 routine members, two user
+// words, the handle.
 constexpr size_t routinesAt = 80;
 constexpr size_t routineCount = 150;
 constexpr size_t user0At = routinesAt + routineCount * sizeof(SoRoutine);
@@ -22,7 +22,7 @@ constexpr size_t handleAt = user0At + 16;
 constexpr size_t blockSize = handleAt + 8;
 constexpr int noId = -1;
 
-// The ids of the routine members in their order.
+// Returns the ids of the routine members in their order.
 std::vector<int> idsInOrder() {
     std::vector<int> ids;
     const auto range = [&](int first, int last) {
@@ -72,7 +72,7 @@ protected:
         return word;
     }
 
-    // The routine members by their place.
+    // Returns the routine members in their order.
     std::vector<uint64_t> members() {
         std::vector<uint64_t> all;
         for (size_t i = 0; i < routineCount; ++i) {
@@ -95,7 +95,7 @@ uint64_t dummyWord() {
     return reinterpret_cast<uint64_t>(SODummy);
 }
 
-TEST_F(ProcStateTest, NewBlockIsZeroButForItsHandle) {
+TEST_F(ProcStateTest, NewBlockIsZeroExceptForItsHandle) {
     EXPECT_THAT(host.callTexts(), ElementsAre("SYSNativeAlloc(0x518)", testing::_));
     EXPECT_EQ(host.lockedBlocks(), 1);
     EXPECT_EQ(host.blockSize(wordAt(handleAt)), blockSize);
@@ -114,11 +114,11 @@ TEST_F(ProcStateTest, FreedBlockIsUnlockedAndFreed) {
     EXPECT_EQ(host.openBlocks(), 1);
 }
 
-TEST_F(ProcStateTest, NoHandleGivesNoBlock) {
+TEST_F(ProcStateTest, WithoutAHandleThereIsNoBlock) {
     host.failCall(CallKind::Alloc, 0);
 
     EXPECT_EQ(VwAllocProc(), nullptr);
-    EXPECT_EQ(host.countOf(CallKind::Lock), 1); // that of the block before
+    EXPECT_EQ(host.countOf(CallKind::Lock), 1); // that of the fixture's block
 }
 
 TEST_F(ProcStateTest, BlockWithoutHandleIsNeitherUnlockedNorFreed) {
@@ -130,7 +130,7 @@ TEST_F(ProcStateTest, BlockWithoutHandleIsNeitherUnlockedNorFreed) {
     EXPECT_THAT(host.calls(), IsEmpty());
 }
 
-TEST_F(ProcStateTest, LocalUpStoresTheValueAndBlanksEveryRoutine) {
+TEST_F(ProcStateTest, LocalUpStoresTheValueAndInstallsDummies) {
     uint64_t word = 0;
     VwSetSoRtn(7, someRoutine, proc);
 
@@ -173,7 +173,7 @@ TEST_F(ProcStateTest, EachIdHasOneMemberInThisOrder) {
     }
 }
 
-TEST_F(ProcStateTest, IdsWithoutMemberAreIgnored) {
+TEST_F(ProcStateTest, IdsWithoutAMemberAreIgnored) {
     uint64_t word = 0;
     VwLocalUp(0, &word, proc);
     const fakehost::Bytes before(bytes(), bytes() + blockSize);
@@ -193,7 +193,7 @@ TEST_F(ProcStateTest, NullRoutineInstallsTheDummy) {
     EXPECT_EQ(members()[0], dummyWord());
 }
 
-TEST_F(ProcStateTest, NullRoutineOfId121BlanksId4Too) {
+TEST_F(ProcStateTest, NullRoutineForId121InstallsTheDummyForId4Too) {
     VwSetSoRtn(4, someRoutine, proc);
 
     VwSetSoRtn(121, nullptr, proc);
@@ -201,7 +201,7 @@ TEST_F(ProcStateTest, NullRoutineOfId121BlanksId4Too) {
     EXPECT_EQ(members()[9], dummyWord());
 }
 
-TEST_F(ProcStateTest, Id4InstalledBehind121ChangesItsOwnMemberAlone) {
+TEST_F(ProcStateTest, Id4InstalledAfter121ChangesOnlyItsOwnMember) {
     VwSetSoRtn(121, someRoutine, proc);
     VwSetSoRtn(4, otherRoutine, proc);
 
@@ -211,14 +211,14 @@ TEST_F(ProcStateTest, Id4InstalledBehind121ChangesItsOwnMemberAlone) {
     EXPECT_EQ(members()[at], wordOf(someRoutine));
 }
 
-TEST_F(ProcStateTest, UserWordsAreKept) {
+TEST_F(ProcStateTest, UserWordsAreStored) {
     VwSetUser(0x1111, 0x2222, proc);
 
     EXPECT_EQ(wordAt(user0At), 0x1111U);
     EXPECT_EQ(wordAt(user0At + 8), 0x2222U);
 }
 
-TEST_F(ProcStateTest, PositionIsCopiedWholeBothWays) {
+TEST_F(ProcStateTest, PositionIsCopiedInBothDirections) {
     ScanPosition given;
     std::memset(&given, 0x5A, sizeof given);
     given.currentEntry = 42;

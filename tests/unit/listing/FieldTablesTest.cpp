@@ -16,7 +16,7 @@ using fakehost::Row;
 using fakehost::Scan;
 using testing::ElementsAreArray;
 
-// What a kind of item brings to the listing.
+// What the listing knows of a kind of item.
 struct Kind {
     const char* title;
     const char* root;
@@ -144,14 +144,14 @@ protected:
 TEST_P(FieldTablesTest, TableOfTwelveRowsIsAddedForEachNode) {
     list(item());
 
-    // The parser's own map, then one for the item and one for the try behind the last item.
+    // The parser's own map, one for the item, and one for the attempt after the last item.
     ASSERT_EQ(host.tagMaps().size(), 3U);
     EXPECT_THAT(host.tagMaps()[1], ElementsAreArray(GetParam().table));
     EXPECT_EQ(host.tagMaps()[2], host.tagMaps()[1]);
     EXPECT_EQ(host.tagMaps()[1].size(), 12U);
 }
 
-TEST_P(FieldTablesTest, EachCodeFrom6To17StandsOnceInTheTable) {
+TEST_P(FieldTablesTest, EachCodeFrom6To17IsInTheTableOnce) {
     list(item());
 
     std::multiset<uint64_t> codes;
@@ -171,7 +171,7 @@ TEST_P(FieldTablesTest, EachTextElementFillsItsColumn) {
         ASSERT_EQ(scan.rows().size(), 1U);
         const Row& row = scan.rows()[0];
 
-        // An organizer stands in the sender's column too.
+        // An organizer is in the sender's column too.
         const bool isOrganizer = code == 15 && std::string(GetParam().title) == "Appointment";
         for (uint64_t other = 11; other <= 17; ++other) {
             const size_t column = other - 6;
@@ -192,10 +192,10 @@ TEST_P(FieldTablesTest, SpecialValuesAreThoseOfTheKind) {
     EXPECT_EQ(row.special7, GetParam().special7);
 }
 
-// Kinds that know no addresses take the entries of their filler rows and nothing of them.
-TEST_P(FieldTablesTest, AddressGroupsGiveAddressesToMailsAndAppointmentsAlone) {
+// Kinds without addresses count the entries of their filler rows but read nothing from them.
+TEST_P(FieldTablesTest, AddressGroupsHaveAddressesOnlyInMailsAndAppointments) {
     const std::string title = GetParam().title;
-    const bool knowsAddresses = title == "Email" || title == "Appointment";
+    const bool hasAddresses = title == "Email" || title == "Appointment";
     const std::string prefix = title == "Email" ? "OPFContactEmailAddress" : "OPFCalendarAttendee";
     ItemDocument source = item();
     for (const uint64_t code : {7, 8, 9}) {
@@ -209,10 +209,10 @@ TEST_P(FieldTablesTest, AddressGroupsGiveAddressesToMailsAndAppointmentsAlone) {
 
     const Row row = list(source);
 
-    EXPECT_EQ(row.text(2), knowsAddresses ? "one" : "");
-    EXPECT_EQ(row.text(3), knowsAddresses ? "one;two" : ";");
-    EXPECT_EQ(row.text(4), knowsAddresses ? "one;two" : ";");
-    EXPECT_EQ(row.cells[1].tagId, knowsAddresses ? std::optional(0x1367CU) : std::nullopt);
+    EXPECT_EQ(row.text(2), hasAddresses ? "one" : "");
+    EXPECT_EQ(row.text(3), hasAddresses ? "one;two" : ";");
+    EXPECT_EQ(row.text(4), hasAddresses ? "one;two" : ";");
+    EXPECT_EQ(row.cells[1].tagId, hasAddresses ? std::optional(0x1367CU) : std::nullopt);
     EXPECT_EQ(row.cells[2].tagId, 0x1366AU);
     EXPECT_EQ(row.cells[3].tagId, 0x1366BU);
 }

@@ -85,7 +85,7 @@ TEST_F(OLMColumnsTest, FourteenColumnsAreDefinedInOrder) {
     EXPECT_THAT(host.callTexts(CallKind::Routine), ElementsAreArray(columnCalls));
 }
 
-TEST_F(OLMColumnsTest, SectionIsAnnouncedAheadOfItsColumns) {
+TEST_F(OLMColumnsTest, SectionIsAnnouncedBeforeItsColumns) {
     std::vector<std::string> expected = {"SoRtnSectionType(10, 0, 0)",
                                          "SoRtnSectionName(\"Email Archive Section\")",
                                          "SoRtnCharset(0x14B00000)"};

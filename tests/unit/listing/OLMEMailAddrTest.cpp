@@ -33,7 +33,7 @@ TEST(OLMEMailAddrTest, NewAddressIsEmptyAndNeverNull) {
     EXPECT_EQ(address.getNameLen(), 0);
 }
 
-TEST(OLMEMailAddrTest, TextsAreCopiedAsFarAsTheirEnd) {
+TEST(OLMEMailAddrTest, TextsAreCopiedUpToTheirTerminator) {
     OLMEMailAddr address;
     std::u16string source = u"a@x";
     source += u'\0';
@@ -48,7 +48,7 @@ TEST(OLMEMailAddrTest, TextsAreCopiedAsFarAsTheirEnd) {
     EXPECT_EQ(address.getAddress()[3], 0);
 }
 
-TEST(OLMEMailAddrTest, NullAndEmptyTextEmptyIt) {
+TEST(OLMEMailAddrTest, NullAndEmptyTextClearIt) {
     const uint16_t noUnits[] = {0};
     OLMEMailAddr address;
     for (const uint16_t* empty : {static_cast<const uint16_t*>(nullptr), noUnits}) {
@@ -64,7 +64,7 @@ TEST(OLMEMailAddrTest, NullAndEmptyTextEmptyIt) {
     }
 }
 
-TEST(OLMEMailAddrTest, EachTextIsClearedByItselfOrBothTogether) {
+TEST(OLMEMailAddrTest, TextsAreClearedSeparatelyOrTogether) {
     OLMEMailAddr address;
     const auto fill = [&] {
         address.setAddress(units(u"a"));
@@ -100,7 +100,7 @@ protected:
     OLMEMailAddr address;
 };
 
-TEST_F(OLMEMailAddrOutputTest, AddressAloneGoesOutAndTheAnswerComesBack) {
+TEST_F(OLMEMailAddrOutputTest, OnlyTheAddressIsSentAndTheAnswerReturned) {
     address.setAddress(units(u"a@x"));
     address.setName(units(u"An Na"));
     SoRoutine answering = reinterpret_cast<SoRoutine>(
@@ -118,7 +118,7 @@ TEST_F(OLMEMailAddrOutputTest, AddressAloneGoesOutAndTheAnswerComesBack) {
     EXPECT_EQ(host.calls().back().user1, Scan::user1Mark);
 }
 
-TEST_F(OLMEMailAddrOutputTest, EmptyAddressGives0WithoutACall) {
+TEST_F(OLMEMailAddrOutputTest, EmptyAddressReturns0WithoutACall) {
     address.setName(units(u"An Na"));
 
     EXPECT_EQ(address.outputToChunker(scan.proc()), 0);
@@ -135,7 +135,7 @@ TEST_F(OLMEMailAddrOutputTest, FileOutputDoesNothing) {
     EXPECT_THAT(host.callTexts(CallKind::Routine), IsEmpty());
 }
 
-TEST_F(OLMEMailAddrOutputTest, CountIsCutTo16Bits) {
+TEST_F(OLMEMailAddrOutputTest, CountIsTruncatedTo16Bits) {
     for (const auto& [length, count] :
          {std::pair{65535, 65535}, {65536, 0}, {65537, 1}, {131073, 1}}) {
         SCOPED_TRACE(length);
@@ -151,7 +151,7 @@ TEST_F(OLMEMailAddrOutputTest, CountIsCutTo16Bits) {
                                 ", " + fakehost::number(static_cast<uint64_t>(count)) +
                                 ", 0x14B00000)"));
     }
-    host.takeMisuses(); // no cell is open here, and none has to be
+    host.takeMisuses(); // no cell is open here, which is irrelevant to this test
 }
 
 } // namespace

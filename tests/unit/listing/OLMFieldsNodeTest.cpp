@@ -5,12 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "filter/core/Exception.h"
-#include "filter/listing/OLMCalFields.h"
-#include "filter/listing/OLMContactFields.h"
-#include "filter/listing/OLMContactGrpFields.h"
-#include "filter/listing/OLMEmailFields.h"
-#include "filter/listing/OLMNoteFields.h"
-#include "filter/listing/OLMTaskFields.h"
+#include "filter/listing/OLMKindFields.h"
 #include "filter/xml/OLMXMLParser.h"
 #include "tests/fakehost/Scan.h"
 #include "tests/fakehost/Text.h"
@@ -34,12 +29,12 @@ using testing::SizeIs;
 
 using Calls = std::vector<std::string>;
 
-// Calls of one untagged and empty cell of the columns 5 to 11, and of the columns 2 to 4.
+// The calls of an untagged empty cell: in columns 5 to 11, and in columns 2 to 4.
 const Calls emptyTextCell = {"SoRtnCellBegin()", "SoRtnPutText(\"\", 0, 0x14B00000)",
                              "SoRtnCellEnd(13)"};
 const Calls emptyAddressCell = {"SoRtnCellBegin()", "SoRtnCellEnd(13)"};
 
-// Calls of one tagged cell with `inner` in it.
+// Returns the calls of a tagged cell with `inner` in it.
 Calls taggedCell(const std::string& index, const std::string& id, const Calls& inner) {
     Calls calls = {"SoRtnTagBegin(0x290004, " + index + ", " + id + ")", "SoRtnCharset(0x14B00000)",
                    "SoRtnCellBegin()"};
@@ -79,7 +74,7 @@ constexpr char subject[] = "OPFMessageCopySubject";
 
 class OLMFieldsNodeTest : public testing::Test {
 protected:
-    // All rows of an archive with that one document.
+    // Returns all rows of an archive with this one document.
     std::vector<Row> list(const ItemDocument& source, const std::string& name = "a.xml") {
         host.entry(name, source);
         Scan scan(host);
@@ -94,7 +89,7 @@ protected:
         return rows.empty() ? Row() : rows[0];
     }
 
-    // The routine calls of the first row, its break included.
+    // Returns the routine calls of the first row, including its break.
     Calls callsOfRow() const {
         Calls calls = host.callTexts(CallKind::Routine);
         const auto end = std::ranges::find(calls, "SoRtnBreak(5, 0)");
@@ -105,9 +100,9 @@ protected:
     FakeHost host;
 };
 
-// --- a row, call by call
+// --- A row, call by call.
 
-TEST_F(OLMFieldsNodeTest, FullRowTakesTheseCalls) {
+TEST_F(OLMFieldsNodeTest, FullRowMakesTheseCalls) {
     ItemDocument source = mail();
     source = addressGroup(source, ccGroup, {"c@x"});
     source = addressGroup(source, fromGroup, {"f@x"});
@@ -142,7 +137,7 @@ TEST_F(OLMFieldsNodeTest, FullRowTakesTheseCalls) {
         })));
 }
 
-TEST_F(OLMFieldsNodeTest, EmptyRowTakesNoTagCalls) {
+TEST_F(OLMFieldsNodeTest, EmptyRowMakesNoTagCalls) {
     list(mail(), "Inbox/m.xml");
 
     EXPECT_THAT(callsOfRow(),
@@ -176,7 +171,7 @@ TEST_F(OLMFieldsNodeTest, TaggedTextsAreNumberedFrom0InEachRowWithoutGaps) {
     }
 }
 
-TEST_F(OLMFieldsNodeTest, EveryRoutineGetsTheUserWords) {
+TEST_F(OLMFieldsNodeTest, EveryRoutineReceivesTheUserWords) {
     host.entry("a.xml", mail().element(subject, "s"));
     Scan scan(host);
     scan.section();
@@ -190,7 +185,7 @@ TEST_F(OLMFieldsNodeTest, EveryRoutineGetsTheUserWords) {
     }
 }
 
-// --- the item's file name
+// --- The item's file name.
 
 TEST_F(OLMFieldsNodeTest, NamelessItemIsCalledNone) {
     const Row row = listOne(mail(), "Inbox/m.xml");
@@ -198,11 +193,11 @@ TEST_F(OLMFieldsNodeTest, NamelessItemIsCalledNone) {
     EXPECT_EQ(row.cells.at(0).text, std::u16string(u"Inbox\0NONE.msg", 14));
 }
 
-TEST_F(OLMFieldsNodeTest, ItemInTheRootFolderIsItsNameAlone) {
+TEST_F(OLMFieldsNodeTest, NameInTheRootFolderHasNoLevels) {
     EXPECT_EQ(listOne(mail().element(subject, "Tide table")).text(1), "Tide table.msg");
 }
 
-TEST_F(OLMFieldsNodeTest, SlashesOfTheFolderAloneBecomeLevels) {
+TEST_F(OLMFieldsNodeTest, OnlySlashesOfTheFolderBecomeLevels) {
     const Row row = listOne(mail().element(subject, "and/or"), "/a//b/m.xml");
 
     EXPECT_EQ(row.cells.at(0).text, std::u16string(u"\0a\0\0b\0and/or.msg", 16));
@@ -218,10 +213,10 @@ TEST_F(OLMFieldsNodeTest, ContactIsNamedByItsDisplayName) {
     EXPECT_EQ(row.text(11), "Harbour master");
 }
 
-// --- items of a document
+// --- Items of a document.
 
 TEST_F(OLMFieldsNodeTest, ItemsAreNumberedFrom1AndLocated) {
-    host.entry("no document", fakehost::Bytes{});
+    host.entry("not a document", fakehost::Bytes{});
     const auto rows = list(document("notes").element("note").element("note").element("note"));
 
     ASSERT_THAT(rows, SizeIs(3));
@@ -233,7 +228,7 @@ TEST_F(OLMFieldsNodeTest, ItemsAreNumberedFrom1AndLocated) {
     }
 }
 
-TEST_F(OLMFieldsNodeTest, FieldsOfOneItemDontReachTheNext) {
+TEST_F(OLMFieldsNodeTest, FieldsOfOneItemDoNotReachTheNext) {
     ItemDocument source = document("emails").open("email").element(subject, "one");
     source = addressGroup(source, toGroup, {"t@x"}).close().element("email");
 
@@ -256,7 +251,7 @@ TEST_F(OLMFieldsNodeTest, OpeningTagOfAnItemInsideAnItemEndsIt) {
     EXPECT_EQ(rows[0].text(5), "outer");
 }
 
-TEST_F(OLMFieldsNodeTest, ItemRightBehindAnInnerOpeningTagIsAnItem) {
+TEST_F(OLMFieldsNodeTest, ItemDirectlyAfterAnInnerOpeningTagIsAnItem) {
     const auto rows = list(document("emails")
                                .open("email")
                                .element(subject, "outer")
@@ -270,7 +265,7 @@ TEST_F(OLMFieldsNodeTest, ItemRightBehindAnInnerOpeningTagIsAnItem) {
     EXPECT_EQ(rows[1].locator.itemNumber, 2U);
 }
 
-TEST_F(OLMFieldsNodeTest, TagThatIsNoItemEndsTheDocument) {
+TEST_F(OLMFieldsNodeTest, TagThatIsNotAnItemEndsTheDocument) {
     const auto rows = list(document("emails").element("email").element("other").element("email"));
 
     EXPECT_THAT(rows, SizeIs(1));
@@ -280,7 +275,7 @@ TEST_F(OLMFieldsNodeTest, DocumentWithoutItemsHasNoRows) {
     EXPECT_THAT(list(document("emails")), IsEmpty());
 }
 
-TEST_F(OLMFieldsNodeTest, ItemCutShortByTheDocumentsEndIsARow) {
+TEST_F(OLMFieldsNodeTest, ItemEndedByTheDocumentsEndIsARow) {
     const auto rows =
         list(document("emails").open("email").element(subject, "Tide").open("other").breakOff());
 
@@ -288,7 +283,7 @@ TEST_F(OLMFieldsNodeTest, ItemCutShortByTheDocumentsEndIsARow) {
     EXPECT_EQ(rows[0].text(5), "Tide");
 }
 
-// --- texts
+// --- Texts.
 
 TEST_F(OLMFieldsNodeTest, LaterElementReplacesTheTextOfAnEarlierOne) {
     EXPECT_EQ(listOne(mail().element(subject, "first").element(subject, "2nd")).text(5), "2nd");
@@ -302,7 +297,7 @@ TEST_F(OLMFieldsNodeTest, ElementsInsideUnknownOnesAreReadToo) {
     EXPECT_EQ(listOne(mail().open("other").element(subject, "deep")).text(5), "deep");
 }
 
-TEST_F(OLMFieldsNodeTest, TextOfUnknownElementsIsPassedOver) {
+TEST_F(OLMFieldsNodeTest, TextOfUnknownElementsIsIgnored) {
     const Row row = listOne(mail().element("other", "text").element(subject, "s"));
 
     EXPECT_EQ(row.text(5), "s");
@@ -320,7 +315,7 @@ TEST_P(OLMFieldsNodeLengthTest, CellsTakeTheLow16BitsOfTheirLength) {
 
     const Row row = listOne(source);
 
-    // Each cell shows as many units as its length says: the higher bits are lost, not the text cut.
+    // The length of a cell loses its higher bits; the text itself is not truncated.
     const std::u16string shown = text.substr(0, length % 65536);
     EXPECT_TRUE(row.cells.at(4).text == shown);
     EXPECT_TRUE(row.cells.at(1).text == shown);
@@ -337,33 +332,33 @@ INSTANTIATE_TEST_SUITE_P(Units, OLMFieldsNodeLengthTest,
                                          65537),
                          testing::PrintToStringParamName());
 
-// --- one address
+// --- One address.
 
 TEST_F(OLMFieldsNodeTest, FirstAddressOfAGroupIsTheSender) {
     EXPECT_EQ(listOne(addressGroup(mail(), fromGroup, {"one", "two"})).text(2), "one");
 }
 
-TEST_F(OLMFieldsNodeTest, AddressBehindAnotherTagIsNoSender) {
+TEST_F(OLMFieldsNodeTest, AddressAfterAnotherTagIsNotTheSender) {
     ItemDocument source = mail().open(fromGroup).element("other");
     addAddress(source, "one");
 
     EXPECT_EQ(listOne(source).text(2), "");
 }
 
-TEST_F(OLMFieldsNodeTest, GroupThatClosesAtOnceEndsThere) {
-    const Row row = listOne(mail().element(fromGroup).element(subject, "behind"));
+TEST_F(OLMFieldsNodeTest, EmptyGroupEndsAtItsClosingTag) {
+    const Row row = listOne(mail().element(fromGroup).element(subject, "after"));
 
     EXPECT_EQ(row.text(2), "");
-    EXPECT_EQ(row.text(5), "behind");
+    EXPECT_EQ(row.text(5), "after");
 }
 
 TEST_F(OLMFieldsNodeTest, WhatFollowsASendersGroupIsRead) {
     ItemDocument source = addressGroup(mail(), fromGroup, {"one", "two"});
 
-    EXPECT_EQ(listOne(source.element(subject, "behind")).text(5), "behind");
+    EXPECT_EQ(listOne(source.element(subject, "after")).text(5), "after");
 }
 
-TEST_F(OLMFieldsNodeTest, TextsInsideAnAddressGroupAreNoFields) {
+TEST_F(OLMFieldsNodeTest, TextsInsideAnAddressGroupAreNotFields) {
     ItemDocument source = mail().open(fromGroup).element(subject, "in from").close();
     source.open(toGroup).element(subject, "in to").close();
 
@@ -376,7 +371,7 @@ TEST_F(OLMFieldsNodeTest, LaterSendersGroupReplacesTheAddress) {
     EXPECT_EQ(listOne(addressGroup(source, fromGroup, {"two"})).text(2), "two");
 }
 
-TEST_F(OLMFieldsNodeTest, EmptyAddressAttributeEmptiesTheAddress) {
+TEST_F(OLMFieldsNodeTest, EmptyAddressAttributeClearsTheAddress) {
     ItemDocument source = addressGroup(mail(), fromGroup, {"one"});
 
     EXPECT_EQ(listOne(addressGroup(source, fromGroup, {""})).text(2), "");
@@ -389,7 +384,7 @@ TEST_F(OLMFieldsNodeTest, MissingAddressAttributeKeepsTheAddress) {
     EXPECT_EQ(listOne(source).text(2), "one");
 }
 
-TEST_F(OLMFieldsNodeTest, AddressWithoutAnyAttributeKeepsTheAddress) {
+TEST_F(OLMFieldsNodeTest, AddressWithoutAttributesKeepsTheAddress) {
     ItemDocument source = addressGroup(mail(), fromGroup, {"one"});
 
     EXPECT_EQ(listOne(source.open(fromGroup).element("emailAddress")).text(2), "one");
@@ -404,7 +399,7 @@ TEST_F(OLMFieldsNodeTest, AttributeNamesAreComparedExactly) {
     EXPECT_EQ(listOne(source).text(2), "");
 }
 
-TEST_F(OLMFieldsNodeTest, FirstOfTwoAttributesOfANameCounts) {
+TEST_F(OLMFieldsNodeTest, FirstOfTwoAttributesOfANameIsUsed) {
     ItemDocument source = mail().open(fromGroup).element("emailAddress");
     source.attribute("x", "y").attribute("OPFContactEmailAddressAddress", "one");
     source.attribute("OPFContactEmailAddressAddress", "two");
@@ -412,15 +407,15 @@ TEST_F(OLMFieldsNodeTest, FirstOfTwoAttributesOfANameCounts) {
     EXPECT_EQ(listOne(source).text(2), "one");
 }
 
-// --- lists of addresses
+// --- Lists of addresses.
 
-TEST_F(OLMFieldsNodeTest, EmptyAddressLeavesAnEmptyPlace) {
+TEST_F(OLMFieldsNodeTest, EmptyAddressIsAnEmptyPlaceInItsList) {
     const Row row = listOne(addressGroup(mail(), toGroup, {"a", "", "c"}));
 
     EXPECT_EQ(row.text(3), "a;;c");
 }
 
-TEST_F(OLMFieldsNodeTest, AddressWithoutAnyAttributeIsAPlaceInItsList) {
+TEST_F(OLMFieldsNodeTest, AddressWithoutAttributesIsAPlaceInItsList) {
     ItemDocument source = mail().open(toGroup);
     addAddress(source, "a").element("emailAddress");
 
@@ -428,11 +423,11 @@ TEST_F(OLMFieldsNodeTest, AddressWithoutAnyAttributeIsAPlaceInItsList) {
 }
 
 TEST_F(OLMFieldsNodeTest, EmptyGroupIsAnEmptyUntaggedCell) {
-    const Row row = listOne(mail().element(toGroup).element(subject, "behind"));
+    const Row row = listOne(mail().element(toGroup).element(subject, "after"));
 
     EXPECT_EQ(row.text(3), "");
     EXPECT_FALSE(row.cells.at(2).tagId);
-    EXPECT_EQ(row.text(5), "behind");
+    EXPECT_EQ(row.text(5), "after");
 }
 
 TEST_F(OLMFieldsNodeTest, AddressesOfSeveralGroupsAddUp) {
@@ -467,14 +462,14 @@ TEST_F(OLMFieldsNodeTest, TenThousandAddressesAreAllListed) {
     EXPECT_EQ(listOne(source).text(3), expected);
 }
 
-TEST_F(OLMFieldsNodeTest, GroupCutShortEndsTheItemAndKeepsItsAddresses) {
+TEST_F(OLMFieldsNodeTest, UnclosedGroupEndsTheItemAndKeepsItsAddresses) {
     ItemDocument source = mail().open(toGroup);
     addAddress(source, "a").breakOff();
 
     EXPECT_EQ(listOne(source).text(3), "a");
 }
 
-// --- appointments
+// --- Appointments.
 
 TEST_F(OLMFieldsNodeTest, OrganizerIsTheSenderToo) {
     const Row row = listOne(appointment().element("OPFCalendarEventCopyOrganizer", "o@x"));
@@ -483,7 +478,7 @@ TEST_F(OLMFieldsNodeTest, OrganizerIsTheSenderToo) {
     EXPECT_EQ(row.text(2), "o@x");
 }
 
-TEST_F(OLMFieldsNodeTest, EmptyOrganizerEmptiesTheSender) {
+TEST_F(OLMFieldsNodeTest, EmptyOrganizerClearsTheSender) {
     ItemDocument source = appointment().open("empty4").element("appointmentAttendee");
     source.attribute("OPFCalendarAttendeeAddress", "s@x").close();
 
@@ -503,14 +498,14 @@ TEST_F(OLMFieldsNodeTest, AttendeesAreTheFirstList) {
     ItemDocument source = appointment().open("OPFCalendarEventCopyAttendeeList");
     for (const char* address : {"a", "b"}) {
         source.element("appointmentAttendee").attribute("OPFCalendarAttendeeAddress", address);
-        // A mail's attribute says nothing here.
+        // The attribute of a mail is ignored here.
         source.attribute("OPFContactEmailAddressAddress", "wrong");
     }
 
     EXPECT_EQ(listOne(source).text(3), "a;b");
 }
 
-// --- nodes by themselves
+// --- Nodes by themselves.
 
 class OLMFieldsNodeDirectTest : public OLMFieldsNodeTest {
 protected:
@@ -523,7 +518,7 @@ protected:
         return *parser;
     }
 
-    // The two special values of a mail with that element, which the host gives the code 19.
+    // Returns special 7 of a mail with an element to which the test's tag map assigns code 19.
     uint32_t special7Of(const ItemDocument& source) {
         constexpr UTXML_STRVALPAIR rows[] = {{19, "sentFlag"}};
         OLMXMLParser& reader = parse(source);
@@ -538,7 +533,7 @@ protected:
     std::unique_ptr<OLMXMLParser> parser;
 };
 
-TEST_F(OLMFieldsNodeDirectTest, TranslateGivesTheAnswerOfTheRowsBreak) {
+TEST_F(OLMFieldsNodeDirectTest, TranslateReturnsTheAnswerToTheRowsBreak) {
     OLMXMLParser& reader = parse(note());
     OLMNoteFields node(reader, scan->proc());
     scan->onBreak = [](uint16_t code) { return code == BreakRow ? uint16_t{0xBEEF} : uint16_t{0}; };
@@ -549,7 +544,7 @@ TEST_F(OLMFieldsNodeDirectTest, TranslateGivesTheAnswerOfTheRowsBreak) {
     EXPECT_EQ(scan->rows().at(0).locator.itemNumber, 77U);
 }
 
-TEST_F(OLMFieldsNodeDirectTest, ParseGives0WhenNoItemIsLeft) {
+TEST_F(OLMFieldsNodeDirectTest, ParseReturns0WithoutAFurtherItem) {
     OLMXMLParser& reader = parse(document("notes").element("note"));
     OLMNoteFields first(reader, scan->proc());
     OLMNoteFields second(reader, scan->proc());
@@ -559,7 +554,7 @@ TEST_F(OLMFieldsNodeDirectTest, ParseGives0WhenNoItemIsLeft) {
     EXPECT_EQ(second.parseNode(reader), 0);
 }
 
-TEST_F(OLMFieldsNodeDirectTest, ClearedNodeKeepsItsFolderAlone) {
+TEST_F(OLMFieldsNodeDirectTest, ClearedNodeKeepsOnlyItsFolder) {
     ItemDocument source = addressGroup(mail().element(subject, "s"), fromGroup, {"f"});
     source = addressGroup(addressGroup(source, toGroup, {"t"}), ccGroup, {"c"});
     OLMXMLParser& reader = parse(source);
@@ -581,7 +576,7 @@ TEST_F(OLMFieldsNodeDirectTest, MailOfCode19WithTheNumber0IsAnotherKind) {
     EXPECT_EQ(special7Of(mail().element("sentFlag", "0")), 11U);
 }
 
-TEST_F(OLMFieldsNodeDirectTest, MailOfCode19WithTextThatIsNoNumberIsAnotherKind) {
+TEST_F(OLMFieldsNodeDirectTest, MailOfCode19WithTextThatIsNotANumberIsAnotherKind) {
     EXPECT_EQ(special7Of(mail().element("sentFlag", "soon")), 11U);
 }
 
@@ -593,7 +588,7 @@ TEST_F(OLMFieldsNodeDirectTest, MailOfCode19WithoutTextStaysAMail) {
     EXPECT_EQ(special7Of(mail().element("sentFlag")), 4U);
 }
 
-TEST_F(OLMFieldsNodeDirectTest, RefusedTagTableThrowsItsStatus) {
+TEST_F(OLMFieldsNodeDirectTest, RejectedTagTableThrowsItsStatus) {
     OLMXMLParser& reader = parse(mail());
     const auto codeOf = [&](auto make, int status) -> unsigned int {
         host.failCall(CallKind::AddTagMap, 0, status);
@@ -615,7 +610,7 @@ TEST_F(OLMFieldsNodeDirectTest, RefusedTagTableThrowsItsStatus) {
     EXPECT_EQ(codeOf([&] { OLMContactGrpFields node(reader, proc); }, -32768), 0xFFFF8000U);
 }
 
-TEST_F(OLMFieldsNodeDirectTest, PositiveStatusOfTheTagTableIsNoFailure) {
+TEST_F(OLMFieldsNodeDirectTest, PositiveStatusOfTheTagTableIsIgnored) {
     OLMXMLParser& reader = parse(mail());
     host.failCall(CallKind::AddTagMap, 0, 5);
 
@@ -626,7 +621,7 @@ TEST_F(OLMFieldsNodeDirectTest, PositiveStatusOfTheTagTableIsNoFailure) {
     EXPECT_EQ(scan->rows().at(0).special7, 4U);
 }
 
-TEST_F(OLMFieldsNodeDirectTest, SingleAddressTellsWhetherItsEndWasFound) {
+TEST_F(OLMFieldsNodeDirectTest, SingleAddressReportsWhetherItsEndWasFound) {
     ItemDocument source = addressGroup(mail(), fromGroup, {"a"});
     addAddress(source.open(fromGroup), "b").breakOff();
     OLMXMLParser& reader = parse(source);
@@ -645,7 +640,7 @@ TEST_F(OLMFieldsNodeDirectTest, SingleAddressTellsWhetherItsEndWasFound) {
     EXPECT_EQ(node.readSingleAddress(reader, 7, address), 0);
 }
 
-TEST_F(OLMFieldsNodeDirectTest, AddressListTellsWhetherItsEndWasFound) {
+TEST_F(OLMFieldsNodeDirectTest, AddressListReportsWhetherItsEndWasFound) {
     ItemDocument source = addressGroup(mail(), toGroup, {"a"});
     addAddress(source.open(toGroup), "b").breakOff();
     OLMXMLParser& reader = parse(source);
@@ -667,10 +662,10 @@ TEST_F(OLMFieldsNodeDirectTest, AddressListTellsWhetherItsEndWasFound) {
     }
 }
 
-// --- sweeps
+// --- Sweeps.
 
-// Wherever the document breaks off, the scan ends and each row that began is complete.
-TEST_F(OLMFieldsNodeTest, DocumentCutBehindEachEventGivesCompleteRows) {
+// Wherever the document breaks off, the scan ends and every row that began is complete.
+TEST_F(OLMFieldsNodeTest, DocumentCutAfterAnyEventHasCompleteRows) {
     ItemDocument source = document("emails");
     for (const char* name : {"one", "two"}) {
         source.open("email").element(subject, name).element("other", "text");
@@ -680,7 +675,7 @@ TEST_F(OLMFieldsNodeTest, DocumentCutBehindEachEventGivesCompleteRows) {
     }
     ASSERT_GT(source.eventCount(), 30U);
 
-    size_t mostRows = 0;
+    size_t maxRows = 0;
     for (size_t events = 0; events <= source.eventCount(); ++events) {
         SCOPED_TRACE(events);
         FakeHost own;
@@ -692,11 +687,11 @@ TEST_F(OLMFieldsNodeTest, DocumentCutBehindEachEventGivesCompleteRows) {
             EXPECT_TRUE(row.isComplete);
             EXPECT_EQ(row.cells.size(), 11U);
         }
-        EXPECT_GE(scan.rows().size(), mostRows);
-        mostRows = scan.rows().size();
+        EXPECT_GE(scan.rows().size(), maxRows);
+        maxRows = scan.rows().size();
         EXPECT_THAT(own.openHandleTexts(), testing::ElementsAre("archive"));
     }
-    EXPECT_EQ(mostRows, 2U);
+    EXPECT_EQ(maxRows, 2U);
 }
 
 } // namespace

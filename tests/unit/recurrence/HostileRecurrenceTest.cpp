@@ -1,4 +1,4 @@
-// Numbers, dates and documents that no calendar writes, above all for the sanitizers.
+// Numbers, dates and documents that no calendar writes; most useful with the sanitizers.
 
 #include <limits>
 
@@ -40,7 +40,7 @@ constexpr HostileNumber numbers[] = {
     {"inf",                  0},
     {"0x10",                 0},
     {"",                     0},
-    {"\xD9\xA1",             0}, // an Arabic 1
+    {"\xD9\xA1",             0}, // the Arabic digit 1
 };
 // clang-format on
 
@@ -49,7 +49,7 @@ struct HostileDate {
     int64_t minute; // since 1601
 };
 
-// 1601-01-01T00:00:01, which stands for "no date", and dates ahead of 1970 are cut toward 1970.
+// Dates before 1970 are rounded toward 1970. 1601-01-01T00:00:01 means "no date".
 // clang-format off
 constexpr HostileDate dates[] = {
     {"",                             1},
@@ -67,7 +67,7 @@ constexpr HostileDate dates[] = {
 };
 // clang-format on
 
-// A whole element; the texts in question are appended and win.
+// Returns a whole element; the texts to test are appended and take precedence.
 ItemDocument whole(const std::string& pattern) {
     return patterned(pattern)
         .element("OPFRecurrenceCopyEndDate", "2012-01-01T00:00:00")
@@ -78,7 +78,7 @@ ItemDocument whole(const std::string& pattern) {
         .close();
 }
 
-// The divisor that an interval comes to, 1 where there is none.
+// Returns the divisor of an interval, 1 for patterns without one.
 uint32_t divisorOf(const std::string& pattern, uint32_t interval) {
     if (pattern == "Daily") {
         return static_cast<uint32_t>(uint64_t{interval} * 1440 % (uint64_t{1} << 32));
@@ -93,7 +93,7 @@ uint32_t divisorOf(const std::string& pattern, uint32_t interval) {
 
 class HostilePatternTest : public testing::TestWithParam<const char*> {};
 
-TEST_P(HostilePatternTest, IntervalFaultsOnlyWhereItComesTo0) {
+TEST_P(HostilePatternTest, OnlyAnIntervalOf0IsAFault) {
     for (const HostileNumber& interval : numbers) {
         for (const int offset : offsets) {
             SCOPED_TRACE(testing::Message() << interval.text << " at offset " << offset);
@@ -117,7 +117,7 @@ TEST_P(HostilePatternTest, IntervalFaultsOnlyWhereItComesTo0) {
     }
 }
 
-TEST_P(HostilePatternTest, OtherNumbersAreTakenAsTheyCome) {
+TEST_P(HostilePatternTest, OtherNumbersAreTakenUnchecked) {
     for (const HostileNumber& hostile : numbers) {
         SCOPED_TRACE(hostile.text);
         ItemDocument document = whole(GetParam())
@@ -127,7 +127,7 @@ TEST_P(HostilePatternTest, OtherNumbersAreTakenAsTheyCome) {
                                     .element("OPFRecurrencePatternWeek", hostile.text);
         ParsedRecurrence recurring(document);
 
-        recurring.good();
+        recurring.parsed();
 
         EXPECT_EQ(recurring->occurrenceCount, hostile.number);
         EXPECT_EQ(recurring->dayOfMonth, hostile.number);
@@ -137,7 +137,7 @@ TEST_P(HostilePatternTest, OtherNumbersAreTakenAsTheyCome) {
     }
 }
 
-TEST_P(HostilePatternTest, DatesWrapAt32Bits) {
+TEST_P(HostilePatternTest, DatesWrapAroundAt32Bits) {
     for (const HostileDate& date : dates) {
         for (const int offset : offsets) {
             SCOPED_TRACE(testing::Message() << date.text << " at offset " << offset);
@@ -146,7 +146,7 @@ TEST_P(HostilePatternTest, DatesWrapAt32Bits) {
                                         .element("OPFRecurrenceCopyEndDate", date.text);
             ParsedRecurrence recurring(document, {date.text, date.text, offset});
 
-            recurring.good();
+            recurring.parsed();
 
             const auto local = static_cast<uint32_t>(date.minute) +
                                static_cast<uint32_t>(recurring->timeZoneOffset);
@@ -168,7 +168,7 @@ TEST(HostileRecurrenceTest, DatesBeyondAnyTextDoNotOverflow) {
     const double limit = std::numeric_limits<double>::max();
     const double nothing = std::numeric_limits<double>::quiet_NaN();
     ParsedRecurrence recurring(whole("RelativeMonthly"));
-    recurring.good();
+    recurring.parsed();
 
     for (const double start : {-limit, limit, nothing}) {
         for (const double end : {-limit, limit, nothing}) {
@@ -185,7 +185,7 @@ TEST(HostileRecurrenceTest, DatesBeyondAnyTextDoNotOverflow) {
 
 TEST(HostileRecurrenceTest, MonthBeyondAnyTextDoesNotOverflow) {
     ParsedRecurrence recurring(whole("AbsoluteMonthly"));
-    recurring.good();
+    recurring.parsed();
 
     for (const uint64_t month : {uint64_t{0x7FFFFFFF}, uint64_t{0x80000000}, uint64_t{0xFFFFFFFF},
                                  std::numeric_limits<uint64_t>::max()}) {
@@ -193,17 +193,17 @@ TEST(HostileRecurrenceTest, MonthBeyondAnyTextDoesNotOverflow) {
         recurring->month = month;
         recurring->calcFirstDateTime();
 
-        EXPECT_EQ(recurring->firstDateTime % 1440, // whole days, but for the wrap
+        EXPECT_EQ(recurring->firstDateTime % 1440, // whole days, except for the overflow
                   static_cast<uint64_t>(recurring->calculateMonthlyFDT()) % (uint64_t{1} << 32) %
                       1440);
         EXPECT_EQ(recurring->calculateMonthlyFDT() % 1440, 0);
     }
 }
 
-TEST(HostileRecurrenceTest, ADocumentMayBreakAnywhere) {
+TEST(HostileRecurrenceTest, DocumentMayBreakAnywhere) {
     const ItemDocument document = whole("Weekly").close().element("other");
     const size_t eventCount = document.eventCount();
-    int goods = 0;
+    int successes = 0;
     for (size_t count = 2; count < eventCount; ++count) {
         SCOPED_TRACE(count);
         ParsedRecurrence recurring(document.cutAfter(count));
@@ -213,18 +213,18 @@ TEST(HostileRecurrenceTest, ADocumentMayBreakAnywhere) {
         if (code) {
             EXPECT_EQ(code, 15u);
         } else {
-            ++goods;
+            ++successes;
             EXPECT_EQ(recurring.value().size(), recurring->patternType == 1 ? 80u : 76u);
         }
     }
-    EXPECT_GT(goods, 0);
+    EXPECT_GT(successes, 0);
 }
 
-TEST(HostileRecurrenceTest, AnyCallOfTheHostMayFail) {
+TEST(HostileRecurrenceTest, AnyHostCallMayFail) {
     const ItemDocument document = whole("Weekly");
     ParsedRecurrence counted(document);
     counted.host.resetCallCount();
-    counted.good();
+    counted.parsed();
     const int callCount = counted.host.hostCallCount();
     ASSERT_GT(callCount, 30);
 

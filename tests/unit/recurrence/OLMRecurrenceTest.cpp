@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/unit/RowName.h"
 #include "tests/unit/recurrence/ParsedRecurrence.h"
 #include "tests/unit/storage/Thrown.h"
 
@@ -17,13 +18,13 @@ constexpr unsigned int recurrenceCode = 15;
 constexpr unsigned int tableCode = 0xFFFFFC18; // -1000
 constexpr uint32_t endless = 1525252319;
 
-// A recurrence of which only the elements under test matter: relative, so that no derived field
-// depends on interval or days.
+// Returns a recurrence in which only the elements under test matter: a relative one, so that no
+// derived field depends on interval or days.
 ItemDocument relative() {
     return patterned("RelativeMonthly");
 }
 
-// The recurrence's date of a start, in universal time.
+// Returns a date in universal time.
 qor::Date dateOf(int year, int month, int day, int hour, int minute, int second, int millisecond) {
     return qor::Date(
         qor::Date::calendarDateToJulian(year, month, day, hour, minute, second, millisecond));
@@ -31,7 +32,7 @@ qor::Date dateOf(int year, int month, int day, int hour, int minute, int second,
 
 } // namespace
 
-// --- Construction
+// --- Construction.
 
 TEST(OLMRecurrenceTest, ConstructionAddsItsTagTable) {
     ParsedRecurrence recurring(recurrence());
@@ -51,7 +52,7 @@ TEST(OLMRecurrenceTest, ConstructionAddsItsTagTable) {
                     Pair("weekenddays", 32)));
 }
 
-TEST(OLMRecurrenceTest, RefusedTagTableThrowsWhateverTheStatus) {
+TEST(OLMRecurrenceTest, RejectedTagTableThrowsWhateverTheStatus) {
     for (const int32_t status : {-1, -7, 1}) {
         SCOPED_TRACE(status);
         FakeHost host;
@@ -96,9 +97,9 @@ TEST(OLMRecurrenceTest, ItemTimesComeFromTheTextsEvenEmptyOnes) {
     EXPECT_EQ(recurring->itemEnd->getTime(), -11644473599000); // 1601-01-01T00:00:01: no date
 }
 
-// --- The walk
+// --- Parsing.
 
-TEST(OLMRecurrenceTest, NestingIsNotFollowed) {
+TEST(OLMRecurrenceTest, ElementsAtAnyDepthCount) {
     ParsedRecurrence recurring(recurrence()
                                    .element("OPFRecurrencePatternInterval", "3")
                                    .open("OPFRecurrencePattern")
@@ -109,7 +110,7 @@ TEST(OLMRecurrenceTest, NestingIsNotFollowed) {
                                    .close()
                                    .element("OPFRecurrencePatternWeek", "4"));
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->period, 3u * 1440);
     EXPECT_EQ(recurring->dayOfMonth, 9u);
@@ -126,50 +127,50 @@ TEST(OLMRecurrenceTest, TextOfOtherElementsIsLeftUnread) {
                                    .element("unheardOf", "7"));
     recurring.host.forgetCalls();
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring.host.countOf(CallKind::ReadContent), 3); // those of patterned()
     EXPECT_EQ(recurring->daysOfWeek, 0u);
 }
 
-TEST(OLMRecurrenceTest, NothingBehindTheClosingTagIsRead) {
+TEST(OLMRecurrenceTest, NothingAfterTheClosingTagIsRead) {
     ParsedRecurrence recurring(
         relative().close().element("OPFRecurrencePatternDayOfMonth", "20").element("other"));
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->dayOfMonth, 1u);
 }
 
-TEST(OLMRecurrenceTest, AnOpeningTagOfTheClosingIdEndsTheWalkToo) {
+TEST(OLMRecurrenceTest, OpeningTagOfTheClosingIdEndsParsingToo) {
     ParsedRecurrence recurring(relative()
                                    .open("OPFCalendarEventCopyRecurrence")
                                    .element("OPFRecurrencePatternDayOfMonth", "20"));
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->dayOfMonth, 1u);
 }
 
-TEST(OLMRecurrenceTest, TheDocumentsEndEndsTheWalk) {
+TEST(OLMRecurrenceTest, EndOfTheDocumentEndsParsing) {
     ItemDocument cut = relative().element("OPFRecurrencePatternDayOfMonth", "20").breakOff();
     ParsedRecurrence recurring(cut);
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->dayOfMonth, 20u);
 }
 
-TEST(OLMRecurrenceTest, AnElementWhereTheDocumentBreaksCountsOnceMoreWithoutText) {
+TEST(OLMRecurrenceTest, ElementWhereTheDocumentBreaksCountsAgainWithoutText) {
     ItemDocument cut = relative().open("OPFRecurrencePatternDayOfMonth").text("20").breakOff();
     ParsedRecurrence recurring(cut);
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->dayOfMonth, 0u);
 }
 
-TEST(OLMRecurrenceTest, ALaterElementOfANameWins) {
+TEST(OLMRecurrenceTest, LaterElementOfANameReplacesAnEarlierOne) {
     ParsedRecurrence recurring(recurrence()
                                    .element("OPFRecurrenceCopyEndDate", "2012-01-01T00:00:00")
                                    .element("OPFRecurrenceCopyStartDate", "2010-01-01T00:00:00")
@@ -179,14 +180,14 @@ TEST(OLMRecurrenceTest, ALaterElementOfANameWins) {
                                    .element("OPFRecurrencePatternInterval", "2")
                                    .element("OPFRecurrencePatternInterval", "1"));
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->startDate->getTime(), 1262476800000);
     EXPECT_EQ(recurring->endDate->getTime(), 1325462400000);
     EXPECT_EQ(recurring->period, 1440u);
 }
 
-// --- Numbers and truth values
+// --- Numbers and truth values.
 
 struct NumberCase {
     const char* name;
@@ -196,7 +197,7 @@ struct NumberCase {
 
 class RecurrenceNumberTest : public testing::TestWithParam<NumberCase> {};
 
-TEST_P(RecurrenceNumberTest, IsCutTo32Bits) {
+TEST_P(RecurrenceNumberTest, IsTruncatedTo32Bits) {
     const char* text = GetParam().text;
     ParsedRecurrence recurring(relative()
                                    .element("OPFRecurrenceGetOccurenceCount", text)
@@ -206,7 +207,7 @@ TEST_P(RecurrenceNumberTest, IsCutTo32Bits) {
                                    .element("OPFRecurrenceHasEndDate", text)
                                    .element("OPFRecurrenceCopyEndDate", "2012-01-01T00:00:00"));
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->occurrenceCount, GetParam().number);
     EXPECT_EQ(recurring->dayOfMonth, GetParam().number);
@@ -226,16 +227,16 @@ INSTANTIATE_TEST_SUITE_P(
                     NumberCase{"Bit31", "2147483648", 0x80000000},
                     NumberCase{"Bit32", "4294967296", 0}, NumberCase{"PastBit32", "4294967299", 3},
                     NumberCase{"Bit63", "9223372036854775808", 0xFFFFFFFF},
-                    NumberCase{"LeastOf64", "-9223372036854775808", 0},
+                    NumberCase{"SmallestOf64Bits", "-9223372036854775808", 0},
                     NumberCase{"HugeExponent", "1E400", 0xFFFFFFFF}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 class RecurrenceWeekTest : public testing::TestWithParam<NumberCase> {};
 
 TEST_P(RecurrenceWeekTest, OnlyOneToFiveAreWeeks) {
     ParsedRecurrence recurring(relative().element("OPFRecurrencePatternWeek", GetParam().text));
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->weekOfMonth, GetParam().number);
 }
@@ -247,10 +248,10 @@ INSTANTIATE_TEST_SUITE_P(Texts, RecurrenceWeekTest,
                                          NumberCase{"Last", "5", 5}, NumberCase{"Zero", "0", 0},
                                          NumberCase{"Six", "6", 0}, NumberCase{"Negative", "-1", 0},
                                          NumberCase{"Empty", "", 0}, NumberCase{"Word", "first", 0},
-                                         NumberCase{"OneBehindBit32", "4294967297", 1}),
-                         [](const auto& row) { return row.param.name; });
+                                         NumberCase{"OneAboveBit32", "4294967297", 1}),
+                         rowName);
 
-// --- Pattern texts
+// --- Pattern texts.
 
 struct PatternCase {
     const char* name;
@@ -270,7 +271,7 @@ TEST_P(RecurrencePatternTest, SetsFrequencyAndPatternType) {
                                    .close()
                                    .element("OPFRecurrencePatternType", GetParam().text));
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->recurFrequency, GetParam().frequency);
     EXPECT_EQ(recurring->patternType, GetParam().pattern);
@@ -290,20 +291,20 @@ INSTANTIATE_TEST_SUITE_P(
         PatternCase{"WithWhiteSpace", " OPFRecurrencePatternWeekly", 0x200A, 0},
         PatternCase{"Longer", "OPFRecurrencePatternWeekly2", 0x200A, 0},
         PatternCase{"Empty", "", 0x200A, 0}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
-TEST(OLMRecurrenceTest, UnknownPatternTextKeepsThePatternThatWas) {
+TEST(OLMRecurrenceTest, UnknownPatternTextKeepsTheEarlierPattern) {
     ParsedRecurrence recurring(patterned("AbsoluteYearly")
                                    .element("OPFRecurrencePatternType", "yearly")
                                    .element("OPFRecurrencePatternType"));
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->recurFrequency, 0x200Du);
     EXPECT_EQ(recurring->patternType, 2u);
 }
 
-// --- Days
+// --- Days.
 
 struct DayCase {
     const char* element;
@@ -318,7 +319,7 @@ TEST_P(RecurrenceDayTest, HasItsFlag) {
                                    .element(GetParam().element, "1E0")
                                    .close());
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->daysOfWeek, GetParam().flag);
 }
@@ -331,7 +332,7 @@ INSTANTIATE_TEST_SUITE_P(Elements, RecurrenceDayTest,
                                          DayCase{"weekdays", 0x3E}, DayCase{"weekenddays", 0x41}),
                          [](const auto& row) { return std::string(row.param.element); });
 
-TEST(OLMRecurrenceTest, FalseDaysTakeNothingAway) {
+TEST(OLMRecurrenceTest, FalseDaysRemoveNothing) {
     ParsedRecurrence recurring(relative()
                                    .open("OPFRecurrencePatternDaysOfWeek")
                                    .element("weekdays", "1")
@@ -340,12 +341,12 @@ TEST(OLMRecurrenceTest, FalseDaysTakeNothingAway) {
                                    .element("friday")
                                    .close());
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->daysOfWeek, 0x3Eu);
 }
 
-TEST(OLMRecurrenceTest, AllDaysSkipTheTextsOfTheRestOfTheList) {
+TEST(OLMRecurrenceTest, AllDaysSkipsTheOtherTextsOfTheList) {
     ParsedRecurrence recurring(relative()
                                    .open("OPFRecurrencePatternDaysOfWeek")
                                    .element("allDays", "1")
@@ -355,14 +356,14 @@ TEST(OLMRecurrenceTest, AllDaysSkipTheTextsOfTheRestOfTheList) {
                                    .element("OPFRecurrencePatternDayOfMonth", "9"));
     recurring.host.forgetCalls();
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->daysOfWeek, 0x7Fu);
     EXPECT_EQ(recurring->dayOfMonth, 9u);
     EXPECT_EQ(recurring.host.countOf(CallKind::ReadContent), 5); // patterned(), allDays, the 9
 }
 
-TEST(OLMRecurrenceTest, OtherElementsOfTheDayListNameNoDay) {
+TEST(OLMRecurrenceTest, OtherElementsOfTheDayListAreNotDays) {
     ParsedRecurrence recurring(relative()
                                    .open("OPFRecurrencePatternDaysOfWeek")
                                    .element("someday", "1")
@@ -372,13 +373,13 @@ TEST(OLMRecurrenceTest, OtherElementsOfTheDayListNameNoDay) {
                                    .close()
                                    .close());
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->daysOfWeek, 0x40u);
     EXPECT_EQ(recurring->dayOfMonth, 1u);
 }
 
-TEST(OLMRecurrenceTest, ASecondDayListReplacesTheFirst) {
+TEST(OLMRecurrenceTest, SecondDayListReplacesTheFirst) {
     ParsedRecurrence recurring(relative()
                                    .open("OPFRecurrencePatternDaysOfWeek")
                                    .element("monday", "1")
@@ -387,12 +388,12 @@ TEST(OLMRecurrenceTest, ASecondDayListReplacesTheFirst) {
                                    .element("tuesday", "1")
                                    .close());
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->daysOfWeek, 0x04u);
 }
 
-TEST(OLMRecurrenceTest, ADayListThatNeverClosesEndsWithTheDocument) {
+TEST(OLMRecurrenceTest, UnclosedDayListEndsWithTheDocument) {
     ItemDocument cut = relative()
                            .open("OPFRecurrencePatternDaysOfWeek")
                            .element("monday", "1")
@@ -400,13 +401,13 @@ TEST(OLMRecurrenceTest, ADayListThatNeverClosesEndsWithTheDocument) {
                            .breakOff();
     ParsedRecurrence recurring(cut);
 
-    recurring.good();
+    recurring.parsed();
 
-    // The broken list's own tag counts once more in the walk around it, and then has no days.
+    // The tag of the broken list counts once more for the element around it, without days.
     EXPECT_EQ(recurring->daysOfWeek, 0u);
 }
 
-// --- The end
+// --- The end.
 
 struct EndCase {
     const char* name;
@@ -426,7 +427,7 @@ TEST_P(RecurrenceEndTest, TypeAndDateAreIndependent) {
     item.zoneOffset = -300;
     ParsedRecurrence recurring(document, item);
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->endType, GetParam().endType);
     EXPECT_EQ(recurring->getEndDate(), GetParam().endDate);
@@ -449,17 +450,17 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         EndCase{"Nothing", {}, 0x2023, endless}, EndCase{"Never", {end::never}, 0x2023, endless},
         EndCase{"SomeEnd", {end::some}, 0x2022, endless},
-        EndCase{"AnnouncedAhead", {end::date, end::announced, end::some}, 0x2021, end::dateValue},
-        EndCase{"AnnouncedBehind", {end::date, end::some, end::announced}, 0x2022, end::dateValue},
-        EndCase{"DateBehind", {end::announced, end::some, end::date}, 0x2021, end::dateValue},
+        EndCase{"AnnouncedBefore", {end::date, end::announced, end::some}, 0x2021, end::dateValue},
+        EndCase{"AnnouncedAfter", {end::date, end::some, end::announced}, 0x2022, end::dateValue},
+        EndCase{"DateAfter", {end::announced, end::some, end::date}, 0x2021, end::dateValue},
         EndCase{"DateNotAnnounced", {end::date, end::some}, 0x2022, endless},
         EndCase{"DateDenied", {end::date, end::notAnnounced, end::some}, 0x2022, endless},
         EndCase{"DateAndNever", {end::date, end::announced, end::never}, 0x2023, end::dateValue},
-        EndCase{"TypeIsTakenAsItStood",
+        EndCase{"TypeIsTakenAtItsElement",
                 {end::date, end::announced, end::some, end::notAnnounced},
                 0x2021,
                 endless}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST(OLMRecurrenceTest, FixedEndIsTheLastMinuteOf4500) {
     ParsedRecurrence recurring(patterned("RelativeMonthly")
@@ -467,12 +468,12 @@ TEST(OLMRecurrenceTest, FixedEndIsTheLastMinuteOf4500) {
                                    .element("OPFRecurrenceCopyEndDate", "4500-12-31T23:59:00")
                                    .element("OPFRecurrenceHasEndDate", "1"));
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->getEndDate(), endless);
 }
 
-// --- Daylight saving
+// --- Daylight saving.
 
 struct ZoneCase {
     const char* name;
@@ -483,13 +484,13 @@ struct ZoneCase {
 
 class RecurrenceZoneTest : public testing::TestWithParam<ZoneCase> {};
 
-TEST_P(RecurrenceZoneTest, MovesByAnHourUnlessTheStartIsMidnight) {
+TEST_P(RecurrenceZoneTest, ShiftsByAnHourUnlessTheStartIsMidnight) {
     RecurringItem item;
     item.zoneOffset = GetParam().offset;
     ParsedRecurrence recurring(relative().element("OPFRecurrenceCopyStartDate", GetParam().start),
                                item);
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->timeZoneOffset, GetParam().adjusted);
 }
@@ -516,13 +517,14 @@ INSTANTIATE_TEST_SUITE_P(
         ZoneCase{"HalfHourWest", -210, "2011-05-02T03:30:00", -210},
         ZoneCase{"HalfHourWestHasNoCarry", -210, "2011-05-02T03:00:00", -210},
         ZoneCase{"HalfHourWestInSummer", -210, "2011-05-02T02:30:00", -150},
-        ZoneCase{"HalfHourOfSummerTimeIsTakenForAnHour", 630, "2011-05-01T13:00:00", 690},
+        ZoneCase{"HalfHourOfSummerTimeCountsAsAnHour", 630, "2011-05-01T13:00:00", 690},
         ZoneCase{"FarthestEast", 840, "2011-05-01T10:00:00", 840},
         ZoneCase{"FarthestWest", -720, "2011-05-02T12:00:00", -720},
-        ZoneCase{"HoursWrapAt16Bits", 60 * 65536 - 300, "2011-05-02T05:00:00", 60 * 65536 - 300},
-        ZoneCase{"LargestOffsetWraps", 2147483647, "2011-05-02T00:00:00", -2147483589},
+        ZoneCase{"HoursWrapAroundAt16Bits", 60 * 65536 - 300, "2011-05-02T05:00:00",
+                 60 * 65536 - 300},
+        ZoneCase{"LargestOffsetWrapsAround", 2147483647, "2011-05-02T00:00:00", -2147483589},
         ZoneCase{"SmallestOffset", -2147483647 - 1, "2011-05-02T00:00:00", -2147483588}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST(OLMRecurrenceTest, Minute29StaysInTheRecurrenceDate) {
     RecurringItem item;
@@ -530,21 +532,21 @@ TEST(OLMRecurrenceTest, Minute29StaysInTheRecurrenceDate) {
     ParsedRecurrence recurring(
         relative().element("OPFRecurrenceCopyStartDate", "2011-05-01T18:29:00"), item);
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->getStartDate(), 215812799u); // 2011-05-01T23:59
 }
 
-// --- Dates
+// --- Dates.
 
-TEST(OLMRecurrenceTest, WorkedWeeklyCase) {
+TEST(OLMRecurrenceTest, WeeklyCaseCalculatedByHand) {
     RecurringItem item;
     item.zoneOffset = -300;
     ParsedRecurrence recurring(
         patterned("Weekly", "2").open("OPFRecurrencePatternDaysOfWeek").element("monday", "1"),
         item);
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->startDate->getTime(), 1304312400000);
     EXPECT_EQ(recurring->timeZoneOffset, -300);
@@ -553,7 +555,7 @@ TEST(OLMRecurrenceTest, WorkedWeeklyCase) {
     EXPECT_EQ(recurring->firstDateTime, 18720u);
 }
 
-TEST(OLMRecurrenceTest, WorkedWeeklyCaseUnderDaylightSaving) {
+TEST(OLMRecurrenceTest, WeeklyCaseUnderDaylightSavingCalculatedByHand) {
     RecurringItem item;
     item.zoneOffset = -300;
     ParsedRecurrence recurring(patterned("Weekly", "2")
@@ -562,7 +564,7 @@ TEST(OLMRecurrenceTest, WorkedWeeklyCaseUnderDaylightSaving) {
                                    .element("monday", "1"),
                                item);
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->timeZoneOffset, -240);
     EXPECT_EQ(recurring->getStartDate(), 215812800u);
@@ -589,12 +591,12 @@ INSTANTIATE_TEST_SUITE_P(
         MinuteCase{"Of1970", dateOf(1970, 1, 1, 0, 0, 0, 0), 194074560},
         MinuteCase{"AMillisecondShort", dateOf(1970, 1, 1, 0, 0, 59, 999), 194074561},
         MinuteCase{"TwoMillisecondsShort", dateOf(1970, 1, 1, 0, 0, 59, 998), 194074560},
-        MinuteCase{"AheadOf1970IsCutTowardIt", dateOf(1969, 12, 31, 23, 59, 0, 0), 194074560},
+        MinuteCase{"Before1970IsRoundedTowardIt", dateOf(1969, 12, 31, 23, 59, 0, 0), 194074560},
         MinuteCase{"Of1601", dateOf(1601, 1, 1, 0, 0, 0, 0), 1},
         MinuteCase{"NoDate", dateOf(1601, 1, 1, 0, 0, 1, 0), 1},
-        MinuteCase{"FirstYearWraps", dateOf(1, 1, 1, 0, 0, 0, 0), 3453448577},
-        MinuteCase{"LastYearWraps", dateOf(9999, 12, 31, 23, 59, 0, 0), 122478943}),
-    [](const auto& row) { return row.param.name; });
+        MinuteCase{"FirstYearWrapsAround", dateOf(1, 1, 1, 0, 0, 0, 0), 3453448577},
+        MinuteCase{"LastYearWrapsAround", dateOf(9999, 12, 31, 23, 59, 0, 0), 122478943}),
+    rowName);
 
 struct OffsetCase {
     const char* name;
@@ -605,13 +607,13 @@ struct OffsetCase {
 
 class RecurrenceOffsetTest : public testing::TestWithParam<OffsetCase> {};
 
-TEST_P(RecurrenceOffsetTest, OnlyTheStartGetsAMillisecond) {
+TEST_P(RecurrenceOffsetTest, OnlyTheStartIsCorrectedByAMillisecond) {
     RecurringItem item;
     item.start = GetParam().itemTime;
     item.end = GetParam().itemTime;
     ParsedRecurrence recurring(relative(), item);
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->getStartTimeOffset(), GetParam().asStart);
     EXPECT_EQ(recurring->getEndTimeOffset(), GetParam().asEnd);
@@ -624,13 +626,13 @@ INSTANTIATE_TEST_SUITE_P(
                     OffsetCase{"WholeMinutes", "2011-05-02T14:30:00", 570, 570},
                     OffsetCase{"AMillisecondShort", "2011-05-02T14:29:59.999", 570, 569},
                     OffsetCase{"TwoMillisecondsShort", "2011-05-02T14:29:59.998", 569, 569},
-                    OffsetCase{"Ahead", "2011-05-02T03:59:00", -60, -61},
-                    OffsetCase{"HalfAMinuteAhead", "2011-05-02T04:59:30", 0, 0},
-                    OffsetCase{"DaysBehind", "2011-05-04T05:00:00", 2880, 2880},
+                    OffsetCase{"Before", "2011-05-02T03:59:00", -60, -61},
+                    OffsetCase{"HalfAMinuteBefore", "2011-05-02T04:59:30", 0, 0},
+                    OffsetCase{"DaysAfter", "2011-05-04T05:00:00", 2880, 2880},
                     OffsetCase{"NoDate", "", -215813099, -215813099}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
-// --- Interval and first occurrence
+// --- Interval and first occurrence.
 
 struct DerivedCase {
     const char* name;
@@ -643,7 +645,7 @@ struct DerivedCase {
 
 class RecurrenceDerivedTest : public testing::TestWithParam<DerivedCase> {};
 
-TEST_P(RecurrenceDerivedTest, IntervalAndFirstOccurrence) {
+TEST_P(RecurrenceDerivedTest, IntervalAndFirstOccurrenceFollowFromThePattern) {
     ItemDocument document = patterned(GetParam().pattern, GetParam().interval)
                                 .open("OPFRecurrencePatternDaysOfWeek")
                                 .element("monday", "1")
@@ -656,7 +658,7 @@ TEST_P(RecurrenceDerivedTest, IntervalAndFirstOccurrence) {
     item.zoneOffset = -300;
     ParsedRecurrence recurring(document, item);
 
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(recurring->period, GetParam().period);
     EXPECT_EQ(recurring->firstDateTime, GetParam().firstDateTime);
@@ -668,26 +670,26 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         DerivedCase{"EveryDay", "Daily", "1", nullptr, 1440, 0},
         DerivedCase{"EveryThirdDay", "Daily", "3", nullptr, 4320, 2880},
-        DerivedCase{"DailyWrapped", "Daily", "2982617", nullptr, 1184, 215812800 % 1184},
+        DerivedCase{"DailyWrappedAround", "Daily", "2982617", nullptr, 1184, 215812800 % 1184},
         DerivedCase{"EveryWeek", "Weekly", "1", nullptr, 1, 8640},
         DerivedCase{"EverySecondWeek", "Weekly", "2", nullptr, 2, 18720},
-        DerivedCase{"WeeklyWrapped", "Weekly", "426089", nullptr, 426089, 215811360 % 9824},
+        DerivedCase{"WeeklyWrappedAround", "Weekly", "426089", nullptr, 426089, 215811360 % 9824},
         DerivedCase{"MonthlyWithoutMonth", "AbsoluteMonthly", "2", nullptr, 2, 0},
         DerivedCase{"MonthlyInterval0", "AbsoluteMonthly", "0", nullptr, 0, 0},
         DerivedCase{"January", "AbsoluteMonthly", "1", "1", 1, 0},
         DerivedCase{"March", "AbsoluteMonthly", "1", "3", 1, 84960},
         DerivedCase{"December", "AbsoluteMonthly", "1", "12", 1, 480960},
         DerivedCase{"Month13IsTheNextJanuary", "AbsoluteMonthly", "1", "13", 1, 525600},
-        DerivedCase{"MonthBelow0RunsBack", "AbsoluteMonthly", "1", "-1", 1, 0xFFFFFFFF - 87839},
+        DerivedCase{"MonthBelow0CountsBack", "AbsoluteMonthly", "1", "-1", 1, 0xFFFFFFFF - 87839},
         DerivedCase{"YearlyIsTwelveMonths", "AbsoluteYearly", "5", "3", 12, 84960},
-        DerivedCase{"YearlyInterval0Stays", "AbsoluteYearly", "0", "3", 0, 84960},
+        DerivedCase{"YearlyInterval0IsKept", "AbsoluteYearly", "0", "3", 0, 84960},
         DerivedCase{"YearlyWithoutMonth", "AbsoluteYearly", "1", nullptr, 12, 0},
         DerivedCase{"RelativeMonthly", "RelativeMonthly", "2", "3", 2, 0},
         DerivedCase{"RelativeYearly", "RelativeYearly", "5", "3", 12, 0},
         DerivedCase{"RelativeYearlyInterval0", "RelativeYearly", "0", "3", 0, 0}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
-TEST(OLMRecurrenceTest, IntervalOfTheCodeBehindYearlyStaysAsRead) {
+TEST(OLMRecurrenceTest, IntervalOfAnUnknownFrequencyIsKept) {
     ParsedRecurrence recurring(recurrence());
     recurring->recurFrequency = 0x200E;
     recurring->period = 5;
@@ -700,7 +702,7 @@ TEST(OLMRecurrenceTest, IntervalOfTheCodeBehindYearlyStaysAsRead) {
     EXPECT_EQ(recurring->firstDateTime, 77u);
 }
 
-// --- Faults
+// --- Faults.
 
 struct FaultCase {
     const char* name;
@@ -709,7 +711,7 @@ struct FaultCase {
 
 class RecurrenceFaultTest : public testing::TestWithParam<FaultCase> {};
 
-TEST_P(RecurrenceFaultTest, ThrowsOutOfParsing) {
+TEST_P(RecurrenceFaultTest, ThrowsWhileParsing) {
     ParsedRecurrence recurring(GetParam().document);
 
     EXPECT_EQ(recurring.parse(), recurrenceCode);
@@ -738,7 +740,7 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{"EmptyElement", recurrence()}, FaultCase{"NoStart", withoutStart("Daily")},
         FaultCase{"NoStartOfARelativePattern", withoutStart("RelativeMonthly")},
         FaultCase{"NoStartOfAnAbsolutePattern", withoutStart("AbsoluteYearly")},
-        FaultCase{"EndAnnouncedAndNotGiven", relative().element("OPFRecurrenceHasEndDate", "1")},
+        FaultCase{"EndAnnouncedButMissing", relative().element("OPFRecurrenceHasEndDate", "1")},
         FaultCase{"WeeklyWithoutADayList", patterned("Weekly")},
         FaultCase{"WeeklyWithAnEmptyDayList",
                   patterned("Weekly").element("OPFRecurrencePatternDaysOfWeek")},
@@ -750,7 +752,7 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{"DailyWithoutInterval",
                   recurrence().element("OPFRecurrenceCopyStartDate", "2011-05-02T05:00:00")},
         FaultCase{"DailyInterval0", patterned("Daily", "0")},
-        FaultCase{"DailyIntervalNoNumber", patterned("Daily", "often")},
+        FaultCase{"DailyIntervalNotANumber", patterned("Daily", "often")},
         FaultCase{"DailyIntervalWrapsTo0", patterned("Daily", "134217728")},
         FaultCase{"DailyIntervalOfBit31", patterned("Daily", "2147483648")},
         FaultCase{"DailyIntervalOfBit32", patterned("Daily", "4294967296")},
@@ -758,9 +760,9 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{"WeeklyIntervalWrapsTo0", weekly("134217728")},
         FaultCase{"WeeklyIntervalOfBit31", weekly("2147483648")},
         FaultCase{"WeeklyIntervalOfBit32", weekly("4294967296")}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
-TEST(OLMRecurrenceTest, GettersRefuseAMissingDate) {
+TEST(OLMRecurrenceTest, GettersRejectAMissingDate) {
     ParsedRecurrence recurring(recurrence());
     recurring->hasEndDate = true;
 

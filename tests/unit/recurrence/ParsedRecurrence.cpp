@@ -54,7 +54,7 @@ std::optional<unsigned int> ParsedRecurrence::parse() {
     return thrownCode([&] { object->parseRecurrence(*parser, closingTag); });
 }
 
-ParsedRecurrence& ParsedRecurrence::good() {
+ParsedRecurrence& ParsedRecurrence::parsed() {
     EXPECT_EQ(parse(), std::nullopt);
     return *this;
 }

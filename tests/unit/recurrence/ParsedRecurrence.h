@@ -9,41 +9,41 @@
 #include "filter/recurrence/RecurrenceValue.h"
 #include "tests/fakehost/FakeHost.h"
 
-// A document whose recurrence element is open: recurrence().element(...).
+// Returns a document whose recurrence element is open: recurrence().element(...).
 fakehost::ItemDocument recurrence();
 
-// The same with a pattern, an interval and a start: 2011-05-02T05:00:00, a Monday.
+// Returns the same with a pattern, an interval and a start: 2011-05-02T05:00:00, a Monday.
 fakehost::ItemDocument patterned(const std::string& pattern, const std::string& interval = "1");
 
-// The numbers of a recurrence's item.
+// Start, end and zone of a recurrence's item.
 struct RecurringItem {
     std::string start = "2011-05-02T14:00:00";
     std::string end = "2011-05-02T15:30:00";
     int zoneOffset = 0;
 };
 
-// A stream that keeps what is written to it.
+// A stream that keeps the bytes written to it.
 struct ByteSink : HostStream {
     ByteSink();
     fakehost::Bytes bytes;
 };
 
-// The recurrence element of a document, in a host of its own.
+// The parsed recurrence element of a document, in a host of its own.
 class ParsedRecurrence {
 public:
-    // Reads up to the recurrence's opening tag and makes the object..
+    // Reads up to the recurrence's opening tag and constructs the object.
     explicit ParsedRecurrence(const fakehost::ItemDocument& document,
                               const RecurringItem& item = {});
     ParsedRecurrence(const ParsedRecurrence&) = delete;
     ParsedRecurrence& operator=(const ParsedRecurrence&) = delete;
 
-    // Parses; the code of the exception, if one came.
+    // Parses the element and returns the code of the exception thrown, if any.
     std::optional<unsigned int> parse();
 
-    // Parses; an exception fails the test.
-    ParsedRecurrence& good();
+    // Parses the element; an exception fails the test.
+    ParsedRecurrence& parsed();
 
-    // The whole value, whose size must be what its writing gives.
+    // Returns the whole value and expects its size to be the one that writing it returned.
     [[nodiscard]] fakehost::Bytes value() const;
 
     OLMRecurrence* operator->() { return object.get(); }

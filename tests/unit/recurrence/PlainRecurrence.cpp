@@ -26,7 +26,7 @@ constexpr PlainPattern patterns[] = {
 };
 
 constexpr PlainEnd ends[] = {
-    // never announced given  count type
+    // never announced date   count type
     {false,  true,     true,  0,    0x2021},
     {false,  true,     true,  27,   0x2021},
     {false,  false,    false, 10,   0x2022},
@@ -46,9 +46,9 @@ static_assert(std::endian::native == std::endian::little);
 
 constexpr sys_days firstOf1601 = sys_days(year(1601) / 1 / 1);
 constexpr int minutesOfDay = 24 * 60;
-constexpr uint32_t farFuture = 0x5AE980DF; // the end of what has no end
+constexpr uint32_t farFuture = 0x5AE980DF; // the end date of an endless recurrence
 
-// Bits of the mask from 0, as the elements name them.
+// The elements of the mask's bits, from bit 0.
 constexpr std::array<const char*, 7> dayNames = {"sunday",   "monday", "tuesday", "wednesday",
                                                  "thursday", "friday", "saturday"};
 
@@ -79,7 +79,7 @@ uint32_t plainPeriod(const PlainRecurrence& plain) {
     }
 }
 
-// How far the first interval reaches into the count from 1601.
+// Returns FirstDateTime of MS-OXOCAL 2.2.1.44.1.
 uint32_t plainFirstDateTime(const PlainRecurrence& plain) {
     if (plain.pattern.type == 3) {
         return 0;
@@ -100,7 +100,7 @@ uint32_t plainFirstDateTime(const PlainRecurrence& plain) {
     return minutesSince1601(sys_days(year(1601) / static_cast<int>(plain.month) / 1));
 }
 
-// Little-endian numbers one behind the other.
+// A list of little-endian numbers.
 class NumberList {
 public:
     NumberList() { bytes.reserve(84); }
@@ -137,7 +137,7 @@ const char* truth(bool isTrue) {
     return isTrue ? "1" : "0";
 }
 
-// All ten elements, in the order of their names.
+// Adds all ten elements, in the order of their names.
 void addDays(ItemDocument& document, uint32_t mask) {
     document.open("OPFRecurrencePatternDaysOfWeek").element("allDays", truth(mask == 0x7F));
     for (const int day : {5, 1, 6, 0, 4, 2, 3}) {
@@ -149,7 +149,7 @@ void addDays(ItemDocument& document, uint32_t mask) {
 }
 
 void addEnd(ItemDocument& document, const PlainRecurrence& plain) {
-    if (plain.end.isDateGiven) {
+    if (plain.end.hasDate) {
         document.element("OPFRecurrenceCopyEndDate",
                          isoText(universalMinute(plain, plain.lastDay, plain.lastMinute)));
     }
@@ -171,7 +171,7 @@ std::span<const int> plainZones() {
 
 PlainRecurrence plainRecurrence(const PlainPattern& pattern, const PlainEnd& end, int zone,
                                 bool isDaylightSaving, uint32_t days) {
-    // Sundays.
+    // All of these are Sundays.
     constexpr sys_days summer = sys_days(year(2019) / 7 / 14);
     constexpr sys_days winters[] = {sys_days(year(2019) / 1 / 13), sys_days(year(2024) / 2 / 25),
                                     sys_days(year(2038) / 1 / 17), sys_days(year(1970) / 1 / 4)};

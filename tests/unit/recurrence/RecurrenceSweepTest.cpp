@@ -1,4 +1,4 @@
-// Values of many recurrences against a plain computation of their own.
+// Compares the values of many recurrences with a simple computation of the same.
 
 #include <gmock/gmock.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 constexpr uint32_t maskCount = 0x80;
 
-// Counts cases and differences and shows the first few of these: an assertion for each case would
+// Counts cases and differences and prints the first few of these: an assertion for each case would
 // take longer than the case.
 class Comparison {
 public:
@@ -30,8 +30,8 @@ public:
     int differences = 0;
 };
 
-// A recurrence whose reader is at the end of its document: parsing takes nothing from there and
-// derives the rest from the members, all of which are set anew for each value.
+// A recurrence whose reader is at the end of its document: parsing reads nothing and derives the
+// rest from the members, all of which are set for each value.
 class DerivedRecurrence {
 public:
     DerivedRecurrence() : recurring(fakehost::ItemDocument()) {}
@@ -67,7 +67,7 @@ private:
         recurring->timeZoneOffset = plain.zone;
         recurring->startDate = dateOf(universalMinute(plain, plain.firstDay, 0));
         recurring->endDate.reset();
-        if (plain.end.isDateGiven) {
+        if (plain.end.hasDate) {
             recurring->endDate = dateOf(universalMinute(plain, plain.lastDay, plain.lastMinute));
         }
         recurring->itemStart = dateOf(universalMinute(plain, plain.firstDay, plain.startMinute));
@@ -80,8 +80,8 @@ private:
 } // namespace
 
 // Every pattern with every end and with every mask, in a document of its own; zones and daylight
-// saving take turns.
-TEST(RecurrenceSweepTest, ElementsGiveThePlainValue) {
+// saving alternate.
+TEST(RecurrenceSweepTest, ElementsMakeThePlainValue) {
     const std::span<const int> zones = plainZones();
     Comparison comparison;
     for (const PlainPattern& pattern : plainPatterns()) {
@@ -92,18 +92,19 @@ TEST(RecurrenceSweepTest, ElementsGiveThePlainValue) {
                 const PlainRecurrence plain = plainRecurrence(
                     pattern, end, zones[turn % zones.size()], turn / zones.size() % 2 == 1, mask);
                 ParsedRecurrence recurring(plainDocument(plain), plainItem(plain));
-                const bool isGood = recurring.parse() == std::nullopt;
-                comparison.compare(plain, isGood ? std::optional(recurring.value()) : std::nullopt);
+                const bool isParsed = recurring.parse() == std::nullopt;
+                comparison.compare(plain,
+                                   isParsed ? std::optional(recurring.value()) : std::nullopt);
             }
         }
     }
     EXPECT_EQ(comparison.cases, 6 * 128 * 2);
-    EXPECT_EQ(comparison.faults, 2); // no day in a week
+    EXPECT_EQ(comparison.faults, 2); // a week without days
     EXPECT_EQ(comparison.differences, 0);
 }
 
 // Every pattern, end, zone, daylight saving and mask.
-TEST(RecurrenceSweepTest, EveryCombinationGivesThePlainValue) {
+TEST(RecurrenceSweepTest, EveryCombinationMakesThePlainValue) {
     Comparison comparison;
     for (const int zone : plainZones()) {
         for (const PlainPattern& pattern : plainPatterns()) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "filter/storage/OLMMsgWriter.h"
+#include "tests/unit/RowName.h"
 #include "tests/unit/recurrence/ParsedRecurrence.h"
 #include "tests/unit/storage/Thrown.h"
 
@@ -33,10 +34,10 @@ const char* const tailEnd = "00 00  00 00 00 00  00 00 00 00";
 
 } // namespace
 
-TEST(RecurrenceValueTest, WeeklyValueByteForByte) {
+TEST(RecurrenceValueTest, WeeklyValueHasTheseBytes) {
     ParsedRecurrence recurring(everyOtherMonday(), easternItem());
 
-    const Bytes value = recurring.good().value();
+    const Bytes value = recurring.parsed().value();
 
     EXPECT_EQ(value, hex(head) + hex("0B 20  01 00  00 00") +
                          hex("20 49 00 00  02 00 00 00  00 00 00 00") + // 18720
@@ -47,8 +48,8 @@ TEST(RecurrenceValueTest, WeeklyValueByteForByte) {
     EXPECT_EQ(value.size(), 80u);
 }
 
-// A meeting as the mail program writes it: every Monday, 27 times.
-TEST(RecurrenceValueTest, NumbersInScientificFormByteForByte) {
+// A meeting with numbers in scientific notation: every Monday, 27 times.
+TEST(RecurrenceValueTest, ValueFromScientificNotationHasTheseBytes) {
     ItemDocument document = recurrence()
                                 .element("OPFRecurrenceCopyEndDate", "2018-12-18T07:00:00")
                                 .element("OPFRecurrenceCopyStartDate", "2018-06-18T06:00:00")
@@ -71,9 +72,9 @@ TEST(RecurrenceValueTest, NumbersInScientificFormByteForByte) {
     item.zoneOffset = -420;
     ParsedRecurrence recurring(document, item);
 
-    const Bytes value = recurring.good().value();
+    const Bytes value = recurring.parsed().value();
 
-    // Under daylight saving, so the end, which lies outside it, is 2018-12-18T01:00.
+    // The start is under daylight saving, so the end, which is not, is 2018-12-18T01:00.
     EXPECT_EQ(value, hex(head) + hex("0B 20  01 00  00 00") +
                          hex("C0 21 00 00  01 00 00 00  00 00 00 00") + hex("02 00 00 00") +
                          hex("21 20 00 00  1B 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00") +
@@ -89,9 +90,9 @@ struct PartCase {
 
 class RecurrencePartTest : public testing::TestWithParam<PartCase> {};
 
-TEST_P(RecurrencePartTest, StandsBetweenHeadAndTail) {
+TEST_P(RecurrencePartTest, IsBetweenHeadAndTail) {
     ParsedRecurrence recurring(patterned("RelativeMonthly"));
-    recurring.good();
+    recurring.parsed();
     recurring->patternType = GetParam().patternType;
     recurring->daysOfWeek = 0x15;
     recurring->dayOfMonth = 0xFFFFFFFF;
@@ -113,29 +114,29 @@ INSTANTIATE_TEST_SUITE_P(PatternTypes, RecurrencePartTest,
                                          PartCase{"DayOfMonth", 2, "FF FF FF FF"},
                                          PartCase{"NthDay", 3, "15 00 00 00  05 00 00 00"},
                                          PartCase{"AnyOther", 4, ""},
-                                         PartCase{"LowBitsAlone", 0x10001, ""}),
-                         [](const auto& row) { return row.param.name; });
+                                         PartCase{"AboveSixteenBits", 0x10001, ""}),
+                         rowName);
 
-TEST(RecurrenceValueTest, FrequencyAndOffsetsAreCut) {
+TEST(RecurrenceValueTest, FrequencyAndOffsetsAreTruncated) {
     RecurringItem item;
     item.start = "0001-01-01T00:00:00";
     item.end = "9999-12-31T00:00:00";
     ParsedRecurrence recurring(patterned("RelativeYearly"), item);
-    recurring.good();
+    recurring.parsed();
     recurring->recurFrequency = 0x1200D;
 
     const Bytes value = recurring.value();
 
-    // From the start at 2011-05-02T05:00, minute 215813100 since 1601: the year 1 begins
-    // 841518720 minutes ahead of 1601, the last day of 9999 4417444800 minutes behind it.
+    // The start, 2011-05-02T05:00, is minute 215813100 since 1601. The year 1 begins 841518720
+    // minutes before 1601, the last day of 9999 4417444800 minutes after it.
     EXPECT_EQ(value.part(4, 2), hex("0D 20"));
     EXPECT_EQ(value.part(66, 4), fakehost::le32(static_cast<uint32_t>(-841518720 - 215813100 + 1)));
     EXPECT_EQ(value.part(70, 4), fakehost::le32(static_cast<uint32_t>(4417444800 - 215813100)));
 }
 
-TEST(RecurrenceValueTest, EveryNumberIsWrittenByItself) {
+TEST(RecurrenceValueTest, EveryNumberIsASeparateWrite) {
     ParsedRecurrence recurring(everyOtherMonday());
-    recurring.good();
+    recurring.parsed();
     HostStream* stream =
         OLMMsgWriter::createSubStreamFromWString(recurring.host.newRoot(), "value");
     recurring.host.forgetCalls();
@@ -155,7 +156,7 @@ TEST(RecurrenceValueTest, EveryNumberIsWrittenByItself) {
 
 TEST(RecurrenceValueTest, AnyShortWriteThrows) {
     ParsedRecurrence recurring(everyOtherMonday());
-    recurring.good();
+    recurring.parsed();
     constexpr int writeCount = 23;
 
     for (int failing = 0; failing <= writeCount; ++failing) {
@@ -172,7 +173,7 @@ TEST(RecurrenceValueTest, AnyShortWriteThrows) {
 
 TEST(RecurrenceValueTest, MissingStreamIsAShortWrite) {
     ParsedRecurrence recurring(everyOtherMonday());
-    recurring.good();
+    recurring.parsed();
 
     EXPECT_EQ(thrownCode([&] { writeRecurrenceValue(nullptr, *recurring); }), shortWriteCode);
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/fakehost/Bytes.h"
+#include "tests/unit/RowName.h"
 #include "tests/unit/storage/Thrown.h"
 
 using namespace fakehost;
@@ -12,7 +13,7 @@ namespace {
 struct SetCase {
     const char* name;
     int set;
-    const char* guid; // as it stands in a stream
+    const char* guid; // its bytes in a stream
 };
 
 class MapiGUIDMapTest : public testing::TestWithParam<SetCase> {};
@@ -41,7 +42,7 @@ INSTANTIATE_TEST_SUITE_P(
                     SetCase{"Task", 4, "03 20 06 00 00 00 00 00 C0 00 00 00 00 00 00 46"},
                     SetCase{"Note", 5, "0E 20 06 00 00 00 00 00 C0 00 00 00 00 00 00 46"},
                     SetCase{"PublicStrings", 6, "29 03 02 00 00 00 00 00 C0 00 00 00 00 00 00 46"}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST(MapiGUIDMapBoundsTest, SetPastTheLastThrows) {
     const auto code = thrownCode([] { MapiGUIDMap::getMaipGuid(static_cast<MapiGUIDIndex>(7)); });
@@ -49,6 +50,6 @@ TEST(MapiGUIDMapBoundsTest, SetPastTheLastThrows) {
     EXPECT_EQ(code, unknownCode);
 }
 
-TEST(MapiGUIDMapBoundsTest, MeetingSetBeginsWithItsFirstPart) {
+TEST(MapiGUIDMapBoundsTest, FirstPartOfAGuidIsANumber) {
     EXPECT_EQ(MapiGUIDMap::getMaipGuid(SetMeeting)->first, 0x6ED8DA90u);
 }

@@ -26,7 +26,7 @@ constexpr const char* stringName = "__substg1.0_00040102";
 const Bytes noteGuid = hex("0E 20 06 00 00 00 00 00 C0 00 00 00 00 00 00 46");
 const Bytes taskGuid = hex("03 20 06 00 00 00 00 00 C0 00 00 00 00 00 00 46");
 
-// The list of string names is open to the tests that need one which no table gives.
+// The map with its lists open, for names that no table has.
 class OpenMap : public MapiNamedPropMap {
 public:
     using MapiNamedPropMap::guidList;
@@ -78,7 +78,7 @@ TEST_F(MapiNamedPropMapTest, FirstNoteMappingIsWrittenToEntryAndBucket) {
     EXPECT_EQ(stream(stringName), Bytes());
 }
 
-TEST_F(MapiNamedPropMapTest, KeywordsAloneHasItsBucketByChecksumAndNoGuid) {
+TEST_F(MapiNamedPropMapTest, OnlyKeywordsHasABucketByChecksumAndNoGuid) {
     EXPECT_EQ(map->mapNamedProp("Keywords", stringList), 0x8000101Fu);
     map->finalizeMappings();
 
@@ -125,7 +125,7 @@ TEST_F(MapiNamedPropMapTest, SetsAreNumberedInOrderOfFirstUse) {
     EXPECT_EQ(stream("__substg1.0_10010102"), hex("03 8B 00 00  06 00  02 00"));
 }
 
-TEST_F(MapiNamedPropMapTest, OtherOrderGivesTheSetsOtherNumbers) {
+TEST_F(MapiNamedPropMapTest, SetsUsedInAnotherOrderHaveOtherNumbers) {
     map->mapNamedProp(taskStart);
     map->mapNamedProp(noteColour);
     map->finalizeMappings();
@@ -147,11 +147,11 @@ TEST_F(MapiNamedPropMapTest, KeywordsMappedTwiceHasOneNameRecord) {
     EXPECT_EQ(stream(stringName), hex("10 00 00 00") + utf16(u"Keywords"));
 }
 
-TEST_F(MapiNamedPropMapTest, TypeOfAStringNameIsTheCallers) {
+TEST_F(MapiNamedPropMapTest, TypeOfAStringNameIsThatOfTheCaller) {
     EXPECT_EQ(map->mapNamedProp("Keywords", 0x001F), 0x8000001Fu);
 }
 
-// 0x8093 and 0x8051 with the kind word 6 both fall in bucket 26.
+// 0x8093 and 0x8051 with the kind word 6 are both in bucket 26.
 TEST_F(MapiNamedPropMapTest, NamesThatCollideShareABucketInOrderOfMapping) {
     map->mapNamedProp(0x8093001F);
     map->mapNamedProp(0x8062001F);
@@ -176,13 +176,13 @@ TEST_F(MapiNamedPropMapTest, StringNameIsNotFoundUnderTheTagZero) {
     EXPECT_EQ(thrownCode([&] { map->mapNamedProp(0u); }), unknownCode);
 }
 
-TEST_F(MapiNamedPropMapTest, RefusedKeyTakesNoNumber) {
+TEST_F(MapiNamedPropMapTest, UnknownKeyTakesNoNumber) {
     EXPECT_EQ(thrownCode([&] { map->mapNamedProp(0u); }), unknownCode);
 
     EXPECT_EQ(map->mapNamedProp(noteColour), 0x80000003u);
 }
 
-// The kind word of a string name does not count the three places that a numeric one's does.
+// Unlike that of a numeric name, the kind word of a string name does not count three more sets.
 TEST_F(MapiNamedPropMapTest, StringNameInAListedSetCountsFromZero) {
     map->guidList.add(SetNote);
 
@@ -195,13 +195,13 @@ TEST_F(MapiNamedPropMapTest, StringNameInAListedSetCountsFromZero) {
     EXPECT_EQ(map->guidList.get(1), SetTask);
 }
 
-TEST_F(MapiNamedPropMapTest, ChecksumThatIsZeroIsWorkedOut) {
+TEST_F(MapiNamedPropMapTest, ChecksumOfZeroIsCalculated) {
     map->finalizeStringProperty(stringRow("Keywords", 0, SetPublicStrings), 0);
 
     EXPECT_EQ(stream("__substg1.0_10150102"), hex("3B 4D DA 2E  05 00  00 00"));
 }
 
-TEST_F(MapiNamedPropMapTest, ChecksumRunsOverTheNameInUtf16) {
+TEST_F(MapiNamedPropMapTest, ChecksumCoversTheNameInUtf16) {
     EXPECT_EQ(MapiNamedPropMap::calculateCRC32("Keywords"), 0x2EDA4D3Bu);
     EXPECT_EQ(MapiNamedPropMap::calculateCRC32("A"), 0xE9627E44u);
     EXPECT_EQ(MapiNamedPropMap::calculateCRC32(""), 0u);
@@ -221,7 +221,7 @@ TEST_F(MapiNamedPropMapTest, NameIsListedOnce) {
     EXPECT_EQ(map->stringList.get(0), 40);
 }
 
-// What stands ahead are the first rows of the table, whose names are empty, and not the list's.
+// The offset counts the names of the table's first rows, which are empty, not those of the list.
 TEST_F(MapiNamedPropMapTest, OffsetOfALaterNameCountsTheTablesFirstRows) {
     map->stringList.add(3);
     map->stringList.add(40);
@@ -247,9 +247,9 @@ TEST_F(MapiNamedPropMapTest, GuidsAreWrittenInTheOrderOfTheList) {
                                     "29 03 02 00 00 00 00 00 C0 00 00 00 00 00 00 46"));
 }
 
-TEST_F(MapiNamedPropMapTest, EveryShortWriteOfANumberLeavesTheStreamsAsFarAsTheyWere) {
-    // Two properties with six numbers each, a GUID, a name. Left out are number 15, the GUID's
-    // last part, and 17, the name: bytes whose shortness goes unseen.
+TEST_F(MapiNamedPropMapTest, EveryShortWriteOfANumberThrowsAndEndsTheWriting) {
+    // Two properties with six numbers each, a GUID and a name. Excluded are 15, the GUID's last
+    // part, and 17, the name: a short write of these is not noticed.
     for (const int failing : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 16}) {
         SCOPED_TRACE(testing::Message() << "write " << failing);
         FakeHost ownHost;
@@ -319,7 +319,7 @@ TEST_F(MapiNamedPropMapTest, StreamsAreClosedBeforeTheirStorageAndBucketsInOrder
     EXPECT_EQ(host.openHandles(), 0);
 }
 
-TEST_F(MapiNamedPropMapTest, MapThatNeverBeganClosesNothing) {
+TEST_F(MapiNamedPropMapTest, UninitializedMapClosesNothing) {
     host.forgetCalls();
 
     { OpenMap early; }

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/fakehost/FakeHost.h"
+#include "tests/unit/RowName.h"
 #include "tests/unit/storage/PropertyBytes.h"
 
 // What the storages of recipients and attachments have in common: a number in their name.
@@ -14,7 +15,7 @@
 struct StorageNumber {
     const char* name;
     unsigned int number;
-    const char* digits; // as the storage's name ends
+    const char* digits; // the end of the storage's name
 };
 
 inline constexpr StorageNumber storageNumbers[] = {
@@ -24,10 +25,8 @@ inline constexpr StorageNumber storageNumbers[] = {
     {"AllDigits", 0x89ABCDEF, "89ABCDEF"},
 };
 
-inline const auto numberName = [](const auto& row) { return row.param.name; };
-
-// A storage of that number is made below a root: `prefix` and the digits are its name, and it has
-// an empty property stream.
+// Makes the storage of a number and expects that its name is `prefix` and the digits, and that its
+// property stream is empty.
 template <class SubStg>
 void expectNameOfNumber(const std::string& prefix, const StorageNumber& row) {
     fakehost::FakeHost host;
@@ -39,8 +38,8 @@ void expectNameOfNumber(const std::string& prefix, const StorageNumber& row) {
     EXPECT_EQ(host.message().stream(properties), fakehost::Bytes(8));
 }
 
-// Two storages are made one after the other, each with a property of its own.
-template <class SubStg> void expectSeveralBesideEachOther(const std::string& prefix) {
+// Makes two storages one after the other and expects in each its own property.
+template <class SubStg> void expectSeparateStorages(const std::string& prefix) {
     fakehost::FakeHost host;
     HostStream* root = host.newRoot();
     {

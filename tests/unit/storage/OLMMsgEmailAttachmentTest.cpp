@@ -13,8 +13,8 @@ TEST_P(OLMMsgEmailAttachmentNameTest, StorageIsNamedAfterItsNumberInEightDigits)
 }
 
 INSTANTIATE_TEST_SUITE_P(Numbers, OLMMsgEmailAttachmentNameTest, testing::ValuesIn(storageNumbers),
-                         numberName);
+                         rowName);
 
-TEST(OLMMsgEmailAttachmentTest, SeveralStandBesideEachOther) {
-    expectSeveralBesideEachOther<OLMMsgEmailAttachment>("__attach_version1.0_#");
+TEST(OLMMsgEmailAttachmentTest, StoragesAreSeparate) {
+    expectSeparateStorages<OLMMsgEmailAttachment>("__attach_version1.0_#");
 }

@@ -13,8 +13,8 @@ TEST_P(OLMMsgRecipientNameTest, StorageIsNamedAfterItsNumberInEightDigits) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Numbers, OLMMsgRecipientNameTest, testing::ValuesIn(storageNumbers),
-                         numberName);
+                         rowName);
 
-TEST(OLMMsgRecipientTest, SeveralStandBesideEachOther) {
-    expectSeveralBesideEachOther<OLMMsgRecipient>("__recip_version1.0_#");
+TEST(OLMMsgRecipientTest, StoragesAreSeparate) {
+    expectSeparateStorages<OLMMsgRecipient>("__recip_version1.0_#");
 }

@@ -9,9 +9,9 @@
 #include "filter/storage/OLMMsgEmailAttachment.h"
 #include "filter/storage/OLMMsgRecipient.h"
 #include "tests/fakehost/FakeHost.h"
+#include "tests/unit/core/Wide.h"
 #include "tests/unit/storage/PropertyBytes.h"
 #include "tests/unit/storage/Thrown.h"
-#include "tests/unit/storage/Wide.h"
 
 using namespace fakehost;
 using testing::Each;
@@ -23,7 +23,7 @@ namespace {
 
 constexpr const char* propertyStream = "s/__properties_version1.0";
 
-// The class itself, with its beginning open.
+// The class itself, with its members open.
 class OpenSubStg : public OLMMsgSubStg {
 public:
     OpenSubStg() = default;
@@ -33,7 +33,7 @@ public:
     using OLMMsgSubStg::storage;
 };
 
-// One storage "s" in a root, begun and without any header.
+// A storage "s" in a root, without a header.
 class OLMMsgSubStgTest : public testing::Test {
 protected:
     OLMMsgSubStgTest() {
@@ -53,27 +53,18 @@ protected:
     int openBefore = 0;
 };
 
-// `count` bytes that differ from their neighbours, with no period of 1024.
-Bytes patternBytes(size_t count) {
-    Bytes bytes;
-    for (size_t i = 0; i < count; ++i) {
-        bytes.push_back(static_cast<uint8_t>(i * 7 + i / 251));
-    }
-    return bytes;
-}
-
-// One answer of a source: so many bytes, and a status.
+// One answer of a source: bytes and a status.
 struct Answer {
     Bytes bytes;
     int32_t status = 0;
 };
 
-// A source whose reads are answered one by one, then by its end.
+// A source whose reads are answered one by one, followed by its end.
 struct AnsweringSource {
     HostStream stream{};
     std::vector<Answer> answers;
     size_t reads = 0;
-    std::vector<uint32_t> sizes; // asked for
+    std::vector<uint32_t> sizes; // requested
 
     explicit AnsweringSource(std::vector<Answer> list) : answers(std::move(list)) {
         stream.read = read;
@@ -95,9 +86,9 @@ struct AnsweringSource {
 
 } // namespace
 
-// --- The beginning and the end.
+// --- Construction and destruction.
 
-TEST(OLMMsgSubStgBeginningTest, StorageIsMadeAndThenItsPropertyStream) {
+TEST(OLMMsgSubStgConstructionTest, StorageIsMadeAndThenItsPropertyStream) {
     FakeHost host;
     HostStream* root = host.newRoot();
     host.forgetCalls();
@@ -113,14 +104,14 @@ TEST(OLMMsgSubStgBeginningTest, StorageIsMadeAndThenItsPropertyStream) {
     EXPECT_NE(sub.propStream, nullptr);
 }
 
-TEST(OLMMsgSubStgBeginningTest, NothingOpenedIsNothingClosed) {
+TEST(OLMMsgSubStgConstructionTest, NothingOpenedMeansNothingClosed) {
     FakeHost host;
     { const OpenSubStg sub; }
 
     EXPECT_THAT(host.calls(), IsEmpty());
 }
 
-TEST(OLMMsgSubStgBeginningTest, StorageThatCannotBeMadeThrowsTheHostsStatus) {
+TEST(OLMMsgSubStgConstructionTest, StorageThatCannotBeMadeThrowsTheHostsStatus) {
     FakeHost host;
     HostStream* root = host.newRoot();
     host.failCall(CallKind::CreateStorage, 0, -42);
@@ -130,7 +121,7 @@ TEST(OLMMsgSubStgBeginningTest, StorageThatCannotBeMadeThrowsTheHostsStatus) {
     EXPECT_THAT(host.message().paths(), IsEmpty());
 }
 
-TEST(OLMMsgSubStgBeginningTest, StorageWithoutItsPropertyStreamIsClosedAlone) {
+TEST(OLMMsgSubStgConstructionTest, StorageWithoutAPropertyStreamIsClosedByItself) {
     FakeHost host;
     HostStream* root = host.newRoot();
     host.failCall(CallKind::CreateStream, 0);
@@ -151,7 +142,7 @@ TEST_F(OLMMsgSubStgTest, EndClosesThePropertyStreamAndThenTheStorage) {
 
 // --- Raw bytes of the property stream.
 
-TEST_F(OLMMsgSubStgTest, RawBytesGoToThePropertyStreamAsTheyAre) {
+TEST_F(OLMMsgSubStgTest, RawBytesAreWrittenToThePropertyStreamUnchanged) {
     const unsigned char bytes[] = {1, 0, 0xFF};
 
     EXPECT_EQ(sub->writeToPropStream(bytes, 3), 0u);
@@ -160,7 +151,7 @@ TEST_F(OLMMsgSubStgTest, RawBytesGoToThePropertyStreamAsTheyAre) {
     EXPECT_EQ(properties(), hex("01 00 FF 01"));
 }
 
-TEST_F(OLMMsgSubStgTest, ShortWriteOfRawBytesThrowsTheStatusAlsoWhenItIsZero) {
+TEST_F(OLMMsgSubStgTest, ShortWriteOfRawBytesThrowsTheStatusEvenIfItIsZero) {
     const unsigned char bytes[8] = {};
     for (const int32_t status : {0, -7, 3}) {
         SCOPED_TRACE(status);
@@ -171,14 +162,14 @@ TEST_F(OLMMsgSubStgTest, ShortWriteOfRawBytesThrowsTheStatusAlsoWhenItIsZero) {
     }
 }
 
-TEST_F(OLMMsgSubStgTest, ReportedFailureOfRawBytesThrowsThoughAllWent) {
+TEST_F(OLMMsgSubStgTest, ReportedFailureOfRawBytesThrowsEvenIfAllWereWritten) {
     const unsigned char bytes[8] = {};
     host.shortenWrite(0, 8, -7);
 
     EXPECT_EQ(thrownCode([&] { sub->writeToPropStream(bytes, 8); }), static_cast<unsigned int>(-7));
 }
 
-// --- Values that the entry holds.
+// --- Values in the entry itself.
 
 TEST_F(OLMMsgSubStgTest, ShortIsASignExtendedBoolean) {
     EXPECT_TRUE(sub->addProperty(0x0E1F, short{1}));
@@ -204,14 +195,14 @@ TEST_F(OLMMsgSubStgTest, IntIsASignExtendedInteger) {
     EXPECT_EQ(host.countOf(CallKind::CreateStream), 0);
 }
 
-TEST_F(OLMMsgSubStgTest, UnsignedLongLongIsATimeAsGiven) {
+TEST_F(OLMMsgSubStgTest, UnsignedLongLongIsAnUnchangedTime) {
     EXPECT_TRUE(sub->addProperty(0x3007, 0x8123456789ABCDEFULL));
 
     EXPECT_EQ(properties(), hex("40 00 07 30  06 00 00 00  EF CD AB 89 67 45 23 81"));
     EXPECT_EQ(host.countOf(CallKind::CreateStream), 0);
 }
 
-TEST_F(OLMMsgSubStgTest, EntryThatCannotBeWrittenIsFalseAndDoesNotThrow) {
+TEST_F(OLMMsgSubStgTest, EntryThatCannotBeWrittenReturnsFalseAndDoesNotThrow) {
     // Tag, flags and value are three writes.
     for (int failing = 0; failing < 3; ++failing) {
         SCOPED_TRACE(testing::Message() << "write " << failing);
@@ -251,7 +242,7 @@ TEST_F(OLMMsgSubStgTest, TextOfAStringThatCannotBeWrittenCountsNothing) {
     EXPECT_EQ(host.openHandles(), openBefore);
 }
 
-TEST_F(OLMMsgSubStgTest, EntryOfAStringThatCannotBeWrittenIsFalse) {
+TEST_F(OLMMsgSubStgTest, EntryOfAStringThatCannotBeWrittenReturnsFalse) {
     host.shortenWrite(1, 3, 0);
 
     EXPECT_FALSE(sub->addProperty(0x3001, qor::WString("Tide")));
@@ -290,7 +281,7 @@ TEST_F(OLMMsgSubStgTest, NarrowStringIsAnEmptyBinaryWhateverItHolds) {
     EXPECT_EQ(host.openHandles(), openBefore);
 }
 
-TEST_F(OLMMsgSubStgTest, EntryOfANarrowStringThatCannotBeWrittenIsFalse) {
+TEST_F(OLMMsgSubStgTest, EntryOfANarrowStringThatCannotBeWrittenReturnsFalse) {
     host.shortenWrite(2, 4, 0);
 
     EXPECT_FALSE(sub->addProperty(0x3702, qor::String("application")));
@@ -309,14 +300,14 @@ TEST_P(OLMMsgSubStgCopyTest, StreamIsCopiedInBlocks) {
     EXPECT_EQ(stored("__substg1.0_37010102"), bytes);
     EXPECT_THAT(host.callsOf("read"),
                 testing::AllOf(SizeIs((GetParam() + 1023) / 1024 + 1), Each("read(bytes, 0x400)")));
-    EXPECT_EQ(host.openHandles(), openBefore + 1) << "the source is the caller's";
+    EXPECT_EQ(host.openHandles(), openBefore + 1) << "the source belongs to the caller";
     source->close(source);
 }
 
 INSTANTIATE_TEST_SUITE_P(Bytes, OLMMsgSubStgCopyTest,
                          testing::Values(0, 1, 1023, 1024, 1025, 2048, 3000));
 
-TEST_P(OLMMsgSubStgCopyTest, TextIsWholeWhateverItsLength) {
+TEST_P(OLMMsgSubStgCopyTest, TextOfAnyLengthIsWhole) {
     const std::u16string text = patternText(GetParam());
 
     EXPECT_TRUE(sub->addProperty(0x3001, wide(text)));
@@ -335,7 +326,7 @@ TEST_F(OLMMsgSubStgTest, ShortAndEmptyReadsDoNotEndACopy) {
     EXPECT_THAT(source.sizes, ElementsAre(1024, 1024, 1024, 1024));
 }
 
-TEST_F(OLMMsgSubStgTest, BytesThatComeWithAStatusAreNotCopied) {
+TEST_F(OLMMsgSubStgTest, BytesWithAStatusAreNotCopied) {
     for (const int32_t status : {1, -7}) {
         SCOPED_TRACE(status);
         AnsweringSource source({{bytesOf("abc")}, {bytesOf("lost"), status}, {bytesOf("never")}});
@@ -348,7 +339,7 @@ TEST_F(OLMMsgSubStgTest, BytesThatComeWithAStatusAreNotCopied) {
     EXPECT_EQ(properties(), entryBytes(0x37010102, 3) + entryBytes(0x37010102, 3));
 }
 
-TEST_F(OLMMsgSubStgTest, CopyThatCannotBeReadOnHasTheSizeReachedSoFar) {
+TEST_F(OLMMsgSubStgTest, CopyWithAFailedReadHasTheSizeReachedSoFar) {
     const Bytes bytes = patternBytes(3000);
     HostStream* source = host.byteStream(bytes);
     host.failCall(CallKind::Read, 1, -7);
@@ -360,7 +351,7 @@ TEST_F(OLMMsgSubStgTest, CopyThatCannotBeReadOnHasTheSizeReachedSoFar) {
     source->close(source);
 }
 
-TEST_F(OLMMsgSubStgTest, CopyThatCannotBeWrittenOnIsFalseThoughItsEntryStands) {
+TEST_F(OLMMsgSubStgTest, CopyWithAFailedWriteReturnsFalseButHasAnEntry) {
     const Bytes bytes = patternBytes(3000);
     HostStream* source = host.byteStream(bytes);
     host.failCall(CallKind::Write, 1, -7);
@@ -386,7 +377,7 @@ TEST_F(OLMMsgSubStgTest, CopyCountsTheBytesThatWriteReports) {
     source->close(source);
 }
 
-TEST_F(OLMMsgSubStgTest, CopyWithoutItsEntryIsFalse) {
+TEST_F(OLMMsgSubStgTest, CopyWithoutItsEntryReturnsFalse) {
     HostStream* source = host.byteStream(bytesOf("data"));
     host.shortenWrite(1, 2, 0);
 
@@ -398,9 +389,9 @@ TEST_F(OLMMsgSubStgTest, CopyWithoutItsEntryIsFalse) {
     source->close(source);
 }
 
-// --- Several.
+// --- Several properties.
 
-TEST_F(OLMMsgSubStgTest, PropertiesStandInOrderOfAddition) {
+TEST_F(OLMMsgSubStgTest, PropertiesAreInOrderOfAddition) {
     HostStream* source = host.byteStream(bytesOf("data"));
     sub->addProperty(0x3703, qor::WString("csv"));
     sub->addProperty(0x3701, source);
@@ -414,7 +405,7 @@ TEST_F(OLMMsgSubStgTest, PropertiesStandInOrderOfAddition) {
     source->close(source);
 }
 
-TEST_F(OLMMsgSubStgTest, SecondAdditionOfAnIdIsASecondEntryAndTheLaterText) {
+TEST_F(OLMMsgSubStgTest, RepeatedIdHasTwoEntriesAndTheLaterText) {
     EXPECT_TRUE(sub->addProperty(0x3001, qor::WString("first")));
     EXPECT_TRUE(sub->addProperty(0x3001, qor::WString("no")));
     EXPECT_TRUE(sub->addProperty(0x3000, 1));
@@ -425,7 +416,7 @@ TEST_F(OLMMsgSubStgTest, SecondAdditionOfAnIdIsASecondEntryAndTheLaterText) {
     EXPECT_EQ(stored("__substg1.0_3001001F"), utf16(u"no"));
 }
 
-TEST_F(OLMMsgSubStgTest, EntryIsInTheStreamAsSoonAsItWasAdded) {
+TEST_F(OLMMsgSubStgTest, EntryIsWrittenAtOnce) {
     sub->addProperty(0x3000, 1);
     EXPECT_EQ(properties(), entryBytes(0x30000003, 1));
     sub->addProperty(0x0C15, 2);
@@ -454,7 +445,7 @@ TYPED_TEST(OLMMsgSubStgKindTest, NothingAddedLeavesEightZeroBytes) {
     EXPECT_EQ(this->host.openHandles(), this->openBefore);
 }
 
-TYPED_TEST(OLMMsgSubStgKindTest, EntriesStandBehindTheHeader) {
+TYPED_TEST(OLMMsgSubStgKindTest, EntriesFollowTheHeader) {
     {
         TypeParam sub(this->root, 0);
         EXPECT_TRUE(sub.addProperty(0x3000, 1));
@@ -490,8 +481,8 @@ TYPED_TEST(OLMMsgSubStgKindTest, PropertyStreamThatCannotBeMadeThrowsAndClosesTh
     EXPECT_EQ(this->host.openHandles(), this->openBefore);
 }
 
-// All overloads on one storage, with the k-th call of the host failing: an exception can come from
-// the beginning alone, and what was opened is closed.
+// All overloads on one storage, with the k-th call of the host failing: only the constructor can
+// throw, and everything opened is closed.
 TYPED_TEST(OLMMsgSubStgKindTest, NoHostFailureLeaks) {
     HostStream* source = nullptr;
     const auto write = [&] {

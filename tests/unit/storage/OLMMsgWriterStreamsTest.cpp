@@ -6,8 +6,9 @@
 
 #include "filter/storage/OLMMsgWriter.h"
 #include "tests/fakehost/FakeHost.h"
+#include "tests/unit/RowName.h"
+#include "tests/unit/core/Wide.h"
 #include "tests/unit/storage/Thrown.h"
-#include "tests/unit/storage/Wide.h"
 
 using namespace fakehost;
 using testing::ElementsAre;
@@ -16,7 +17,7 @@ namespace {
 
 class OLMMsgWriterStreamsTest : public testing::Test {
 protected:
-    // A new stream in the root, under the name "s".
+    // Returns a new stream in the root, named "s".
     HostStream* newStream() { return OLMMsgWriter::createSubStreamFromWString(root, "s"); }
 
     [[nodiscard]] Bytes written() const { return stored("s"); }
@@ -28,7 +29,7 @@ protected:
     HostStream* root = host.newRoot();
 };
 
-// Texts of a multi-valued string, and the list of them that the writer takes.
+// The texts of a multi-valued string, with the list of pointers that the writer takes.
 struct TextList {
     explicit TextList(std::initializer_list<const char*> list) {
         for (const char* text : list) {
@@ -41,7 +42,7 @@ struct TextList {
     qor::ArrayList<qor::WString*> pointers;
 };
 
-// A reader that stands behind the opening tag of an element with that text.
+// A parser positioned after the opening tag of an element with this text.
 class ElementText {
 public:
     ElementText(FakeHost& host, const Text& text) {
@@ -80,7 +81,7 @@ struct NumberCase {
 class OLMMsgWriterNumberTest : public OLMMsgWriterStreamsTest,
                                public testing::WithParamInterface<NumberCase> {};
 
-TEST_P(OLMMsgWriterNumberTest, ShortWriteThrowsAlsoWithoutAStatus) {
+TEST_P(OLMMsgWriterNumberTest, ShortWriteThrowsEvenWithoutAStatus) {
     HostStream* stream = newStream();
     host.shortenWrite(0, GetParam().size - 1, 0);
 
@@ -94,7 +95,7 @@ TEST_P(OLMMsgWriterNumberTest, ShortWriteHasOneCodeWhateverTheStatus) {
     EXPECT_EQ(thrownCode([&] { GetParam().write(stream); }), shortWriteCode);
 }
 
-TEST_P(OLMMsgWriterNumberTest, WholeWriteIsGoodWhateverTheStatus) {
+TEST_P(OLMMsgWriterNumberTest, WholeWriteSucceedsWhateverTheStatus) {
     HostStream* stream = newStream();
     host.shortenWrite(0, GetParam().size, -7);
 
@@ -113,7 +114,7 @@ INSTANTIATE_TEST_SUITE_P(
         NumberCase{"Dword", 4, [](HostStream* stream) { OLMMsgWriter::writeDwordProp(stream, 1); }},
         NumberCase{"Qword", 8, [](HostStream* stream) { OLMMsgWriter::writeQwordProp(stream, 1); }},
         NumberCase{"Nul", 2, [](HostStream* stream) { OLMMsgWriter::appendNulToStream(stream); }}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST_F(OLMMsgWriterStreamsTest, EntryIsTagFlagsAndValue) {
     HostStream* stream = newStream();
@@ -127,7 +128,7 @@ TEST_F(OLMMsgWriterStreamsTest, EntryIsTagFlagsAndValue) {
 
 TEST_F(OLMMsgWriterStreamsTest, ShortWriteInAnEntryIsItsResult) {
     const Bytes whole = hex("03 00 17 00  06 00 00 00  01 00 00 00 00 00 00 00");
-    const size_t leftBehind[] = {1, 4 + 1, 8 + 1};
+    const size_t sizes[] = {1, 4 + 1, 8 + 1};
 
     for (int failing = 0; failing < 3; ++failing) {
         SCOPED_TRACE(testing::Message() << "write " << failing);
@@ -135,11 +136,11 @@ TEST_F(OLMMsgWriterStreamsTest, ShortWriteInAnEntryIsItsResult) {
         host.shortenWrite(failing, 1, 0);
 
         EXPECT_EQ(OLMMsgWriter::writeProperty(stream, {0x00170003, 6, 1}), shortWriteCode);
-        EXPECT_EQ(written(), whole.part(0, leftBehind[failing]));
+        EXPECT_EQ(written(), whole.part(0, sizes[failing]));
     }
 }
 
-TEST_F(OLMMsgWriterStreamsTest, BytesGiveTheirCount) {
+TEST_F(OLMMsgWriterStreamsTest, WriteOfBytesReturnsTheirCount) {
     const unsigned char bytes[] = {1, 0, 0xFF};
     HostStream* stream = newStream();
 
@@ -147,7 +148,7 @@ TEST_F(OLMMsgWriterStreamsTest, BytesGiveTheirCount) {
     EXPECT_EQ(written(), hex("01 00 FF"));
 }
 
-TEST_F(OLMMsgWriterStreamsTest, ShortWriteOfBytesGivesWhatWent) {
+TEST_F(OLMMsgWriterStreamsTest, ShortWriteOfBytesReturnsTheCountWritten) {
     const unsigned char bytes[] = {1, 2, 3};
     HostStream* stream = newStream();
     host.shortenWrite(0, 2, 0);
@@ -155,7 +156,7 @@ TEST_F(OLMMsgWriterStreamsTest, ShortWriteOfBytesGivesWhatWent) {
     EXPECT_EQ(OLMMsgWriter::writeStringProp(stream, bytes, 3), 2u);
 }
 
-TEST_F(OLMMsgWriterStreamsTest, ReportedFailureOfBytesGivesNone) {
+TEST_F(OLMMsgWriterStreamsTest, ReportedFailureOfBytesReturnsZero) {
     const unsigned char bytes[] = {1, 2, 3};
     HostStream* stream = newStream();
     host.shortenWrite(0, 3, -7);
@@ -163,28 +164,28 @@ TEST_F(OLMMsgWriterStreamsTest, ReportedFailureOfBytesGivesNone) {
     EXPECT_EQ(OLMMsgWriter::writeStringProp(stream, bytes, 3), 0u);
 }
 
-TEST_F(OLMMsgWriterStreamsTest, TextHasTwoBytesAUnitAndNoTerminator) {
+TEST_F(OLMMsgWriterStreamsTest, TextHasTwoBytesPerUnitAndNoTerminator) {
     HostStream* stream = newStream();
 
     EXPECT_EQ(OLMMsgWriter::writeStringProp(stream, wide(u"a\u00E9\u20AC\U0001F600")), 10u);
     EXPECT_EQ(written(), hex("61 00 E9 00 AC 20 3D D8 00 DE"));
 }
 
-TEST_F(OLMMsgWriterStreamsTest, LengthOfATextIsItsOwn) {
+TEST_F(OLMMsgWriterStreamsTest, ZeroUnitDoesNotEndAText) {
     HostStream* stream = newStream();
 
     EXPECT_EQ(OLMMsgWriter::writeStringProp(stream, wide(std::u16string_view(u"a\0b", 3))), 6u);
     EXPECT_EQ(written(), hex("61 00 00 00 62 00"));
 }
 
-TEST_F(OLMMsgWriterStreamsTest, EmptyTextGivesAnEmptyStream) {
+TEST_F(OLMMsgWriterStreamsTest, EmptyTextLeavesTheStreamEmpty) {
     HostStream* stream = newStream();
 
     EXPECT_EQ(OLMMsgWriter::writeStringProp(stream, qor::WString()), 0u);
     EXPECT_EQ(written(), Bytes());
 }
 
-TEST_F(OLMMsgWriterStreamsTest, ReportedFailureOfATextGivesNone) {
+TEST_F(OLMMsgWriterStreamsTest, ReportedFailureOfATextReturnsZero) {
     HostStream* stream = newStream();
     host.failCall(CallKind::Write, 0);
 
@@ -209,7 +210,7 @@ TEST_P(OLMMsgWriterLengthTest, ElementTextIsCopiedInChunks) {
 INSTANTIATE_TEST_SUITE_P(Units, OLMMsgWriterLengthTest,
                          testing::Values(0, 1, 1023, 1024, 1025, 3000));
 
-TEST_F(OLMMsgWriterStreamsTest, ChunkThatFailsCountsNothingAndTheRestFollows) {
+TEST_F(OLMMsgWriterStreamsTest, FailedChunkIsNotCountedAndTheRestFollows) {
     const std::u16string text = patternText(3000);
     ElementText element(host, text);
     HostStream* stream = newStream();
@@ -219,7 +220,7 @@ TEST_F(OLMMsgWriterStreamsTest, ChunkThatFailsCountsNothingAndTheRestFollows) {
     EXPECT_EQ(written(), utf16(text.substr(0, 1024) + text.substr(2048)));
 }
 
-TEST_F(OLMMsgWriterStreamsTest, TextOfATagGetsItsOwnStreamAndCountsNoTerminator) {
+TEST_F(OLMMsgWriterStreamsTest, TextOfATagHasItsOwnStreamAndCountsNoTerminator) {
     const int open = host.openHandles();
 
     EXPECT_EQ(OLMMsgWriter::writeStringProp(root, 0x0037001F, "Tide"), 8u);
@@ -260,12 +261,12 @@ TEST_F(OLMMsgWriterStreamsTest, MultiValuedTextWithoutValuesHasAnEmptyLengthStre
     EXPECT_EQ(stored("__substg1.0_3A58101F"), Bytes());
 }
 
-TEST_F(OLMMsgWriterStreamsTest, ShortWriteInAMultiValuedTextGivesZeroAndClosesItsStreams) {
+TEST_F(OLMMsgWriterStreamsTest, ShortWriteInAMultiValuedTextReturnsZeroAndClosesItsStreams) {
     const TextList list({"ab", "c"});
     const int open = host.openHandles();
 
-    // Each value is written in three steps: text, terminator, length. A short text is none of
-    // the failures that end the list.
+    // Each value is written in three steps: text, terminator, length. A short write of the text
+    // does not end the list.
     for (const int failing : {1, 2, 4, 5}) {
         SCOPED_TRACE(testing::Message() << "write " << failing);
         host.shortenWrite(failing, 1, 0);
@@ -276,7 +277,7 @@ TEST_F(OLMMsgWriterStreamsTest, ShortWriteInAMultiValuedTextGivesZeroAndClosesIt
     }
 }
 
-TEST_F(OLMMsgWriterStreamsTest, MultiValuedTextWithoutALengthStreamGivesZero) {
+TEST_F(OLMMsgWriterStreamsTest, MultiValuedTextWithoutALengthStreamReturnsZero) {
     const TextList list({"ab"});
     host.failCall(CallKind::CreateStream, 0);
 
@@ -294,7 +295,7 @@ TEST_F(OLMMsgWriterStreamsTest, ValueStreamsAreNamedAfterTagAndIndex) {
                             "__substg1.0_ABCDEF00-FEDCBA98", "__substg1.0_00000003"));
 }
 
-TEST_F(OLMMsgWriterStreamsTest, NamesAreCutAt128Units) {
+TEST_F(OLMMsgWriterStreamsTest, NamesAreTruncatedTo128Units) {
     const std::string name(130, 'n');
 
     OLMMsgWriter::createSubStreamFromWString(root, (name + "stream").c_str());
@@ -304,7 +305,7 @@ TEST_F(OLMMsgWriterStreamsTest, NamesAreCutAt128Units) {
                 ElementsAre(std::string(128, 'n'), "s" + std::string(127, 'n')));
 }
 
-TEST_F(OLMMsgWriterStreamsTest, NameOf128UnitsStaysWhole) {
+TEST_F(OLMMsgWriterStreamsTest, NameOf128UnitsIsWhole) {
     const std::string name(128, 'n');
 
     OLMMsgWriter::createSubStreamFromWString(root, name.c_str());
@@ -355,11 +356,11 @@ struct DateCase {
 class OLMMsgWriterDateTest : public OLMMsgWriterStreamsTest,
                              public testing::WithParamInterface<DateCase> {};
 
-TEST_P(OLMMsgWriterDateTest, TextGivesItsTime) {
+TEST_P(OLMMsgWriterDateTest, TextIsConvertedToATime) {
     EXPECT_EQ(OLMMsgWriter::convertDateProp(GetParam().text), GetParam().time);
 }
 
-TEST_P(OLMMsgWriterDateTest, ElementGivesTheSameTime) {
+TEST_P(OLMMsgWriterDateTest, ElementIsConvertedToTheSameTime) {
     ElementText element(host, GetParam().text);
 
     EXPECT_EQ(OLMMsgWriter::convertDateProp(*element), GetParam().time);
@@ -373,7 +374,7 @@ INSTANTIATE_TEST_SUITE_P(
                     DateCase{"NoZone", "2018-06-21T00:39:08", 131740151470000000},
                     DateCase{"FirstSecond", "1601-01-01T00:00:01Z", 0},
                     DateCase{"NoDate", "soon", 0}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
 TEST_F(OLMMsgWriterStreamsTest, DateOfAnElementWithoutTextIsZero) {
     ElementText element(host, "");

@@ -8,6 +8,7 @@
 
 #include "tests/fakehost/FakeHost.h"
 #include "tests/fakehost/Matchers.h"
+#include "tests/unit/RowName.h"
 #include "tests/unit/storage/PropertyBytes.h"
 #include "tests/unit/storage/Thrown.h"
 
@@ -18,7 +19,7 @@ using testing::SizeIs;
 
 namespace {
 
-// Elements of the items below. Three have ids of types that the generic handling takes.
+// Ids of the elements below. Three have types that the generic handling takes.
 enum : uint64_t {
     RootId = 5,
     ListId = 1,
@@ -39,7 +40,7 @@ const UTXML_STRVALPAIR itemTags[] = {
     {TimeId, "time"},
 };
 
-// The base with its inside open, and with what item writers override left to the test.
+// The base class with its members open, and with what item writers override left to the test.
 class OpenWriter : public OLMMsgWriter {
 public:
     using OLMMsgWriter::OLMMsgWriter;
@@ -100,7 +101,7 @@ class OLMMsgWriterTest : public testing::Test {
 protected:
     OLMMsgWriterTest() { request.output = host.newOutput(); }
 
-    // Opens a document and puts the reader behind its root's opening tag.
+    // Opens a document and reads its root's opening tag.
     void openDocument(const ItemDocument& items) {
         host.entry("items.xml", items);
         parser.emplace(host.openArchive(), 0);
@@ -110,7 +111,7 @@ protected:
         writer.emplace(&request);
     }
 
-    // The same, and begins the message of the first item.
+    // Opens a document and begins the message of its first item.
     void begin(const ItemDocument& items) {
         openDocument(items);
         ASSERT_EQ(writer->initilizeWriter(*parser), 0u);
@@ -118,7 +119,7 @@ protected:
         host.forgetCalls();
     }
 
-    // Writes the item's elements and gives the progress values.
+    // Writes the item's elements and returns the progress values.
     std::vector<int> run() {
         std::vector<int> progress;
         do {
@@ -129,7 +130,7 @@ protected:
 
     [[nodiscard]] StoredMessage message() const { return host.message(request.output); }
 
-    // What a category list becomes: handled by itself, behind nothing else.
+    // Begins a message and writes the item's elements.
     void writeList(const ItemDocument& items) {
         begin(items);
         run();
@@ -149,7 +150,7 @@ const Bytes messageClassId = hex("0B 0D 02 00 00 00 00 00 C0 00 00 00 00 00 00 4
 
 } // namespace
 
-// --- The beginning.
+// --- Initialization.
 
 TEST_F(OLMMsgWriterTest, ConstructionTouchesNoStorage) {
     const OpenWriter other(&request);
@@ -160,7 +161,7 @@ TEST_F(OLMMsgWriterTest, ConstructionTouchesNoStorage) {
     EXPECT_EQ(other.handledProps, 0u);
 }
 
-TEST_F(OLMMsgWriterTest, NamedPropertiesStandAheadOfEverythingElse) {
+TEST_F(OLMMsgWriterTest, NamedPropertiesComeBeforeEverythingElse) {
     begin(item());
     writer->createRequiredProps("IPM.Note");
 
@@ -173,7 +174,7 @@ TEST_F(OLMMsgWriterTest, NamedPropertiesStandAheadOfEverythingElse) {
     EXPECT_EQ(writer->rootTag, RootId);
 }
 
-TEST_F(OLMMsgWriterTest, RootStorageThatCannotBeMadeEndsTheBeginning) {
+TEST_F(OLMMsgWriterTest, RootStorageThatCannotBeMadeEndsTheInitialization) {
     openDocument(item());
     host.failCall(CallKind::CreateRoot, 0);
     const int tagsRead = host.countOf(CallKind::ReadNextTag);
@@ -185,7 +186,7 @@ TEST_F(OLMMsgWriterTest, RootStorageThatCannotBeMadeEndsTheBeginning) {
     EXPECT_EQ(host.countOf(CallKind::SetInfo), 0);
 }
 
-TEST_F(OLMMsgWriterTest, ItemWithoutATagThrowsWithItsStorageStanding) {
+TEST_F(OLMMsgWriterTest, ItemWithoutATagThrowsAndKeepsItsStorages) {
     openDocument(document("notes").breakOff());
 
     EXPECT_EQ(thrownCode([&] { writer->initilizeWriter(*parser); }), unknownCode);
@@ -193,7 +194,7 @@ TEST_F(OLMMsgWriterTest, ItemWithoutATagThrowsWithItsStorageStanding) {
     EXPECT_THAT(writer->pending(), IsEmpty());
 }
 
-TEST_F(OLMMsgWriterTest, ItemWithAnUnknownTagThrowsWithItsStorageStanding) {
+TEST_F(OLMMsgWriterTest, ItemWithAnUnknownTagThrowsAndKeepsItsStorages) {
     openDocument(document("notes").element("stranger"));
 
     EXPECT_EQ(thrownCode([&] { writer->initilizeWriter(*parser); }), unknownCode);
@@ -209,9 +210,9 @@ TEST_F(OLMMsgWriterTest, NamedPropertyStorageThatCannotBeMadeThrowsTheHostsStatu
               static_cast<unsigned int>(-42));
 }
 
-// --- One tag after the other.
+// --- Tag by tag.
 
-TEST_F(OLMMsgWriterTest, ItemEndsAtItsRootTagWithoutAHandler) {
+TEST_F(OLMMsgWriterTest, ItemEndsAtItsRootTagWithoutCallingAHandler) {
     begin(item());
 
     EXPECT_THAT(run(), ElementsAre(100));
@@ -232,7 +233,7 @@ TEST_F(OLMMsgWriterTest, ClosingTagsAreNotOffered) {
     EXPECT_THAT(writer->offered, ElementsAre(StringId, SpecialId));
 }
 
-TEST_F(OLMMsgWriterTest, TagsInsideAnElementThatNobodyTakesAreOfferedOneByOne) {
+TEST_F(OLMMsgWriterTest, TagsInsideAnUnhandledElementAreOfferedOneByOne) {
     begin(item().open("stranger").element("string", "in").open("binary").element("time").close());
 
     run();
@@ -242,14 +243,14 @@ TEST_F(OLMMsgWriterTest, TagsInsideAnElementThatNobodyTakesAreOfferedOneByOne) {
     EXPECT_THAT(writer->pending(), ElementsAre(entry(StringId, 6), entry(TimeId, 0)));
 }
 
-TEST_F(OLMMsgWriterTest, ProgressIsThePercentageOfElementsTaken) {
+TEST_F(OLMMsgWriterTest, ProgressIsThePercentageOfElementsHandled) {
     begin(item().element("special").element("stranger").element("string", "a").element("special"));
     writer->expectedProps = 7;
 
     EXPECT_THAT(run(), ElementsAre(14, 14, 14, 14, 28, 28, 42, 42, 100));
 }
 
-TEST_F(OLMMsgWriterTest, ItemIsCompleteOnceAsManyElementsWereTakenAsExpected) {
+TEST_F(OLMMsgWriterTest, ItemIsCompleteAfterTheExpectedNumberOfElements) {
     begin(item().element("special").element("special").element("string", "unread"));
     writer->expectedProps = 2;
 
@@ -268,8 +269,8 @@ struct ProgressCase {
 class OLMMsgWriterProgressTest : public OLMMsgWriterTest,
                                  public testing::WithParamInterface<ProgressCase> {};
 
-// The first closing tag alone: nothing is counted on the way.
-TEST_P(OLMMsgWriterProgressTest, ProgressIsCutAndNotClamped) {
+// Only the first closing tag: until there nothing is counted.
+TEST_P(OLMMsgWriterProgressTest, ProgressIsTruncatedAndNotClamped) {
     begin(item().element("stranger"));
     writer->writeNode(*parser);
     writer->handledProps = GetParam().handled;
@@ -278,15 +279,15 @@ TEST_P(OLMMsgWriterProgressTest, ProgressIsCutAndNotClamped) {
     EXPECT_EQ(writer->writeNode(*parser), GetParam().progress);
 }
 
-// 100,000 is 0x186A0, whose low half is 0x86A0; 42,949,673 times 100 is 2^32 and 4.
+// 100,000 is 0x186A0, whose low half is 0x86A0; 42,949,673 times 100 is 2^32 + 4.
 INSTANTIATE_TEST_SUITE_P(Values, OLMMsgWriterProgressTest,
                          testing::Values(ProgressCase{"PastTheEnd", 3, 2, 150},
                                          ProgressCase{"RoundedDown", 2, 3, 66},
                                          ProgressCase{"SixteenBits", 1000, 1, -31072},
                                          ProgressCase{"ThirtyTwoBits", 42949673, 1, 4}),
-                         [](const auto& row) { return row.param.name; });
+                         rowName);
 
-// --- What the generic handling takes.
+// --- Generic handling.
 
 TEST_F(OLMMsgWriterTest, StringElementHasAStreamAndASizeWithTheTerminator) {
     begin(item().element("string", "Tide"));
@@ -365,9 +366,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(IntegerCase{"Plain", "12", 12}, IntegerCase{"Negative", "-5", 0xFFFFFFFB},
                     IntegerCase{"Exponent", "2.7E1", 27}, IntegerCase{"TooWide", "4294967297", 1},
                     IntegerCase{"NoNumber", "soon", 0}, IntegerCase{"Empty", "", 0}),
-    [](const auto& row) { return row.param.name; });
+    rowName);
 
-TEST_F(OLMMsgWriterTest, OtherTypesAreTakenByNobody) {
+TEST_F(OLMMsgWriterTest, OtherTypesAreNotHandled) {
     begin(item()
               .element("binary", "a")
               .element("boolean", "1")
@@ -391,7 +392,7 @@ TEST_F(OLMMsgWriterTest, RepeatedElementHasTwoEntriesAndTheLaterText) {
     EXPECT_EQ(message().stream("__substg1.0_0037001F"), utf16(u"no"));
 }
 
-TEST_F(OLMMsgWriterTest, ShortWriteOfAStringCountsWhatWent) {
+TEST_F(OLMMsgWriterTest, ShortWriteOfAStringCountsWhatWasWritten) {
     begin(item().element("string", "Tide"));
     host.shortenWrite(0, 3, 0);
 
@@ -400,7 +401,7 @@ TEST_F(OLMMsgWriterTest, ShortWriteOfAStringCountsWhatWent) {
     EXPECT_THAT(writer->pending(), ElementsAre(entry(StringId, 3 + 2)));
 }
 
-// --- What every message begins with.
+// --- The start of every message.
 
 TEST_F(OLMMsgWriterTest, RequiredPropertiesComeInTheirOrder) {
     begin(item());
@@ -467,7 +468,7 @@ TEST_F(OLMMsgWriterTest, CategoriesBecomeAMultiValuedString) {
                   .element("category")
                   .attribute("OPFCategoryCopyName", "Sea")
                   .close()
-                  .element("string", "behind"));
+                  .element("string", "beyond"));
 
     EXPECT_THAT(writer->pending(), ElementsAre(entry(0x8000101F, 8), entry(StringId, 14)));
     EXPECT_EQ(message().stream("__substg1.0_8000101F"), hex("0E 00 00 00  08 00 00 00"));
@@ -516,7 +517,7 @@ TEST_F(OLMMsgWriterTest, CategoryWithAnEmptyNameIsAnEmptyValue) {
     EXPECT_EQ(message().stream("__substg1.0_8000101F-00000000"), hex("00 00"));
 }
 
-TEST_F(OLMMsgWriterTest, FirstOfTwoNamesOfACategoryCounts) {
+TEST_F(OLMMsgWriterTest, FirstOfTwoNamesOfACategoryIsUsed) {
     writeList(item()
                   .open("list")
                   .element("category")
@@ -527,7 +528,7 @@ TEST_F(OLMMsgWriterTest, FirstOfTwoNamesOfACategoryCounts) {
     EXPECT_EQ(message().stream("__substg1.0_8000101F-00000000"), utf16(u"one") + hex("00 00"));
 }
 
-TEST_F(OLMMsgWriterTest, CategoryInsideAnotherTagCountsTooWhateverItsName) {
+TEST_F(OLMMsgWriterTest, CategoryInsideATagOfAnyNameCountsToo) {
     writeList(item()
                   .open("list")
                   .open("string")
@@ -538,13 +539,13 @@ TEST_F(OLMMsgWriterTest, CategoryInsideAnotherTagCountsTooWhateverItsName) {
     EXPECT_THAT(writer->pending(), ElementsAre(entry(0x8000101F, 8)));
 }
 
-TEST_F(OLMMsgWriterTest, ListEndsBehindATagOfItsOwnKind) {
+TEST_F(OLMMsgWriterTest, ListEndsAfterATagOfItsOwnKind) {
     writeList(item()
                   .open("list")
                   .open("list")
                   .attribute("OPFCategoryCopyName", "inner")
                   .element("category")
-                  .attribute("OPFCategoryCopyName", "behind"));
+                  .attribute("OPFCategoryCopyName", "after"));
 
     EXPECT_THAT(writer->pending(), ElementsAre(entry(0x8000101F, 4)));
 }
@@ -571,7 +572,7 @@ TEST_F(OLMMsgWriterTest, TwoListsAreTwoProperties) {
     EXPECT_EQ(message().stream("__substg1.0_8001101F-00000000"), utf16(u"b") + hex("00 00"));
 }
 
-TEST_F(OLMMsgWriterTest, CategoryGivesItsBytesWithTheTerminator) {
+TEST_F(OLMMsgWriterTest, CategoryReturnsItsSizeWithTheTerminator) {
     begin(item());
 
     EXPECT_EQ(writer->writeCategory(0x8000101F, 2, "abc"), 8u);
@@ -583,7 +584,7 @@ TEST_F(OLMMsgWriterTest, CategoryThatCannotBeWrittenThrowsAndClosesItsStreams) {
         CallKind kind;
         int k;
     };
-    // The stream of lengths, the value's stream, the value's terminator, its length.
+    // In turn: the stream of lengths, the value's stream, the value's terminator, its length.
     for (const Failure failure :
          {Failure{CallKind::CreateStream, 0}, Failure{CallKind::CreateStream, 1},
           Failure{CallKind::Write, 1}, Failure{CallKind::Write, 2}}) {
@@ -634,7 +635,7 @@ TEST_F(OLMMsgWriterTest, HeaderHoldsTheRecipientsTwiceAndNoAttachments) {
                   "04 03 02 01 00 00 00 00  00 00 00 00 00 00 00 00"));
 }
 
-TEST_F(OLMMsgWriterTest, EntryThatComesWithTheHeaderIsNotWritten) {
+TEST_F(OLMMsgWriterTest, EntryAddedWithTheHeaderIsNotWritten) {
     begin(item());
     writer->addProperty(0x340D0003, 7);
     writer->onHeader = [this] { writer->addProperty(0x340D0003, 8); };
@@ -660,8 +661,8 @@ TEST_F(OLMMsgWriterTest, PropertyStreamThatCannotBeMadeIsLeftOutAndNamedProperti
 class OLMMsgWriterShortWriteTest : public OLMMsgWriterTest,
                                    public testing::WithParamInterface<int> {};
 
-// Eight numbers of the header, then two entries with tag, flags and value.
-TEST_P(OLMMsgWriterShortWriteTest, PropertyStreamEndsThereAndNamedPropertiesFollow) {
+// The header has eight numbers; two entries with tag, flags and value follow.
+TEST_P(OLMMsgWriterShortWriteTest, EndsThePropertyStreamButNotTheNamedProperties) {
     const Bytes whole = headerBytes(0, 0) + entryBytes(0x80000003, 3) + entryBytes(0x00170003, 1);
     const size_t starts[] = {0, 4, 8, 12, 16, 20, 24, 28, 32, 36, 40, 48, 52, 56};
     const size_t start = starts[GetParam()];
@@ -681,7 +682,7 @@ TEST_P(OLMMsgWriterShortWriteTest, PropertyStreamEndsThereAndNamedPropertiesFoll
 
 INSTANTIATE_TEST_SUITE_P(Writes, OLMMsgWriterShortWriteTest, testing::Range(0, 14));
 
-TEST_F(OLMMsgWriterTest, HeaderGivesTheCodeOfAShortWrite) {
+TEST_F(OLMMsgWriterTest, HeaderReturnsTheCodeOfAShortWrite) {
     begin(item());
     HostStream* stream = OLMMsgWriter::createSubStreamFromWString(writer->rootStorage, "s");
     host.shortenWrite(2, 0, -7);
@@ -698,7 +699,7 @@ TEST_F(OLMMsgWriterTest, FailureOfTheNamedPropertiesIsTheResult) {
     EXPECT_EQ(message().stream("__properties_version1.0"), headerBytes(0, 0));
 }
 
-TEST_F(OLMMsgWriterTest, ExceptionOfTheNamedPropertiesPasses) {
+TEST_F(OLMMsgWriterTest, ExceptionOfTheNamedPropertiesIsThrown) {
     begin(item());
     writer->namedProps.mapNamedProp(0x8B000003);
     host.shortenWrite(8, 0, 0);
@@ -707,13 +708,13 @@ TEST_F(OLMMsgWriterTest, ExceptionOfTheNamedPropertiesPasses) {
     EXPECT_EQ(message().stream("__properties_version1.0"), headerBytes(0, 0));
 }
 
-TEST_F(OLMMsgWriterTest, PendingEntriesAreBoundChecked) {
+TEST_F(OLMMsgWriterTest, IndexOfPendingEntriesIsChecked) {
     const OpenWriter other(&request);
 
     EXPECT_EQ(thrownCode([&] { other.properties.get(0); }), qor::errorIndex);
 }
 
-TEST_F(OLMMsgWriterTest, RootIsClosedAheadOfTheNamedProperties) {
+TEST_F(OLMMsgWriterTest, RootIsClosedBeforeTheNamedProperties) {
     begin(item());
     ASSERT_EQ(writer->finalizeNode(*parser), 0u);
     host.forgetCalls();

@@ -5,9 +5,9 @@
 
 #include "tests/fakehost/StoredMessage.h"
 
-// The parts of a property stream: what a test expects, as entries and as bytes.
+// Expected parts of a property stream (MS-OXMSG 2.4), as entries and as bytes.
 
-// One entry. All of them have the flags 6: readable and writable.
+// Returns an entry. Every one has the flags 6: readable and writable.
 inline fakehost::PropertyEntry entry(uint32_t tag, uint64_t value) {
     return {tag, 6, value};
 }
@@ -25,7 +25,7 @@ inline fakehost::Bytes entryBytes(const std::vector<fakehost::PropertyEntry>& en
     return bytes;
 }
 
-// The 32 bytes ahead of a message's entries, with both counts in both of their places.
+// Returns the 32 bytes before a message's entries, with each count in both of its places.
 inline fakehost::Bytes headerBytes(uint32_t recipients, uint32_t attachments) {
     const fakehost::Bytes counts = fakehost::le32(recipients) + fakehost::le32(attachments);
     return fakehost::le64(0) + counts + counts + fakehost::le64(0);

@@ -14,7 +14,7 @@ struct NumericRows {
     std::vector<uint32_t> propTags;
 };
 
-// The numeric names, set by set, in the order of the table.
+// The numeric names, grouped by set, in the order of the table.
 // clang-format off
 const NumericRows numericRows[] = {
     {SetCommon, {0x85020040, 0x85010003, 0x8503000B}},
@@ -35,7 +35,7 @@ const MapiNamedProp& keywordsRow() {
 
 } // namespace
 
-TEST(SupportedPropsTest, NumericNamesStandSetBySet) {
+TEST(SupportedPropsTest, NumericNamesAreGroupedBySet) {
     int row = 0;
     for (const NumericRows& rows : numericRows) {
         for (const uint32_t propTag : rows.propTags) {

@@ -8,14 +8,14 @@
 
 #include "filter/core/Exception.h"
 
-// -15 as a code: a stream took fewer bytes than it was given.
+// -15 as a code: a stream took fewer bytes than requested.
 inline constexpr unsigned int shortWriteCode = 0xFFFFFFF1;
 
-// An item or a property that no table holds.
+// An item or a property that is not in any table.
 inline constexpr unsigned int unknownCode = 15;
 
-// The code of the exception that `action` throws, none when it throws nothing. These exceptions
-// have no message, unless the container's bounds were broken.
+// Returns the code of the exception that `action` throws, if any. Such an exception must not have a
+// message, unless it reports an index out of bounds.
 template <class Action> std::optional<unsigned int> thrownCode(Action action) {
     try {
         action();

@@ -22,7 +22,7 @@ std::vector<Bytes> namedValues(const StoredMessage& message, uint32_t namedId) {
 Bytes wholeAddress(const StoredMessage& message, uint32_t namedId) {
     const std::vector<Bytes> values = namedValues(message, namedId);
     if (values.size() != 1) {
-        ADD_FAILURE() << values.size() << " values of one whole address";
+        ADD_FAILURE() << values.size() << " values of a whole address";
         return {};
     }
     return values.front();

@@ -6,18 +6,20 @@
 
 // What the tests of the contact writer share.
 
-// Named ids: the high half of their keys.
+// Ids of named properties: the high halves of their keys.
 inline constexpr uint32_t wholeBusiness = 0x801B;
 inline constexpr uint32_t wholeHome = 0x801A;
 
-// One entry of the stream of named properties: numeric name of the only set, or "Keywords".
+// Return an entry of the stream of named properties: a numeric name of the first set, or
+// "Keywords".
 fakehost::Bytes nameEntry(uint32_t namedId, uint16_t number);
 fakehost::Bytes keywordsEntry(uint16_t number);
 
-// The bytes under the tags of a numeric name; each entry of such a tag has to count two bytes more.
+// Returns the values of a numeric name and expects that the size of each entry counts two bytes
+// more.
 std::vector<fakehost::Bytes> namedValues(const fakehost::StoredMessage& message, uint32_t namedId);
 
-// The one whole address of that named id.
+// Returns the whole address with this id; there must be exactly one.
 fakehost::Bytes wholeAddress(const fakehost::StoredMessage& message, uint32_t namedId);
 
 class OpenContactWriter : public OpenWriter<OLMMsgContactWriter> {

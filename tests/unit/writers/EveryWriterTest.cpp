@@ -1,12 +1,12 @@
-// What is the same for the writers of all kinds of items.
+// Tests of what the writers of all kinds of items have in common.
 
 #include <tuple>
 
+#include "tests/fakehost/Sweeps.h"
 #include "tests/unit/writers/ContactMessages.h"
 #include "tests/unit/writers/FullItems.h"
 #include "tests/unit/writers/MailMessages.h"
 #include "tests/unit/writers/RecurringItems.h"
-#include "tests/unit/writers/Sweeps.h"
 #include "tests/unit/writers/WriterFacts.h"
 
 using namespace fakehost;
@@ -25,13 +25,13 @@ class EveryWriterTest : public AnyWriterTest, public testing::WithParamInterface
 protected:
     EveryWriterTest() { kind = GetParam().kind; }
 
-    // An item of the kind with that one text.
+    // Returns an item of the kind with this one text.
     [[nodiscard]] ItemDocument itemOf(const char* text) const {
         return kind->item().element(GetParam().string.element, text);
     }
 };
 
-// Those that end the item when their table is refused.
+// Writers that end the item when their tag table is rejected.
 class EveryCheckedTableTest : public EveryWriterTest {};
 
 class EveryTagTableTest : public EveryWriterTest {};
@@ -48,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(Items, EveryTagTableTest,
 
 } // namespace
 
-// --- The object.
+// --- The writer itself.
 
 TEST_P(EveryWriterTest, ConstructionTouchesNoStorage) {
     archive = host.openArchive();
@@ -60,17 +60,17 @@ TEST_P(EveryWriterTest, ConstructionTouchesNoStorage) {
     EXPECT_EQ(writer.get()->*(&WriterInside::recipientCount), 0);
 }
 
-TEST_P(EveryWriterTest, BeginningTakesTheRootTagAndCountsTheTable) {
+TEST_P(EveryWriterTest, InitializationTakesTheRootTagAndCountsTheTable) {
     openDocument(kind->item());
 
     EXPECT_EQ(writer->initilizeWriter(*parser), 0u);
 
     EXPECT_EQ(writer.get()->*(&WriterInside::rootTag), 0u);
     EXPECT_EQ(writer.get()->*(&WriterInside::expectedProps), GetParam().rows);
-    const Bytes ahead = hex(kind->entriesAhead);
+    const Bytes leading = hex(kind->leadingEntries);
     EXPECT_EQ((writer.get()->*(&WriterInside::properties)).size(),
-              static_cast<int>(requiredCount + ahead.size() / 16));
-    EXPECT_EQ(entryBytes(added()), ahead);
+              static_cast<int>(requiredCount + leading.size() / 16));
+    EXPECT_EQ(entryBytes(added()), leading);
 }
 
 TEST_P(EveryTagTableTest, IsAddedInByteOrder) {
@@ -80,7 +80,7 @@ TEST_P(EveryTagTableTest, IsAddedInByteOrder) {
     EXPECT_EQ(host.tagMaps().back(), GetParam().table);
 }
 
-TEST_P(EveryCheckedTableTest, ThrowsAheadOfAnyStorageWhenRefused) {
+TEST_P(EveryCheckedTableTest, ThrowsBeforeAnyStorageWhenRejected) {
     openDocument(kind->item());
     for (const int32_t status : {-3, 3}) {
         host.failCall(CallKind::AddTagMap, 0, status);
@@ -90,7 +90,7 @@ TEST_P(EveryCheckedTableTest, ThrowsAheadOfAnyStorageWhenRefused) {
     }
 }
 
-TEST_P(EveryWriterTest, MissingRootStorageDoesNotEndTheBeginning) {
+TEST_P(EveryWriterTest, MissingRootStorageDoesNotEndTheInitialization) {
     openDocument(kind->item());
     host.failCall(CallKind::CreateRoot, 0);
 
@@ -114,20 +114,20 @@ TEST_P(EveryWriterTest, OtherTagsAreLeftToTheGenericHandling) {
     EXPECT_EQ(added(), before);
 }
 
-TEST_P(EveryWriterTest, WrittenItemLeavesNothingOpenBehindTheWriter) {
+TEST_P(EveryWriterTest, WriterOfAWholeItemLeavesNothingOpen) {
     begin(kind->fullItem());
     run();
     EXPECT_EQ(writer->finalizeNode(*parser), 0u);
     writer.reset();
 
-    // The root, the storage of named properties and its three streams are given back too.
+    // The root, the storage of named properties and its three streams are closed too.
     EXPECT_EQ(host.openHandles(), openBefore - 5);
     EXPECT_TRUE(message().isRootClosed());
 }
 
 // --- Whole messages.
 
-TEST_P(EveryWriterTest, EmptyItemHasWhatEveryMessageOfItsKindHasAndNothingElse) {
+TEST_P(EveryWriterTest, EmptyItemHasOnlyWhatEveryMessageOfItsKindHas) {
     const Outcome outcome = extractItem(kind->item());
 
     std::vector<std::string> paths = {"__nameid_version1.0",
@@ -142,7 +142,7 @@ TEST_P(EveryWriterTest, EmptyItemHasWhatEveryMessageOfItsKindHasAndNothingElse) 
         {"__nameid_version1.0/__substg1.0_00040102", Bytes()},
         {"__substg1.0_10090102", Bytes()},
         {"__substg1.0_001A001F", utf16(kind->messageClass)},
-        {propertyStream, streamBegin(*kind) + hex(kind->entriesBehind)}};
+        {propertyStream, streamBegin(*kind) + hex(kind->trailingEntries)}};
     for (const uint32_t tag : GetParam().emptyStrings) {
         paths.push_back(valueStream(tag));
         streams.push_back({paths.back(), Bytes()});
@@ -167,7 +167,7 @@ TEST_P(EveryWriterTest, ItemWithoutCategoriesHasAnEmptyStringStream) {
     EXPECT_FALSE(message.has("__nameid_version1.0/__substg1.0_10150102"));
 }
 
-TEST_P(EveryWriterTest, UnknownElementsAreWalkedThrough) {
+TEST_P(EveryWriterTest, ElementsInsideUnknownOnesAreRead) {
     const StringElement& inner = GetParam().string;
     const Outcome outcome = extractItem(kind->item()
                                             .open(GetParam().unknown)
@@ -180,7 +180,7 @@ TEST_P(EveryWriterTest, UnknownElementsAreWalkedThrough) {
     EXPECT_THAT(outcome.progress, ElementsAre(0, percent, percent, percent, percent, percent, 100));
 }
 
-TEST_P(EveryWriterTest, ItemEndsWithAsManyElementsAsItsTableHasWhateverFollows) {
+TEST_P(EveryWriterTest, ItemEndsAfterAsManyElementsAsItsTableHas) {
     const RepeatedElement& repeated = GetParam().repeated;
     ItemDocument item = kind->item();
     for (uint32_t count = 0; count < GetParam().rows; ++count) {
@@ -196,7 +196,7 @@ TEST_P(EveryWriterTest, ItemEndsWithAsManyElementsAsItsTableHasWhateverFollows) 
     EXPECT_EQ(outcome.message.stream(propertyStream),
               streamBegin(*kind) +
                   entryBytes(std::vector<PropertyEntry>(GetParam().rows, repeated.entry)) +
-                  hex(kind->entriesBehind));
+                  hex(kind->trailingEntries));
     for (const uint32_t tag : GetParam().emptyStrings) {
         EXPECT_EQ(outcome.message.stream(valueStream(tag)), Bytes());
     }
@@ -217,8 +217,8 @@ namespace {
 struct CancelCase {
     const ItemKind* kind;
     ItemDocument item;
-    std::vector<int> progress; // up to the value that cancels
-    uint32_t unwritten;        // a value that only the item's end would write; 0 for none
+    std::vector<int> progress; // up to the value at which it is cancelled
+    uint32_t unwritten;        // a value that only the end of the item would write; 0 for none
 
     friend void PrintTo(const CancelCase& row, std::ostream* out) { PrintTo(*row.kind, out); }
 };
@@ -265,7 +265,7 @@ TEST_P(EveryCancelTest, LeavesTheItemWithoutAPropertyStream) {
     EXPECT_EQ(outcome.handlesLeftOpen, 0);
 }
 
-// --- Text that is dropped.
+// --- Text that is not written.
 
 namespace {
 
@@ -361,16 +361,16 @@ TEST_P(EveryLengthTest, TextThatIsNoDateNumberOrTruthIsTheDefault) {
     const StoredMessage message = writeItem(item);
 
     EXPECT_EQ(message.stream(propertyStream),
-              streamBegin(kind) + entryBytes(facts.values.entries) + hex(kind.entriesBehind));
+              streamBegin(kind) + entryBytes(facts.values.entries) + hex(kind.trailingEntries));
 }
 
-// --- What the host and the document may do.
+// --- Failures of the host and of the document.
 
 namespace {
 
-// Named properties that are written ahead of any element fail the request when there is no root
-// for them. Any other item ends at its own tag: the beginning reads none without a root, so the
-// tag comes to the first step, as what ends the item.
+// Named properties that are written before any element fail the request when there is no root for
+// them. Any other item ends at its own tag: without a root the initialization does not read it, so
+// the first step takes it for the end of the item.
 bool failsWithoutRoot(const ItemKind& kind) {
     return &kind == &noteKind || &kind == &contactKind;
 }
@@ -399,17 +399,16 @@ TEST_P(EveryWriterTest, MissingRootStorageEndsTheItem) {
     EXPECT_EQ(outcome.result, VwSpecialDone);
     EXPECT_THAT(outcome.progress, ElementsAre(100));
     EXPECT_THAT(outcome.message.paths(), IsEmpty());
-    EXPECT_EQ(outcome.openHandles, 0);
-    EXPECT_EQ(outcome.openReaders, 0);
+    expectReleased(outcome);
 }
 
 namespace {
 
-// An item that a break never fails: any without a recurrence.
+// An item without a recurrence: a break of the document never fails its request.
 struct BreakCase {
     const ItemKind* kind;
     ItemDocument item;
-    MessageCheck check; // of the kind alone
+    MessageCheck check; // specific to the kind
 
     friend void PrintTo(const BreakCase& row, std::ostream* out) { PrintTo(*row.kind, out); }
 };

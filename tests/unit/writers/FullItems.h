@@ -3,8 +3,8 @@
 
 #include "tests/fakehost/Extraction.h"
 
-// An item of each kind with every element that it can have, in the order of a real archive. The
-// appointment's recurrence is that of addWeekly(), the task's that of addDaily().
+// Return an item of each kind with every element that it can have, in the order of real archives.
+// The appointment's recurrence is that of addWeekly(), the task's that of addDaily().
 fakehost::ItemDocument fullMail();
 fakehost::ItemDocument fullAppointment();
 fakehost::ItemDocument fullTask();
@@ -12,7 +12,7 @@ fakehost::ItemDocument fullNote();
 fakehost::ItemDocument fullContact();
 fakehost::ItemDocument fullGroup();
 
-// A run with the entry that one of the two attachments of fullMail() names.
+// Returns a run with the entry that one of the two attachments of fullMail() names.
 fakehost::ItemRun tideArchive();
 
 #endif

@@ -19,8 +19,8 @@ std::unique_ptr<OLMMsgWriter> writerOf(SODOSPECIALARC* request, ArchiveDirectory
     return newWriter<Writer>(request, archive);
 }
 
-constexpr uint32_t messageFlagsBehind[] = {0x0E070003};
-constexpr uint32_t wholeAddressesBehind[] = {0x801B, 0x801A};
+constexpr uint32_t messageFlagsTag[] = {0x0E070003};
+constexpr uint32_t wholeAddressIds[] = {0x801B, 0x801A};
 
 } // namespace
 
@@ -33,8 +33,8 @@ constexpr ItemKind mailKind = {
     .writer = writerOf<OLMMsgMailWriter>,
     .messageClass = u"IPM.Note",
     .classSize = 0x12,
-    .entriesBehind = "03 00 07 0E  06 00 00 00  00 00 00 00 00 00 00 00",
-    .behind = messageFlagsBehind,
+    .trailingEntries = "03 00 07 0E  06 00 00 00  00 00 00 00 00 00 00 00",
+    .trailingTags = messageFlagsTag,
 };
 
 constexpr ItemKind appointmentKind = {
@@ -65,11 +65,11 @@ constexpr ItemKind noteKind = {
     .writer = writerOf<OLMMsgNoteWriter>,
     .messageClass = u"IPM.StickyNote",
     .classSize = 0x1E,
-    .entriesAhead = "03 00 00 80  06 00 00 00  03 00 00 00 00 00 00 00"
-                    "03 00 01 80  06 00 00 00  A6 00 00 00 00 00 00 00"
-                    "03 00 02 80  06 00 00 00  C8 00 00 00 00 00 00 00"
-                    "03 00 03 80  06 00 00 00  50 00 00 00 00 00 00 00"
-                    "03 00 04 80  06 00 00 00  50 00 00 00 00 00 00 00",
+    .leadingEntries = "03 00 00 80  06 00 00 00  03 00 00 00 00 00 00 00"
+                      "03 00 01 80  06 00 00 00  A6 00 00 00 00 00 00 00"
+                      "03 00 02 80  06 00 00 00  C8 00 00 00 00 00 00 00"
+                      "03 00 03 80  06 00 00 00  50 00 00 00 00 00 00 00"
+                      "03 00 04 80  06 00 00 00  50 00 00 00 00 00 00 00",
 };
 
 constexpr ItemKind contactKind = {
@@ -80,9 +80,9 @@ constexpr ItemKind contactKind = {
     .writer = writerOf<OLMMsgContactWriter>,
     .messageClass = u"IPM.Contact",
     .classSize = 0x18,
-    .entriesBehind = "1F 00 00 80  06 00 00 00  02 00 00 00 00 00 00 00"
-                     "1F 00 01 80  06 00 00 00  02 00 00 00 00 00 00 00",
-    .behind = wholeAddressesBehind,
+    .trailingEntries = "1F 00 00 80  06 00 00 00  02 00 00 00 00 00 00 00"
+                       "1F 00 01 80  06 00 00 00  02 00 00 00 00 00 00 00",
+    .trailingTags = wholeAddressIds,
 };
 
 constexpr ItemKind groupKind = {

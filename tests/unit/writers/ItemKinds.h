@@ -10,7 +10,7 @@
 #include "filter/storage/OLMMsgWriter.h"
 #include "tests/fakehost/Extraction.h"
 
-// A writer of that class; those that read the archive get it.
+// Returns a writer of a class, with the archive if it reads from there.
 template <class Writer>
 std::unique_ptr<Writer> newWriter(SODOSPECIALARC* request, ArchiveDirectory* archive) {
     if constexpr (std::is_constructible_v<Writer, SODOSPECIALARC*, ArchiveDirectory*>) {
@@ -20,24 +20,23 @@ std::unique_ptr<Writer> newWriter(SODOSPECIALARC* request, ArchiveDirectory* arc
     }
 }
 
-// One kind of item: how to script it, what writes it, and what every message of it begins and ends
-// with.
+// One kind of item: how to script it, what writes it, and how every message of it begins and ends.
 struct ItemKind {
     const char* name;                     // in the names of tests
     const char* element;                  // name of the item's own element
     fakehost::ItemDocument (*item)();     // an item with nothing in it
     fakehost::ItemDocument (*fullItem)(); // see FullItems.h
-    // With the entries that fullItem() names.
+    // A run with the entries that fullItem() names.
     fakehost::ItemRun (*fullRun)() = [] { return fakehost::ItemRun(); };
     std::unique_ptr<OLMMsgWriter> (*writer)(SODOSPECIALARC* request, ArchiveDirectory* archive);
     std::u16string_view messageClass;
     uint64_t classSize; // of the message class in its entry
 
-    // Entries in hex digits: those behind the required ones of every message, and the last ones of
-    // an item with nothing in it. Of these also the tags, or the named ids that tell the tags.
-    const char* entriesAhead = "";
-    const char* entriesBehind = "";
-    std::span<const uint32_t> behind = {};
+    // Entries in hex digits: those after the required ones of every message, and the last ones of
+    // an item with nothing in it. Of the latter also the tags, or the named ids to find them by.
+    const char* leadingEntries = "";
+    const char* trailingEntries = "";
+    std::span<const uint32_t> trailingTags = {};
 
     friend void PrintTo(const ItemKind& kind, std::ostream* out);
 };

@@ -7,7 +7,7 @@ using namespace fakehost;
 
 namespace {
 
-// What the item of that message was.
+// Returns the kind of the item that a message was made from.
 const ItemKind* kindOf(const StoredMessage& message) {
     const Bytes messageClass = message.stream("__substg1.0_001A001F");
     for (const ItemKind* kind :
@@ -46,25 +46,25 @@ Bytes streamBegin(const ItemKind& kind, uint32_t recipients, uint32_t attachment
                "03 00 F4 0F  06 00 00 00  02 00 00 00 00 00 00 00"
                "03 00 0D 34  06 00 00 00  79 0E 04 00 00 00 00 00"
                "03 00 DE 3F  06 00 00 00  B0 04 00 00 00 00 00 00") +
-           hex(kind.entriesAhead);
+           hex(kind.leadingEntries);
 }
 
 std::vector<PropertyEntry> ownEntries(const StoredMessage& message) {
     const ItemKind* kind = kindOf(message);
     if (kind == nullptr) {
-        ADD_FAILURE() << "a message of no class";
+        ADD_FAILURE() << "a message of an unknown class";
         return {};
     }
     const std::vector<PropertyEntry> entries = message.entries();
-    const size_t ahead = requiredCount + hex(kind->entriesAhead).size() / 16;
-    if (entries.size() < ahead + kind->behind.size()) {
-        ADD_FAILURE() << "not even what every " << kind->name
+    const size_t leading = requiredCount + hex(kind->leadingEntries).size() / 16;
+    if (entries.size() < leading + kind->trailingTags.size()) {
+        ADD_FAILURE() << "less than every " << kind->name
                       << " has: " << testing::PrintToString(entries);
         return {};
     }
-    auto end = entries.end() - static_cast<long>(kind->behind.size());
-    std::vector<PropertyEntry> own(entries.begin() + static_cast<long>(ahead), end);
-    for (const uint32_t tag : kind->behind) {
+    auto end = entries.end() - static_cast<long>(kind->trailingTags.size());
+    std::vector<PropertyEntry> own(entries.begin() + static_cast<long>(leading), end);
+    for (const uint32_t tag : kind->trailingTags) {
         const bool isNamed = tag <= 0xFFFF;
         EXPECT_EQ(isNamed ? tagsOf(message, tag) : std::vector{tag}, std::vector{end->tag});
         ++end;
@@ -164,6 +164,5 @@ void expectFailedRequest(const Outcome& outcome) {
     EXPECT_EQ(outcome.result, VwSpecialFailed);
     EXPECT_EQ(outcome.status, VwSpecialStatusFailed);
     EXPECT_FALSE(outcome.message.has(propertyStream));
-    EXPECT_EQ(outcome.openHandles, 0);
-    EXPECT_EQ(outcome.openReaders, 0);
+    expectReleased(outcome);
 }

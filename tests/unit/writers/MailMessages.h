@@ -6,10 +6,10 @@
 
 // What the tests of the mail writer share.
 
-// The last entry of every mail.
+// Returns the last entry of a mail with these flags.
 fakehost::Bytes flagsEntry(uint32_t flags);
 
-// The message flags, which have to be the last entry and stand once.
+// Returns the message flags, which must be the last entry and occur once.
 uint64_t messageFlags(const fakehost::StoredMessage& message);
 
 class OpenMailWriter : public OpenWriter<OLMMsgMailWriter> {

@@ -1,4 +1,4 @@
-// The people of OLMMsgCalWriter: organizer and attendees.
+// Tests of OLMMsgCalWriter's organizer and attendees.
 
 #include <limits>
 
@@ -16,7 +16,7 @@ constexpr const char* attendeeAddress = "OPFCalendarAttendeeAddress";
 constexpr const char* attendeeName = "OPFCalendarAttendeeName";
 constexpr const char* attendeeType = "OPFCalendarAttendeeType";
 
-// An appointment with an open list whose one tag has no attribute yet.
+// Returns an appointment with an open list whose only tag has no attributes yet.
 ItemDocument oneAttendee() {
     return appointment().open(attendeeList).element("appointmentAttendee");
 }
@@ -47,15 +47,15 @@ TEST(OLMMsgCalAttendeesTest, OrganizerIsARecipientOfFiveEntries) {
     EXPECT_THAT(outcome.progress, ElementsAre(5, 5, 100));
 }
 
-TEST(OLMMsgCalAttendeesTest, OrganizerWithoutTextIsARecipientAllTheSame) {
+TEST(OLMMsgCalAttendeesTest, OrganizerWithoutTextIsARecipientToo) {
     const StoredMessage message =
         writeItem(appointment().element(organizer, "o@x").element(organizer));
 
-    // Nothing of the first one.
+    // Nothing is left of the first one.
     expectRecipient(message, 1, {.address = u"", .name = u"", .further = {entry(0x5FFD0003, 3)}});
 }
 
-TEST(OLMMsgCalAttendeesTest, PeopleAreNumberedAsTheyStandInTheItem) {
+TEST(OLMMsgCalAttendeesTest, RecipientsAreNumberedInTheOrderOfTheItem) {
     const StoredMessage message = writeItem(appointment()
                                                 .open(attendeeList)
                                                 .element("appointmentAttendee")
@@ -97,7 +97,7 @@ TEST(OLMMsgCalAttendeesTest, AttendeeHasNumberTypeAddressAndName) {
     EXPECT_EQ(message.stream(recipientValue(0, 0x3001001F)), utf16(u"Ann"));
 }
 
-TEST(OLMMsgCalAttendeesTest, AddressStandsInForTheName) {
+TEST(OLMMsgCalAttendeesTest, AddressReplacesAMissingName) {
     const StoredMessage missing = writeItem(oneAttendee().attribute(attendeeAddress, "ann@x"));
     const StoredMessage empty =
         writeItem(oneAttendee().attribute(attendeeAddress, "ann@x").attribute(attendeeName, ""));
@@ -146,7 +146,7 @@ TEST(OLMMsgCalAttendeesTest, EmptyNameOfAMailAddressReplacesTheAttendeesToo) {
     expectRecipient(withoutAddress, 0, {});
 }
 
-TEST(OLMMsgCalAttendeesTest, AttributesAreTakenByTheirExactNameAndTheFirstCounts) {
+TEST(OLMMsgCalAttendeesTest, AttributeNamesAreExactAndTheFirstOfTwoIsUsed) {
     const StoredMessage message = writeItem(oneAttendee()
                                                 .attribute("opfcalendarattendeename", "lower")
                                                 .attribute("OPFCalendarAttendeeNameX", "longer")
@@ -173,7 +173,7 @@ TEST(OLMMsgCalAttendeesTest, EveryOpeningTagOfTheListIsARecipient) {
     EXPECT_THAT(ownEntries(message), IsEmpty());
 }
 
-TEST(OLMMsgCalAttendeesTest, ListInsideTheListEndsItBehindOneRecipient) {
+TEST(OLMMsgCalAttendeesTest, ListInsideTheListEndsItAfterOneRecipient) {
     const Outcome outcome = extractItem(appointment()
                                             .open(attendeeList)
                                             .open(attendeeList)
@@ -196,25 +196,25 @@ TEST(OLMMsgCalAttendeesTest, EmptyListHasNoRecipient) {
     EXPECT_THAT(outcome.progress, ElementsAre(5, 10, 10, 100));
 }
 
-// The record of the tag read last counts once more, without its attributes.
-TEST(OLMMsgCalAttendeesTest, ListThatBreaksOffHasOneMoreRecipient) {
-    const StoredMessage atTheBegin = writeItem(appointment().open(attendeeList).breakOff());
-    EXPECT_EQ(countStorages(atTheBegin, "__recip"), 1u);
-    expectRecipient(atTheBegin, 0, {});
+// The tag read last counts once more, without its attributes.
+TEST(OLMMsgCalAttendeesTest, BrokenListHasOneMoreRecipient) {
+    const StoredMessage atTheStart = writeItem(appointment().open(attendeeList).breakOff());
+    EXPECT_EQ(countStorages(atTheStart, "__recip"), 1u);
+    expectRecipient(atTheStart, 0, {});
 
-    const StoredMessage behindAnOpening = writeItem(appointment()
-                                                        .open(attendeeList)
-                                                        .open("appointmentAttendee")
-                                                        .attribute(attendeeName, "Ann")
-                                                        .attribute(attendeeType, "2")
-                                                        .breakOff());
-    EXPECT_EQ(countStorages(behindAnOpening, "__recip"), 2u);
-    expectRecipient(behindAnOpening, 0, {.type = 3, .name = u"Ann"});
-    expectRecipient(behindAnOpening, 1, {});
+    const StoredMessage afterAnOpeningTag = writeItem(appointment()
+                                                          .open(attendeeList)
+                                                          .open("appointmentAttendee")
+                                                          .attribute(attendeeName, "Ann")
+                                                          .attribute(attendeeType, "2")
+                                                          .breakOff());
+    EXPECT_EQ(countStorages(afterAnOpeningTag, "__recip"), 2u);
+    expectRecipient(afterAnOpeningTag, 0, {.type = 3, .name = u"Ann"});
+    expectRecipient(afterAnOpeningTag, 1, {});
 
-    const StoredMessage behindAClosing =
+    const StoredMessage afterAClosingTag =
         writeItem(oneAttendee().attribute(attendeeName, "Ann").breakOff());
-    EXPECT_EQ(countStorages(behindAClosing, "__recip"), 1u);
+    EXPECT_EQ(countStorages(afterAClosingTag, "__recip"), 1u);
 }
 
 // --- Types.
@@ -240,7 +240,7 @@ TEST_P(OLMMsgCalAttendeesTypeTest, TypeIsReadAsANumber) {
     expectRecipient(message, 0, {.type = GetParam().value});
 }
 
-// 4294967297 is 2^32 and 1: the number is cut to 32 bits.
+// 4294967297 is 2^32 + 1: the number is truncated to 32 bits.
 INSTANTIATE_TEST_SUITE_P(Texts, OLMMsgCalAttendeesTypeTest,
                          testing::Values(NumberCase{"Zero", "0", 1}, NumberCase{"One", "1", 2},
                                          NumberCase{"Two", "2", 3}, NumberCase{"Three", "3", 1},
@@ -259,7 +259,7 @@ class OLMMsgCalAttendeesLengthTest : public TextLengthTest {};
 
 } // namespace
 
-TEST_P(OLMMsgCalAttendeesLengthTest, TextsOfPeopleAreWhole) {
+TEST_P(OLMMsgCalAttendeesLengthTest, TextsOfRecipientsAreWhole) {
     const std::u16string name = text + u"n";
 
     const StoredMessage message = writeItem(oneAttendee()
@@ -280,14 +280,14 @@ INSTANTIATE_TEST_SUITE_P(Units, OLMMsgCalAttendeesLengthTest, testing::ValuesIn(
 
 // --- Failures of the host.
 
-TEST(OLMMsgCalAttendeesTest, RecipientWithoutAStorageEndsTheItem) {
+TEST(OLMMsgCalAttendeesTest, RecipientWithoutAStorageFailsTheRequest) {
     const ItemDocument items[] = {
         appointment().element(organizer, "o@x"),
         oneAttendee().attribute(attendeeAddress, "ann@x"),
     };
     for (const ItemDocument& item : items) {
         ItemRun run;
-        // The storage of named properties is the first.
+        // The storage of named properties comes first.
         run.prepare = [](FakeHost& host) { host.failCall(CallKind::CreateStorage, 1, 7); };
 
         const Outcome outcome = extractItem(item, run);
@@ -296,7 +296,7 @@ TEST(OLMMsgCalAttendeesTest, RecipientWithoutAStorageEndsTheItem) {
     }
 }
 
-TEST_F(OLMMsgCalAttendeesObjectTest, CodeOfAMissingStorageIsTheHosts) {
+TEST_F(OLMMsgCalAttendeesObjectTest, MissingStorageThrowsTheHostsStatus) {
     begin(oneAttendee().attribute(attendeeAddress, "ann@x"));
     host.failCall(CallKind::CreateStorage, 0, 7);
 
@@ -315,9 +315,9 @@ TEST_F(OLMMsgCalAttendeesObjectTest, OrganizersMissingStorageThrowsToo) {
     EXPECT_EQ(host.openHandles(), openBefore);
 }
 
-TEST_F(OLMMsgCalAttendeesObjectTest, EntryOfARecipientThatCannotBeWrittenIsMissing) {
+TEST_F(OLMMsgCalAttendeesObjectTest, RecipientStringWithoutAStreamIsMissing) {
     begin(appointment().element(organizer, "o@x"));
-    // Each of the two strings is a stream; the property stream is the first.
+    // The property stream is the first stream; the address and the name follow.
     host.failCall(CallKind::CreateStream, 1);
 
     EXPECT_EQ(run().back(), 100);

@@ -1,4 +1,4 @@
-// The recurrence of OLMMsgCalWriter.
+// Tests of OLMMsgCalWriter's recurrence.
 
 #include "tests/unit/writers/CalMessages.h"
 
@@ -25,7 +25,7 @@ TEST(OLMMsgCalRecurrenceTest, AppointmentWithoutARecurrenceHasNone) {
                             "__substg1.0_8002001F", propertyStream));
 }
 
-TEST(OLMMsgCalRecurrenceTest, RecurrenceIsTheLastEntryAndTheOnlyMarkOfIt) {
+TEST(OLMMsgCalRecurrenceTest, RecurrenceIsTheLastEntryAndTheOnlyTraceOfIt) {
     ItemDocument item = appointment();
     addWeekly(item, calRecurrence);
     item.element(calZone, "(UTC-05:00)")
@@ -53,7 +53,7 @@ TEST(OLMMsgCalRecurrenceTest, ZoneWithoutASignHasTheOffsetZero) {
     EXPECT_EQ(writeItem(item).stream("__substg1.0_80030102"), weeklyValueWithoutZone(540, 630));
 }
 
-TEST(OLMMsgCalRecurrenceTest, SecondStartIsTheOneThatCounts) {
+TEST(OLMMsgCalRecurrenceTest, SecondStartIsUsed) {
     ItemDocument item = appointment()
                             .element(calStart, "2011-05-07T10:00:00")
                             .element(calStart, "2011-05-02T14:00:00")
@@ -64,8 +64,8 @@ TEST(OLMMsgCalRecurrenceTest, SecondStartIsTheOneThatCounts) {
     EXPECT_EQ(writeItem(item).stream("__substg1.0_80040102"), weeklyValue());
 }
 
-// The elements of a recurrence have names of their own, but what lies inside may be anything.
-TEST(OLMMsgCalRecurrenceTest, RecurrenceIsPassedOverOnTheFirstWay) {
+// A recurrence may contain any elements, also those of an appointment.
+TEST(OLMMsgCalRecurrenceTest, RecurrenceIsSkippedAtFirst) {
     ItemDocument item = appointment().open(calRecurrence);
     addDailyContents(item)
         .element("OPFCalendarEventCopySummary", "inside")
@@ -91,7 +91,7 @@ TEST(OLMMsgCalRecurrenceTest, RecurrenceBelowUnknownElementsIsFound) {
     EXPECT_EQ(writeItem(item).stream("__substg1.0_80020102"), dailyValue(90, 150));
 }
 
-TEST_F(OLMMsgCalRecurrenceObjectTest, ReaderGoesBackOnlyForARecurrence) {
+TEST_F(OLMMsgCalRecurrenceObjectTest, ReaderReturnsOnlyToARecurrence) {
     begin(appointment().element("OPFCalendarEventCopySummary", "Ebb"));
     run();
 

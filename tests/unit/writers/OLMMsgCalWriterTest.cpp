@@ -1,7 +1,7 @@
 #include "filter/writers/OLMMsgCalWriter.h"
 
 #include "filter/writers/OLMMsgCalTags.h"
-#include "tests/unit/storage/Wide.h"
+#include "tests/unit/core/Wide.h"
 #include "tests/unit/writers/CalMessages.h"
 #include "tests/unit/writers/FullItems.h"
 
@@ -16,9 +16,9 @@ class OLMMsgCalWriterObjectTest : public CalWriterTest {};
 
 } // namespace
 
-// --- The object.
+// --- The writer itself.
 
-TEST_F(OLMMsgCalWriterObjectTest, ConstructionKnowsOfNoTimeZone) {
+TEST_F(OLMMsgCalWriterObjectTest, NewWriterHasNoTimeZone) {
     makeWriter();
 
     EXPECT_EQ(writer->timeZoneOffset, 0);
@@ -26,15 +26,15 @@ TEST_F(OLMMsgCalWriterObjectTest, ConstructionKnowsOfNoTimeZone) {
 
 namespace {
 
-// The parameter is the status that the host gives.
-class OLMMsgCalWriterRefusedTableTest : public CalWriterTest,
-                                        public testing::WithParamInterface<int32_t> {};
+// The parameter is the status that the host returns.
+class OLMMsgCalWriterRejectedTableTest : public CalWriterTest,
+                                         public testing::WithParamInterface<int32_t> {};
 
-INSTANTIATE_TEST_SUITE_P(Statuses, OLMMsgCalWriterRefusedTableTest, testing::Values(-3, 3));
+INSTANTIATE_TEST_SUITE_P(Statuses, OLMMsgCalWriterRejectedTableTest, testing::Values(-3, 3));
 
 } // namespace
 
-TEST_P(OLMMsgCalWriterRefusedTableTest, IsLetPass) {
+TEST_P(OLMMsgCalWriterRejectedTableTest, IsIgnored) {
     openDocument(appointment().element("OPFCalendarEventCopySummary", "Ebb"));
     ASSERT_EQ(parser->addTags(calTags.data(), calTags.size()), 0);
     host.failCall(CallKind::AddTagMap, 0, GetParam());
@@ -47,8 +47,8 @@ TEST_P(OLMMsgCalWriterRefusedTableTest, IsLetPass) {
     EXPECT_EQ(message().stream("__substg1.0_0037001F"), utf16(u"Ebb"));
 }
 
-// Without the table the reader knows none of the tags, and no writer goes on from there.
-TEST_F(OLMMsgCalWriterObjectTest, ItemThatIsUnknownBecauseOfARefusedTableThrows) {
+// Without the table the reader knows none of the tags, which no writer accepts.
+TEST_F(OLMMsgCalWriterObjectTest, ItemUnknownDueToARejectedTableThrows) {
     openDocument(appointment());
     host.failCall(CallKind::AddTagMap, 0, -3);
 
@@ -78,7 +78,7 @@ struct GuardCase {
     const char* name;
     const char* element;
     const char* text;
-    bool isGuarded; // a property that no table holds is left out, and the item goes on
+    bool isGuarded; // an unknown property is left out, and the item goes on
 };
 
 class OLMMsgCalWriterGuardTest : public CalWriterTest,
@@ -89,7 +89,7 @@ protected:
         writer->refusal = code;
     }
 
-    // Code and message of what run() throws; nothing when it comes to the item's end.
+    // Returns the code and message of what run() throws, if anything.
     std::optional<std::pair<unsigned int, std::string>> failure() {
         try {
             EXPECT_EQ(run().back(), 100);
@@ -102,7 +102,7 @@ protected:
 
 } // namespace
 
-TEST_P(OLMMsgCalWriterGuardTest, UnknownPropertyIsLeftOutByItsGuardAlone) {
+TEST_P(OLMMsgCalWriterGuardTest, UnknownPropertyIsLeftOutOnlyByItsGuard) {
     beginWithRefusal(unknownCode);
 
     const auto thrown = failure();
@@ -117,7 +117,7 @@ TEST_P(OLMMsgCalWriterGuardTest, UnknownPropertyIsLeftOutByItsGuardAlone) {
     EXPECT_EQ(host.openHandles(), openBefore);
 }
 
-TEST_P(OLMMsgCalWriterGuardTest, OtherFailureIsThrownOnWithItsMessage) {
+TEST_P(OLMMsgCalWriterGuardTest, OtherFailureIsRethrownWithItsMessage) {
     beginWithRefusal(qor::errorIndex);
 
     EXPECT_EQ(failure(), std::pair(qor::errorIndex, std::string("refused")));
@@ -139,7 +139,7 @@ INSTANTIATE_TEST_SUITE_P(
                     GuardCase{"Sensitivity", "OPFCalendarEventGetIsPrivate", "1", false}),
     rowName);
 
-TEST_F(OLMMsgCalWriterObjectTest, TimeZoneThatIsLeftOutIsReadAllTheSame) {
+TEST_F(OLMMsgCalWriterObjectTest, TimeZoneThatIsLeftOutIsStillRead) {
     begin(appointment().element(calZone, "(UTC-05:00) Eastern Time"));
     writer->refusal = unknownCode;
 
@@ -230,7 +230,7 @@ TEST(OLMMsgCalWriterTest, FullAppointmentNamesItsPropertiesInTwoSets) {
 
 // --- Start and end.
 
-TEST(OLMMsgCalWriterTest, StartAndEndStandUnderTwoTagsEach) {
+TEST(OLMMsgCalWriterTest, StartAndEndHaveTwoTagsEach) {
     const StoredMessage message = writeItem(appointment()
                                                 .element(calEnd, "2018-06-21T00:39:08")
                                                 .element(calStart, "1970-01-01T00:00:00"));
@@ -242,7 +242,7 @@ TEST(OLMMsgCalWriterTest, StartAndEndStandUnderTwoTagsEach) {
                                                    "0D 82 00 00  06 00  01 00"));
 }
 
-TEST(OLMMsgCalWriterTest, TwoStartsGiveFourEntries) {
+TEST(OLMMsgCalWriterTest, TwoStartsMakeFourEntries) {
     const StoredMessage message = writeItem(appointment()
                                                 .element(calStart, "2018-06-21T00:39:08")
                                                 .element(calStart, "1970-01-01T00:00:00"));
@@ -264,7 +264,7 @@ TEST(OLMMsgCalWriterTest, StartWithoutTextTakesANumberAndEndWithoutTextDoesNot) 
     EXPECT_THAT(end.progress, ElementsAre(5, 5, 100));
 }
 
-TEST(OLMMsgCalWriterTest, StartAndEndThatAreNoDatesAreTimeZero) {
+TEST(OLMMsgCalWriterTest, StartAndEndThatAreNotDatesAreTimeZero) {
     const StoredMessage message =
         writeItem(appointment().element(calStart, "noon").element(calEnd, " "));
 
@@ -313,12 +313,12 @@ INSTANTIATE_TEST_SUITE_P(
                     NumberCase{"NoNumber", "soon", 0}, NumberCase{"NoText", "", 0}),
     rowName);
 
-TEST_P(OLMMsgCalWriterTruthTest, HasReminderIsAlwaysTold) {
+TEST_P(OLMMsgCalWriterTruthTest, HasReminderIsAlwaysWritten) {
     expectOnlyEntry(appointment().element("OPFCalendarEventGetHasReminder", GetParam().text),
                     entry(0x8000000B, GetParam().value), "03 85 00 00  06 00  00 00");
 }
 
-TEST_P(OLMMsgCalWriterTruthTest, AllDayIsToldOnlyWhenItIs) {
+TEST_P(OLMMsgCalWriterTruthTest, AllDayIsWrittenOnlyWhenItIsTrue) {
     const Outcome outcome =
         extractItem(appointment().element("OPFCalendarEventGetIsAllDayEvent", GetParam().text));
 
@@ -355,7 +355,7 @@ TEST(OLMMsgCalWriterTest, LocationIsANamedString) {
                                                    "08 82 00 00  06 00  01 00"));
 }
 
-// The stream is taken on trust: writing to none is a failed write of no bytes.
+// Not checked for null: a write to a missing stream is a failed write.
 TEST_F(OLMMsgCalWriterObjectTest, LocationWithoutAStreamIsLeftOut) {
     begin(appointment().element("OPFCalendarEventCopyLocation", "Pier"));
     host.failCall(CallKind::CreateStream, 0);
@@ -379,7 +379,7 @@ TEST_P(OLMMsgCalWriterPrivateTest, OnlyTheNumberOneIsPrivate) {
     EXPECT_EQ(outcome.progress.front(), 5) << "the element counts";
 }
 
-// 4294967297 is 2^32 and 1: the number isn't cut to 32 bits ahead of the comparison.
+// 4294967297 is 2^32 + 1: the number is not truncated to 32 bits before the comparison.
 INSTANTIATE_TEST_SUITE_P(
     Texts, OLMMsgCalWriterPrivateTest,
     testing::Values(NumberCase{"One", "1", 2}, NumberCase{"Exponent", "1E0", 2},
@@ -418,7 +418,7 @@ class OLMMsgCalWriterZoneTest : public CalWriterTest,
 
 } // namespace
 
-TEST_P(OLMMsgCalWriterZoneTest, TextIsKeptWholeAndReadForItsOffset) {
+TEST_P(OLMMsgCalWriterZoneTest, TextIsWrittenWholeAndReadForItsOffset) {
     const Bytes text = utf16(toUtf16(GetParam().text));
     begin(appointment().element(calZone, GetParam().text));
 
@@ -429,7 +429,7 @@ TEST_P(OLMMsgCalWriterZoneTest, TextIsKeptWholeAndReadForItsOffset) {
     EXPECT_EQ(message().stream("__substg1.0_8000001F"), text);
 }
 
-// The numbers wrap at 32 bits: 35791395 hours are 2^31 and 52 minutes.
+// The numbers wrap around at 32 bits: 35791395 hours are 2^31 + 52 minutes.
 INSTANTIATE_TEST_SUITE_P(
     Texts, OLMMsgCalWriterZoneTest,
     testing::Values(ZoneCase{"West", "(UTC-05:00) Eastern Time (US & Canada)", -300},
@@ -438,25 +438,25 @@ INSTANTIATE_TEST_SUITE_P(
                     ZoneCase{"QuarterHourEast", "(UTC+05:45) Kathmandu", 345},
                     ZoneCase{"FarEast", "+14:00", 840}, ZoneCase{"Zero", "+00:00", 0},
                     ZoneCase{"NoSign", "(UTC) Dublin 10:30", 0}, ZoneCase{"NoText", "", 0},
-                    ZoneCase{"PlusBehindAMinus", "GMT-3 or +2:00", 120},
-                    ZoneCase{"MinusBehindAPlus", "+2:00 or -3", 120},
-                    ZoneCase{"FirstColonAheadOfTheSign", "Zone:7 is UTC-5:30", -307},
-                    ZoneCase{"SignWithoutColonAndNoNumberAhead", "UTC+2", 120},
-                    ZoneCase{"SignWithoutColonBehindANumber", "15 is UTC-2", -135},
+                    ZoneCase{"PlusAfterAMinus", "GMT-3 or +2:00", 120},
+                    ZoneCase{"MinusAfterAPlus", "+2:00 or -3", 120},
+                    ZoneCase{"FirstColonBeforeTheSign", "Zone:7 is UTC-5:30", -307},
+                    ZoneCase{"SignWithoutColonOrNumberBefore", "UTC+2", 120},
+                    ZoneCase{"SignWithoutColonAfterANumber", "15 is UTC-2", -135},
                     ZoneCase{"SignAtTheStartWithoutColon", "-5", -295},
                     ZoneCase{"PlusAtTheStartWithoutColon", "+5", 305},
-                    ZoneCase{"SignAlone", "+", 0}, ZoneCase{"SignAtTheEnd", "12 -", -12},
+                    ZoneCase{"OnlyASign", "+", 0}, ZoneCase{"SignAtTheEnd", "12 -", -12},
                     ZoneCase{"TwoSigns", "+-5:00", -300}, ZoneCase{"TwoMinuses", "--5:00", 300},
                     ZoneCase{"ColonAtTheEnd", "+5:", 300},
                     ZoneCase{"NegativeMinutes", "+5:-10", 290},
                     ZoneCase{"SpacesAndExponent", "- 1E1: 3E1", -630},
                     ZoneCase{"NoNumbers", "+a:b", 0}, ZoneCase{"Letters", "Mid-Atlantic", 0},
-                    ZoneCase{"HoursThatWrap", "+35791395:00", -2147483596},
+                    ZoneCase{"HoursThatWrapAround", "+35791395:00", -2147483596},
                     ZoneCase{"HoursOfTwoTo32", "+4294967297:00", 60},
                     ZoneCase{"HoursOfTwoTo63", "+9223372036854775807:00", -60},
                     ZoneCase{"HoursBelowTwoTo63", "+-9223372036854775808:00", 0},
                     ZoneCase{"SmallestThatCantBeNegated", "-0:2147483648", -2147483647 - 1},
-                    ZoneCase{"SumThatWraps", "+35791394:2147483647", -9}),
+                    ZoneCase{"SumThatWrapsAround", "+35791394:2147483647", -9}),
     rowName);
 
 TEST_F(OLMMsgCalWriterObjectTest, ZoneWithoutTextOrSignKeepsTheOffset) {
@@ -475,7 +475,7 @@ TEST(OLMMsgCalWriterTest, TimeZoneIsANamedProperty) {
     EXPECT_EQ(nameStream(message, "00030102"), hex("34 82 00 00  06 00  00 00"));
 }
 
-// --- What has no handler of its own.
+// --- Elements without a handler of their own.
 
 TEST(OLMMsgCalWriterTest, SubjectBodyAndModificationAreCopied) {
     const StoredMessage message =
@@ -492,7 +492,7 @@ TEST(OLMMsgCalWriterTest, SubjectBodyAndModificationAreCopied) {
     EXPECT_EQ(message.stream("__substg1.0_1000001F"), utf16(u"Bring boots"));
 }
 
-// --- The item's end.
+// --- Progress.
 
 TEST(OLMMsgCalWriterTest, ProgressCountsTheElementsOfTheTable) {
     EXPECT_THAT(extractItem(appointment()

@@ -3,7 +3,7 @@
 #include <tuple>
 
 #include "filter/writers/OLMMsgContactWriter.h"
-#include "tests/unit/storage/Wide.h"
+#include "tests/unit/core/Wide.h"
 #include "tests/unit/writers/ContactMessages.h"
 #include "tests/unit/writers/FullItems.h"
 
@@ -22,11 +22,11 @@ constexpr const char* homeCity = "OPFContactCopyHomeCity";
 constexpr const char* homeState = "OPFContactCopyHomeState";
 constexpr const char* homeZip = "OPFContactCopyHomeZip";
 
-// A key that no row of the named properties has.
+// A key that is not in the table of named properties.
 constexpr unsigned int unknownName = 0x8999001F;
 
-// Lets the next mapping of a named property fail otherwise than for an unknown one: the list of
-// the mapped ones is made to count below nothing, which its store refuses with code 137.
+// Makes the next mapping of a named property fail in another way than an unknown one: the list of
+// mapped properties gets a negative size, which its store rejects as an index.
 class BrokenMapping {
 public:
     explicit BrokenMapping(MapiNamedPropMap& map) : count((map.*mapped()).*counter()) {
@@ -51,22 +51,22 @@ private:
     int& count;
 };
 
-// Too long to live inside the object that holds it: a leak shows.
-constexpr std::u16string_view longText = u"at the end of the mole, behind the second crane";
+// Too long to be stored inside its object, so that a leak shows.
+constexpr std::u16string_view longText = u"at the end of the mole, after the second crane";
 
-template <class Action> void expectIndexRefused(Action action) {
+template <class Action> void expectIndexRejected(Action action) {
     try {
         action();
         ADD_FAILURE() << "nothing was thrown";
     } catch (const qor::Exception& failure) {
-        EXPECT_EQ(failure.code, 137u);
+        EXPECT_EQ(failure.code, qor::errorIndex);
         EXPECT_STREQ(failure.message(), "Array.get(): requested index is out of range");
     }
 }
 
 class OLMMsgContactAddressesObjectTest : public ContactWriterTest {
 protected:
-    // The whole address of these parts, in the bytes of its stream.
+    // Returns the whole address of these parts, as the bytes of its stream.
     [[nodiscard]] Bytes joined(ContactAddrPartIndex first, ContactAddrPartIndex last) const {
         const std::unique_ptr<qor::WString> whole(writer->constructWholeAddr(first, last));
         const auto* units = reinterpret_cast<const char16_t*>(whole->value());
@@ -102,7 +102,7 @@ TEST(OLMMsgContactAddressesTest, BusinessPartIsWrittenPlainAndThenNamed) {
     EXPECT_EQ(wholeAddress(message, wholeHome), Bytes());
 }
 
-TEST(OLMMsgContactAddressesTest, HomePartHasNoNamedTwin) {
+TEST(OLMMsgContactAddressesTest, HomePartIsNotNamed) {
     const StoredMessage message = writeItem(contact()
                                                 .element(homeZip, "5003")
                                                 .element(homeCity, "Fjord")
@@ -116,7 +116,7 @@ TEST(OLMMsgContactAddressesTest, HomePartHasNoNamedTwin) {
     EXPECT_EQ(wholeAddress(message, wholeHome), utf16(u"Hill 2\r\nFjord\r\nWest\r\n5003"));
 }
 
-TEST(OLMMsgContactAddressesTest, RepeatedPartHasTwoPairsAndOnlyItsSecondTextInTheWhole) {
+TEST(OLMMsgContactAddressesTest, RepeatedPartIsWrittenTwiceButOnlyTheSecondIsInTheWhole) {
     const StoredMessage message = writeItem(contact()
                                                 .element(businessStreet, "Mole 1")
                                                 .element(businessCity, "Port")
@@ -130,7 +130,7 @@ TEST(OLMMsgContactAddressesTest, RepeatedPartHasTwoPairsAndOnlyItsSecondTextInTh
     EXPECT_EQ(wholeAddress(message, wholeBusiness), utf16(u"Mole 1\r\nHarbour"));
 }
 
-TEST(OLMMsgContactAddressesTest, RepeatedHomePartHasTwoEntriesAndOnlyItsSecondTextInTheWhole) {
+TEST(OLMMsgContactAddressesTest, RepeatedHomePartIsWrittenTwiceButOnlyTheSecondIsInTheWhole) {
     const StoredMessage message =
         writeItem(contact().element(homeCity, "Fjord").element(homeCity, ""));
 
@@ -152,7 +152,7 @@ TEST(OLMMsgContactAddressesTest, ContactWithoutPartsHasTwoEmptyWholeAddresses) {
     EXPECT_EQ(nameStream(message, "00030102"), nameEntry(0x801B, 0) + nameEntry(0x801A, 1));
 }
 
-TEST(OLMMsgContactAddressesTest, OrderOfThePartsIsTheirOwnInEveryOrderOfTheElements) {
+TEST(OLMMsgContactAddressesTest, PartsAreInTheirOwnOrderInAnyOrderOfElements) {
     std::vector<std::pair<const char*, const char*>> parts = {{businessStreet, "Mole 1"},
                                                               {businessCity, "Port"},
                                                               {businessState, "Shire"},
@@ -171,7 +171,7 @@ TEST(OLMMsgContactAddressesTest, OrderOfThePartsIsTheirOwnInEveryOrderOfTheEleme
     EXPECT_EQ(orders, 24);
 }
 
-TEST(OLMMsgContactAddressesTest, MissingPartsGiveNoLine) {
+TEST(OLMMsgContactAddressesTest, MissingPartsHaveNoLine) {
     const StoredMessage message = writeItem(contact()
                                                 .element(businessStreet, "Mole 1")
                                                 .element(businessZip, "0100")
@@ -198,7 +198,7 @@ TEST(OLMMsgContactAddressesTest, PartWithoutTextLeavesAnEmptyLine) {
                             entry(0x3A5D001F, 2), entry(0x3A5B001F, 10)));
 }
 
-TEST(OLMMsgContactAddressesTest, LastPartWithoutTextLeavesTheLineEndAheadOfIt) {
+TEST(OLMMsgContactAddressesTest, LastPartWithoutTextLeavesTheLineEndBeforeIt) {
     const StoredMessage message = writeItem(
         contact().element(businessStreet, "Mole 1").element(businessZip).element(homeCity));
 
@@ -206,7 +206,7 @@ TEST(OLMMsgContactAddressesTest, LastPartWithoutTextLeavesTheLineEndAheadOfIt) {
     EXPECT_EQ(wholeAddress(message, wholeHome), Bytes());
 }
 
-TEST(OLMMsgContactAddressesTest, LineEndsInsideAPartStay) {
+TEST(OLMMsgContactAddressesTest, LineEndsInsideAPartAreKept) {
     const StoredMessage message =
         writeItem(contact().element(homeStreet, "Hill 2\r\nStairs\r").element(homeCity, "Fjord\n"));
 
@@ -226,7 +226,7 @@ TEST(OLMMsgContactAddressesTest, CountryIsInNoWholeAddress) {
     EXPECT_EQ(wholeAddress(message, wholeHome), utf16(u"Fjord"));
 }
 
-TEST(OLMMsgContactAddressesTest, CountryAloneMakesNoWholeAddress) {
+TEST(OLMMsgContactAddressesTest, OnlyACountryMakesNoWholeAddress) {
     const StoredMessage message = writeItem(contact()
                                                 .element("OPFContactCopyBusinessCountry", "Faroe")
                                                 .element("OPFContactCopyHomeCountry", "Norway"));
@@ -247,7 +247,7 @@ TEST_F(OLMMsgContactAddressesObjectTest, EverySlotIsALineOfItsAddress) {
     EXPECT_EQ(joined(HomeCity, HomeStreet), Bytes());
 }
 
-TEST_F(OLMMsgContactAddressesObjectTest, SlotsThatNoElementFillsStayNull) {
+TEST_F(OLMMsgContactAddressesObjectTest, SlotsWithoutAnElementStayNull) {
     begin(fullContact());
     run();
 
@@ -256,18 +256,18 @@ TEST_F(OLMMsgContactAddressesObjectTest, SlotsThatNoElementFillsStayNull) {
     }
 }
 
-TEST_F(OLMMsgContactAddressesObjectTest, IndexOutsideThePartsIsRefusedAndTheTextFreed) {
+TEST_F(OLMMsgContactAddressesObjectTest, IndexOutsideThePartsIsRejectedAndTheTextFreed) {
     begin(contact());
     for (const int index : {10, 11, -1}) {
-        expectIndexRefused([&] { store(index, longText); });
+        expectIndexRejected([&] { store(index, longText); });
     }
 }
 
-TEST_F(OLMMsgContactAddressesObjectTest, WholeAddressOfAnIndexOutsideThePartsIsRefused) {
+TEST_F(OLMMsgContactAddressesObjectTest, WholeAddressOfAnIndexOutsideThePartsIsRejected) {
     begin(contact());
     store(HomeCountry, longText);
 
-    expectIndexRefused(
+    expectIndexRejected(
         [&] { std::ignore = joined(HomeCountry, static_cast<ContactAddrPartIndex>(10)); });
 }
 
@@ -326,7 +326,7 @@ TEST_F(OLMMsgContactAddressesObjectTest, ElementIsAddedNamed) {
     EXPECT_EQ(host.openHandles(), openBefore);
 }
 
-TEST_F(OLMMsgContactAddressesObjectTest, UnknownNameIsLeftOutSilently) {
+TEST_F(OLMMsgContactAddressesObjectTest, UnknownNameIsLeftOut) {
     begin(contact().element("a", "Port").element("b", "Quay"));
 
     writer->handleDupProps(wide(u"Mole"), 0x3A29001F, unknownName);
@@ -342,16 +342,16 @@ TEST_F(OLMMsgContactAddressesObjectTest, UnknownNameIsLeftOutSilently) {
     EXPECT_TRUE(message().has("__substg1.0_8000001F")) << "no number was used up";
 }
 
-TEST_F(OLMMsgContactAddressesObjectTest, AnyOtherFailureOfTheMappingIsThrownOn) {
+TEST_F(OLMMsgContactAddressesObjectTest, OtherFailureOfTheMappingIsRethrown) {
     begin(contact().element("a", "Port").element("b", "Quay"));
     const BrokenMapping broken(writer->namedProps);
 
     EXPECT_EQ(thrownCode([&] { writer->handleDupProps(wide(u"x"), 0x3A29001F, 0x8045001F); }),
-              137u);
+              qor::errorIndex);
     EXPECT_THAT(added(), ElementsAre(entry(0x3A29001F, 4))) << "the plain one is in place";
 }
 
-TEST_F(OLMMsgContactAddressesObjectTest, FailureThatIsThrownOnKeepsItsMessage) {
+TEST_F(OLMMsgContactAddressesObjectTest, RethrownFailureKeepsItsMessage) {
     begin(contact());
     const BrokenMapping broken(writer->namedProps);
 
@@ -359,7 +359,7 @@ TEST_F(OLMMsgContactAddressesObjectTest, FailureThatIsThrownOnKeepsItsMessage) {
         writer->handleNamedStrProp(wide(u"x"), 0x8045001F);
         ADD_FAILURE() << "nothing was thrown";
     } catch (const qor::Exception& failure) {
-        EXPECT_EQ(failure.code, 137u);
+        EXPECT_EQ(failure.code, qor::errorIndex);
         EXPECT_STREQ(failure.message(), "Array.set: requested index is out of range");
     }
     EXPECT_THAT(added(), IsEmpty());
@@ -377,13 +377,14 @@ TEST_F(OLMMsgContactAddressesObjectTest, AddressGroupThrowsEveryFailureOfTheMapp
     OLMXMLTag closing;
     ASSERT_EQ(parser->nextTag(closing), 1);
     const BrokenMapping broken(writer->namedProps);
-    EXPECT_EQ(thrownCode([&] { writer->handleEmailAddress(2, 0x8083001F, *parser); }), 137u);
+    EXPECT_EQ(thrownCode([&] { writer->handleEmailAddress(2, 0x8083001F, *parser); }),
+              qor::errorIndex);
     EXPECT_THAT(added(), IsEmpty());
 }
 
 // --- Streams that can't be made.
 
-TEST_F(OLMMsgContactAddressesObjectTest, StreamThatCannotBeMadeIsLeftOutAlone) {
+TEST_F(OLMMsgContactAddressesObjectTest, StreamThatCannotBeMadeLosesOnlyItsProperty) {
     ItemDocument item = contact();
     item.element(businessCity, "Port").element(homeCity, "Fjord");
     item.element("OPFContactCopyCustom1Data", "one");
@@ -403,7 +404,7 @@ TEST_F(OLMMsgContactAddressesObjectTest, StreamThatCannotBeMadeIsLeftOutAlone) {
     };
     const auto extract = [&](int failing) {
         ItemRun run;
-        // Ahead of these come the three streams of the names and the two that every message has.
+        // Before these come the three streams of the names and the two that every message has.
         run.prepare = [failing](FakeHost& each) {
             each.failCall(CallKind::CreateStream, 5 + failing);
         };
@@ -419,7 +420,7 @@ TEST_F(OLMMsgContactAddressesObjectTest, StreamThatCannotBeMadeIsLeftOutAlone) {
     }
 }
 
-TEST(OLMMsgContactAddressesTest, WholeAddressWhoseStreamCannotBeMadeIsLeftOutAlone) {
+TEST(OLMMsgContactAddressesTest, WholeAddressWithoutAStreamLosesOnlyItsProperty) {
     ItemRun run;
     run.prepare = [](FakeHost& host) { host.failCall(CallKind::CreateStream, 5); };
 

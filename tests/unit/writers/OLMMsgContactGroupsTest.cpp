@@ -36,7 +36,7 @@ TEST(OLMMsgContactGroupsTest, OnlyTheFirstTagOfAnAddressGroupCounts) {
     EXPECT_THAT(outcome.progress, ElementsAre(1, 3, 3, 100));
 }
 
-TEST(OLMMsgContactGroupsTest, FirstTagWithoutAnAddressGivesNoneWhateverFollows) {
+TEST(OLMMsgContactGroupsTest, FirstTagWithoutAnAddressEndsTheSearch) {
     const StoredMessage message = writeItem(contact()
                                                 .open(list1)
                                                 .element("contactEmailAddress")
@@ -68,7 +68,7 @@ TEST(OLMMsgContactGroupsTest, NameAndTypeOfAnAddressAreNotRead) {
     EXPECT_EQ(message.stream("__substg1.0_8000001F"), utf16(u"a@x"));
 }
 
-TEST(OLMMsgContactGroupsTest, FirstOfTwoAddressAttributesCountsAndNamesAreExact) {
+TEST(OLMMsgContactGroupsTest, AttributeNamesAreExactAndTheFirstOfTwoIsUsed) {
     const StoredMessage message =
         writeItem(contact()
                       .open(defaultEmail)
@@ -91,7 +91,7 @@ TEST(OLMMsgContactGroupsTest, EmptyAddressIsAnEmptyStreamOfSizeTwo) {
     EXPECT_THAT(namedValues(message, 0x8083), ElementsAre(Bytes()));
 }
 
-TEST(OLMMsgContactGroupsTest, AnyNameOfTheInnerTagWillDo) {
+TEST(OLMMsgContactGroupsTest, InnerTagMayHaveAnyName) {
     const StoredMessage message = writeItem(contact()
                                                 .open(defaultEmail)
                                                 .element("OPFContactCopyTitle", "Dr")
@@ -100,7 +100,7 @@ TEST(OLMMsgContactGroupsTest, AnyNameOfTheInnerTagWillDo) {
     EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x8000001F, 8)));
 }
 
-TEST(OLMMsgContactGroupsTest, AddressBelowTheFirstTagIsPassedOver) {
+TEST(OLMMsgContactGroupsTest, AddressBelowTheFirstTagIsIgnored) {
     const StoredMessage message = writeItem(contact()
                                                 .open(defaultEmail)
                                                 .open("list")
@@ -113,7 +113,7 @@ TEST(OLMMsgContactGroupsTest, AddressBelowTheFirstTagIsPassedOver) {
     EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x3A45001F, 6)));
 }
 
-TEST(OLMMsgContactGroupsTest, AttributesOfTheGroupItselfAreNoAddress) {
+TEST(OLMMsgContactGroupsTest, AttributesOfTheGroupItselfAreNotAnAddress) {
     const StoredMessage message = writeItem(contact()
                                                 .open(defaultEmail)
                                                 .attribute(addressAttribute, "g@x")
@@ -122,7 +122,7 @@ TEST(OLMMsgContactGroupsTest, AttributesOfTheGroupItselfAreNoAddress) {
     EXPECT_THAT(ownEntries(message), IsEmpty());
 }
 
-TEST(OLMMsgContactGroupsTest, RepeatedGroupHasAPropertyEachTime) {
+TEST(OLMMsgContactGroupsTest, RepeatedGroupIsAPropertyEachTime) {
     ItemDocument item = contact();
     for (const char* address : {"a@x", "bb@x"}) {
         item.open(list2).element("a").attribute(addressAttribute, address).close();
@@ -134,7 +134,7 @@ TEST(OLMMsgContactGroupsTest, RepeatedGroupHasAPropertyEachTime) {
     EXPECT_THAT(namedValues(message, 0x80A3), ElementsAre(utf16(u"a@x"), utf16(u"bb@x")));
 }
 
-TEST(OLMMsgContactGroupsTest, GroupThatClosesAtOnceSwallowsWhatFollowsToTheEnd) {
+TEST(OLMMsgContactGroupsTest, EmptyGroupSwallowsEverythingAfterIt) {
     const Outcome outcome = extractItem(contact()
                                             .element("OPFContactCopyFirstName", "Ann")
                                             .element(defaultEmail)
@@ -152,7 +152,7 @@ TEST(OLMMsgContactGroupsTest, GroupThatClosesAtOnceSwallowsWhatFollowsToTheEnd) 
     EXPECT_THAT(outcome.progress, ElementsAre(1, 1, 3, 100));
 }
 
-TEST(OLMMsgContactGroupsTest, GroupThatClosesAtOnceEndsWhereItsTagComesAgain) {
+TEST(OLMMsgContactGroupsTest, EmptyGroupEndsAtTheNextTagOfItsKind) {
     const StoredMessage message = writeItem(contact()
                                                 .element(list1)
                                                 .element("OPFContactCopyLastName", "Low")
@@ -162,11 +162,11 @@ TEST(OLMMsgContactGroupsTest, GroupThatClosesAtOnceEndsWhereItsTagComesAgain) {
                                                 .close()
                                                 .element("OPFContactCopyTitle", "Dr"));
 
-    // The second group's opening tag ends the first group; its address is nobody's then.
+    // The second group's opening tag ends the first group, so its address is lost.
     EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x3A45001F, 6)));
 }
 
-TEST(OLMMsgContactGroupsTest, GroupThatClosesAtOnceMayEndInAnotherContact) {
+TEST(OLMMsgContactGroupsTest, EmptyGroupMayEndInAnotherContact) {
     const StoredMessage message = writeItem(contact()
                                                 .element("OPFContactCopyFirstName", "Ann")
                                                 .element(list1)
@@ -180,7 +180,7 @@ TEST(OLMMsgContactGroupsTest, GroupThatClosesAtOnceMayEndInAnotherContact) {
     EXPECT_EQ(message.stream("__substg1.0_3A06001F"), utf16(u"Ann"));
 }
 
-TEST(OLMMsgContactGroupsTest, GroupThatTheDocumentBreaksEndsThere) {
+TEST(OLMMsgContactGroupsTest, BrokenGroupEndsWithTheDocument) {
     const Outcome withAddress = extractItem(contact()
                                                 .open(list1)
                                                 .open("contactEmailAddress")
@@ -268,7 +268,7 @@ TEST(OLMMsgContactGroupsTest, GroupOfChildrenInsideItselfEndsTheOuterOne) {
     EXPECT_FALSE(message.has(valueStream(childrensNames, 2)));
 }
 
-TEST(OLMMsgContactGroupsTest, ChildrenUpToTheBreakOfTheDocumentAreWritten) {
+TEST(OLMMsgContactGroupsTest, ChildrenBeforeTheBreakOfTheDocumentAreWritten) {
     const StoredMessage message = writeItem(
         contact().open(children).element("string", "Ida").open("string").text("Per").breakOff());
 
@@ -283,7 +283,7 @@ TEST(OLMMsgContactGroupsTest, ChildrenUpToTheBreakOfTheDocumentAreWritten) {
 
 TEST(OLMMsgContactGroupsTest, ShortWriteOfAChildLeavesAnEntryOfZero) {
     ItemRun run;
-    // The message class, the text of the first name, and then its terminator.
+    // The third write: after the message class and the first name comes its terminator.
     run.prepare = [](FakeHost& host) { host.shortenWrite(2, 1, 0); };
 
     const StoredMessage message =

@@ -16,7 +16,7 @@ namespace {
 constexpr const char* memberList = "OPFGroupCopyMemberList";
 const Bytes addressSet = hex("04 20 06 00 00 00 00 00 C0 00 00 00 00 00 00 46");
 
-// The bytes of an identifier ahead of its texts.
+// The bytes of an identifier before its texts (MS-OXCDATA 2.2.5.1).
 const Bytes oneOffStart = hex("00 00 00 00  81 2B 1F A4 BE A3 10 19 9D 6E 00 DD 01 0F 54 02"
                               "00 00  01 80");
 
@@ -24,12 +24,12 @@ Bytes entryId(std::u16string_view name, std::u16string_view type, std::u16string
     return oneOffStart + terminated(name) + terminated(type) + terminated(address);
 }
 
-// An entry of a stream of sizes.
+// Returns an entry of a stream of sizes.
 Bytes sizeEntry(uint32_t size) {
     return le32(size) + le32(0);
 }
 
-// A group whose member list is open.
+// Returns a group whose member list is open.
 ItemDocument openList() {
     return group().open(memberList);
 }
@@ -47,7 +47,7 @@ ItemDocument groupOf(const Text& name, const Text& address, const Text& type = "
     return addMember(item, name, address, type);
 }
 
-// A group of `count` members, all of them different.
+// Returns a group of `count` different members.
 ItemDocument groupOfSize(int count) {
     ItemDocument item = openList();
     for (int number = 0; number < count; ++number) {
@@ -57,7 +57,7 @@ ItemDocument groupOfSize(int count) {
     return item;
 }
 
-// Both properties of a message whose only named properties are those of the members.
+// Expects these members in both properties of a message without other named properties.
 void expectMembers(const StoredMessage& message, const std::vector<Bytes>& members) {
     Bytes sizes;
     for (size_t index = 0; index < members.size(); ++index) {
@@ -85,7 +85,7 @@ public:
 
 class OLMMsgContactGrpWriterObjectTest : public WriterTest<OpenGroupWriter> {};
 
-// One identifier written to a stream of its own.
+// Writes an identifier to a stream of its own.
 class OLMMsgContactGrpWriterEntryIdTest : public testing::Test {
 protected:
     OLMMsgContactGrpWriterEntryIdTest()
@@ -104,7 +104,7 @@ protected:
 
 } // namespace
 
-// --- The object.
+// --- The writer itself.
 
 TEST_F(OLMMsgContactGrpWriterObjectTest, MemberIsWrittenToBothPropertiesInTurn) {
     begin(groupOf("", "a@x"));
@@ -180,8 +180,8 @@ TEST_F(OLMMsgContactGrpWriterEntryIdTest, EmptyTextsAreTheirTerminators) {
                              "00 00"));
 }
 
-// The writes are: 4, the 16 bytes, 2, 2, and each text with the 2 bytes of its terminator.
-TEST_F(OLMMsgContactGrpWriterEntryIdTest, TextWhoseWriteFailsIsMissingInTheSize) {
+// The writes have 4, 16, 2 and 2 bytes; each text and its terminator of 2 bytes follow.
+TEST_F(OLMMsgContactGrpWriterEntryIdTest, FailedWriteIsMissingFromTheSize) {
     struct Case {
         int write;
         unsigned int size;
@@ -195,7 +195,7 @@ TEST_F(OLMMsgContactGrpWriterEntryIdTest, TextWhoseWriteFailsIsMissingInTheSize)
     }
 }
 
-TEST_F(OLMMsgContactGrpWriterEntryIdTest, TextCutWithoutAFailureCountsAsFarAsItWent) {
+TEST_F(OLMMsgContactGrpWriterEntryIdTest, ShortWriteOfATextCountsWhatWasWritten) {
     host.shortenWrite(4, 2, 0);
 
     EXPECT_EQ(write(), 54u);
@@ -253,7 +253,7 @@ TEST(OLMMsgContactGrpWriterTest, FullGroupIsWrittenInDocumentOrder) {
     }
 }
 
-TEST(OLMMsgContactGrpWriterTest, FullGroupTellsWhatItsNamedPropertiesMean) {
+TEST(OLMMsgContactGrpWriterTest, FullGroupNamesItsProperties) {
     const StoredMessage message = writeItem(fullGroup());
 
     EXPECT_EQ(nameStream(message, "00020102"), addressSet);
@@ -262,15 +262,15 @@ TEST(OLMMsgContactGrpWriterTest, FullGroupTellsWhatItsNamedPropertiesMean) {
                                                    "54 80 00 00  06 00  02 00"
                                                    "55 80 00 00  06 00  03 00"));
     EXPECT_EQ(nameStream(message, "00040102"), hex("10 00 00 00") + utf16(u"Keywords"));
-    // The category list's name and 0x8054 fall into one bucket.
+    // The category list's name and 0x8054 are in one bucket.
     EXPECT_EQ(nameStream(message, "10150102"), hex("3B 4D DA 2E  05 00  00 00"
                                                    "54 80 00 00  06 00  02 00"));
     EXPECT_EQ(nameStream(message, "10160102"), hex("55 80 00 00  06 00  03 00"));
     EXPECT_EQ(nameStream(message, "10180102"), hex("53 80 00 00  06 00  01 00"));
 }
 
-TEST(OLMMsgContactGrpWriterTest, ProgressCountsTheElementsThatAHandlerTook) {
-    // Each with its closing tag, save the lists, which take theirs; the notes in HTML don't count.
+TEST(OLMMsgContactGrpWriterTest, ProgressCountsTheElementsHandled) {
+    // Each with its closing tag, except the lists, which read theirs; the HTML notes do not count.
     EXPECT_THAT(extractItem(fullGroup()).progress,
                 ElementsAre(14, 28, 28, 42, 57, 57, 57, 57, 71, 71, 100));
 }
@@ -306,7 +306,7 @@ TEST(OLMMsgContactGrpWriterTest, SecondDisplayNameIsAnotherNamedProperty) {
     EXPECT_EQ(message.stream("__substg1.0_8001001F"), utf16(u"Deck"));
 }
 
-TEST_F(OLMMsgContactGrpWriterObjectTest, DisplayNameWithoutAStreamIsLeftOutAlone) {
+TEST_F(OLMMsgContactGrpWriterObjectTest, SubjectWithoutAStreamLosesOnlyItsProperty) {
     begin(group().element("OPFGroupCopyDisplayName", "Crew"));
     host.failCall(CallKind::CreateStream, 0);
 
@@ -318,7 +318,7 @@ TEST_F(OLMMsgContactGrpWriterObjectTest, DisplayNameWithoutAStreamIsLeftOutAlone
 
 namespace {
 
-// The parameter is the tag that is refused.
+// The parameter is the rejected tag.
 class OLMMsgContactGrpWriterRefusalTest : public OLMMsgContactGrpWriterObjectTest,
                                           public testing::WithParamInterface<unsigned int> {};
 
@@ -337,11 +337,11 @@ TEST_P(OLMMsgContactGrpWriterRefusalTest, UnknownPropertyEndsTheDisplayNameAndCo
     EXPECT_EQ(writer->handledProps, 1u);
     const bool hasSubject = GetParam() == 0x8000001F;
     EXPECT_THAT(added(), SizeIs(hasSubject ? 1 : 0));
-    // What comes behind the failure is not written.
+    // What follows the failure is not written.
     EXPECT_EQ(message().has("__substg1.0_8000001F"), hasSubject);
 }
 
-TEST_F(OLMMsgContactGrpWriterObjectTest, OtherFailureOfTheDisplayNameIsThrownOnAsACopy) {
+TEST_F(OLMMsgContactGrpWriterObjectTest, OtherFailureOfTheDisplayNameIsRethrownAsACopy) {
     begin(group().element("OPFGroupCopyDisplayName", "Crew"));
     writer->refusedTag = 0x8000001F;
     writer->refusal = 16;
@@ -376,7 +376,7 @@ TEST(OLMMsgContactGrpWriterTest, MemberWithoutContentCountsOnce) {
     expectMembers(message, {entryId(u"Ann", u"SMTP", u"a@x")});
 }
 
-TEST(OLMMsgContactGrpWriterTest, MembersStandInTheOrderOfTheList) {
+TEST(OLMMsgContactGrpWriterTest, MembersAreInTheOrderOfTheList) {
     ItemDocument item = openList();
     addMember(item, "Zoe", "z@x");
     addMember(item, "Ann", "ann@sea.example");
@@ -387,7 +387,7 @@ TEST(OLMMsgContactGrpWriterTest, MembersStandInTheOrderOfTheList) {
                    entryId(u"Zoe", u"SMTP", u"z@x")});
 }
 
-TEST(OLMMsgContactGrpWriterTest, MemberWithoutADisplayNameHasItsTypeBehindOneTerminator) {
+TEST(OLMMsgContactGrpWriterTest, MemberWithoutADisplayNameHasItsTypeAfterATerminator) {
     const StoredMessage message =
         writeItem(openList().element("emailAddress").attribute(addressAttribute, "a@x"));
 
@@ -406,7 +406,7 @@ TEST(OLMMsgContactGrpWriterTest, EmptyAndMissingAttributesAreTheSame) {
     expectMembers(writeItem(item), {nobody, nobody, nobody});
 }
 
-TEST(OLMMsgContactGrpWriterTest, AttributeNamesCountExactlyAndTheFirstOfThemWins) {
+TEST(OLMMsgContactGrpWriterTest, AttributeNamesAreExactAndTheFirstOfTwoIsUsed) {
     const StoredMessage message = writeItem(openList()
                                                 .element("emailAddress")
                                                 .attribute("OPFContactEmailAddressname", "case")
@@ -422,11 +422,11 @@ TEST(OLMMsgContactGrpWriterTest, AttributeNamesCountExactlyAndTheFirstOfThemWins
     expectMembers(message, {entryId(u"Ann", u"MAPIPDL", u"a@x")});
 }
 
-TEST(OLMMsgContactGrpWriterTest, EveryOpeningTagIsAMemberWhateverItsName) {
+TEST(OLMMsgContactGrpWriterTest, EveryOpeningTagOfAnyNameIsAMember) {
     ItemDocument item = openList();
     item.open("emailAddress").attribute(nameAttribute, "outer");
     item.text("unread");
-    item.element("OPFGroupCopyDisplayName", "no name of the group");
+    item.element("OPFGroupCopyDisplayName", "not the group's name");
     item.element("stranger").attribute(addressAttribute, "s@x");
     item.open("group").close();
     item.close().close().element("OPFGroupCopyNotesPlain", "Noon");
@@ -475,7 +475,7 @@ TEST(OLMMsgContactGrpWriterTest, ValuesAreNumberedInHexadecimal) {
     EXPECT_THAT(message, HasNumber(0x80001102, 2400));
 }
 
-TEST(OLMMsgContactGrpWriterTest, EveryMemberTakesTheSameNumberOfCallsHoweverManyThereAre) {
+TEST(OLMMsgContactGrpWriterTest, NumberOfCallsIsProportionalToTheMembers) {
     const int ofOne = countHostCalls(groupOfSize(1));
     const int eachFurther = countHostCalls(groupOfSize(2)) - ofOne;
 
@@ -498,7 +498,7 @@ class OLMMsgContactGrpWriterTypeTest : public testing::TestWithParam<MemberTypeC
 
 } // namespace
 
-TEST_P(OLMMsgContactGrpWriterTypeTest, GivesTheAddressType) {
+TEST_P(OLMMsgContactGrpWriterTypeTest, BecomesTheAddressType) {
     const StoredMessage message = writeItem(groupOf("Ann", "a@x", GetParam().text));
 
     expectMembers(message, {entryId(u"Ann", GetParam().type, u"a@x")});
@@ -540,7 +540,7 @@ INSTANTIATE_TEST_SUITE_P(Units, OLMMsgContactGrpWriterLengthTest, testing::Value
 
 // --- A document that ends inside the list.
 
-TEST(OLMMsgContactGrpWriterTest, ListCutBehindAnOpeningTagHasOneMoreMemberWithoutTexts) {
+TEST(OLMMsgContactGrpWriterTest, ListCutAfterAnOpeningTagHasOneMoreMemberWithoutTexts) {
     ItemDocument item = openList();
     item.open("emailAddress").attribute(nameAttribute, "Ann").attribute(typeAttribute, "3");
     item.breakOff();
@@ -551,14 +551,14 @@ TEST(OLMMsgContactGrpWriterTest, ListCutBehindAnOpeningTagHasOneMoreMemberWithou
     expectMembers(outcome.message, {entryId(u"Ann", u"MAPIPDL", u""), entryId(u"", u"SMTP", u"")});
 }
 
-TEST(OLMMsgContactGrpWriterTest, ListCutBehindAClosingTagHasNoFurtherMember) {
+TEST(OLMMsgContactGrpWriterTest, ListCutAfterAClosingTagHasNoFurtherMember) {
     const Outcome outcome = extractItem(groupOf("Ann", "a@x").breakOff());
 
     EXPECT_EQ(outcome.result, VwSpecialDone);
     expectMembers(outcome.message, {entryId(u"Ann", u"SMTP", u"a@x")});
 }
 
-TEST(OLMMsgContactGrpWriterTest, ListCutBehindItsOwnTagHasOneMemberWithoutTexts) {
+TEST(OLMMsgContactGrpWriterTest, ListCutAfterItsOwnTagHasOneMemberWithoutTexts) {
     const Outcome outcome = extractItem(openList().breakOff());
 
     EXPECT_EQ(outcome.result, VwSpecialDone);
@@ -583,21 +583,21 @@ TEST_F(OLMMsgContactGrpWriterObjectTest, FailureInTheListLeavesBothStreamsOfSize
 TEST(OLMMsgContactGrpWriterTest, FailureInTheListFailsTheRequest) {
     ItemRun run;
     run.prepare = [](FakeHost& host) {
-        // Behind the three streams of the names, the two of what every message has, and the two
-        // of the sizes: the first value.
+        // The first value: three streams of the names, two that every message has and two of the
+        // sizes come before.
         host.failCall(CallKind::CreateStream, 7);
     };
 
     const Outcome outcome = extractItem(groupOf("Ann", "a@x"), run);
 
-    EXPECT_EQ(outcome.result, 18);
-    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.result, VwSpecialFailed);
+    EXPECT_EQ(outcome.status, VwSpecialStatusFailed);
     EXPECT_FALSE(outcome.message.has("__substg1.0_80001102-00000000"));
     EXPECT_FALSE(outcome.message.isRootClosed());
     EXPECT_EQ(outcome.openHandles, 0);
 }
 
-TEST_F(OLMMsgContactGrpWriterObjectTest, StreamOfSizesThatIsMissingFailsWithTheFirstMember) {
+TEST_F(OLMMsgContactGrpWriterObjectTest, MissingStreamOfSizesFailsAtTheFirstMember) {
     begin(groupOf("Ann", "a@x"));
     host.failCall(CallKind::CreateStream, 0);
 

@@ -1,5 +1,5 @@
 #include "filter/writers/OLMMsgMailWriter.h"
-#include "tests/unit/storage/Wide.h"
+#include "tests/unit/core/Wide.h"
 #include "tests/unit/writers/MailMessages.h"
 
 using namespace fakehost;
@@ -13,20 +13,20 @@ constexpr const char* ccGroup = "OPFMessageCopyCCAddresses";
 constexpr const char* bccGroup = "OPFMessageCopyBCCAddresses";
 constexpr const char* fromGroup = "OPFMessageCopyFromAddresses";
 
-// Adds one person to the group that is open.
+// Adds a person to the open group.
 ItemDocument& addPerson(ItemDocument& item, const Text& address, const Text& name) {
     return item.element("emailAddress")
         .attribute(addressAttribute, address)
         .attribute(nameAttribute, name);
 }
 
-// A mail whose one group holds one person with that address and that name.
+// Returns a mail with one group of one person with this address and this name.
 ItemDocument mailWith(const char* group, const Text& address, const Text& name) {
     ItemDocument item = mail().open(group);
     return addPerson(item, address, name).close();
 }
 
-// Adds a group of people with these names and no address.
+// Adds a group of persons with these names and without addresses.
 ItemDocument& addNames(ItemDocument& item, const char* group,
                        std::initializer_list<const char*> names) {
     item.open(group);
@@ -36,7 +36,7 @@ ItemDocument& addNames(ItemDocument& item, const char* group,
     return item.close();
 }
 
-// A mail whose To group holds people of these names.
+// Returns a mail whose To group holds persons with these names.
 ItemDocument mailToNames(std::initializer_list<const char*> names) {
     ItemDocument item = mail();
     return addNames(item, toGroup, names);
@@ -48,7 +48,7 @@ class OLMMsgMailAddressesObjectTest : public MailWriterTest {};
 
 // --- The sender.
 
-TEST(OLMMsgMailAddressesTest, SenderHasItsAddressAheadOfItsName) {
+TEST(OLMMsgMailAddressesTest, SenderHasItsAddressBeforeItsName) {
     const StoredMessage message = writeItem(mail()
                                                 .open(fromGroup)
                                                 .element("emailAddress")
@@ -62,7 +62,7 @@ TEST(OLMMsgMailAddressesTest, SenderHasItsAddressAheadOfItsName) {
     EXPECT_EQ(countStorages(message, "__recip"), 0u);
 }
 
-TEST(OLMMsgMailAddressesTest, SenderIsNeverFilledInFromTheOtherAttribute) {
+TEST(OLMMsgMailAddressesTest, SenderWithOneAttributeHasOnlyThatProperty) {
     const StoredMessage address =
         writeItem(mail().open(fromGroup).element("a").attribute(addressAttribute, "f@x"));
     EXPECT_THAT(ownEntries(address), ElementsAre(entry(0x0065001F, 8)));
@@ -103,7 +103,7 @@ TEST(OLMMsgMailAddressesTest, OnlyTheFirstTagOfTheSenderGroupCounts) {
     EXPECT_THAT(outcome.progress, ElementsAre(4, 4, 4, 4, 4, 100));
 }
 
-TEST(OLMMsgMailAddressesTest, SenderGroupThatTheDocumentBreaksIsNotCounted) {
+TEST(OLMMsgMailAddressesTest, BrokenSenderGroupIsNotCounted) {
     const Outcome outcome = extractItem(mail().open(fromGroup).breakOff());
 
     EXPECT_THAT(ownEntries(outcome.message), IsEmpty());
@@ -117,7 +117,7 @@ TEST(OLMMsgMailAddressesTest, AttributesOfTheGroupItselfAreNotTheSender) {
     EXPECT_THAT(ownEntries(message), IsEmpty());
 }
 
-TEST_F(OLMMsgMailAddressesObjectTest, SenderStreamThatCannotBeMadeIsLeftOutAlone) {
+TEST_F(OLMMsgMailAddressesObjectTest, SenderStreamThatCannotBeMadeLosesOnlyItsProperty) {
     ItemDocument item = mail();
     for (int count = 0; count < 2; ++count) {
         item.open(fromGroup);
@@ -160,7 +160,7 @@ TEST(OLMMsgMailAddressesTest, RecipientHasItsFourPropertiesInOrder) {
                   flagsEntry(0));
 }
 
-TEST(OLMMsgMailAddressesTest, AddressAloneIsTheNameToo) {
+TEST(OLMMsgMailAddressesTest, AddressReplacesAMissingName) {
     const StoredMessage message =
         writeItem(mail().open(toGroup).element("a").attribute(addressAttribute, "a@x"));
 
@@ -168,14 +168,14 @@ TEST(OLMMsgMailAddressesTest, AddressAloneIsTheNameToo) {
     EXPECT_EQ(message.stream("__substg1.0_0E04001F"), terminated(u"a@x"));
 }
 
-TEST(OLMMsgMailAddressesTest, EmptyNameFallsBackToTheAddress) {
+TEST(OLMMsgMailAddressesTest, AddressReplacesAnEmptyName) {
     const StoredMessage message = writeItem(mailWith(toGroup, "a@x", ""));
 
     expectRecipient(message, 0, {.address = u"a@x", .name = u"a@x"});
     EXPECT_EQ(message.stream("__substg1.0_0E04001F"), terminated(u"a@x"));
 }
 
-TEST(OLMMsgMailAddressesTest, NameAloneGivesNoAddress) {
+TEST(OLMMsgMailAddressesTest, NameAloneHasNoAddress) {
     const StoredMessage message = writeItem(mailToNames({"Ann"}));
 
     expectRecipient(message, 0, {.name = u"Ann"});
@@ -186,7 +186,7 @@ TEST(OLMMsgMailAddressesTest, EmptyAddressCountsAsMissing) {
     expectRecipient(writeItem(mailWith(toGroup, "", "Ann")), 0, {.name = u"Ann"});
 }
 
-TEST(OLMMsgMailAddressesTest, TagWithNeitherTakesANumberAndLeavesNoTraceInTheList) {
+TEST(OLMMsgMailAddressesTest, TagWithNeitherTakesANumberButIsNotInTheList) {
     ItemDocument item = mail().open(toGroup).element("emailAddress");
     addPerson(item, "", "").element("emailAddress").attribute(nameAttribute, "Ann");
 
@@ -215,7 +215,7 @@ TEST(OLMMsgMailAddressesTest, AttributeNamesOfAnotherCaseOrLengthAreNotMatched) 
     EXPECT_THAT(ownEntries(writeItem(withNames(fromGroup))), IsEmpty());
 }
 
-TEST(OLMMsgMailAddressesTest, FirstOfTwoAttributesOfANameCounts) {
+TEST(OLMMsgMailAddressesTest, FirstOfTwoAttributesOfANameIsUsed) {
     const auto twice = [](const char* group) {
         return mail()
             .open(group)
@@ -244,7 +244,7 @@ TEST(OLMMsgMailAddressesTest, EmptyFirstAttributeHidesASecond) {
 
 // --- Groups.
 
-TEST(OLMMsgMailAddressesTest, TwoNamesStandWithOneSeparatorAndASizePastTheStream) {
+TEST(OLMMsgMailAddressesTest, SizeOfAListIsLargerThanItsStream) {
     const StoredMessage message = writeItem(mailToNames({"Ann", "Bob"}));
 
     EXPECT_EQ(message.stream("__substg1.0_0E04001F"), terminated(u"Ann; Bob"));
@@ -306,7 +306,7 @@ TEST_P(OLMMsgMailAddressesGroupTest, MissingGroupHasNoList) {
     EXPECT_FALSE(message.has(GetParam().displayStream));
 }
 
-TEST_P(OLMMsgMailAddressesGroupTest, GroupThatTheDocumentBreaksIsWrittenAsFarAsItCame) {
+TEST_P(OLMMsgMailAddressesGroupTest, BrokenGroupIsWrittenUpToTheBreak) {
     const StoredMessage message = writeItem(mail()
                                                 .open(GetParam().element)
                                                 .element("emailAddress")
@@ -327,7 +327,7 @@ INSTANTIATE_TEST_SUITE_P(
                     GroupCase{"Bcc", bccGroup, 3, 0x0E02001F, "__substg1.0_0E02001F"}),
     rowName);
 
-TEST(OLMMsgMailAddressesTest, NumbersRunOnAcrossTheGroupsInDocumentOrder) {
+TEST(OLMMsgMailAddressesTest, NumbersContinueAcrossTheGroupsInDocumentOrder) {
     ItemDocument item = mail();
     addNames(item, ccGroup, {"Cy"});
     addNames(item, bccGroup, {"Dee", "Di"});
@@ -345,7 +345,7 @@ TEST(OLMMsgMailAddressesTest, NumbersRunOnAcrossTheGroupsInDocumentOrder) {
     EXPECT_EQ(message.stream("__substg1.0_0E02001F"), terminated(u"Dee; Di"));
 }
 
-TEST(OLMMsgMailAddressesTest, EveryOpeningTagOfAGroupIsAPersonWhateverItsNameAndDepth) {
+TEST(OLMMsgMailAddressesTest, EveryOpeningTagOfAGroupIsAPerson) {
     const StoredMessage message = writeItem(mail()
                                                 .open(toGroup)
                                                 .open("OPFMessageCopySubject")
@@ -372,14 +372,14 @@ TEST(OLMMsgMailAddressesTest, GroupEndsAtATagOfItsOwnKind) {
                                                 .open(toGroup)
                                                 .attribute(nameAttribute, "inner")
                                                 .element("a")
-                                                .attribute(nameAttribute, "behind"));
+                                                .attribute(nameAttribute, "after"));
 
     EXPECT_EQ(countStorages(message, "__recip"), 1u);
     EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0E04001F, 10)));
 }
 
-// The group's first end cuts the list's last separator for good.
-TEST(OLMMsgMailAddressesTest, SecondGroupOfAKindGoesOnWithTheListAsItWasCut) {
+// The end of the first group removes the list's last separator for good.
+TEST(OLMMsgMailAddressesTest, SecondGroupOfAKindContinuesTheTruncatedList) {
     ItemDocument item = mail();
     addNames(item, toGroup, {"Ann"});
     addNames(item, toGroup, {"Bob", "Cy"});
@@ -391,14 +391,14 @@ TEST(OLMMsgMailAddressesTest, SecondGroupOfAKindGoesOnWithTheListAsItWasCut) {
     EXPECT_EQ(message.stream(propertyStream).part(0, 32), headerBytes(3, 0));
 }
 
-TEST(OLMMsgMailAddressesTest, SecondGroupWithoutATagCutsTheListToNothing) {
+TEST(OLMMsgMailAddressesTest, SecondGroupWithoutATagEmptiesTheList) {
     const StoredMessage message = writeItem(mailToNames({"Ann"}).element(toGroup));
 
     EXPECT_THAT(ownEntries(message), ElementsAre(entry(0x0E04001F, 10), entry(0x0E04001F, 4)));
     EXPECT_EQ(message.stream("__substg1.0_0E04001F"), hex("00 00"));
 }
 
-TEST(OLMMsgMailAddressesTest, SemicolonOfANameStaysInTheList) {
+TEST(OLMMsgMailAddressesTest, SemicolonOfANameIsKeptInTheList) {
     const StoredMessage message = writeItem(mailToNames({"Low; Ann", "Bob;"}));
 
     EXPECT_EQ(message.stream("__substg1.0_0E04001F"), terminated(u"Low; Ann; Bob;"));
@@ -407,7 +407,7 @@ TEST(OLMMsgMailAddressesTest, SemicolonOfANameStaysInTheList) {
 
 // --- The operations by themselves.
 
-TEST_F(OLMMsgMailAddressesObjectTest, OtherTagsAreNoGroupsAndNothingIsRead) {
+TEST_F(OLMMsgMailAddressesObjectTest, OtherTagsAreNotGroupsAndNothingIsRead) {
     begin(mail().element("a").attribute(nameAttribute, "Ann"));
     for (const uint32_t id : {0U, 1U, 5U, 8U, 0x0037001FU, UTXML_UNKNOWN_TAG + 0U}) {
         SCOPED_TRACE(id);
@@ -446,7 +446,7 @@ class OLMMsgMailAddressesListTest : public MailWriterTest,
 
 } // namespace
 
-TEST_P(OLMMsgMailAddressesListTest, ListIsCutAtItsLastSemicolon) {
+TEST_P(OLMMsgMailAddressesListTest, ListIsTruncatedAtItsLastSemicolon) {
     begin(mail());
     qor::WString list = wide(GetParam().list);
     const Bytes expected = utf16(GetParam().written);
@@ -455,7 +455,7 @@ TEST_P(OLMMsgMailAddressesListTest, ListIsCutAtItsLastSemicolon) {
 
     EXPECT_EQ(message().stream("__substg1.0_0E04001F"), expected + hex("00 00"));
     EXPECT_EQ(list, wide(GetParam().written));
-    EXPECT_THAT(added(), IsEmpty()) << "the entry is the group's";
+    EXPECT_THAT(added(), IsEmpty()) << "the caller adds the entry";
     EXPECT_EQ(host.openHandles(), openBefore);
 }
 
@@ -468,7 +468,7 @@ INSTANTIATE_TEST_SUITE_P(Lists, OLMMsgMailAddressesListTest,
                                          ListCase{"Only", u";", u""}),
                          rowName);
 
-TEST_F(OLMMsgMailAddressesObjectTest, ListWithoutAStreamGivesZeroAndIsNotCut) {
+TEST_F(OLMMsgMailAddressesObjectTest, ListWithoutAStreamReturnsZeroAndIsNotTruncated) {
     begin(mail());
     qor::WString list("Ann; ");
     host.failCall(CallKind::CreateStream, 0);
@@ -479,7 +479,7 @@ TEST_F(OLMMsgMailAddressesObjectTest, ListWithoutAStreamGivesZeroAndIsNotCut) {
     EXPECT_EQ(host.countOf(CallKind::Write), 0);
 }
 
-// --- What the host may do.
+// --- Failures of the host.
 
 TEST_F(OLMMsgMailAddressesObjectTest, ListWithoutAStreamHasAnEntryOfSizeTwo) {
     begin(mailToNames({"Ann"}));
@@ -495,7 +495,7 @@ TEST_F(OLMMsgMailAddressesObjectTest, ListWithoutAStreamHasAnEntryOfSizeTwo) {
 
 TEST_F(OLMMsgMailAddressesObjectTest, TerminatorOfAListThatCannotBeWrittenThrowsAndCloses) {
     begin(mailToNames({"Ann"}));
-    // Ahead of it: the recipient's header, its name and three entries of three writes, the list.
+    // Before it: the recipient's header, its name, three entries of three writes, the list.
     host.shortenWrite(1 + 1 + 9 + 1, 1, 0);
 
     EXPECT_EQ(thrownCode([&] { writer->writeNode(*parser); }), shortWriteCode);
@@ -503,10 +503,10 @@ TEST_F(OLMMsgMailAddressesObjectTest, TerminatorOfAListThatCannotBeWrittenThrows
     EXPECT_THAT(added(), IsEmpty());
 }
 
-TEST_F(OLMMsgMailAddressesObjectTest, RecipientStringWithoutAStreamIsLeftOutAlone) {
+TEST_F(OLMMsgMailAddressesObjectTest, RecipientStringWithoutAStreamLosesOnlyItsProperty) {
     ItemDocument item = mailWith(toGroup, "a@x", "Ann");
     begin(addNames(item, toGroup, {"Bob"}));
-    // Behind the property stream: the address.
+    // The address comes after the property stream.
     host.failCall(CallKind::CreateStream, 1);
 
     run();
@@ -515,7 +515,7 @@ TEST_F(OLMMsgMailAddressesObjectTest, RecipientStringWithoutAStreamIsLeftOutAlon
     EXPECT_EQ(writer->recipientCount, 2);
 }
 
-TEST_F(OLMMsgMailAddressesObjectTest, NameWithoutAStreamIsInTheListAllTheSame) {
+TEST_F(OLMMsgMailAddressesObjectTest, NameWithoutAStreamIsStillInTheList) {
     begin(mailWith(toGroup, "a@x", "Ann"));
     host.failCall(CallKind::CreateStream, 2);
 
@@ -545,7 +545,7 @@ TEST(OLMMsgMailAddressesTest, RecipientStorageThatCannotBeMadeFailsTheRequest) {
     expectFailedRequest(outcome);
 }
 
-TEST_F(OLMMsgMailAddressesObjectTest, RecipientIsClosedAheadOfTheNext) {
+TEST_F(OLMMsgMailAddressesObjectTest, RecipientIsClosedBeforeTheNext) {
     begin(mailToNames({"Ann", "Bob"}));
     run();
 
@@ -561,7 +561,7 @@ TEST_F(OLMMsgMailAddressesObjectTest, RecipientIsClosedAheadOfTheNext) {
 
 namespace {
 
-// Hands its people on and remembers what it was given.
+// Records the calls of its overridable operations.
 class WatchingMailWriter : public OLMMsgMailWriter {
 public:
     using OLMMsgMailWriter::OLMMsgMailWriter;

@@ -16,12 +16,12 @@ constexpr const char* contentIdAttribute = "OPFAttachmentContentID";
 constexpr const char* contentTypeAttribute = "OPFAttachmentContentType";
 constexpr const char* fileNameAttribute = "OPFAttachmentName";
 
-// A mail with its attachment list open.
+// Returns a mail with its attachment list open.
 ItemDocument attachments() {
     return mail().open(attachmentList);
 }
 
-// One attachment that lies nowhere, of that name.
+// Returns an attachment with this name, whose entry does not exist.
 ItemDocument named(const Text& name) {
     return attachments()
         .element("messageAttachment")
@@ -39,8 +39,8 @@ ItemRun withEntries(std::vector<std::pair<std::string, Bytes>> entries) {
     return run;
 }
 
-// The entries of an attachment that names an entry of the archive: `data` if that can be read, its
-// number, its texts, and what stands behind them in every one.
+// Returns the entries of an attachment that names an entry of the archive: `data` if that can be
+// read, its number, its texts, and what follows them in every attachment.
 std::vector<PropertyEntry> attachmentEntries(uint32_t number,
                                              const std::vector<PropertyEntry>& texts = {},
                                              const std::vector<PropertyEntry>& data = {}) {
@@ -50,15 +50,6 @@ std::vector<PropertyEntry> attachmentEntries(uint32_t number,
     entries.insert(entries.end(),
                    {entry(0x0FFE0003, 7), entry(0x0FF40003, 2), entry(0x0FF70003, 0)});
     return entries;
-}
-
-// `count` bytes that differ from their neighbours.
-Bytes longData(size_t count) {
-    Bytes bytes;
-    for (size_t i = 0; i < count; ++i) {
-        bytes.push_back(static_cast<uint8_t>(i * 11 + i / 253));
-    }
-    return bytes;
 }
 
 Bytes requestBytes(const MemberOpenRequest& request) {
@@ -110,7 +101,7 @@ TEST(OLMMsgMailAttachmentsTest, AttachmentHasItsElevenPropertiesInOrder) {
     EXPECT_EQ(message.stream(propertyStream), streamBegin(mailKind, 0, 1) + flagsEntry(0x10));
 }
 
-TEST(OLMMsgMailAttachmentsTest, AttachmentThatNamesNoEntryHasItsHeaderAloneAndCounts) {
+TEST(OLMMsgMailAttachmentsTest, AttachmentWithoutAUrlHasOnlyItsHeaderAndCounts) {
     const StoredMessage message = writeItem(attachments()
                                                 .element("messageAttachment")
                                                 .attribute(fileNameAttribute, "tide.csv")
@@ -183,7 +174,7 @@ TEST(OLMMsgMailAttachmentsTest, EmptyContentIdAndTypeAreEmptyStreamsOfSizeTwo) {
     EXPECT_EQ(message.stream(attachmentValue(0, 0x370E001F)), Bytes());
 }
 
-TEST(OLMMsgMailAttachmentsTest, FirstOfTwoAttributesOfANameCountsAndCaseTells) {
+TEST(OLMMsgMailAttachmentsTest, AttributeNamesAreExactAndTheFirstOfTwoIsUsed) {
     const StoredMessage message =
         writeItem(attachments()
                       .element("messageAttachment")
@@ -206,19 +197,19 @@ namespace {
 struct FileNameCase {
     const char* name;
     const char16_t* fileName;
-    const char16_t* aheadOfDot; // null for no dot
+    const char16_t* stem; // null without a dot
 };
 
 class OLMMsgMailAttachmentsNameTest : public testing::TestWithParam<FileNameCase> {};
 
 } // namespace
 
-TEST_P(OLMMsgMailAttachmentsNameTest, NameStandsTwiceAndIsCutAtItsLastDot) {
+TEST_P(OLMMsgMailAttachmentsNameTest, NameIsWrittenTwiceAndUpToItsLastDot) {
     const Bytes name = utf16(GetParam().fileName);
     std::vector<PropertyEntry> texts = {entry(0x3704001F, name.size() + 2),
                                         entry(0x3001001F, name.size() + 2)};
-    if (GetParam().aheadOfDot != nullptr) {
-        texts.push_back(entry(0x3703001F, utf16(GetParam().aheadOfDot).size() + 2));
+    if (GetParam().stem != nullptr) {
+        texts.push_back(entry(0x3703001F, utf16(GetParam().stem).size() + 2));
     }
 
     const StoredMessage message = writeItem(named(GetParam().fileName));
@@ -226,9 +217,9 @@ TEST_P(OLMMsgMailAttachmentsNameTest, NameStandsTwiceAndIsCutAtItsLastDot) {
     EXPECT_EQ(message.subEntries(attachmentStorage(0)), attachmentEntries(1, texts));
     EXPECT_EQ(message.stream(attachmentValue(0, 0x3704001F)), name);
     EXPECT_EQ(message.stream(attachmentValue(0, 0x3001001F)), name);
-    EXPECT_EQ(message.has(attachmentValue(0, 0x3703001F)), GetParam().aheadOfDot != nullptr);
-    if (GetParam().aheadOfDot != nullptr) {
-        EXPECT_EQ(message.stream(attachmentValue(0, 0x3703001F)), utf16(GetParam().aheadOfDot));
+    EXPECT_EQ(message.has(attachmentValue(0, 0x3703001F)), GetParam().stem != nullptr);
+    if (GetParam().stem != nullptr) {
+        EXPECT_EQ(message.stream(attachmentValue(0, 0x3703001F)), utf16(GetParam().stem));
     }
 }
 
@@ -239,7 +230,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FileNameCase{"NoDot", u"README", nullptr}, FileNameCase{"Empty", u"", nullptr},
                     FileNameCase{"LeadingDot", u".profile", u""},
                     FileNameCase{"TrailingDot", u"tide.", u"tide"},
-                    FileNameCase{"DotAlone", u".", u""},
+                    FileNameCase{"OnlyADot", u".", u""},
                     FileNameCase{"WideDot", u"tide\uFF0Ecsv", nullptr},
                     FileNameCase{"Surrogates", u"\U0001F30A.csv", u"\U0001F30A"}),
     rowName);
@@ -253,7 +244,7 @@ TEST(OLMMsgMailAttachmentsTest, MissingNameHasNoneOfItsProperties) {
 
 // --- Lists.
 
-TEST(OLMMsgMailAttachmentsTest, NumbersOfPropertiesAreOneAboveThoseOfStorages) {
+TEST(OLMMsgMailAttachmentsTest, NumbersInPropertiesAreOneAboveThoseOfStorages) {
     const StoredMessage message = writeItem(attachments()
                                                 .element("a")
                                                 .attribute(urlAttribute, "x")
@@ -267,7 +258,7 @@ TEST(OLMMsgMailAttachmentsTest, NumbersOfPropertiesAreOneAboveThoseOfStorages) {
     EXPECT_EQ(message.stream(propertyStream), streamBegin(mailKind, 0, 3) + flagsEntry(0x10));
 }
 
-TEST(OLMMsgMailAttachmentsTest, EmptyListIsNoAttachment) {
+TEST(OLMMsgMailAttachmentsTest, EmptyListHasNoAttachment) {
     const Outcome outcome =
         extractItem(mail().element(attachmentList).element("OPFMessageCopyBody", "b"));
 
@@ -276,7 +267,7 @@ TEST(OLMMsgMailAttachmentsTest, EmptyListIsNoAttachment) {
     EXPECT_THAT(outcome.progress, ElementsAre(4, 9, 9, 100));
 }
 
-TEST(OLMMsgMailAttachmentsTest, SecondListCountsOn) {
+TEST(OLMMsgMailAttachmentsTest, SecondListContinuesTheCount) {
     const StoredMessage message = writeItem(mail()
                                                 .open(attachmentList)
                                                 .element("a")
@@ -291,7 +282,7 @@ TEST(OLMMsgMailAttachmentsTest, SecondListCountsOn) {
     EXPECT_EQ(message.stream(propertyStream).part(0, 32), headerBytes(0, 2));
 }
 
-TEST(OLMMsgMailAttachmentsTest, EveryOpeningTagOfTheListIsAnAttachmentWhateverItsNameAndDepth) {
+TEST(OLMMsgMailAttachmentsTest, EveryOpeningTagOfTheListIsAnAttachment) {
     const StoredMessage message = writeItem(attachments()
                                                 .open("OPFMessageCopySubject")
                                                 .text("no subject")
@@ -315,7 +306,7 @@ TEST(OLMMsgMailAttachmentsTest, ListEndsAtATagOfItsOwnKind) {
     EXPECT_EQ(countStorages(message, "__attach"), 1u);
 }
 
-TEST(OLMMsgMailAttachmentsTest, ListThatTheDocumentBreaksKeepsWhatWasWritten) {
+TEST(OLMMsgMailAttachmentsTest, BrokenListKeepsWhatWasWritten) {
     const StoredMessage message = writeItem(attachments()
                                                 .element("a")
                                                 .attribute(urlAttribute, "tide")
@@ -332,7 +323,7 @@ TEST(OLMMsgMailAttachmentsTest, ListThatTheDocumentBreaksKeepsWhatWasWritten) {
 
 // --- The request.
 
-TEST_F(OLMMsgMailAttachmentsObjectTest, EntryIsAskedForByItsNameAsItStands) {
+TEST_F(OLMMsgMailAttachmentsObjectTest, EntryIsRequestedByItsUnchangedName) {
     begin(attachments().element("a").attribute(urlAttribute, u"..\\a/%20b/T\u00E9\U0001F30A.csv"));
     run();
 
@@ -359,8 +350,8 @@ class OLMMsgMailAttachmentsLongNameTest : public MailWriterTest,
 
 } // namespace
 
-// From 512 bytes on the name's 0 byte falls on the lowest byte of the index.
-TEST_P(OLMMsgMailAttachmentsLongNameTest, NameIsCutAndItsEndMayFallOnTheIndex) {
+// The terminator of a name of 512 bytes overwrites the lowest byte of the index.
+TEST_P(OLMMsgMailAttachmentsLongNameTest, NameIsTruncatedAndItsTerminatorMayOverwriteTheIndex) {
     std::string name;
     for (size_t i = 0; i < GetParam().length; ++i) {
         name.push_back(static_cast<char>('a' + i % 26));
@@ -384,7 +375,7 @@ INSTANTIATE_TEST_SUITE_P(Lengths, OLMMsgMailAttachmentsLongNameTest,
                                          LongFileNameCase{513, 512, 0xFFFFFFFFFFFFFF00},
                                          LongFileNameCase{3000, 512, 0xFFFFFFFFFFFFFF00}));
 
-TEST_F(OLMMsgMailAttachmentsObjectTest, OpenedEntryIsTheCallersAndAMissingOneIsNull) {
+TEST_F(OLMMsgMailAttachmentsObjectTest, OpenedEntryBelongsToTheCallerAndAMissingOneIsNull) {
     entries = {{"tide", bytesOf("14:05")}};
     begin(mail());
 
@@ -397,7 +388,7 @@ TEST_F(OLMMsgMailAttachmentsObjectTest, OpenedEntryIsTheCallersAndAMissingOneIsN
     EXPECT_THAT(host.callsOf("open"), ElementsAre("open(40, \"none\")", "open(40, \"tide\")"));
 }
 
-TEST_F(OLMMsgMailAttachmentsObjectTest, OneEntryIsOpenAtATimeAndTheAttachmentIsClosedBehindIt) {
+TEST_F(OLMMsgMailAttachmentsObjectTest, EachEntryIsClosedBeforeItsAttachmentAndTheNextOne) {
     entries = {{"one", bytesOf("1")}, {"two", bytesOf("2")}};
     begin(attachments()
               .element("a")
@@ -423,12 +414,12 @@ TEST_F(OLMMsgMailAttachmentsObjectTest, OneEntryIsOpenAtATimeAndTheAttachmentIsC
                             "close(" + second + ")"));
 }
 
-// --- What the host may do.
+// --- Failures of the host.
 
-TEST_F(OLMMsgMailAttachmentsObjectTest, DataWithoutAStreamLeavesTheMethodStanding) {
+TEST_F(OLMMsgMailAttachmentsObjectTest, DataWithoutAStreamKeepsItsMethod) {
     entries = {{"tide", bytesOf("14:05")}};
     begin(attachments().element("a").attribute(urlAttribute, "tide"));
-    // Behind the property stream.
+    // The data comes after the property stream.
     host.failCall(CallKind::CreateStream, 1);
 
     run();
@@ -439,12 +430,12 @@ TEST_F(OLMMsgMailAttachmentsObjectTest, DataWithoutAStreamLeavesTheMethodStandin
     EXPECT_EQ(host.openHandles(), openBefore) << "the entry is closed too";
 }
 
-TEST_F(OLMMsgMailAttachmentsObjectTest, DataThatFailsHalfWayHasTheSizeReachedSoFar) {
-    const Bytes data = longData(3000);
+TEST_F(OLMMsgMailAttachmentsObjectTest, DataThatFailsHalfwayHasTheSizeReachedSoFar) {
+    const Bytes data = patternBytes(3000);
     for (const CallKind kind : {CallKind::Read, CallKind::Write}) {
         SCOPED_TRACE(static_cast<int>(kind));
         ItemRun run = withEntries({{"tide", data}});
-        // Writes ahead of the data's: the class, and the header of the attachment.
+        // The writes of the class and the attachment's header come before those of the data.
         run.prepare = [kind](FakeHost& own) {
             own.failCall(kind, kind == CallKind::Read ? 2 : 4, -7);
         };
@@ -458,9 +449,9 @@ TEST_F(OLMMsgMailAttachmentsObjectTest, DataThatFailsHalfWayHasTheSizeReachedSoF
     }
 }
 
-TEST_F(OLMMsgMailAttachmentsObjectTest, TextWithoutAStreamIsLeftOutAlone) {
+TEST_F(OLMMsgMailAttachmentsObjectTest, TextWithoutAStreamLosesOnlyItsProperty) {
     begin(named("tide.csv"));
-    // Behind the property stream: file name, display name, what stands ahead of the dot.
+    // The order is: property stream, file name, display name, the name up to its last dot.
     host.failCall(CallKind::CreateStream, 2);
 
     run();
@@ -519,7 +510,7 @@ TEST_P(OLMMsgMailAttachmentsLengthTest, TextsAreWhole) {
 }
 
 TEST_P(OLMMsgMailAttachmentsLengthTest, DataIsWhole) {
-    const Bytes data = longData(GetParam());
+    const Bytes data = patternBytes(GetParam());
 
     const StoredMessage message = writeItem(
         attachments().element("a").attribute(urlAttribute, "tide"), withEntries({{"tide", data}}));

@@ -9,14 +9,14 @@ using testing::IsEmpty;
 
 namespace {
 
-// The writer as one object; the fixture is shared with the tests of its people and attachments.
+// The fixture is shared with the tests of addresses and attachments.
 class OLMMsgMailWriterObjectTest : public MailWriterTest {};
 
 } // namespace
 
-// --- The object.
+// --- The writer itself.
 
-TEST_F(OLMMsgMailWriterObjectTest, ConstructionKeepsTheArchiveAndBeginsWithNothing) {
+TEST_F(OLMMsgMailWriterObjectTest, NewWriterHasTheArchiveAndNothingElse) {
     archive = host.openArchive();
     makeWriter();
 
@@ -41,7 +41,7 @@ TEST_F(OLMMsgMailWriterObjectTest, HeaderHoldsBothCountsTwice) {
     stream->close(stream);
 }
 
-TEST_F(OLMMsgMailWriterObjectTest, HeaderGivesTheCodeOfAShortWrite) {
+TEST_F(OLMMsgMailWriterObjectTest, HeaderReturnsTheCodeOfAShortWrite) {
     begin(mail());
     HostStream* stream = OLMMsgWriter::createSubStreamFromWString(writer->rootStorage, "s");
     for (int failing = 0; failing < 8; ++failing) {
@@ -63,7 +63,7 @@ TEST_F(OLMMsgMailWriterObjectTest, HeaderThatCannotBeWrittenLeavesTheEntriesOut)
     EXPECT_EQ(message().stream(propertyStream), Bytes(4 * 4 + 2));
 }
 
-TEST_F(OLMMsgMailWriterObjectTest, PendingEntriesAreBoundChecked) {
+TEST_F(OLMMsgMailWriterObjectTest, IndexOfPendingEntriesIsChecked) {
     begin(mail());
 
     EXPECT_EQ(thrownCode([&] { writer->properties.get(static_cast<int>(requiredCount)); }),
@@ -75,7 +75,7 @@ TEST_F(OLMMsgMailWriterObjectTest, PendingEntriesAreBoundChecked) {
 TEST(OLMMsgMailWriterTest, FullMailHasItsEntriesInDocumentOrder) {
     const StoredMessage message = writeItem(fullMail(), tideArchive());
 
-    // The times are 131740151470000000, 116444735990000000 and a second more.
+    // The times are 131740151470000000, 116444735990000000 and one second later.
     EXPECT_EQ(message.stream(propertyStream),
               streamBegin(mailKind, 4, 2) +
                   hex("1F 00 02 0E  06 00 00 00  0A 00 00 00 00 00 00 00"
@@ -134,7 +134,7 @@ TEST(OLMMsgMailWriterTest, FullMailHasItsStreamsInDocumentOrder) {
     EXPECT_EQ(message.stream("__substg1.0_0E04001F"), terminated(u"Ann; Bob"));
 }
 
-TEST(OLMMsgMailWriterTest, CategoriesAreTheOneNamedPropertyOfAMail) {
+TEST(OLMMsgMailWriterTest, CategoriesAreTheOnlyNamedPropertyOfAMail) {
     const StoredMessage message = writeItem(fullMail(), tideArchive());
 
     EXPECT_EQ(nameStream(message, "00020102"), Bytes());
@@ -169,7 +169,7 @@ class OLMMsgMailWriterSubjectTest : public testing::TestWithParam<SubjectCase> {
 
 } // namespace
 
-TEST_P(OLMMsgMailWriterSubjectTest, SubjectIsKeptWholeAndInTwoParts) {
+TEST_P(OLMMsgMailWriterSubjectTest, SubjectIsWrittenWholeAndInTwoParts) {
     const Bytes text = utf16(GetParam().text);
     const Bytes prefix = utf16(GetParam().prefix);
     const Bytes rest = utf16(GetParam().rest);
@@ -188,7 +188,7 @@ TEST_P(OLMMsgMailWriterSubjectTest, SubjectIsKeptWholeAndInTwoParts) {
 INSTANTIATE_TEST_SUITE_P(
     Texts, OLMMsgMailWriterSubjectTest,
     testing::Values(SubjectCase{"TwoUnitsColonSpaceAndWord", u"AW: Tide", u"AW:", u" Tide"},
-                    SubjectCase{"NoSpaceBehindTheColon", u"re:Tide", u"re:", u"Tide"},
+                    SubjectCase{"NoSpaceAfterTheColon", u"re:Tide", u"re:", u"Tide"},
                     SubjectCase{"ClockTime", u"08:30 ferry", u"08:", u"30 ferry"},
                     SubjectCase{"NoColon", u"Tide", u"", u"Tide"},
                     SubjectCase{"ColonAtThree", u"Fwd: Tide", u"", u"Fwd: Tide"},
@@ -205,7 +205,7 @@ INSTANTIATE_TEST_SUITE_P(
                     SubjectCase{"WideColon", u"AW\uFF1A x", u"", u"AW\uFF1A x"}),
     rowName);
 
-TEST(OLMMsgMailWriterTest, SubjectWithoutTextIsNoneOfTheThree) {
+TEST(OLMMsgMailWriterTest, SubjectWithoutTextHasNoneOfTheThreeProperties) {
     const Outcome outcome = extractItem(mail().element("OPFMessageCopySubject"));
 
     EXPECT_THAT(ownEntries(outcome.message), IsEmpty());
@@ -215,7 +215,7 @@ TEST(OLMMsgMailWriterTest, SubjectWithoutTextIsNoneOfTheThree) {
     EXPECT_THAT(outcome.progress, ElementsAre(4, 4, 100)) << "the element counts";
 }
 
-TEST(OLMMsgMailWriterTest, SubjectThatCannotBeReadIsNoneOfTheThree) {
+TEST(OLMMsgMailWriterTest, SubjectThatCannotBeReadHasNoneOfTheThreeProperties) {
     ItemRun run;
     run.prepare = [](FakeHost& host) { host.failCall(CallKind::ReadContent, 0); };
 
@@ -225,7 +225,7 @@ TEST(OLMMsgMailWriterTest, SubjectThatCannotBeReadIsNoneOfTheThree) {
     EXPECT_FALSE(message.has("__substg1.0_0037001F"));
 }
 
-TEST_F(OLMMsgMailWriterObjectTest, SubjectStreamThatCannotBeMadeIsLeftOutAlone) {
+TEST_F(OLMMsgMailWriterObjectTest, SubjectStreamThatCannotBeMadeLosesOnlyItsProperty) {
     struct Case {
         const char16_t* text;
         std::vector<PropertyEntry> whole;
@@ -292,7 +292,7 @@ TEST_F(OLMMsgMailWriterObjectTest, HtmlBodyWithoutAStreamIsLeftOut) {
     run();
 
     EXPECT_THAT(added(), ElementsAre(entry(0x1000001F, 10)));
-    EXPECT_EQ(writer->handledProps, 2u) << "the element was read all the same";
+    EXPECT_EQ(writer->handledProps, 2u) << "the element was read nevertheless";
 }
 
 TEST_F(OLMMsgMailWriterObjectTest, MarkThatCannotBeWrittenThrowsAndClosesItsStream) {
@@ -306,7 +306,7 @@ TEST_F(OLMMsgMailWriterObjectTest, MarkThatCannotBeWrittenThrowsAndClosesItsStre
 }
 
 TEST(OLMMsgMailWriterTest, MarkThatCannotBeWrittenFailsTheRequest) {
-    // Of the mail's writes, the class comes first.
+    // The first write is that of the message class.
     ItemRun run;
     run.prepare = [](FakeHost& host) { host.shortenWrite(1, 1, 0); };
 
@@ -319,7 +319,7 @@ TEST(OLMMsgMailWriterTest, MarkThatCannotBeWrittenFailsTheRequest) {
     EXPECT_EQ(outcome.openHandles, 0);
 }
 
-TEST_F(OLMMsgMailWriterObjectTest, TextOfAnHtmlBodyThatCannotBeWrittenCountsTheMarkAlone) {
+TEST_F(OLMMsgMailWriterObjectTest, TextOfAnHtmlBodyThatCannotBeWrittenCountsOnlyTheMark) {
     begin(mail().element("OPFMessageCopyHTMLBody", "lost"));
     host.failCall(CallKind::Write, 1);
 
@@ -365,7 +365,7 @@ TEST(OLMMsgMailWriterTest, NeitherTimeExistsWithoutTheModificationDate) {
                 ElementsAre(entry(0x00390040, time1970), entry(0x002A0040, 0)));
 }
 
-TEST(OLMMsgMailWriterTest, FlagStatusHasNothingToDoWithTheFlags) {
+TEST(OLMMsgMailWriterTest, FlagStatusDoesNotAffectTheFlags) {
     const StoredMessage message =
         writeItem(mail().element("OPFMessageCopyGetFlagStatus", "-1.2E1"));
 
@@ -387,8 +387,8 @@ namespace {
 
 struct MailFlagCase {
     const char* name;
-    const char* wasSent; // null for no element
-    const char* isRead;  // as above
+    const char* wasSent; // null: without the element
+    const char* isRead;  // likewise
     bool hasAttachment;
     uint64_t flags;
 };
@@ -431,7 +431,7 @@ INSTANTIATE_TEST_SUITE_P(Mails, OLMMsgMailWriterFlagTest,
                                          MailFlagCase{"All", "false", "true", true, 25}),
                          rowName);
 
-TEST(OLMMsgMailWriterTest, FlagOnceSetStays) {
+TEST(OLMMsgMailWriterTest, FlagIsNeverCleared) {
     const StoredMessage message = writeItem(mail()
                                                 .element("OPFMessageGetIsRead", "1")
                                                 .element("OPFMessageGetIsRead", "0")
@@ -466,7 +466,7 @@ TEST_P(OLMMsgMailWriterPriorityTest, PriorityBecomesAnImportance) {
                     entry(0x00170003, GetParam().value));
 }
 
-// 4294967298 is 2^32 and 2: the number isn't cut to 32 bits ahead of the comparison.
+// 4294967298 is 2^32 + 2: the number is not truncated to 32 bits before the comparison.
 INSTANTIATE_TEST_SUITE_P(
     Texts, OLMMsgMailWriterPriorityTest,
     testing::Values(NumberCase{"One", "1", 1}, NumberCase{"Two", "2", 2},
@@ -477,7 +477,7 @@ INSTANTIATE_TEST_SUITE_P(
                     NumberCase{"Wide", "4294967298", 1}, NumberCase{"NoText", "", 1}),
     rowName);
 
-// --- The item's end.
+// --- Progress.
 
 TEST(OLMMsgMailWriterTest, ProgressCountsTheElementsOfTheTable) {
     const Outcome outcome = extractItem(mail()
@@ -493,7 +493,7 @@ TEST(OLMMsgMailWriterTest, ProgressCountsTheElementsOfTheTable) {
                                             .close()
                                             .element("OPFMessageGetWasSent", "1"));
 
-    // The sender's group alone leaves its closing tags to the item.
+    // Only the sender's group leaves its closing tags to the item.
     EXPECT_THAT(outcome.progress, ElementsAre(4, 9, 9, 9, 9, 13, 13, 13, 18, 22, 22, 100));
 }
 
@@ -526,7 +526,7 @@ TEST_P(OLMMsgMailWriterLengthTest, SubjectIsWholeInBothOfItsPlaces) {
     EXPECT_EQ(message.stream("__substg1.0_0E1D001F"), utf16(text));
 }
 
-TEST_P(OLMMsgMailWriterLengthTest, SubjectBehindAPrefixIsWhole) {
+TEST_P(OLMMsgMailWriterLengthTest, SubjectAfterAPrefixIsWhole) {
     const StoredMessage message = writeItem(mail().element("OPFMessageCopySubject", u"AW:" + text));
 
     EXPECT_THAT(message, HasText(0x0037001F, u"AW:" + text));

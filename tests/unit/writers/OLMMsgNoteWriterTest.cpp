@@ -38,7 +38,7 @@ TEST(OLMMsgNoteWriterTest, FullNoteIsWrittenInDocumentOrder) {
                             {"__substg1.0_0037001F", utf16(u"Tide table")}});
 }
 
-TEST(OLMMsgNoteWriterTest, FullNoteNamesTheKeywordsBehindItsDefaults) {
+TEST(OLMMsgNoteWriterTest, FullNoteNamesTheKeywordsAfterItsDefaults) {
     const StoredMessage message = writeItem(fullNote());
 
     expectNameStreams(message, {{"00020102", "0E 20 06 00 00 00 00 00 C0 00 00 00 00 00 00 46"},

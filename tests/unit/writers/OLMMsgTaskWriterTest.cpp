@@ -1,6 +1,6 @@
 #include "filter/writers/OLMMsgTaskWriter.h"
 
-#include "tests/unit/storage/Wide.h"
+#include "tests/unit/core/Wide.h"
 #include "tests/unit/writers/FullItems.h"
 #include "tests/unit/writers/RecurringItems.h"
 
@@ -28,9 +28,9 @@ class OLMMsgTaskWriterObjectTest : public WriterTest<OpenTaskWriter> {};
 
 } // namespace
 
-// --- The object.
+// --- The writer itself.
 
-TEST_F(OLMMsgTaskWriterObjectTest, BeginningForgetsARecurrence) {
+TEST_F(OLMMsgTaskWriterObjectTest, InitializationForgetsARecurrence) {
     openDocument(task());
     writer->hasRecurrence = true;
 
@@ -48,7 +48,7 @@ TEST_F(OLMMsgTaskWriterObjectTest, CompletionMapsItsThreePropertiesInOrder) {
                                      entry(0x80020005, oneAsDouble)));
 }
 
-TEST_F(OLMMsgTaskWriterObjectTest, DateThatNoTableHoldsThrows) {
+TEST_F(OLMMsgTaskWriterObjectTest, UnknownDateThrows) {
     begin(task());
 
     EXPECT_EQ(thrownCode([&] { writer->handleNamedTaskDate(0x81060040, wide(u"2018-06-20")); }),
@@ -74,7 +74,7 @@ TEST_F(OLMMsgTaskWriterObjectTest, LaterOfDueAndCompletedDateIsTheEnd) {
     EXPECT_EQ(writer->startText, wide(u"2018-06-18"));
 }
 
-TEST_F(OLMMsgTaskWriterObjectTest, CompletedDateBehindTheDueDateIsTheEnd) {
+TEST_F(OLMMsgTaskWriterObjectTest, CompletedDateAfterTheDueDateIsTheEnd) {
     begin(task().element(taskDue, "2018-06-20").element(taskCompleted, "2018-06-21"));
     run();
 
@@ -145,7 +145,7 @@ TEST(OLMMsgTaskWriterTest, FullTaskNamesItsPropertiesInTheTaskSet) {
 
 // --- Single elements.
 
-TEST(OLMMsgTaskWriterTest, CompletedDateGivesThreeMarksAndThenTheDate) {
+TEST(OLMMsgTaskWriterTest, CompletedDateMakesThreeEntriesAndThenTheDate) {
     const StoredMessage message = writeItem(task().element(taskCompleted, "2018-06-21T00:39:08"));
 
     EXPECT_THAT(ownEntries(message),
@@ -157,7 +157,7 @@ TEST(OLMMsgTaskWriterTest, CompletedDateGivesThreeMarksAndThenTheDate) {
                                                    "0F 81 00 00  06 00  03 00"));
 }
 
-TEST(OLMMsgTaskWriterTest, TwoCompletedDatesGiveEightEntries) {
+TEST(OLMMsgTaskWriterTest, TwoCompletedDatesMakeEightEntries) {
     const StoredMessage message = writeItem(task()
                                                 .element(taskCompleted, "2018-06-21T00:39:08")
                                                 .element(taskCompleted, "2018-06-20T06:00:00"));
@@ -187,7 +187,7 @@ TEST(OLMMsgTaskWriterTest, DatesWithoutTextAreTimeZero) {
                 ElementsAre(entry(0x80000040, 0), entry(0x80010040, 0), entry(0x30080040, 0)));
 }
 
-TEST(OLMMsgTaskWriterTest, CompletedDateWithoutTextCompletesTheTaskAllTheSame) {
+TEST(OLMMsgTaskWriterTest, CompletedDateWithoutTextCompletesTheTaskToo) {
     const StoredMessage message = writeItem(task().element(taskCompleted));
 
     EXPECT_THAT(ownEntries(message),
@@ -195,7 +195,7 @@ TEST(OLMMsgTaskWriterTest, CompletedDateWithoutTextCompletesTheTaskAllTheSame) {
                             entry(0x80020005, oneAsDouble), entry(0x80030040, 0)));
 }
 
-TEST(OLMMsgTaskWriterTest, DateWithoutTextRepeatsTheTextBefore) {
+TEST(OLMMsgTaskWriterTest, DateWithoutTextRepeatsThePreviousText) {
     const StoredMessage message = writeItem(task()
                                                 .element(taskStart, "2018-06-21T00:39:08")
                                                 .element(taskStart)
@@ -256,7 +256,7 @@ TEST(OLMMsgTaskWriterTest, RecurrenceTakesTheLaterOfDueAndCompletedDateAsTheEnd)
     EXPECT_EQ(writeItem(completedLast).stream("__substg1.0_80060102"), dailyValue(90, 240));
 }
 
-// The empty texts stand for 1601-01-01T00:00:01: 152474 days ahead of the start, less a second.
+// Empty texts mean 1601-01-01T00:00:01: 152474 days before the start, minus one second.
 TEST(OLMMsgTaskWriterTest, RecurrenceWithoutItemDatesTakesEmptyTexts) {
     ItemDocument item = task();
     addDaily(item, taskRecurrence);
@@ -268,7 +268,7 @@ TEST(OLMMsgTaskWriterTest, RecurrenceWithoutItemDatesTakesEmptyTexts) {
     EXPECT_EQ(message.stream("__substg1.0_80000102"), dailyValue(offset, offset));
 }
 
-TEST(OLMMsgTaskWriterTest, RecurrenceIsPassedOverOnTheFirstWay) {
+TEST(OLMMsgTaskWriterTest, RecurrenceIsSkippedAtFirst) {
     ItemDocument item = task();
     addDaily(item, taskRecurrence);
     item.element("OPFTaskCopyName", "Tar the boat");
@@ -276,7 +276,7 @@ TEST(OLMMsgTaskWriterTest, RecurrenceIsPassedOverOnTheFirstWay) {
     EXPECT_THAT(extractItem(item).progress, ElementsAre(9, 18, 18, 100));
 }
 
-// --- The item's end.
+// --- Progress.
 
 TEST(OLMMsgTaskWriterTest, ProgressCountsTheElementsOfTheTable) {
     const Outcome outcome = extractItem(task()

@@ -13,36 +13,36 @@ inline constexpr const char* taskRecurrence = "OPFTaskCopyRecurrence";
 inline constexpr const char* taskStart = "OPFTaskCopyStartDateTime";
 inline constexpr const char* taskDue = "OPFTaskCopyDueDateTime";
 
-// Adds a recurrence as an element of that name: every second week on Monday, from 2011-05-02 to
+// Adds a recurrence as an element of this name: every second week on Monday, from 2011-05-02 to
 // 2011-06-27, both at 05:00 universal time, five times.
 fakehost::ItemDocument& addWeekly(fakehost::ItemDocument& item, const char* element);
 
-// The 80 bytes of it for an item from 2011-05-02T14:00:00 to 15:30:00, in the zone UTC-05:00.
+// Returns its 80 bytes for an item from 2011-05-02T14:00:00 to 15:30:00, in the zone UTC-05:00.
 fakehost::Bytes weeklyValue();
 
-// The same in no zone, for an item that ends at `endOffset` minutes behind the recurrence's start.
+// The same without a zone; the offsets are in minutes after the recurrence's start.
 fakehost::Bytes weeklyValueWithoutZone(uint32_t startOffset, uint32_t endOffset);
 
 // Adds every third day from 2018-06-18T00:00:00 on, without an end.
 fakehost::ItemDocument& addDaily(fakehost::ItemDocument& item, const char* element);
 
-// The 76 bytes of it, in no zone; the offsets are minutes behind the recurrence's start.
+// Returns its 76 bytes, without a zone; the offsets are in minutes after the recurrence's start.
 fakehost::Bytes dailyValue(uint32_t startOffset, uint32_t endOffset);
 
 // Adds the second Tuesday of every month from 2018-06-18T00:00:00 on, twelve times.
 fakehost::ItemDocument& addMonthly(fakehost::ItemDocument& item, const char* element);
 
-// The 84 bytes of it, likewise.
+// Returns its 84 bytes, likewise.
 fakehost::Bytes monthlyValue(uint32_t startOffset, uint32_t endOffset);
 
-// The recurrence's own elements of addDaily(), for elements that the test opens itself.
+// Adds the inner elements of addDaily(), for a recurrence element that the test opens itself.
 fakehost::ItemDocument& addDailyContents(fakehost::ItemDocument& item);
 
-// The item broken behind each event in turn. `element` is its recurrence, made by addDaily(): an
-// item that breaks between that element's opening and the interval's closing tag fails.
-void expectOnlyACutRecurrenceFails(const fakehost::ItemDocument& item, const char* element);
+// Extracts the item broken after each event in turn. `element` is its recurrence, made by
+// addDaily(): only a break between its opening tag and the interval's closing tag must fail.
+void expectOnlyABrokenRecurrenceFails(const fakehost::ItemDocument& item, const char* element);
 
-// A writer with a recurrence, its inside open.
+// A writer with a recurrence, its members open.
 template <class Writer> class OpenRecurringWriter : public OpenWriter<Writer> {
 public:
     using OpenWriter<Writer>::OpenWriter;

@@ -1,4 +1,4 @@
-// What is the same for the writers of appointments and of tasks.
+// Tests of what the writers of appointments and of tasks have in common.
 
 #include <algorithm>
 #include <map>
@@ -19,17 +19,17 @@ using RecurrenceAdder = ItemDocument& (*)(ItemDocument&, const char*);
 
 struct RecurringFacts {
     const ItemKind* kind;
-    const char* recurrence; // elements
+    const char* recurrence; // this and the next three: names of elements
     const char* start;
     const char* end;
     const char* subject;
     size_t entriesOfADate;
-    const char* name; // of the recurrence as the first named property, in hex digits
+    const char* name; // of the recurrence if it is the first named property, in hex digits
 
-    // Elements whose order among each other and to the recurrence means nothing.
+    // Elements in an order that does not matter, also in relation to the recurrence.
     std::vector<std::pair<const char*, const char*>> inAnyOrder;
     RecurrenceAdder add;
-    Bytes value; // of that recurrence
+    Bytes value; // of the recurrence that `add` adds
     uint32_t valueTag;
 
     ItemDocument withDaily; // an item with the recurrence of addDaily() and more
@@ -74,7 +74,7 @@ RecurringFacts recurringTask() {
     };
 }
 
-// The inside of both writers.
+// The members of both writers, opened for tests.
 class RecurringInside : public OLMMsgRecurringWriter {
 public:
     using OLMMsgRecurringWriter::endText;
@@ -90,12 +90,12 @@ protected:
         return dynamic_cast<OLMMsgRecurringWriter&>(*writer).*member;
     }
 
-    // An item of the kind from one time to another.
+    // Returns an item of the kind from one time to another.
     [[nodiscard]] ItemDocument itemOf(const char* startText, const char* endText) const {
         return kind->item().element(facts.start, startText).element(facts.end, endText);
     }
 
-    // An item of nothing but a recurrence, read to its end.
+    // Reads an item with nothing but a recurrence to its end.
     void runDaily() {
         ItemDocument item = kind->item();
         begin(addDaily(item, facts.recurrence));
@@ -116,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(Items, RecurringWritersTest,
 
 } // namespace
 
-TEST_P(RecurringWritersTest, ConstructionKnowsOfNoRecurrence) {
+TEST_P(RecurringWritersTest, NewWriterHasNoRecurrence) {
     makeWriter();
 
     EXPECT_FALSE(inside(&RecurringInside::hasRecurrence));
@@ -127,7 +127,7 @@ TEST_P(RecurringWritersTest, ConstructionKnowsOfNoRecurrence) {
 TEST_P(RecurringWritersTest, EveryFormOfRecurrenceHasItsSize) {
     struct Form {
         RecurrenceAdder add;
-        ItemDocument item; // begins and ends 90 and 150 minutes behind the recurrence's start
+        ItemDocument item; // begins and ends 90 and 150 minutes after the recurrence's start
         Bytes value;
         uint64_t size;
     };
@@ -149,14 +149,14 @@ TEST_P(RecurringWritersTest, EveryFormOfRecurrenceHasItsSize) {
     }
 }
 
-TEST_P(RecurringWritersTest, StartThatIsNoMidnightCountsAsDaylightSaving) {
+TEST_P(RecurringWritersTest, StartThatIsNotMidnightCountsAsDaylightSaving) {
     ItemDocument item = itemOf("2011-05-02T14:00:00", "2011-05-02T15:30:00");
     addWeekly(item, facts.recurrence);
 
     EXPECT_EQ(writeItem(item).stream("__substg1.0_80020102"), weeklyValueWithoutZone(540, 630));
 }
 
-TEST_P(RecurringWritersTest, LastOfTwoRecurrencesCounts) {
+TEST_P(RecurringWritersTest, LastOfTwoRecurrencesIsUsed) {
     struct Pair {
         RecurrenceAdder first;
         RecurrenceAdder second;
@@ -177,8 +177,8 @@ TEST_P(RecurringWritersTest, LastOfTwoRecurrencesCounts) {
     }
 }
 
-TEST_P(RecurringWritersTest, RecurrenceGivesTheSameBytesWhereverItStands) {
-    // By numbers in `inAnyOrder`, and behind those the recurrence's.
+TEST_P(RecurringWritersTest, RecurrenceHasTheSameBytesWhereverItIs) {
+    // Indexes in `inAnyOrder`; the one after the last means the recurrence.
     const size_t recurrenceNumber = facts.inAnyOrder.size();
     std::vector<size_t> order(recurrenceNumber + 1);
     std::iota(order.begin(), order.end(), size_t{0});
@@ -216,9 +216,9 @@ TEST_P(RecurringWritersTest, RecurrenceOfTheSecondItemOfADocumentIsNotTouched) {
     EXPECT_THAT(ownEntries(message), SizeIs(1));
 }
 
-// --- What can't be turned, and failures of the host.
+// --- Invalid recurrences, and failures of the host.
 
-TEST_P(RecurringWritersTest, RecurrenceThatCannotBeTurnedFailsTheRequest) {
+TEST_P(RecurringWritersTest, InvalidRecurrenceFailsTheRequest) {
     const auto begun = [this] {
         return kind->item()
             .open(facts.recurrence)
@@ -229,7 +229,7 @@ TEST_P(RecurringWritersTest, RecurrenceThatCannotBeTurnedFailsTheRequest) {
         begun()
             .open("OPFRecurrencePattern")
             .element("OPFRecurrencePatternInterval", "1")
-            .element("OPFRecurrencePatternType", "OPFRecurrencePatternWeekly"), // on no day
+            .element("OPFRecurrencePatternType", "OPFRecurrencePatternWeekly"), // without days
         begun(),
     };
     for (const ItemDocument& item : items) {
@@ -241,7 +241,7 @@ TEST_P(RecurringWritersTest, RecurrenceThatCannotBeTurnedFailsTheRequest) {
     }
 }
 
-TEST_P(RecurringWritersTest, RecurrenceThatCannotBeTurnedThrowsOutOfTheEnd) {
+TEST_P(RecurringWritersTest, InvalidRecurrenceThrowsAtTheEnd) {
     begin(kind->item().element(facts.recurrence));
     run();
 
@@ -251,7 +251,7 @@ TEST_P(RecurringWritersTest, RecurrenceThatCannotBeTurnedThrowsOutOfTheEnd) {
     EXPECT_THAT(host.callTexts(CallKind::CreateStream), IsEmpty());
 }
 
-TEST_P(RecurringWritersTest, RefusedRecurrenceTableThrowsOutOfTheEnd) {
+TEST_P(RecurringWritersTest, RejectedRecurrenceTableThrowsAtTheEnd) {
     runDaily();
     for (const int32_t status : {-3, 3}) {
         host.failCall(CallKind::AddTagMap, 0, status);
@@ -261,7 +261,7 @@ TEST_P(RecurringWritersTest, RefusedRecurrenceTableThrowsOutOfTheEnd) {
     }
 }
 
-TEST_P(RecurringWritersTest, RecurrenceStreamThatCannotBeMadeIsLeftOutAlone) {
+TEST_P(RecurringWritersTest, RecurrenceWithoutAStreamLosesOnlyItsProperty) {
     runDaily();
     host.failCall(CallKind::CreateStream, 0);
 
@@ -271,16 +271,16 @@ TEST_P(RecurringWritersTest, RecurrenceStreamThatCannotBeMadeIsLeftOutAlone) {
     EXPECT_FALSE(message().has("__substg1.0_80000102"));
     EXPECT_EQ(message().stream(propertyStream), streamBegin(*kind));
     EXPECT_EQ(nameStream(message(), "00030102"), hex(facts.name))
-        << "it has its number all the same";
+        << "it has its number nevertheless";
 }
 
-TEST_P(RecurringWritersTest, ItemFailsOnlyWhereItsRecurrenceIsCut) {
-    expectOnlyACutRecurrenceFails(facts.withDaily, facts.recurrence);
+TEST_P(RecurringWritersTest, ItemFailsOnlyIfItsRecurrenceIsBroken) {
+    expectOnlyABrokenRecurrenceFails(facts.withDaily, facts.recurrence);
 }
 
 namespace {
 
-// Where each of the writes of a daily recurrence begins.
+// The offset at which each write of a daily recurrence begins.
 constexpr size_t dailyWrites[] = {0,  2,  4,  6,  8,  10, 14, 18, 22, 26, 30,
                                   34, 38, 42, 46, 50, 54, 58, 62, 66, 68, 72};
 
@@ -302,7 +302,7 @@ INSTANTIATE_TEST_SUITE_P(Items, RecurringShortWriteTest,
 
 } // namespace
 
-TEST_P(RecurringShortWriteTest, OfTheRecurrenceThrowsOutOfTheEnd) {
+TEST_P(RecurringShortWriteTest, OfTheRecurrenceThrowsAtTheEnd) {
     const int failing = std::get<1>(GetParam());
     runDaily();
     host.shortenWrite(failing, 1, 0);

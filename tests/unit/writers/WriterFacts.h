@@ -8,10 +8,10 @@
 
 #include "tests/unit/writers/ItemMessages.h"
 
-// Names and values, in the order of the table.
+// The names and values of a tag table, in its order.
 using TagRows = std::vector<std::pair<std::string, uint64_t>>;
 
-// Elements of one item, and the entries or the tags that they come to together.
+// Elements of one item, and the entries or the tags that they become together.
 struct CopiedStrings {
     std::vector<const char*> elements;
     std::vector<uint32_t> tags;
@@ -21,7 +21,7 @@ struct ReadValues {
     std::vector<fakehost::PropertyEntry> entries;
 };
 
-// An element, and the tag of the string that it becomes.
+// An element, and the tag of the string it becomes.
 struct StringElement {
     const char* element;
     uint32_t tag;
@@ -33,30 +33,29 @@ struct RepeatedElement {
     fakehost::PropertyEntry entry;
 };
 
-// What the tests of all writers have to know of each.
+// What the tests of all writers need to know about each.
 struct WriterFacts {
     const ItemKind* kind;
-    TagRows table = {};              // the contact's is with the tests of its elements
+    TagRows table = {};              // not for the contact: see OLMMsgContactWriterTest
     uint32_t rows;                   // of the table
-    int percent;                     // of one element
-    std::vector<uint32_t> otherTags; // ids that the writer leaves to the generic handling
+    int percent;                     // progress by one element
+    std::vector<uint32_t> otherTags; // ids left to the generic handling
 
-    // The streams of an item with nothing in it: tags of the values, which are empty, and the named
-    // properties in hex digits.
+    // The streams of an item with nothing in it: the tags of the values, which are empty, and the
+    // named properties in hex digits.
     std::vector<uint32_t> emptyStrings = {};
     const char* sets = "";
     const char* names = "";
     std::vector<NamesStream> buckets = {};
 
-    const char* unknown = "stranger"; // an element that no table has
+    const char* unknown = "stranger"; // an element that is not in the table
     StringElement string;
     RepeatedElement repeated;
-    StringElement unread; // behind as many of those as the table has rows
+    StringElement unread; // not read after as many of these as the table has rows
     const char* categories;
     uint32_t categoriesTag = 0x8000101F;
     CopiedStrings strings;
-    ReadValues
-        values; // times, numbers and truth values, and what they are without a text that is one
+    ReadValues values; // times, numbers and truth values, as they are when their text is invalid
 
     friend void PrintTo(const WriterFacts& row, std::ostream* out) { PrintTo(*row.kind, out); }
 };

@@ -9,9 +9,10 @@
 
 #include "filter/core/Exception.h"
 #include "filter/xml/OLMXMLParser.h"
+#include "tests/unit/RowName.h"
 #include "tests/unit/writers/ItemMessages.h"
 
-// The inside of any writer, as members of OLMMsgWriter: writer.*(&WriterInside::rootTag).
+// The members of any writer, opened for tests: writer.*(&WriterInside::rootTag).
 class WriterInside : public OLMMsgWriter {
 public:
     using OLMMsgWriter::expectedProps;
@@ -21,35 +22,36 @@ public:
     using OLMMsgWriter::rootTag;
 };
 
-// A writer on the first item of a document, for failures of one call and for what no message
-// shows.
+// A writer on the first item of a document, for failures of single calls and for what is not
+// visible in a message.
 class WriterFrame : public testing::Test {
 protected:
     WriterFrame();
 
-    // Opens the document, puts the reader ahead of the item and makes the writer.
+    // Opens the document, reads up to the item and constructs the writer.
     void openDocument(const fakehost::ItemDocument& item);
 
-    // The same, and begins the message: calls of the host count from here.
+    // Calls openDocument() and begins the message; host calls are recorded from here on.
     void begin(const fakehost::ItemDocument& item);
 
-    // Moves behind the next opening tag.
+    // Reads up to and including the next opening tag.
     void enterElement();
 
-    // Handles the item's elements and gives the progress values.
+    // Writes the item's elements and returns the progress values.
     std::vector<int> run();
 
-    // The entries added behind the required ones.
+    // Returns the entries added after the required ones.
     [[nodiscard]] std::vector<fakehost::PropertyEntry> added();
 
     [[nodiscard]] fakehost::StoredMessage message() const { return host.message(request.output); }
 
-    // Makes the writer on `request` and `archive`, and gives the one made last.
+    // Constructs the writer on `request` and `archive`.
     virtual void makeWriter() = 0;
+    // Returns the writer constructed last.
     virtual OLMMsgWriter& anyWriter() = 0;
 
     fakehost::FakeHost host;
-    // Entries that the archive has behind the document's, to be set ahead of the opening.
+    // Entries after the document's; to be set before the document is opened.
     std::vector<std::pair<std::string, fakehost::Bytes>> entries;
     SODOSPECIALARC request{};
     ArchiveDirectory* archive = nullptr;
@@ -57,7 +59,7 @@ protected:
     int openBefore = 0; // handles that were open when begin() ended
 };
 
-// The frame of a writer of that class.
+// The frame of a writer of a class.
 template <class Writer> class WriterTest : public WriterFrame {
 protected:
     void makeWriter() override { writer = newWriter<Writer>(&request, archive); }
@@ -66,7 +68,7 @@ protected:
     std::unique_ptr<Writer> writer;
 };
 
-// The frame of a writer of any class: that of `kind`, which is set first.
+// The frame of a writer of any class: that of `kind`, which must be set first.
 class AnyWriterTest : public WriterFrame {
 protected:
     void makeWriter() override { writer = kind->writer(&request, archive); }
@@ -76,7 +78,7 @@ protected:
     std::unique_ptr<OLMMsgWriter> writer;
 };
 
-// A writer with its common inside open, and a switch that makes its entries fail.
+// A writer with its common members open, and a switch that makes its entries fail.
 template <class Writer> class OpenWriter : public Writer {
 public:
     using Writer::Writer;
@@ -88,7 +90,7 @@ public:
     using Writer::recipientCount;
     using Writer::rootStorage;
 
-    // Tells by its type whether it was thrown on itself or as a copy.
+    // Its type shows whether it was rethrown itself or as a copy.
     struct Refused : qor::Exception {
         explicit Refused(unsigned int code) : Exception(code, "refused", nullptr, nullptr, 0) {}
     };
@@ -100,15 +102,14 @@ public:
         Writer::addProperty(tag, value);
     }
 
-    std::optional<unsigned int> refusal;    // code of the exception in an entry's place
-    std::optional<unsigned int> refusedTag; // the one tag that is refused; all without it
+    std::optional<unsigned int> refusal;    // code of the exception thrown instead of an entry
+    std::optional<unsigned int> refusedTag; // the only tag refused; empty: all
 };
 
-// Names the instances of a test after the rows of its table, or after their kinds of items.
-inline constexpr auto rowName = [](const auto& row) { return row.param.name; };
+// Names the instances of a test after the kinds of items in its table.
 inline constexpr auto kindName = [](const auto& row) { return row.param.kind->name; };
 
-// An element's text and the number that it becomes.
+// The text of an element and the number it becomes.
 struct NumberCase {
     const char* name;
     const char* text;
@@ -118,7 +119,7 @@ struct NumberCase {
 };
 class NumberTest : public testing::TestWithParam<NumberCase> {};
 
-// Numbers of units around the size of the chunks that text is copied in.
+// Numbers of units around the size of the chunks in which text is copied.
 inline constexpr size_t textLengths[] = {0, 1, 1023, 1024, 1025, 3000};
 
 class TextLengthTest : public testing::TestWithParam<size_t> {

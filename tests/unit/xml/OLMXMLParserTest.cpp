@@ -31,7 +31,7 @@ constexpr uint32_t countIt = UTXML_COUNT_IT;
 
 class OLMXMLParserTest : public testing::Test {
 protected:
-    // A parser on that document, the only entry of the archive.
+    // Returns a parser on this document, the only entry of the archive.
     OLMXMLParser& parse(const ItemDocument& document, const std::string& name = "a.xml") {
         host.entry(name, document);
         return open(0);
@@ -46,7 +46,7 @@ protected:
         return *parser;
     }
 
-    // The exception of a parser on the first entry.
+    // Returns the exception that making a parser on the first entry throws, if any.
     std::optional<qor::Exception> failure() {
         archive = host.openArchive();
         try {
@@ -63,7 +63,7 @@ protected:
     OLMXMLTag tag;
 };
 
-// --- init
+// --- Construction.
 
 struct NameCase {
     const char* title;
@@ -75,7 +75,7 @@ struct NameCase {
 class OLMXMLParserNameTest : public OLMXMLParserTest,
                              public testing::WithParamInterface<NameCase> {};
 
-TEST_P(OLMXMLParserNameTest, EntryNameIsSplitBehindItsLastSlash) {
+TEST_P(OLMXMLParserNameTest, EntryNameIsSplitAfterItsLastSlash) {
     const OLMXMLParser& named = parse(note(), GetParam().entry);
 
     EXPECT_EQ(unitsOf(named.folder), GetParam().folder);
@@ -86,14 +86,14 @@ INSTANTIATE_TEST_SUITE_P(
     Names, OLMXMLParserNameTest,
     testing::Values(NameCase{"InAFolder", "Local/Inbox/m.xml", u"Local/Inbox/", u"m.xml"},
                     NameCase{"NoFolder", "m.xml", u"", u"m.xml"},
-                    NameCase{"FolderAlone", "a/", u"a/", u""},
-                    NameCase{"SlashAlone", "/", u"/", u""},
+                    NameCase{"OnlyAFolder", "a/", u"a/", u""},
+                    NameCase{"OnlyASlash", "/", u"/", u""},
                     NameCase{"LeadingSlash", "/m.xml", u"/", u"m.xml"},
                     NameCase{"EmptyName", "", u"", u""},
                     NameCase{"NotAscii", "A\xCC\x88/\xE2\x82\xAC.xml", u"A\u0308/", u"\u20AC.xml"}),
     [](const auto& row) { return row.param.title; });
 
-TEST_F(OLMXMLParserTest, ParserIsPreparedInThisOrder) {
+TEST_F(OLMXMLParserTest, ConstructionMakesTheseCalls) {
     host.entry("a.xml", note()).entry("b.xml", note());
     archive = host.openArchive();
     host.forgetCalls();
@@ -115,7 +115,7 @@ TEST_F(OLMXMLParserTest, RootMapHasTheSixKindsOfDocuments) {
                             Pair("groups", 5), Pair("notes", 3), Pair("tasks", 4)));
 }
 
-TEST_F(OLMXMLParserTest, OpenRequestIsZeroButForItsFourMembers) {
+TEST_F(OLMXMLParserTest, OpenRequestIsZeroExceptForItsMembers) {
     host.entry("a.xml", note()).entry("b.xml", note());
     open(1);
 
@@ -128,7 +128,7 @@ TEST_F(OLMXMLParserTest, OpenRequestIsZeroButForItsFourMembers) {
     EXPECT_EQ(std::memcmp(&host.memberRequests()[0], &expected, sizeof expected), 0);
 }
 
-TEST_F(OLMXMLParserTest, EndOfTheParserEndsReaderThenStream) {
+TEST_F(OLMXMLParserTest, DestructorEndsReaderThenStream) {
     parse(note());
     host.forgetCalls();
 
@@ -150,7 +150,7 @@ TEST_F(OLMXMLParserTest, EntryThatCantBeOpenedThrowsMinus4) {
     EXPECT_EQ(host.openHandles(), 1);
 }
 
-TEST_F(OLMXMLParserTest, NullHandleIsTheFailureWhateverOpenGives) {
+TEST_F(OLMXMLParserTest, NullHandleIsAFailureWhateverOpenReturns) {
     host.brokenEntry("a.xml", 0);
 
     const auto thrown = failure();
@@ -165,7 +165,7 @@ TEST_F(OLMXMLParserTest, EntryPastTheDirectoryThrowsMinus4) {
 
     try {
         const OLMXMLParser unwanted(archive, 1);
-        FAIL() << "a parser on no entry";
+        FAIL() << "a parser on an entry that does not exist";
     } catch (const qor::Exception& thrown) {
         EXPECT_EQ(thrown.code, 0xFFFFFFFCU);
     }
@@ -204,13 +204,13 @@ INSTANTIATE_TEST_SUITE_P(Statuses, OLMXMLParserStatusTest,
                                  .append(std::to_string(std::abs(row.param)));
                          });
 
-TEST_F(OLMXMLParserTest, OptionThatFailsIsNoFailure) {
+TEST_F(OLMXMLParserTest, FailedOptionIsIgnored) {
     host.failCall(CallKind::SetOption, 0, -1);
 
     EXPECT_EQ(parse(note()).nextTag(tag), 1);
 }
 
-TEST_F(OLMXMLParserTest, AddTagsGivesTheReadersStatus) {
+TEST_F(OLMXMLParserTest, AddTagsReturnsTheReadersStatus) {
     parse(note());
     for (const int status : {3, -3}) {
         host.failCall(CallKind::AddTagMap, 0, status);
@@ -219,7 +219,7 @@ TEST_F(OLMXMLParserTest, AddTagsGivesTheReadersStatus) {
     EXPECT_EQ(parser->addTags(noteTags, 3), 0);
 }
 
-TEST_F(OLMXMLParserTest, OpenXmlFileGivesAStreamOfItsOwn) {
+TEST_F(OLMXMLParserTest, OpenXmlFileReturnsAStreamOfItsOwn) {
     host.entry("a.xml", note(), fakehost::bytesOf("xyz"));
     archive = host.openArchive();
 
@@ -234,7 +234,7 @@ TEST_F(OLMXMLParserTest, OpenXmlFileGivesAStreamOfItsOwn) {
     EXPECT_EQ(OLMXMLParser::openXMLFile(archive, 7), nullptr);
 }
 
-// --- nextTag
+// --- Tags.
 
 TEST_F(OLMXMLParserTest, NewTagIsZeroed) {
     EXPECT_EQ(tag.id(), 0U);
@@ -269,7 +269,7 @@ TEST_F(OLMXMLParserTest, UnreadTextIsSkippedByTheNextTag) {
                                               "UTXMLReadNextTag()", "UTXMLGetNextAttribute()"));
 }
 
-TEST_F(OLMXMLParserTest, SecondPendingContentIsNotLoopedOn) {
+TEST_F(OLMXMLParserTest, PendingContentIsSkippedOnlyOnce) {
     OLMXMLParser& reader = parse(document("notes").element("a", "text"));
     reader.nextTag(tag);
     reader.nextTag(tag);
@@ -284,7 +284,7 @@ TEST_F(OLMXMLParserTest, SecondPendingContentIsNotLoopedOn) {
     EXPECT_FALSE(tag.flags() & 0x1000);
 }
 
-TEST_F(OLMXMLParserTest, FailedSkipOfContentIsNoFailure) {
+TEST_F(OLMXMLParserTest, FailedSkipOfContentIsIgnored) {
     OLMXMLParser& reader = parse(document("notes").element("a", "text"));
     reader.nextTag(tag);
     reader.nextTag(tag);
@@ -294,7 +294,7 @@ TEST_F(OLMXMLParserTest, FailedSkipOfContentIsNoFailure) {
     EXPECT_TRUE(tag.flags() & 0x1000);
 }
 
-TEST_F(OLMXMLParserTest, NegativeStatusGives0AndKeepsTheRecord) {
+TEST_F(OLMXMLParserTest, NegativeStatusReturns0AndKeepsTheRecord) {
     OLMXMLParser& reader = parse(document("notes").attribute("x", "y").breakOff());
     EXPECT_EQ(reader.nextTag(tag), 1);
     EXPECT_EQ(tag.attributes.size(), 1);
@@ -305,7 +305,7 @@ TEST_F(OLMXMLParserTest, NegativeStatusGives0AndKeepsTheRecord) {
     EXPECT_EQ(reader.nextTag(tag), 0);
 }
 
-TEST_F(OLMXMLParserTest, FailureBehindPendingContentGives0) {
+TEST_F(OLMXMLParserTest, FailureAfterPendingContentReturns0) {
     OLMXMLParser& reader = parse(document("notes").text("text").breakOff());
     reader.nextTag(tag);
 
@@ -409,8 +409,8 @@ struct AttributeCase {
 class OLMXMLParserAttributeTest : public OLMXMLParserTest,
                                   public testing::WithParamInterface<AttributeCase> {};
 
-TEST_P(OLMXMLParserAttributeTest, IsTakenAsFarAsItsFirst0Unit) {
-    // The attribute ahead must not shine through.
+TEST_P(OLMXMLParserAttributeTest, EndsAtItsFirst0Unit) {
+    // Nothing of the previous attribute must be left.
     OLMXMLParser& reader =
         parse(document("notes").attribute("before", "before").attribute(GetParam().scripted));
 
@@ -443,22 +443,22 @@ ScriptedAttribute nullTexts(bool isTerminated) {
 
 INSTANTIATE_TEST_SUITE_P(
     Shapes, OLMXMLParserAttributeTest,
-    testing::Values(AttributeCase{"LengthsTold", scripted(u"n", u"value"), u"n", u"value"},
+    testing::Values(AttributeCase{"WithLengths", scripted(u"n", u"value"), u"n", u"value"},
                     AttributeCase{"Terminated", terminated(u"n", u"value"), u"n", u"value"},
                     AttributeCase{"TerminatedAndEmpty", terminated(u"", u""), u"", u""},
                     AttributeCase{"Empty", scripted(u"", u""), u"", u""},
                     AttributeCase{"NullWithLengths", nullTexts(false), u"", u""},
-                    AttributeCase{"NullToBeCounted", nullTexts(true), u"", u""},
+                    AttributeCase{"NullWithoutLengths", nullTexts(true), u"", u""},
                     AttributeCase{"ZeroInside", scripted({u'n', 0, u'm'}, {u'v', 0, u'w'}), u"n",
                                   u"v"},
                     AttributeCase{"ZeroFirst", scripted({0, u'm'}, {0}), u"", u""}),
     [](const auto& row) { return row.param.title; });
 
-// --- content
+// --- Content.
 
 class OLMXMLParserContentTest : public OLMXMLParserTest {
 protected:
-    // Reads up to the root's opening tag; `text` holds "before" and has to lose it.
+    // Reads up to the root's opening tag and sets `text` to "before".
     void readTo(const ItemDocument& source) {
         parse(source).nextTag(tag);
         text = qor::WString("before");
@@ -472,7 +472,7 @@ protected:
     qor::WString text;
 };
 
-TEST_F(OLMXMLParserContentTest, EmptyElementGives0AndKeepsTheEarlierText) {
+TEST_F(OLMXMLParserContentTest, EmptyElementReturns0AndKeepsTheEarlierText) {
     readTo(document("notes"));
     for (const int endStatus : {0, 1, -1}) {
         host.setEndOfTextStatus(static_cast<int16_t>(endStatus));
@@ -481,7 +481,7 @@ TEST_F(OLMXMLParserContentTest, EmptyElementGives0AndKeepsTheEarlierText) {
     }
 }
 
-TEST_F(OLMXMLParserContentTest, ClosingTagGives0AndKeepsTheEarlierText) {
+TEST_F(OLMXMLParserContentTest, ClosingTagReturns0AndKeepsTheEarlierText) {
     readTo(document("notes").element("a", "abc"));
     parser->nextTag(tag);
     parser->content(text);
@@ -505,7 +505,7 @@ TEST_F(OLMXMLParserContentTest, ThreeThousandUnitsTakeThreeReads) {
 class OLMXMLParserLengthTest : public OLMXMLParserContentTest,
                                public testing::WithParamInterface<int> {};
 
-TEST_P(OLMXMLParserLengthTest, TextArrivesWholeInChunksOf1024) {
+TEST_P(OLMXMLParserLengthTest, TextIsReadWholeInChunksOf1024) {
     const auto length = static_cast<size_t>(GetParam());
     for (const int endStatus : {0, 1}) {
         FakeHost own;
@@ -543,7 +543,7 @@ TEST_F(OLMXMLParserContentTest, TextThatBeginsWithA0UnitIsEmptyAndCountsAsRead) 
     EXPECT_EQ(unitsOf(text), u"");
 }
 
-TEST_F(OLMXMLParserContentTest, ChunksBehindA0UnitInTheFirstAreAppended) {
+TEST_F(OLMXMLParserContentTest, ChunksAfterA0UnitInTheFirstAreAppended) {
     std::u16string source = patternText(1030);
     source[10] = 0;
     readTo(document("notes").text(source));
@@ -576,7 +576,7 @@ TEST_F(OLMXMLParserContentTest, TerminatedEmptyTextEmptiesTheTextAndCountsAsRead
     EXPECT_EQ(unitsOf(text), u"");
 }
 
-TEST_F(OLMXMLParserContentTest, TextToBeCountedThatFillsTheBufferEndsWithIt) {
+TEST_F(OLMXMLParserContentTest, UnterminatedTextThatFillsTheBufferEndsWithIt) {
     readReads({{0, countIt, patternText(1024)}});
 
     EXPECT_EQ(parser->content(text), 1);
@@ -584,14 +584,62 @@ TEST_F(OLMXMLParserContentTest, TextToBeCountedThatFillsTheBufferEndsWithIt) {
     EXPECT_EQ(host.countOf(CallKind::ReadContent), 1);
 }
 
-TEST_F(OLMXMLParserContentTest, FailedFirstReadGives0AndKeepsTheEarlierText) {
+class OLMXMLParserClearedBufferTest : public OLMXMLParserContentTest,
+                                      public testing::WithParamInterface<size_t> {};
+
+// A text to be counted that comes without a 0 unit ends where the buffer is still clear, whatever
+// an earlier text left in the memory of the buffer.
+TEST_P(OLMXMLParserClearedBufferTest, EndsATextThatIsToBeCounted) {
+    const std::u16string source = patternText(GetParam());
+    readTo(document("notes")
+               .open("a")
+               .reads({{0, 1024, patternText(1024)}, {0, 0, {}}})
+               .close()
+               .open("b")
+               .reads({{0, countIt, source}, {0, countIt, source}}));
+    parser->nextTag(tag);
+    EXPECT_EQ(parser->content(text), 1);
+    ASSERT_EQ(unitsOf(text), patternText(1024));
+    parser->nextTag(tag);
+    parser->nextTag(tag);
+
+    EXPECT_EQ(parser->content(text), 1);
+    EXPECT_EQ(unitsOf(text), source);
+    EXPECT_EQ(parser->content(text, 1024), 1);
+    EXPECT_EQ(unitsOf(text), source);
+}
+
+INSTANTIATE_TEST_SUITE_P(Units, OLMXMLParserClearedBufferTest,
+                         testing::Values(0U, 1U, 3U, 500U, 1023U),
+                         testing::PrintToStringParamName());
+
+class OLMXMLParserNegativeCountTest : public OLMXMLParserContentTest,
+                                      public testing::WithParamInterface<uint32_t> {};
+
+TEST_P(OLMXMLParserNegativeCountTest, EmptiesTheTextAndCountsAsRead) {
+    readReads({{0, GetParam(), u"abc"}, {0, GetParam(), u"def"}});
+
+    EXPECT_EQ(parser->content(text), 1);
+    EXPECT_EQ(unitsOf(text), u"");
+    EXPECT_EQ(host.countOf(CallKind::ReadContent), 1);
+
+    text = qor::WString("before");
+    EXPECT_EQ(parser->content(text, 100), 1);
+    EXPECT_EQ(unitsOf(text), u"");
+}
+
+INSTANTIATE_TEST_SUITE_P(Counts, OLMXMLParserNegativeCountTest,
+                         testing::Values(0xFFFFFFFEU, 0xFFFFFC00U, 0x80000000U),
+                         testing::PrintToStringParamName());
+
+TEST_F(OLMXMLParserContentTest, FailedFirstReadReturns0AndKeepsTheEarlierText) {
     readReads({{-1, 3, u"abc"}});
 
     EXPECT_EQ(parser->content(text), 0);
     EXPECT_EQ(unitsOf(text), u"before");
 }
 
-TEST_F(OLMXMLParserContentTest, FailureBehindTheFirstChunkKeepsWhatWasRead) {
+TEST_F(OLMXMLParserContentTest, FailureAfterTheFirstChunkKeepsWhatWasRead) {
     readReads({{0, 1024, patternText(1024)}, {-1, 0, {}}});
 
     EXPECT_EQ(parser->content(text), 1);
@@ -631,7 +679,7 @@ TEST_F(OLMXMLParserContentTest, ShortChunkEndsTheTextAndTheRestIsSkipped) {
     EXPECT_TRUE(tag.flags() & 0x1000);
 }
 
-TEST_F(OLMXMLParserContentTest, EveryFailingReadEndsTheTextThere) {
+TEST_F(OLMXMLParserContentTest, EveryFailedReadEndsTheTextThere) {
     for (int failing = 0; failing < 3; ++failing) {
         SCOPED_TRACE(failing);
         FakeHost own;
@@ -650,7 +698,7 @@ TEST_F(OLMXMLParserContentTest, EveryFailingReadEndsTheTextThere) {
     }
 }
 
-// --- content with a limit
+// --- Content with a limit.
 
 TEST_F(OLMXMLParserContentTest, LimitedReadIsOneReadAndTheRestIsSkipped) {
     readTo(document("notes").text(patternText(3000)));
@@ -665,7 +713,7 @@ TEST_F(OLMXMLParserContentTest, LimitedReadIsOneReadAndTheRestIsSkipped) {
                             "UTXMLReadNextTag()", "UTXMLGetNextAttribute()"));
 }
 
-TEST_F(OLMXMLParserContentTest, LimitAbove1024IsCutToIt) {
+TEST_F(OLMXMLParserContentTest, LimitAbove1024IsReducedToIt) {
     readTo(document("notes").text(patternText(3000)));
 
     EXPECT_EQ(parser->content(text, 5000), 1);
@@ -684,14 +732,14 @@ TEST_F(OLMXMLParserContentTest, LimitedReadsGoThroughTheTextOneByOne) {
     EXPECT_EQ(all, patternText(2500));
 }
 
-TEST_F(OLMXMLParserContentTest, LimitedReadOfNothingGives0AndKeepsTheEarlierText) {
+TEST_F(OLMXMLParserContentTest, LimitedReadOfNothingReturns0AndKeepsTheEarlierText) {
     readTo(document("notes"));
 
     EXPECT_EQ(parser->content(text, 1024), 0);
     EXPECT_EQ(unitsOf(text), u"before");
 }
 
-TEST_F(OLMXMLParserContentTest, LimitOf0Gives0AndLeavesTheTextToBeRead) {
+TEST_F(OLMXMLParserContentTest, LimitOf0Returns0AndLeavesTheTextUnread) {
     readTo(document("notes").text("abc"));
 
     EXPECT_EQ(parser->content(text, 0), 0);
@@ -709,9 +757,9 @@ TEST_F(OLMXMLParserContentTest, LimitedReadCountsTerminatedText) {
     EXPECT_EQ(unitsOf(text), patternText(4));
 }
 
-// --- skipTag
+// --- Skipping.
 
-TEST_F(OLMXMLParserTest, SkipTagLeavesTheWholeElement) {
+TEST_F(OLMXMLParserTest, SkipTagSkipsTheWholeElement) {
     OLMXMLParser& reader =
         parse(document("notes").open("a").element("b", "x").close().open("note"));
     reader.nextTag(tag);
@@ -735,7 +783,7 @@ TEST_F(OLMXMLParserTest, SkipTagOnAClosingTagReadsNothing) {
     EXPECT_THAT(host.calls(), IsEmpty());
 }
 
-TEST_F(OLMXMLParserTest, SkipTagGives0WhenTheReaderRefuses) {
+TEST_F(OLMXMLParserTest, SkipTagReturns0WhenTheReaderFails) {
     OLMXMLParser& reader = parse(note());
     reader.nextTag(tag);
 
@@ -746,7 +794,7 @@ TEST_F(OLMXMLParserTest, SkipTagGives0WhenTheReaderRefuses) {
     EXPECT_EQ(reader.skipTag(tag), 1);
 }
 
-TEST_F(OLMXMLParserTest, SkipTagGives0InABrokenElement) {
+TEST_F(OLMXMLParserTest, SkipTagReturns0InABrokenElement) {
     OLMXMLParser& reader = parse(document("notes").open("note").breakOff());
     reader.nextTag(tag);
     reader.nextTag(tag);
@@ -754,9 +802,9 @@ TEST_F(OLMXMLParserTest, SkipTagGives0InABrokenElement) {
     EXPECT_EQ(reader.skipTag(tag), 0);
 }
 
-// --- state
+// --- Saved states.
 
-TEST_F(OLMXMLParserTest, StateTakesAnotherParserToTheSamePlace) {
+TEST_F(OLMXMLParserTest, SavedStateMovesAnotherParserToTheSamePlace) {
     host.entry("a.xml", document("notes").element("note").element("a", "text").element("b"));
     OLMXMLParser& first = open(0);
     tagUTXMLSaveData save{};
@@ -779,7 +827,7 @@ TEST_F(OLMXMLParserTest, StateTakesAnotherParserToTheSamePlace) {
     EXPECT_EQ(tag.id(), 51U);
 }
 
-TEST_F(OLMXMLParserTest, MapsAddedBehindARestoreApply) {
+TEST_F(OLMXMLParserTest, MapsAddedAfterARestoreApply) {
     constexpr UTXML_STRVALPAIR later[] = {{99, "a"}};
     OLMXMLParser& reader = parse(document("notes").element("a"));
     reader.nextTag(tag);
@@ -793,9 +841,9 @@ TEST_F(OLMXMLParserTest, MapsAddedBehindARestoreApply) {
     EXPECT_EQ(tag.id(), 99U);
 }
 
-// --- sweep
+// --- Sweep.
 
-// Whatever fails, reading a document through ends and gives everything back.
+// Whatever fails, reading a document ends and releases everything.
 TEST_F(OLMXMLParserTest, NoFailureOfTheReaderIsEndlessOrLeaks) {
     const ItemDocument source =
         document("notes").open("note").attribute("x", "y").element("a", "text").element("b");
@@ -827,7 +875,7 @@ TEST_F(OLMXMLParserTest, NoFailureOfTheReaderIsEndlessOrLeaks) {
         own.failAnyCall(failing);
         const bool isRead = readThrough(own);
         EXPECT_TRUE(own.hasFailed());
-        // The open, the reader and the root map alone end a parser before it stands.
+        // Only the open, the reader's init and the root map make the constructor throw.
         const bool isInInit = failing == 0 || failing == 1 || failing == 3;
         EXPECT_EQ(isRead, !isInInit);
         if (isRead) {

@@ -5,7 +5,7 @@
 
 #include "filter/core/WString.h"
 
-// The units of a text, as many as its length says.
+// Returns the units of a text, including any 0 units.
 inline std::u16string unitsOf(const qor::WString& text) {
     return {text.value(), text.value() + text.length()};
 }
