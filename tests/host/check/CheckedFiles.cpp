@@ -9,6 +9,7 @@
 
 #include "host/message/MessageSpool.h"
 #include "host/session/Session.h"
+#include "tests/host/session/BuiltModule.h"
 
 namespace olmhost {
 
@@ -90,8 +91,9 @@ void put(Bytes& file, std::size_t offset, std::uint64_t value, std::size_t width
 
 std::vector<Bytes> messagesOf(const std::string& archive) {
     Session session;
-    if (session.open(archive).status != OpenStatus::Done) {
-        throw std::runtime_error(archive + " can't be opened");
+    const OpenOutcome outcome = session.open(archive, withBuiltModule());
+    if (outcome.status != OpenStatus::Done) {
+        throw std::runtime_error(archive + ": " + outcome.text);
     }
     while (!session.list([](const Row&) { return RowAnswer::Continue; })) {
     }
