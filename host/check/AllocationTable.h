@@ -28,8 +28,7 @@ struct ChainWalk {
 
 // The FAT or the mini FAT of a file, and which of the sectors that it describes have an owner.
 //
-// The table's numbers stay in the file; held are the places of its own sectors and a bit for each
-// sector that it describes.
+// Held in memory are the numbers of its own sectors and a bit for each sector that it describes.
 class AllocationTable {
 public:
     // `file`, `layout` and `findings` are borrowed. `noun` is what the table describes, such as
@@ -38,29 +37,29 @@ public:
                     std::string_view noun)
         : file(file), layout(layout), findings(findings), noun(noun) {}
 
-    // The table is in `sectors`, each of which lies in the file or is endOfChain: lost. It
-    // describes `wanted` sectors, or as many as it has numbers for.
+    // Takes the sectors of the table, each of which lies in the file or is endOfChain: lost. The
+    // table describes `wanted` sectors, or as many as it has numbers for.
     void load(std::vector<SectorNumber> sectors, std::uint64_t wanted);
 
-    // How many sectors it describes.
+    // Returns how many sectors it describes.
     std::uint64_t count() const { return owned.size(); }
 
-    // How many numbers it has, counting those for sectors that there are not.
+    // Returns how many numbers it has, including those past the last sector.
     std::uint64_t placeCount() const { return tableSectors.size() * numbersPerTableSector(); }
 
     // Returns what the table has at `place`, below placeCount(): the sector that follows, or a
     // mark.
     SectorNumber at(std::uint64_t place) const;
 
-    // Gives a sector its owner. False when it has one. REQUIRES: sector < count().
+    // Marks a sector as owned. Returns false when it already is. REQUIRES: sector < count().
     bool claim(SectorNumber sector);
 
     // Claims the sectors of the chain that begins with `first`, and adds them to `kept` unless that
     // is null.
     ChainWalk walk(SectorNumber first, std::vector<SectorNumber>* kept = nullptr);
 
-    // Reports what is wrong with the chain of what findings call `place`: where it ended or, unless
-    // it has `needed` sectors, its length.
+    // Reports what is wrong with the chain of `place`, as findings call it: where it ended or,
+    // unless it has `needed` sectors, its length.
     void report(const ChainWalk& walk, const std::string& place, std::uint64_t needed);
 
     // Reports where a chain ended, unless that is its mark.

@@ -34,7 +34,7 @@ public:
     // Makes an entry the member after `previous` or, when that is noEntry, the first.
     void addMember(EntryId storage, EntryId previous, EntryId id);
 
-    // Whether it is the root or a member of a storage.
+    // Returns whether it is the root or a member of a storage.
     bool isReached(EntryId id) const { return id == rootEntry || places[id].parent != noEntry; }
 
     // The members of a storage in the order of its tree; noEntry at the end.

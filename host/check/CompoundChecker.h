@@ -22,11 +22,10 @@ struct CompoundCounts {
 };
 
 // Checks a compound file of version 3 or 4 (MS-CFB): header, tables, directory, every chain, and
-// what nothing reaches. What one rule finds doesn't keep the others from being looked at, as far as
-// anything can be said then.
+// what nothing reaches. After a finding the check goes on with everything that can still be read.
 //
-// The file may come from anywhere. Each sector is taken once, so the time is in proportion to the
-// file's size; held are some bits for each sector and some bytes for each directory entry.
+// The file may be hostile. Each sector is taken once, so the time is in proportion to the file's
+// size; held in memory are some bits for each sector and some bytes for each directory entry.
 class CompoundChecker {
 public:
     // Both are borrowed and must outlive the checker.
@@ -35,17 +34,17 @@ public:
     CompoundChecker(const CompoundChecker&) = delete;
     CompoundChecker& operator=(const CompoundChecker&) = delete;
 
-    // Checks the whole file; called once. False when it has no directory, so that none of the other
-    // functions may be called. Throws ReadFailure.
+    // Checks the whole file; called once. Returns false when it has no directory; then none of the
+    // other functions except counts() may be called. Throws ReadFailure.
     bool check();
 
     const CompoundCounts& counts() const { return found; }
     const CheckedDirectory& entries() const { return *directory; }
 
-    // Whether an entry is a stream with a chain that holds all its bytes.
+    // Returns whether an entry is a stream with a chain that holds all its bytes.
     bool isReadable(EntryId id) const { return readable[id]; }
 
-    // Bytes of a stream.
+    // Returns the size of a stream in bytes.
     std::uint64_t streamSize(EntryId id) const { return streamSize(directory->record(id)); }
 
 private:

@@ -62,7 +62,7 @@ void DirectoryChecker::checkTree(EntryId storage, std::vector<EntryId>& storages
     }
     if (walk.minHeight < walk.maxHeight) {
         add(FindingCode::TreeHeight, storage,
-            "the ways down its tree have from " + std::to_string(walk.minHeight) + " to " +
+            "the paths down its tree have from " + std::to_string(walk.minHeight) + " to " +
                 std::to_string(walk.maxHeight) + " black entries");
     }
 }
@@ -81,7 +81,7 @@ void DirectoryChecker::descend(Walk& walk, EntryId id, const Step* parent) {
             add(FindingCode::TreeTopRed, id, "it is red and at the top of its tree");
         }
         if (isRed && isParentRed) {
-            add(FindingCode::TreeRedRed, id, "it is red, as the entry is that it hangs from");
+            add(FindingCode::TreeRedRed, id, "it is red, and so is its parent");
         }
         blacks += isRed ? 0 : 1;
         walk.above.push_back({id, isRed ? 1U : 0U, blacks});

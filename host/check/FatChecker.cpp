@@ -91,7 +91,7 @@ void FatChecker::checkDifat() {
     }
     if (hasTail) {
         findings.add(FindingCode::DifatTail, "DIFAT",
-                     "it goes on after the last of " + counted(layout.fatCount, "FAT sector"));
+                     "it lists more than " + counted(layout.fatCount, "FAT sector"));
     }
     const std::size_t inHeader = std::min(fatSectors.size(), layout.headerDifat.size());
     const std::size_t perSector = layout.sectorSize / sizeof(SectorNumber) - 1;
@@ -148,7 +148,7 @@ void FatChecker::checkRangeLock() {
     const auto number = static_cast<SectorNumber>(sector);
     if (!fat.claim(number) || fat.at(number) != endOfChain) {
         findings.add(FindingCode::RangeLock, sectorPlace("sector", sector),
-                     "it holds the file's locks and is not a chain of its own");
+                     "it is the range lock sector and is not allocated as such");
     }
 }
 

@@ -35,11 +35,11 @@ struct CheckResult {
     std::uint64_t warnings = 0;
     std::uint64_t advice = 0;
 
-    // The errno of a failure to read the file, 0 when it was read. After a failure the findings say
-    // what was seen before it, and that is not the whole file.
+    // The errno of a failure to read the file, 0 when it was read. After a failure the findings are
+    // those from before it, and the rest of the file is unchecked.
     int errorNumber = 0;
 
-    // What the file consists of; 0 for what wasn't reached.
+    // What the file consists of; 0 for what the check didn't reach.
     std::uint64_t fileSize = 0; // bytes
     std::uint64_t sectors = 0;
     std::uint64_t freeSectors = 0;
@@ -51,19 +51,19 @@ struct CheckResult {
     std::uint64_t properties = 0;
     std::uint64_t namedProperties = 0;
 
-    // Whether the file was read and has no errors; warnings and advice don't count.
+    // Returns whether the file was read and has no errors; warnings and advice don't count.
     bool isGood() const { return errorNumber == 0 && errors == 0; }
 };
 
-// Checks a file, which may come from anywhere: no contents make it crash, run on or hold the file
-// as a whole. It takes time in proportion to the file's size, and memory of some MB and a small
-// part of that size. Throws nothing but std::bad_alloc.
+// Checks a file. The file may be hostile: whatever it contains, the check ends, in time that is
+// proportional to the file's size, and never holds the file as a whole: it takes some tens of MB
+// and a fraction of the size. Throws nothing but std::bad_alloc.
 //
-// `file` is borrowed, and used by no one else meanwhile.
+// `file` is borrowed; nothing else may use it during the call.
 OLMHOST_EXPORT CheckResult checkFile(RandomAccess& file, const CheckOptions& options = {});
 
-// The same for the regular file at `path` (bytes as the file system takes them). One that can't be
-// opened is one that can't be read.
+// The same for the regular file at `path` (bytes as the file system takes them). When it can't be
+// opened, errorNumber says why.
 OLMHOST_EXPORT CheckResult checkFile(const std::string& path, const CheckOptions& options = {});
 
 } // namespace olmhost

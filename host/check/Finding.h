@@ -10,9 +10,9 @@ namespace olmhost {
 
 // How bad a finding is.
 enum class Severity : std::uint8_t {
-    Advice,  // the format leaves it open or recommends otherwise; readers cope with it
-    Warning, // readers take it in different ways
-    Error,   // breaks the format: a reader may refuse the file or lose a part of it
+    Advice,  // the format recommends otherwise, or leaves it open
+    Warning, // breaks a rule that readers are known not to mind, or that they take differently
+    Error,   // breaks a rule that readers rely on: they may refuse the file or lose a part of it
 };
 
 // What a file can be found to do wrong. Finding.cpp has a row for each: its name, its severity and

@@ -13,7 +13,7 @@
 
 namespace olmhost {
 
-// Gathers findings. It holds the first ones and counts the others, so that a file in which
+// Collects findings. It holds the first ones and counts the rest, so that a file in which
 // everything is wrong costs no more memory than one with a few faults.
 class FindingList {
 public:
@@ -21,7 +21,7 @@ public:
 
     void add(FindingCode code, std::string place, std::string text);
 
-    // How many were added, held or not.
+    // Returns how many were added, held or not.
     std::uint64_t count(Severity severity) const {
         return counts[static_cast<std::size_t>(severity)];
     }
@@ -35,7 +35,7 @@ private:
     std::array<std::uint64_t, 3> counts{}; // by severity
 };
 
-// The parts of which the texts of findings are made; all in ASCII.
+// Parts of the texts of findings; all return ASCII.
 
 // Returns "1 byte", "2 bytes": `noun` is the singular.
 std::string counted(std::uint64_t count, std::string_view noun);

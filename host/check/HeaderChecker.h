@@ -36,7 +36,8 @@ public:
     // Both are borrowed.
     HeaderChecker(PagedFile& file, FindingList& findings) : file(file), findings(findings) {}
 
-    // None when the file is not a compound file, or when nothing tells the size of its sectors.
+    // Returns none when the file is not a compound file, or when the size of its sectors is
+    // unknown.
     std::optional<CompoundLayout> check();
 
 private:

@@ -69,7 +69,8 @@ void MessageChecker::checkStorage(Pending current) {
 
 void MessageChecker::checkNames(const StorageContents& contents) {
     if (!contents.nameStorage.has_value()) {
-        findings.add(FindingCode::NamesMissing, "/", "it has no storage for names of properties");
+        findings.add(FindingCode::NamesMissing, "/",
+                     "there is no storage with the names of its properties");
         return;
     }
     facts.namedCount = NamedPropertyChecker(compound, findings, *contents.nameStorage).check();
@@ -98,17 +99,22 @@ void MessageChecker::checkParts(const char* noun, EntryId storage,
 // MS-OXMSG 2.2.2.
 void MessageChecker::checkAttachment(EntryId storage, const StorageContents& contents,
                                      std::optional<std::uint32_t> method) {
+    if (!method.has_value()) {
+        return;
+    }
     const ValueChild* object = contents.find(attachDataStorage);
     if (object != nullptr && !compound.entries().record(object->id).isStorage()) {
         object = nullptr;
     }
-    const bool needsObject = method == attachMessage || method == attachObject;
-    if ((method == attachByValue && contents.find(attachDataStream) == nullptr) ||
-        (needsObject && object == nullptr)) {
+    const bool isStored = *method == attachMessage || *method == attachObject;
+    const bool isMissing = *method == attachByValue ? contents.find(attachDataStream) == nullptr
+                                                    : isStored && object == nullptr;
+    if (isMissing) {
         findings.add(FindingCode::AttachmentData, compound.entries().path(storage),
-                     "its method is " + std::to_string(*method) + ", and it has no such data");
+                     "its attach method is " + std::to_string(*method) +
+                         ", and it has no data of that kind");
     }
-    if (method == attachMessage && object != nullptr) {
+    if (*method == attachMessage && object != nullptr) {
         ++found.embeddedMessages;
         pending.push_back({object->id, MessageLevel::Embedded});
     }

@@ -20,7 +20,7 @@ constexpr ChildPrefix numberedPrefixes[] = {
 };
 
 // Takes eight hexadecimal digits off the front of `text`.
-std::optional<std::uint32_t> takeNumber(std::u16string_view& text, bool& hasSmallDigits) {
+std::optional<std::uint32_t> takeNumber(std::u16string_view& text, bool& hasLowercaseDigits) {
     if (text.size() < numberDigits) {
         return std::nullopt;
     }
@@ -33,7 +33,7 @@ std::optional<std::uint32_t> takeNumber(std::u16string_view& text, bool& hasSmal
             digit = unit - u'A' + 10;
         } else if (unit >= u'a' && unit <= u'f') {
             digit = unit - u'a' + 10;
-            hasSmallDigits = true;
+            hasLowercaseDigits = true;
         } else {
             return std::nullopt;
         }
@@ -59,13 +59,13 @@ MessageChild::MessageChild(std::u16string_view name) {
             continue;
         }
         std::u16string_view rest = name.substr(prefix.text.size());
-        const std::optional<std::uint32_t> first = takeNumber(rest, hasSmallDigits);
+        const std::optional<std::uint32_t> first = takeNumber(rest, hasLowercaseDigits);
         if (first.has_value() && rest.empty()) {
             kind = prefix.kind;
             number = *first;
         } else if (first.has_value() && rest.front() == u'-' && prefix.kind == Kind::Value) {
             rest.remove_prefix(1);
-            const std::optional<std::uint32_t> second = takeNumber(rest, hasSmallDigits);
+            const std::optional<std::uint32_t> second = takeNumber(rest, hasLowercaseDigits);
             if (second.has_value() && rest.empty()) {
                 kind = Kind::ListValue;
                 number = *first;

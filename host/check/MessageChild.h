@@ -21,7 +21,7 @@ struct MessageChild {
     Kind kind = Kind::Other;
     std::uint32_t number = 0; // the part's number or the property's tag
     std::uint32_t index = 0;  // of a value in its list
-    bool hasSmallDigits = false;
+    bool hasLowercaseDigits = false;
 
     explicit MessageChild(std::u16string_view name);
 };

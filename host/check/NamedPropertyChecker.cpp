@@ -5,7 +5,6 @@
 
 #include <zlib.h>
 
-#include "host/check/MessageChild.h"
 #include "host/check/StreamCursor.h"
 #include "host/compound/FieldReader.h"
 #include "host/message/PropertyNames.h"
@@ -47,7 +46,7 @@ std::uint32_t textChecksum(std::u16string_view text) {
     return static_cast<std::uint32_t>(sum ^ 0xFFFFFFFF);
 }
 
-std::u16string inSmallLetters(std::u16string_view text) {
+std::u16string lowercase(std::u16string_view text) {
     std::u16string small(text);
     for (char16_t& unit : small) {
         if (unit >= u'A' && unit <= u'Z') {
@@ -89,30 +88,42 @@ NamedPropertyChecker::Name NamedPropertyChecker::readName(ByteSpan record) {
     return name;
 }
 
+// False when the storage has no stream of that name.
+bool NamedPropertyChecker::Streams::take(const MessageChild& child, EntryId id) {
+    const std::uint32_t bucket = (child.number - firstBucketTag) / bucketTagStep;
+    const bool isBucket = child.number >= firstBucketTag && bucket < buckets.size() &&
+                          child.number % bucketTagStep == firstBucketTag % bucketTagStep;
+    if (child.kind != MessageChild::Kind::Value) {
+        return false;
+    }
+    if (isBucket) {
+        buckets[bucket] = id;
+        return true;
+    }
+    switch (child.number) {
+    case guidStreamTag:
+        guids = id;
+        return true;
+    case entryStreamTag:
+        entries = id;
+        return true;
+    case textStreamTag:
+        texts = id;
+        return true;
+    default:
+        return false;
+    }
+}
+
 NamedPropertyChecker::Streams NamedPropertyChecker::findStreams() {
     Streams found;
     const CheckedDirectory& directory = compound.entries();
     for (EntryId id = directory.firstMember(storage); id != noEntry;
          id = directory.nextMember(id)) {
         const DirectoryRecord record = directory.record(id);
-        const MessageChild child(record.name());
-        const std::uint32_t bucket = (child.number - firstBucketTag) / bucketTagStep;
-        const bool isBucket = child.number >= firstBucketTag && bucket < found.buckets.size() &&
-                              child.number % bucketTagStep == firstBucketTag % bucketTagStep;
-        if (child.kind != MessageChild::Kind::Value || !record.isStream()) {
+        if (!record.isStream() || !found.take(MessageChild(record.name()), id)) {
             findings.add(FindingCode::ChildName, directory.path(id),
-                         "nothing of that name and kind belongs there");
-        } else if (child.number == guidStreamTag) {
-            found.guids = id;
-        } else if (child.number == entryStreamTag) {
-            found.entries = id;
-        } else if (child.number == textStreamTag) {
-            found.texts = id;
-        } else if (isBucket) {
-            found.buckets[bucket] = id;
-        } else {
-            findings.add(FindingCode::ChildName, directory.path(id),
-                         "no stream of that tag belongs there");
+                         "its name has no meaning in this storage");
         }
     }
     return found;
@@ -152,14 +163,12 @@ void NamedPropertyChecker::checkGuids() {
     }
     std::ranges::sort(sets);
     if (const auto twice = std::ranges::adjacent_find(sets); twice != sets.end()) {
-        findings.add(
-            FindingCode::NamesGuidTwice, pathOf(streams.guids),
-            "it has " + setText(*twice) +
-                ", which has another number already: readers look names up by one of them");
+        findings.add(FindingCode::NamesGuidTwice, pathOf(streams.guids),
+                     "it lists " + setText(*twice) + ", which has another number already");
     }
 }
 
-// Each text has its size ahead and is filled up to four bytes (MS-OXMSG 2.2.3.1.3).
+// Each text follows its size and is padded to four bytes (MS-OXMSG 2.2.3.1.3).
 void NamedPropertyChecker::checkTexts() {
     FieldReader fields(texts);
     bool isPadded = true;
@@ -168,7 +177,7 @@ void NamedPropertyChecker::checkTexts() {
         fields.bytes(size);
         if (!fields.isGood() || size % 2 != 0) {
             findings.add(FindingCode::NamesTextLayout, pathOf(streams.texts),
-                         "it is not a row of texts with their sizes");
+                         "a text in it has an odd size or runs past its end");
             return;
         }
         const ByteSpan padding = fields.bytes(std::min(paddingAfter(size), fields.remaining()));
@@ -190,7 +199,7 @@ void NamedPropertyChecker::checkNames() {
                          std::to_string(maxNames) + " names");
     }
     const auto bytes = readStream(compound, *streams.entries, maxNames * nameSize);
-    smallSums.reserve(bytes.size() / nameSize);
+    lowercaseSums.reserve(bytes.size() / nameSize);
     for (std::size_t start = 0; start + nameSize <= bytes.size(); start += nameSize) {
         Name name = readName(std::span(bytes).subspan(start, nameSize));
         checkName(static_cast<std::uint32_t>(names.size()), name);
@@ -207,7 +216,8 @@ void NamedPropertyChecker::checkNames() {
             std::tie(std::get<0>(sorted[i - 1]), std::get<1>(sorted[i - 1]))) {
             findings.add(FindingCode::NamesTwice, pathOf(streams.entries),
                          "names " + std::to_string(std::get<2>(sorted[i - 1])) + " and " +
-                             std::to_string(number) + " are one: readers find one property of two");
+                             std::to_string(number) +
+                             " are the same, so a reader finds only one of the two properties");
         }
     }
 }
@@ -225,7 +235,7 @@ void NamedPropertyChecker::checkName(std::uint32_t number, Name& name) {
                      which + " is in set " + std::to_string(name.set()) +
                          ", which the GUID stream does not have");
     }
-    smallSums.push_back(0);
+    lowercaseSums.push_back(0);
     if (!name.isText() || !hasAllTexts) {
         return;
     }
@@ -237,7 +247,7 @@ void NamedPropertyChecker::checkName(std::uint32_t number, Name& name) {
         return;
     }
     name.identifier = textChecksum(*text);
-    smallSums.back() = textChecksum(inSmallLetters(*text));
+    lowercaseSums.back() = textChecksum(lowercase(*text));
 }
 
 std::optional<std::u16string> NamedPropertyChecker::textAt(std::uint32_t offset) const {
@@ -314,9 +324,9 @@ bool NamedPropertyChecker::belongs(const Name& record, unsigned bucket) const {
     if (!name.isText()) {
         return record.identifier == name.identifier;
     }
-    // The names of some sets are looked up in small letters.
+    // The names of some sets are looked up in lowercase.
     return !hasAllTexts || record.identifier == name.identifier ||
-           record.identifier == smallSums[record.index];
+           record.identifier == lowercaseSums[record.index];
 }
 
 } // namespace olmhost

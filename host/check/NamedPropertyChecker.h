@@ -9,6 +9,7 @@
 
 #include "host/check/CompoundChecker.h"
 #include "host/check/FindingList.h"
+#include "host/check/MessageChild.h"
 
 namespace olmhost {
 
@@ -43,6 +44,8 @@ private:
         std::optional<EntryId> entries;
         std::optional<EntryId> texts;
         std::array<std::optional<EntryId>, 31> buckets;
+
+        bool take(const MessageChild& child, EntryId id);
     };
 
     static Name readName(ByteSpan record);
@@ -66,8 +69,8 @@ private:
     std::vector<std::byte> guids;
     std::vector<std::byte> texts;
     bool hasAllTexts = true;
-    std::vector<Name> names;              // identifier: of a text, its checksum
-    std::vector<std::uint32_t> smallSums; // of the texts in small letters; 0 for numbers
+    std::vector<Name> names;                  // identifier: of a text, its checksum
+    std::vector<std::uint32_t> lowercaseSums; // of the texts in lowercase; 0 for numbers
 };
 
 } // namespace olmhost

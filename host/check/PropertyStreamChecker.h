@@ -38,8 +38,8 @@ public:
     PropertyStreamChecker(CompoundChecker& compound, FindingList& findings, MessageFacts& facts,
                           const StorageContents& contents, EntryId storage, MessageLevel level);
 
-    // True when the stream is there and was read, so that its entries can be compared with the
-    // values.
+    // Returns true when the stream is there and was read, so that its entries can be compared with
+    // the values.
     bool check();
 
     // The entries in the order of the stream, valid as long as this object; those above

@@ -41,9 +41,9 @@ void PropertyValueChecker::checkTwice() {
         const std::uint32_t before = entries[i - 1].tag;
         const bool isFirstPair = i == 1 || entries[i - 2].tag != tag;
         if (tag == before && isFirstPair) {
-            add(FindingCode::PropertyTwice, tag, "is there more than once");
+            add(FindingCode::PropertyTwice, tag, "occurs more than once");
         } else if (tag != before && tag >> 16 == before >> 16) {
-            add(FindingCode::PropertyIdTwice, tag, "is there as " + hexText(before) + ", too");
+            add(FindingCode::PropertyIdTwice, tag, "also occurs as " + hexText(before));
         }
     }
 }
@@ -113,7 +113,7 @@ void PropertyValueChecker::checkStream(const PropertyEntry& entry, const TypeRow
     }
     if (entry.size != stated) {
         add(FindingCode::ValueSize, entry.tag,
-            "says that its size is " + std::to_string(entry.size) + ", and its stream has " +
+            "states a size of " + std::to_string(entry.size) + ", and its stream has " +
                 counted(size, "byte"));
     }
     if (isSingle && row.type == PtypString && size % 2 != 0) {
@@ -124,8 +124,8 @@ void PropertyValueChecker::checkStream(const PropertyEntry& entry, const TypeRow
     }
     if (!isSingle && row.size != 0 && size % row.size != 0) {
         add(FindingCode::ListSize, entry.tag,
-            "has " + counted(size, "byte") + " of values with " + std::to_string(row.size) +
-                " each");
+            "has " + counted(size, "byte") + ", not a multiple of the " + std::to_string(row.size) +
+                " of each value");
     }
 }
 
@@ -133,7 +133,7 @@ void PropertyValueChecker::checkStream(const PropertyEntry& entry, const TypeRow
 void PropertyValueChecker::checkObject(const PropertyEntry& entry, const ValueChild& value) {
     if (entry.size != sizeOfObject) {
         add(FindingCode::ObjectSize, entry.tag,
-            "is an object and says that its size is " + std::to_string(entry.size));
+            "is an object and states a size of " + std::to_string(entry.size));
     }
     if (compound.entries().record(value.id).isStream()) {
         add(FindingCode::ChildKind, entry.tag, "is an object in a stream, not in a storage");
@@ -179,7 +179,7 @@ void PropertyValueChecker::checkListValue(const PropertyEntry& entry, std::uint3
     const std::uint64_t found = compound.streamSize(value.id);
     if (found != size) {
         add(FindingCode::ListValueSize, entry.tag,
-            "says that value " + std::to_string(index) + " has " + counted(size, "byte") +
+            "states " + counted(size, "byte") + " for value " + std::to_string(index) +
                 ", and its stream has " + std::to_string(found));
     }
     if (compound.isReadable(value.id) && !endsInZero(entry, value.id)) {

@@ -1,6 +1,7 @@
 #include "host/check/StorageContents.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace olmhost {
 
@@ -26,9 +27,12 @@ StorageContents::StorageContents(const CompoundChecker& compound, FindingList& f
         }
         take(compound, findings, id, level);
     }
-    std::ranges::sort(recipients);
-    std::ranges::sort(attachments);
-    std::ranges::sort(values);
+    std::ranges::sort(recipients, {}, &PartChild::number);
+    std::ranges::sort(attachments, {}, &PartChild::number);
+    std::ranges::sort(values, [](const ValueChild& left, const ValueChild& right) {
+        return std::tie(left.tag, left.isListValue, left.index) <
+               std::tie(right.tag, right.isListValue, right.index);
+    });
 }
 
 const ValueChild* StorageContents::find(std::uint32_t tag) const {
@@ -44,8 +48,8 @@ void StorageContents::take(const CompoundChecker& compound, FindingList& finding
     const auto add = [&](FindingCode code, std::string text) {
         findings.add(code, compound.entries().path(id), std::move(text));
     };
-    if (child.hasSmallDigits && child.kind != Kind::Other) {
-        add(FindingCode::ChildNameCase, "its name has hexadecimal digits in small letters");
+    if (child.hasLowercaseDigits && child.kind != Kind::Other) {
+        add(FindingCode::ChildNameCase, "its name has lowercase hexadecimal digits");
     }
     const bool isValue = child.kind == Kind::Value || child.kind == Kind::ListValue;
     const bool isObject = child.kind == Kind::Value && child.number == objectOfAttachment &&
@@ -61,7 +65,7 @@ void StorageContents::take(const CompoundChecker& compound, FindingList& finding
         add(FindingCode::NamesEmbedded, "an embedded message has names of its own, which readers "
                                         "take from the whole message");
     } else if (!takeStorage(child, id, level)) {
-        add(FindingCode::ChildName, "nothing of that name belongs there");
+        add(FindingCode::ChildName, "its name has no meaning in this storage");
     }
 }
 

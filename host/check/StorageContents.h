@@ -1,7 +1,6 @@
 #ifndef OLMKIT_HOST_CHECK_STORAGECONTENTS_H
 #define OLMKIT_HOST_CHECK_STORAGECONTENTS_H
 
-#include <compare>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -13,7 +12,7 @@
 
 namespace olmhost {
 
-// What the storages of a message are.
+// The kinds of storages in a message.
 enum class MessageLevel { Top, Embedded, Recipient, Attachment };
 
 constexpr bool isMessage(MessageLevel level) {
@@ -26,23 +25,19 @@ struct ValueChild {
     bool isListValue;
     std::uint32_t index; // in the list
     EntryId id;
-
-    std::strong_ordering operator<=>(const ValueChild&) const = default;
 };
 
 // A recipient or an attachment.
 struct PartChild {
     std::uint32_t number;
     EntryId id;
-
-    std::strong_ordering operator<=>(const PartChild&) const = default;
 };
 
 // The storages and streams in one storage of a message, by their names.
 class StorageContents {
 public:
-    // How many members of a storage, and how many entries of a property stream, are looked at. A
-    // message has some hundreds.
+    // The number of members of a storage, and of entries of a property stream, that are checked. A
+    // real message has some hundreds.
     static constexpr std::uint32_t maxLookedAt = std::uint32_t{1} << 20;
 
     // Reads the names and reports those that don't belong there. Both are borrowed during the call.
@@ -56,7 +51,7 @@ public:
     std::vector<ValueChild> values;        // by tag, the list's values after the first stream
     bool isComplete = true;                // there are no more than maxLookedAt
 
-    // The value, or the length stream, of a property; null without one.
+    // Returns the value, or the length stream, of a property; null without one.
     const ValueChild* find(std::uint32_t tag) const;
 
 private:

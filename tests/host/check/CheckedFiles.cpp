@@ -88,24 +88,25 @@ void put(Bytes& file, std::size_t offset, std::uint64_t value, std::size_t width
     }
 }
 
-std::vector<Bytes> messagesOfTheSample() {
+std::vector<Bytes> messagesOf(const std::string& archive) {
     Session session;
-    const std::string archive =
-        std::string(std::getenv("OLMKIT_SOURCE_DIR")) + "/examples/sample.olm";
     if (session.open(archive).status != OpenStatus::Done) {
-        throw std::runtime_error("the sample can't be opened");
+        throw std::runtime_error(archive + " can't be opened");
     }
     while (!session.list([](const Row&) { return RowAnswer::Continue; })) {
     }
     std::vector<Bytes> messages;
     for (std::uint64_t index = 0; index < session.itemCount(); ++index) {
         MessageSpool spool;
-        if (session.extract(index, spool).end != ExtractionEnd::Whole) {
-            throw std::runtime_error("an item of the sample can't be extracted");
+        if (session.extract(index, spool).end == ExtractionEnd::Whole) {
+            messages.emplace_back(spool.contents().begin(), spool.contents().end());
         }
-        messages.emplace_back(spool.contents().begin(), spool.contents().end());
     }
     return messages;
+}
+
+std::vector<Bytes> messagesOfTheSample() {
+    return messagesOf(std::string(std::getenv("OLMKIT_SOURCE_DIR")) + "/examples/sample.olm");
 }
 
 void SparseAccess::put(std::uint64_t offset, std::uint64_t value, std::size_t width) {

@@ -33,7 +33,8 @@ void expectNone(const CheckResult& result);
 // Replaces `width` bytes from `offset` on with a number, low byte first.
 void put(Bytes& file, std::size_t offset, std::uint64_t value, std::size_t width);
 
-// One message for each item of the sample archive, in its order.
+// One message for each item of an archive, or of the sample archive, that has one.
+std::vector<Bytes> messagesOf(const std::string& archive);
 std::vector<Bytes> messagesOfTheSample();
 
 // A file of which only some pages hold anything but zeros.

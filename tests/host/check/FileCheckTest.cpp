@@ -159,7 +159,7 @@ TEST(FileCheckTest, TextsThatAreTooLongForNamesAreNotRead) {
     for (std::uint32_t name = 0; name < nameCount; ++name) {
         Bytes& entries = names.streams[streamName(0x00030102)];
         entries.resize(entries.size() + 8);
-        put(entries, 8UL * name, 4 * name, 4);
+        put(entries, 8UL * name, 4UL * name, 4);
         put(entries, 8UL * name + 4, name << 16 | 5, 4);
     }
     Bytes& texts = names.streams[streamName(0x00040102)];

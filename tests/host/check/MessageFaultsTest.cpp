@@ -13,7 +13,7 @@ namespace {
 
 using enum FindingCode;
 
-const std::u16string propertyStream = u"__properties_version1.0";
+const std::u16string propertyStreamName = u"__properties_version1.0";
 const std::u16string nameStorage = u"__nameid_version1.0";
 const std::u16string recipient0 = u"__recip_version1.0_#00000000";
 const std::u16string recipient1 = u"__recip_version1.0_#00000001";
@@ -22,7 +22,7 @@ const std::u16string attachment1 = u"__attach_version1.0_#00000001";
 const std::u16string objectStorage = u"__substg1.0_3701000D";
 
 // The header of a message's property stream, without the end that the top level alone has.
-Bytes messageHeader(std::uint32_t recipients, std::uint32_t attachments) {
+Bytes headerOfMessage(std::uint32_t recipients, std::uint32_t attachments) {
     return number(0, 8) + number(recipients, 4) + number(attachments, 4) + number(recipients, 4) +
            number(attachments, 4);
 }
@@ -30,7 +30,7 @@ Bytes messageHeader(std::uint32_t recipients, std::uint32_t attachments) {
 // Puts the entries of a part, with their header before them, into its property stream.
 Part sealed(Part part, const Bytes& header) {
     part.hasProperties = false;
-    part.streams[propertyStream] = header + part.entries;
+    part.streams[propertyStreamName] = header + part.entries;
     return part;
 }
 
@@ -74,7 +74,7 @@ Part embedded() {
     addText(inner, 0x001A001F, u"IPM.Note");
     inner.storages[recipient0] = recipient();
     Part part;
-    part.storages[objectStorage] = sealed(inner, messageHeader(1, 0));
+    part.storages[objectStorage] = sealed(inner, headerOfMessage(1, 0));
     part.add(0x37050003, std::uint64_t{5});
     part.add(0x3701000D, 0x1FFFFFFFF);
     return sealed(part, number(0, 8));
@@ -107,7 +107,7 @@ Part goodTop() {
 }
 
 Part sealedTop(const Part& top) {
-    return sealed(top, messageHeader(2, 2) + number(0, 8));
+    return sealed(top, headerOfMessage(2, 2) + number(0, 8));
 }
 
 Part goodMessage() {
@@ -143,8 +143,8 @@ struct PropertyFault {
 };
 
 // Changes some bytes of a stream.
-std::function<void(Part&)> patch(std::u16string storage, std::u16string stream, std::size_t offset,
-                                 std::uint64_t value, std::size_t width) {
+std::function<void(Part&)> patch(const std::u16string& storage, const std::u16string& stream,
+                                 std::size_t offset, std::uint64_t value, std::size_t width) {
     return [=](Part& message) {
         Part& part = storage.empty() ? message : at(message, storage);
         put(part.streams.at(stream), offset, value, width);
@@ -152,7 +152,7 @@ std::function<void(Part&)> patch(std::u16string storage, std::u16string stream, 
 }
 
 std::function<void(Part&)> patchTop(std::size_t offset, std::uint64_t value, std::size_t width) {
-    return patch(u"", propertyStream, offset, value, width);
+    return patch(u"", propertyStreamName, offset, value, width);
 }
 
 std::function<void(Part&)> patchName(std::uint32_t tag, std::size_t offset, std::uint64_t value,
@@ -197,44 +197,44 @@ const MessageFault storageFaults[] = {
      ChildKind, "/__nameid_version1.0"},
     {"RecipientInARecipient", [](Part& m) { at(m, recipient0).storages[recipient1] = recipient(); },
      ChildName, "/__recip_version1.0_#00000000/__recip_version1.0_#00000001"},
-    {"NoPropertyStream", [](Part& m) { m.streams.erase(propertyStream); }, PropertyStreamMissing,
+    {"NoPropertyStream", [](Part& m) { m.streams.erase(propertyStreamName); }, PropertyStreamMissing,
      "/"},
     {"RecipientWithoutPropertyStream",
-     [](Part& m) { at(m, recipient1).streams.erase(propertyStream); }, PropertyStreamMissing,
+     [](Part& m) { at(m, recipient1).streams.erase(propertyStreamName); }, PropertyStreamMissing,
      "/__recip_version1.0_#00000001"},
     {"AttachmentWithoutPropertyStream",
-     [](Part& m) { at(m, attachment0).streams.erase(propertyStream); }, PropertyStreamMissing,
+     [](Part& m) { at(m, attachment0).streams.erase(propertyStreamName); }, PropertyStreamMissing,
      "/__attach_version1.0_#00000000"},
     {"EmbeddedWithoutPropertyStream",
-     [](Part& m) { innerMessage(m).streams.erase(propertyStream); }, PropertyStreamMissing,
+     [](Part& m) { innerMessage(m).streams.erase(propertyStreamName); }, PropertyStreamMissing,
      "/__attach_version1.0_#00000001/__substg1.0_3701000D"},
-    {"PropertyStreamShorterThanItsHeader", [](Part& m) { m.streams[propertyStream].resize(31); },
+    {"PropertyStreamShorterThanItsHeader", [](Part& m) { m.streams[propertyStreamName].resize(31); },
      PropertyStreamSize, "/__properties_version1.0"},
-    {"PropertyStreamOfOddSize", [](Part& m) { m.streams[propertyStream].resize(32 + 15); },
+    {"PropertyStreamOfOddSize", [](Part& m) { m.streams[propertyStreamName].resize(32 + 15); },
      PropertyStreamSize, "/__properties_version1.0"},
     {"HeaderOfTheTopLevelInAnEmbeddedMessage",
      [](Part& m) {
-         Bytes& stream = innerMessage(m).streams[propertyStream];
+         Bytes& stream = innerMessage(m).streams[propertyStreamName];
          stream.insert(stream.begin() + 24, 8, std::byte{0});
      },
      PropertyStreamSize,
      "/__attach_version1.0_#00000001/__substg1.0_3701000D/__properties_version1.0"},
     {"HeaderOfAMessageInARecipient",
      [](Part& m) {
-         Bytes& stream = at(m, recipient0).streams[propertyStream];
+         Bytes& stream = at(m, recipient0).streams[propertyStreamName];
          stream.insert(stream.begin(), 24, std::byte{0});
      },
      PropertyStreamSize, "/__recip_version1.0_#00000000/__properties_version1.0"},
     {"ReservedBytesAhead", patchTop(7, 1, 1), PropertyStreamReserved, "/__properties_version1.0"},
     {"ReservedBytesAfter", patchTop(24, 1, 1), PropertyStreamReserved, "/__properties_version1.0"},
-    {"ReservedBytesOfARecipient", patch(recipient0, propertyStream, 0, 1, 1),
+    {"ReservedBytesOfARecipient", patch(recipient0, propertyStreamName, 0, 1, 1),
      PropertyStreamReserved, "/__recip_version1.0_#00000000/__properties_version1.0"},
     {"RecipientNextId", patchTop(8, 1, 4), RecipientNextId, "/__properties_version1.0"},
     {"AttachmentNextId", patchTop(12, 0, 4), AttachmentNextId, "/__properties_version1.0"},
     {"RecipientCount", patchTop(16, 3, 4), RecipientCount, "/__properties_version1.0"},
     {"AttachmentCount", patchTop(20, 1, 4), AttachmentCount, "/__properties_version1.0"},
     {"RecipientCountOfAnEmbeddedMessage",
-     [](Part& m) { put(innerMessage(m).streams.at(propertyStream), 16, 0, 4); }, RecipientCount,
+     [](Part& m) { put(innerMessage(m).streams.at(propertyStreamName), 16, 0, 4); }, RecipientCount,
      "/__attach_version1.0_#00000001/__substg1.0_3701000D/__properties_version1.0"},
     {"RecipientMissing", [](Part& m) { m.storages.erase(recipient0); }, RecipientCount,
      "/__properties_version1.0"},
@@ -248,7 +248,7 @@ const MessageFault storageFaults[] = {
          m.storages[attachment0] = sealed(part, number(0, 8));
      },
      AttachmentData, "/__attach_version1.0_#00000000"},
-    {"EmbeddedMessageWithoutStorage", patch(attachment0, propertyStream, 16, 5, 4), AttachmentData,
+    {"EmbeddedMessageWithoutStorage", patch(attachment0, propertyStreamName, 16, 5, 4), AttachmentData,
      "/__attach_version1.0_#00000000"},
     {"ObjectInAStream",
      [](Part& m) {
@@ -256,7 +256,7 @@ const MessageFault storageFaults[] = {
          at(m, attachment1).streams[objectStorage] = {};
      },
      ChildKind, "/__attach_version1.0_#00000001/__substg1.0_3701000D"},
-    {"ObjectWithASize", patch(attachment1, propertyStream, 32, 8, 4), ObjectSize,
+    {"ObjectWithASize", patch(attachment1, propertyStreamName, 32, 8, 4), ObjectSize,
      "/__attach_version1.0_#00000001/__properties_version1.0"},
 };
 
@@ -346,7 +346,7 @@ const MessageFault nameFaults[] = {
     {"BucketOfAnotherType",
      [](Part& m) { at(m, nameStorage).streams[streamName(0x1000001F)] = {}; }, ChildName,
      "/__nameid_version1.0/__substg1.0_1000001F"},
-    {"StreamOfAnotherName", [](Part& m) { at(m, nameStorage).streams[propertyStream] = {}; },
+    {"StreamOfAnotherName", [](Part& m) { at(m, nameStorage).streams[propertyStreamName] = {}; },
      ChildName, "/__nameid_version1.0/__properties_version1.0"},
     {"GuidStreamOfOddSize",
      [](Part& m) { at(m, nameStorage).streams[streamName(0x00020102)].resize(17); }, NamesGuidSize,
@@ -482,7 +482,7 @@ TEST(MessageFaultsTest, ChecksumOfSmallLettersIsGood) {
 // Another program's data in an attachment are its own.
 TEST(MessageFaultsTest, ObjectOfAnotherProgramIsNotLookedInto) {
     Part message = goodMessage();
-    put(at(message, attachment1).streams.at(propertyStream), 16, 6, 4);
+    put(at(message, attachment1).streams.at(propertyStreamName), 16, 6, 4);
     at(at(message, attachment1), objectStorage).streams[u"\u0001Ole"] = {};
 
     const CheckResult result = checkBytes(messageFile(message));
@@ -508,7 +508,7 @@ TEST(MessageFaultsTest, MoreThan2048RecipientsAreAWarning) {
     for (std::uint32_t i = 2; i < 2049; ++i) {
         top.storages[u"__recip_version1.0_#" + streamName(i).substr(12)] = recipient();
     }
-    const Part message = sealed(top, messageHeader(2049, 2) + number(0, 8));
+    const Part message = sealed(top, headerOfMessage(2049, 2) + number(0, 8));
 
     const CheckResult result = checkBytes(messageFile(message));
 
@@ -528,7 +528,7 @@ TEST(MessageFaultsTest, MessagesAreEmbeddedToAnyDepth) {
         attachment.add(0x3701000D, 0xFFFFFFFF);
         Part message;
         message.storages[attachment0] = sealed(attachment, number(0, 8));
-        inner = sealed(message, messageHeader(0, 1));
+        inner = sealed(message, headerOfMessage(0, 1));
     }
     innerMessage(top) = inner;
 
