@@ -32,6 +32,7 @@ if(OLMKIT_BUILD_HOST)
   install(TARGETS olmhost EXPORT olmkit
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} INCLUDES DESTINATION ${include_folder})
   olmkit_install_headers(
+    host/check/FileCheck.h
     host/message/Message.h host/message/MessageSpool.h host/message/OneOffEntryId.h
     host/message/PropertyNames.h host/message/PropertyType.h host/message/Recurrence.h
     host/session/LibraryVersions.h host/session/Session.h)

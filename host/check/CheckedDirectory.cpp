@@ -30,7 +30,7 @@ std::string CheckedDirectory::path(EntryId id) const {
     constexpr int maxNames = 8;
     std::string text;
     for (int names = 0; id != rootEntry && names < maxNames; ++names) {
-        text.insert(0, "/" + nameText(record(id).name()));
+        text.insert(0, nameText(record(id).name())).insert(0, 1, '/');
         id = places[id].parent;
     }
     return id == rootEntry ? text : "/..." + text;
