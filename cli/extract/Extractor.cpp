@@ -177,7 +177,7 @@ void Extractor::plan(const WantedItem& wanted) {
     output.buffer() += row.index.has_value()
                            ? std::to_string(*row.index)
                            : std::to_string(*row.entry) + ":" + std::to_string(*row.item);
-    output.buffer() += " " + wanted.path.text() + "\n";
+    output.buffer().append(" ").append(wanted.path.text()).append("\n");
     results.finishPlanned();
     if (!output.endRecord()) {
         results.loseOutput();
