@@ -24,7 +24,7 @@ constexpr std::uint64_t maxTextBytes = std::uint64_t{16} << 20;
 
 // A name has at most 254 bytes. What is longer is not one, and is not read: texts that overlap
 // would be read for each of their names.
-constexpr std::uint32_t maxNameBytes = 4096;
+constexpr std::uint32_t maxNameTextBytes = 4096;
 
 // Sets below this number are known without the GUID stream: PS_MAPI is 1, PS_PUBLIC_STRINGS 2.
 constexpr unsigned firstListedGuid = 3;
@@ -257,7 +257,7 @@ std::optional<std::u16string> NamedPropertyChecker::textAt(std::uint32_t offset)
     FieldReader fields(ByteSpan(texts).subspan(offset));
     const auto size = fields.number<std::uint32_t>();
     FieldReader units(fields.bytes(size));
-    if (!fields.isGood() || size == 0 || size % 2 != 0 || size > maxNameBytes) {
+    if (!fields.isGood() || size == 0 || size % 2 != 0 || size > maxNameTextBytes) {
         return std::nullopt;
     }
     std::u16string text;
