@@ -12,14 +12,15 @@ CommandMaker makeShow;
 CommandMaker makeReport;
 CommandMaker makeMerge;
 CommandMaker makeVerify;
+CommandMaker makeCheck;
 CommandMaker makeCompletion;
 CommandMaker makeManual;
 
 namespace {
 
 constexpr CommandMaker* commandTable[] = {
-    makeInfo,  makeList,   makeExtract,    makeShow,   makeReport,
-    makeMerge, makeVerify, makeCompletion, makeManual,
+    makeInfo,  makeList,   makeExtract, makeShow,       makeReport,
+    makeMerge, makeVerify, makeCheck,   makeCompletion, makeManual,
 };
 
 } // namespace

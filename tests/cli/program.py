@@ -9,6 +9,7 @@ import tempfile
 import unittest
 import zipfile
 
+SAMPLE = os.path.join(os.environ["OLMKIT_SOURCE_DIR"], "examples", "sample.olm")
 PROGRAM = os.path.join(os.environ["OLMKIT_BINARY_DIR"], "bin", "olmkit")
 
 # The path of an archive that the mail program exported; empty where there is none. A path that is
