@@ -50,8 +50,7 @@ ExitCode InfoCommand::run(Output& output, Messages& messages) {
     }
     survey.archive = options.archive;
     if (options.isJson) {
-        output.buffer() += survey.json().dump(2, ' ', false, JsonObject::error_handler_t::replace);
-        output.buffer() += '\n';
+        appendShown(output.buffer(), survey.json(), 2);
     } else {
         appendSurvey(output.buffer(), survey);
     }

@@ -10,12 +10,14 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
 #include "cli/files/OpenBelow.h"
+#include "cli/files/SafeName.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 
@@ -53,6 +55,19 @@ int enterFolder(int& parent, const std::string& name) {
     close(parent);
     parent = entered;
     return error;
+}
+
+// Whether the path of a file in these folders may exceed what a program can open by its path, were
+// its name as long as a name can be. They could still be made, one by one.
+bool isTooDeep(int root, const std::vector<std::string>& folders) {
+    std::error_code error;
+    const std::filesystem::path path =
+        std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(root), error);
+    std::size_t length = path.native().size() + 1;
+    for (const std::string& name : folders) {
+        length += name.size() + 1;
+    }
+    return error == std::errc::filename_too_long || length + maxNameBytes >= PATH_MAX;
 }
 
 // Copies the contents and times of a file. Returns 0 or an errno value.
@@ -250,6 +265,9 @@ int OutputDirectory::openFolders(const std::vector<std::string>& folders) {
     if (folder >= 0 && folders == openedFolders) {
         return 0;
     }
+    if (isTooDeep(root, folders)) {
+        return ENAMETOOLONG;
+    }
     closeFolder();
     int entered = fcntl(root, F_DUPFD_CLOEXEC, 0);
     int error = entered < 0 ? errno : 0;
@@ -277,6 +295,10 @@ std::string outputErrorText(int errorNumber) {
     }
     if (errorNumber == EWOULDBLOCK) {
         return "another run is writing to it; wait until it has ended";
+    }
+    if (errorNumber == ENAMETOOLONG) {
+        return "the path is too long; choose a shorter output folder, or extract with --layout "
+               "flat";
     }
     return errorText(errorNumber);
 }

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "cli/terminal/Text.h"
+
 namespace olmkit {
 
 namespace {
@@ -41,6 +43,11 @@ void CsvRowWriter::write(std::string& out, const olmhost::Row& row) {
         } else {
             field.clear();
             column->appendText(field, row);
+            if (isForTerminal) {
+                raw.swap(field);
+                field.clear();
+                appendPrintable(field, raw, DirectionMarks::Dropped);
+            }
             appendField(out, field);
         }
     }

@@ -6,6 +6,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "cli/terminal/Text.h"
+
 namespace olmkit {
 
 // An object whose members keep the order in which they were set.
@@ -27,7 +29,14 @@ inline std::string jsonText(const JsonObject& value, int indent = -1) {
     return value.dump(indent, ' ', false, JsonObject::error_handler_t::replace);
 }
 
-// Appends a value as one line.
+// Appends a value for standard output, which may be a terminal: as jsonText(), with what acts on a
+// terminal escaped, see appendEscaped(), and a line end.
+inline void appendShown(std::string& out, const JsonObject& value, int indent = -1) {
+    appendEscaped(out, jsonText(value, indent));
+    out += '\n';
+}
+
+// Appends a value as one line of a file.
 inline void appendLine(std::string& out, const JsonObject& value) {
     out += jsonText(value);
     out += '\n';

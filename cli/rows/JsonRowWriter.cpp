@@ -15,7 +15,7 @@ void JsonRowWriter::write(std::string& out, const olmhost::Row& row) {
             object[column->key] = std::move(text);
         }
     }
-    appendLine(out, object);
+    appendShown(out, object);
 }
 
 } // namespace olmkit

@@ -9,7 +9,8 @@
 
 namespace olmkit {
 
-// Writes one JSON object per line, with a member for each column.
+// Writes one JSON object per line, with a member for each column. What acts on a terminal is
+// escaped, so the lines are the same on a terminal and in a file.
 class JsonRowWriter : public RowWriter {
 public:
     explicit JsonRowWriter(RowColumns columns) : columns(std::move(columns)) {}

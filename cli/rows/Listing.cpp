@@ -26,7 +26,7 @@ std::unique_ptr<RowWriter> makeWriter(const ListOptions& options, const Output& 
     }
     switch (options.format) {
     case RowFormat::Csv:
-        return std::make_unique<CsvRowWriter>(std::move(columns));
+        return std::make_unique<CsvRowWriter>(std::move(columns), output.terminalWidth() != 0);
     case RowFormat::JsonLines:
         return std::make_unique<JsonRowWriter>(std::move(columns));
     case RowFormat::Table:

@@ -157,7 +157,7 @@ ExitCode Show::print(const olmhost::Message& message) {
     } else {
         const JsonObject described = describeItem(origin, message);
         if (options.form == ShowForm::Json) {
-            appendLine(output.buffer(), described);
+            appendShown(output.buffer(), described);
         } else {
             ItemText(output.buffer(), output.terminalWidth())
                 .write(described, session.entryName(origin.entry));

@@ -89,9 +89,39 @@ bool isControl(char32_t codePoint) {
            (codePoint >= 0x2066 && codePoint <= 0x2069);
 }
 
-void appendPrintable(std::string& out, std::string_view text) {
+bool isDirectionMark(char32_t codePoint) {
+    return codePoint == 0x061C || codePoint == 0x200E || codePoint == 0x200F;
+}
+
+void appendEscaped(std::string& out, std::string_view json) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    while (!json.empty()) {
+        // JSON itself is ASCII, and has escapes for the control characters below U+007F.
+        const auto stop = std::ranges::find_if(
+            json, [](char unit) { return static_cast<unsigned char>(unit) >= 0x7F; });
+        out.append(json.begin(), stop);
+        json.remove_prefix(static_cast<std::size_t>(stop - json.begin()));
+        if (json.empty()) {
+            return;
+        }
+        const char32_t codePoint = takeCodePoint(json);
+        if (!isControl(codePoint) && !isDirectionMark(codePoint)) {
+            appendCodePoint(out, codePoint);
+            continue;
+        }
+        out += "\\u"; // all of them are below U+10000
+        for (int shift = 12; shift >= 0; shift -= 4) {
+            out += digits[(codePoint >> shift) & 0xF];
+        }
+    }
+}
+
+void appendPrintable(std::string& out, std::string_view text, DirectionMarks marks) {
     while (!text.empty()) {
         const char32_t codePoint = takeCodePoint(text);
+        if (marks == DirectionMarks::Dropped && isDirectionMark(codePoint)) {
+            continue;
+        }
         if (!isControl(codePoint)) {
             appendCodePoint(out, codePoint);
         } else if ((codePoint >= 0x09 && codePoint <= 0x0D) || codePoint == 0x85 ||

@@ -33,9 +33,21 @@ void appendUtf8(std::string& out, std::u16string_view text);
 // line and paragraph separators, directional marks.
 bool isControl(char32_t codePoint);
 
+// Returns whether a code point gives the letters next to it a direction and is invisible itself:
+// U+061C, U+200E, U+200F. Texts in Arabic or Hebrew have them for good reasons, so names, tables
+// and pages keep them.
+bool isDirectionMark(char32_t codePoint);
+
+enum class DirectionMarks { Kept, Dropped };
+
 // Appends UTF-8 text with every control character replaced: white space by a space, others by
 // replacementCharacter.
-void appendPrintable(std::string& out, std::string_view text);
+void appendPrintable(std::string& out, std::string_view text,
+                     DirectionMarks marks = DirectionMarks::Kept);
+
+// Appends JSON text in UTF-8 with every control character and direction mark in its strings as an
+// escape, "\u009b": the value is the same, and a terminal doesn't obey it.
+void appendEscaped(std::string& out, std::string_view json);
 
 // Returns the width of a code point in terminal cells: 0, 1 or 2.
 unsigned cellWidth(char32_t codePoint);

@@ -67,7 +67,7 @@ void DifferenceWriter::finish(const Verifier& verifier) {
         object["good_files"] = verifier.goodCount();
         object["good_bytes"] = verifier.byteCount();
         object["differences"] = std::move(differences);
-        appendLine(output.buffer(), object);
+        appendShown(output.buffer(), object);
     } else {
         output.buffer() += summary(verifier);
     }

@@ -8,6 +8,7 @@
 
 #include <expat.h>
 
+#include "host/markup/EntitySupport.h"
 #include "host/markup/LineCount.h"
 #include "host/markup/NameHash.h"
 
@@ -89,7 +90,15 @@ struct MarkupParser::Handlers {
     }
     static void typeDeclaration(void* user, const XML_Char*, const XML_Char*, const XML_Char*,
                                 int) {
-        static_cast<MarkupParser*>(user)->hasTypeDeclaration = true;
+        guarded(user, [](MarkupParser& self) {
+            self.hasTypeDeclaration = true;
+            self.hasSoundEntities = EntitySupport::isSound();
+        });
+    }
+    static void entityDeclaration(void* user, const XML_Char*, int, const XML_Char*, int,
+                                  const XML_Char*, const XML_Char*, const XML_Char*,
+                                  const XML_Char*) {
+        guarded(user, [](MarkupParser& self) { self.onEntityDeclaration(); });
     }
     static int refuse(void*) { return XML_STATUS_ERROR; }
     static int refuseExternal(XML_Parser, const XML_Char*, const XML_Char*, const XML_Char*,
@@ -167,6 +176,8 @@ void MarkupParser::startFromBegin() {
     isFromBegin = true;
     elements.clear();
     hasTypeDeclaration = false;
+    hasSoundEntities = true;
+    declaredEntities = 0;
     tagCount = 0;
     skipFloor = 0;
     beginRun(false);
@@ -188,6 +199,7 @@ void MarkupParser::startInMiddle(std::uint64_t place) {
     feed.restart(place, tags.size());
     isFromBegin = false;
     hasTypeDeclaration = false;
+    hasSoundEntities = true;
     installHandlers();
 }
 
@@ -214,6 +226,7 @@ void MarkupParser::installHandlers() {
     isMuted = false;
     XML_SetXmlDeclHandler(expat, Handlers::declaration);
     XML_SetStartDoctypeDeclHandler(expat, Handlers::typeDeclaration);
+    XML_SetEntityDeclHandler(expat, Handlers::entityDeclaration);
     XML_SetNotStandaloneHandler(expat, Handlers::refuse);
     XML_SetExternalEntityRefHandler(expat, Handlers::refuseExternal);
 }
@@ -225,7 +238,7 @@ void MarkupParser::fill() {
         closePlaceholder();
         return;
     }
-    fullWeight = queue.weight() + maxQueued;
+    weightBefore = queue.weight();
     if (!parseChunk()) {
         handleError();
     } else if (!isPaused && feed.isAtEnd()) {
@@ -347,7 +360,7 @@ void MarkupParser::onOpening(const char* name, const char** attributes) {
     queue.dropBlankAtBack();
     beginRun(true);
     queue.addOpening(name, attributes, place, tagLength);
-    pauseWhenFull();
+    afterAdding(false);
 }
 
 void MarkupParser::onClosing(const char* name) {
@@ -393,7 +406,7 @@ void MarkupParser::closed(std::string_view name, std::uint64_t place) {
     }
     beginRun(false);
     queue.addClosing(wasUnseen ? name : std::string_view(), place);
-    pauseWhenFull();
+    afterAdding(false);
 }
 
 // Handles a tag that is left out on the way to the target. Returns true, and drops the target, when
@@ -426,9 +439,7 @@ void MarkupParser::onText(const char* bytes, std::size_t size) {
     }
     if (run.isWanted()) {
         queue.addText(bytes, size, run.isBlank());
-        if (run.addQueued(size)) {
-            XML_StopParser(parser.get(), XML_TRUE);
-        }
+        afterAdding(run.addQueued(size));
     }
 }
 
@@ -446,10 +457,25 @@ bool MarkupParser::isWithinLimits(std::uint64_t tagLength) {
     return true;
 }
 
-// Entities can expand a few bytes to many.
-void MarkupParser::pauseWhenFull() {
-    if (queue.weight() > fullWeight) {
-        XML_StopParser(parser.get(), XML_TRUE);
+// Pauses when the queue is full, since entities can expand a few bytes to many, and when the reader
+// may skip the rest of a text.
+void MarkupParser::afterAdding(bool maySkipRest) {
+    if (hasSoundEntities) {
+        if (maySkipRest || queue.weight() > weightBefore + maxQueued) {
+            XML_StopParser(parser.get(), XML_TRUE);
+        }
+    } else if (queue.weight() > weightBefore + EntitySupport::addedLimit()) {
+        stop(FaultKind::LimitReached, "entities expand to more than the limit of " +
+                                          std::to_string(EntitySupport::addedLimit()) +
+                                          " bytes; a newer libexpat has no such limit");
+    }
+}
+
+void MarkupParser::onEntityDeclaration() {
+    if (!hasSoundEntities && ++declaredEntities > EntitySupport::maxDeclared) {
+        stop(FaultKind::LimitReached, "it declares more entities than the limit of " +
+                                          std::to_string(EntitySupport::maxDeclared) +
+                                          "; a newer libexpat has no such limit");
     }
 }
 

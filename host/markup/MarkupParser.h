@@ -89,11 +89,12 @@ private:
     void onOpening(const char* name, const char** attributes);
     void onClosing(const char* name);
     void onText(const char* bytes, std::size_t size);
+    void onEntityDeclaration();
     void closed(std::string_view name, std::uint64_t place);
     void beginRun(bool isWanted);
     bool reachesTarget(EventKind kind, std::uint64_t begin, std::uint64_t place);
     bool isWithinLimits(std::uint64_t tagLength);
-    void pauseWhenFull();
+    void afterAdding(bool maySkipRest);
     std::uint64_t currentPlace() const;
 
     void stop(FaultKind kind, const std::string& reason, std::uint64_t offset = 0);
@@ -114,7 +115,9 @@ private:
     bool isPaused = false;           // it waits amid a chunk, since the queue was full
     bool isAtPlaceholderEnd = false; // it refused a closing tag; see closePlaceholder()
     bool isFromBegin = true;         // it has seen the document from its start
-    std::size_t fullWeight = 0;      // of the queue; there it pauses
+    bool hasSoundEntities = true;    // see EntitySupport; else it never pauses
+    unsigned declaredEntities = 0;   // counted unless they are sound
+    std::size_t weightBefore = 0;    // of the queue, before fill()
 
     // Places.
     bool hasTypeDeclaration = false;

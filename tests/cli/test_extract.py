@@ -264,6 +264,20 @@ class ExtractTest(ProgramTest):
 
         self.assertEqual([row["path"] for row in self.manifest()], ["NONE.msg", "NONE (2).msg"])
 
+    def test_paths_that_nothing_could_open_are_refused(self):
+        deep = "/".join([letter * 250 for letter in "abcdefghijklmnopqrst"])
+        archive = self.archive((deep + "/a.xml", notes("deep")), ("N/b.xml", notes("flat")))
+
+        done = self.extract(archive, code=5)
+
+        self.assertEqual([row["path"] for row in self.manifest() if not row.get("error")],
+                         ["N/flat.msg"])
+        error, = [row["error"] for row in self.manifest() if row.get("error")]
+        self.assertIn("the path is too long", error)
+        self.assertIn("deep.msg can't be written: the path is too long", done.stderr)
+        self.assertEqual([name for name in os.listdir(self.path("out")) if name.startswith("a")], [])
+        self.extract(archive, "--layout", "flat", out="flat")
+
     def test_long_names_fit_255_bytes_and_cut_no_character(self):
         paths = self.paths("x" * 1000, "x" * 1000, "\u6f6e" * 300, "\U0001F30A" * 300,
                            "y" * 227 + "e\u0301\u0301" * 9)

@@ -94,6 +94,30 @@ class ListTest(ProgramTest):
 
         self.assertEqual(rows[0]["subject"], "a\tb\rc\u007f\u2028d")
 
+    def test_what_acts_on_a_terminal_is_escaped_in_json(self):
+        acting = ["\x7f", *map(chr, range(0x80, 0xa0)), "\u061c", "\u200e", "\u200f", "\u2028",
+                  "\u2029", *map(chr, range(0x202a, 0x202f)), *map(chr, range(0x2066, 0x206a))]
+        subject = "a" + "z".join(acting) + "\u00e9\u6f6e\U0001F30A\u00a0\u200d\u2030"
+        archive = self.archive(("a.xml", notes(subject)))
+
+        for arguments in (("list", archive, "--format", "jsonl"), ("show", archive, "0", "--json")):
+            with self.subTest(arguments[0]):
+                text = self.run_program(*arguments).stdout
+                for character in acting:
+                    self.assertNotIn(character, text)
+                    self.assertIn(f"\\u{ord(character):04x}", text)
+                self.assertIn("\u00e9\u6f6e\U0001F30A\u00a0\u200d\u2030", text)
+                self.assertEqual(json.loads(text).get("subject", subject), subject)
+        self.assertEqual(self.rows(archive)[0]["subject"], subject)
+
+    def test_csv_in_a_file_has_control_characters_as_they_are(self):
+        subject = "a\tb\u009b31mc\u202ed\u200ee\nf"
+        archive = self.archive(("a.xml", notes(subject.replace("\n", "&#10;").replace("\t", "&#9;"))))
+
+        done = self.run_program("list", archive, "--format", "csv", "--columns", "subject")
+
+        self.assertEqual(done.stdout, f'subject\r\n"{subject}"\r\n')
+
     def test_csv_is_read_back_by_another_reader(self):
         archive = self.archive(("In/m.xml", MAIL), *KINDS)
         expected = [[str(value) for value in row.values()] for row in self.rows(archive)]

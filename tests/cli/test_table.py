@@ -116,6 +116,26 @@ class TableTest(ProgramTest):
         self.assertIn("a b\ufffd31mc\ufffdd\ufffde f g\ufffdh", line)
         self.assertTrue(all(character.isprintable() for character in line))
 
+    def test_controls_never_reach_the_terminal_in_csv(self):
+        subject = "a&#9;b\u009b31mc\u202ed\u2066e\u2028f\u0085g\u007fh\u200ei\u200fj\u061ck&#10;l"
+        archive = self.archive(("a.xml", notes(subject)))
+
+        text = self.on_terminal(80, "list", archive, "--format", "csv", "--columns", "subject,index")
+
+        self.assertEqual(text.split(),
+                         ["subject,index", "a", "b\ufffd31mc\ufffdd\ufffde", "f", "g\ufffdhijk", "l,0"])
+
+    def test_controls_never_reach_the_terminal_in_json(self):
+        archive = self.archive(("Folder\u202e/a.xml", notes("a\u009b31mc\u202ed\u200ee\u007f")))
+
+        for arguments in (("list", archive, "--format", "jsonl"), ("show", archive, "0", "--json"),
+                          ("info", archive, "--json")):
+            with self.subTest(arguments[0]):
+                text = self.on_terminal(80, *arguments)
+                self.assertIn("\\u202e", text)
+                self.assertTrue(all(character.isprintable() or character in "\r\n"
+                                    for character in text))
+
     def test_headings_are_bold_only_on_a_terminal(self):
         archive = self.archive(("a.xml", notes("a")))
         headings = self.on_terminal(80, "list", archive).split("\n")[0]

@@ -517,63 +517,6 @@ TEST_P(MarkupReaderTest, TheBlankLimitEndsTheDocument) {
     }
 }
 
-TEST_P(MarkupReaderTest, InternalEntitiesAreExpanded) {
-    EXPECT_EQ(events("<!DOCTYPE a [<!ENTITY e 'E&#38;amp;'><!ENTITY t '<b x=\"&e;\">in</b><c/>'>]>"
-                     "<a y='&e;'>1&e;2&t;3</a>"),
-              (Events{"<1 y='E&'", "#1E&2", "<2 x='E&'", "#in", "</2", "<3", "</3", "</1", "end"}));
-}
-
-TEST_P(MarkupReaderTest, ExternalEntitiesEndTheDocument) {
-    MemoryDocument made = document("<!DOCTYPE a [<!ENTITY e SYSTEM 'file:///etc/hostname'>]>"
-                                   "<a>1&e;2<b/></a>");
-    EXPECT_EQ(olmtest::eventsOf(made), (Events{"<1", "#1", "end"}));
-    ASSERT_EQ(made.faults.size(), 1U);
-    EXPECT_EQ(made.faults[0].kind, FaultKind::BrokenMarkup);
-    EXPECT_THAT(made.faults[0].text, HasSubstr("external entities are not supported"));
-}
-
-TEST_P(MarkupReaderTest, DeclarationsOutsideTheDocumentEndIt) {
-    for (const char* type :
-         {"<!DOCTYPE a SYSTEM 'a.dtd'>", "<!DOCTYPE a [<!ENTITY % p SYSTEM 'p.ent'> %p;]>"}) {
-        MemoryDocument made = document(std::string(type) + "<a>&lost;</a>");
-        EXPECT_EQ(olmtest::eventsOf(made), Events{"end"}) << type;
-        EXPECT_EQ(made.faults.size(), 1U) << type;
-    }
-}
-
-TEST_P(MarkupReaderTest, AStandaloneDocumentNeedsNoOutsideDeclarations) {
-    EXPECT_EQ(events("<?xml version='1.0' standalone='yes'?><!DOCTYPE a SYSTEM 'a.dtd'><a>t</a>"),
-              (Events{"<1", "#t", "</1", "end"}));
-}
-
-TEST_P(MarkupReaderTest, EntitiesThatMultiplyAreStopped) {
-    std::string bytes = "<!DOCTYPE a [<!ENTITY l0 'lol'>";
-    for (int i = 1; i < 12; ++i) {
-        const std::string inner = "&l" + std::to_string(i - 1) + ";";
-        bytes += "<!ENTITY l" + std::to_string(i) + " '";
-        for (int k = 0; k < 10; ++k) {
-            bytes += inner;
-        }
-        bytes += "'>";
-    }
-    MemoryDocument made = document(bytes + "]><a>&l11;</a>");
-    Puller puller(made);
-    puller.addMap(abc());
-    EXPECT_EQ(puller.nextTag(), 0);
-    EXPECT_EQ(puller.nextTag(), -1);
-    ASSERT_EQ(made.faults.size(), 1U);
-    EXPECT_EQ(made.faults[0].kind, FaultKind::LimitReached);
-}
-
-TEST_P(MarkupReaderTest, StartTagsThatEntitiesMakeLongReachTheLimit) {
-    MemoryDocument made = document("<!DOCTYPE a [<!ENTITY e '0123456789'>]><a><b x='&e;&e;'/></a>");
-
-    made.bounds.longestAttribute = 20;
-    EXPECT_EQ(olmtest::eventsOf(made).back(), "end");
-    ASSERT_EQ(made.faults.size(), 1U);
-    EXPECT_EQ(made.faults[0].kind, FaultKind::LimitReached);
-}
-
 TEST_P(MarkupReaderTest, UndefinedEntitiesAreAFault) {
     EXPECT_EQ(events("<a>1&nbsp;2</a>"), (Events{"<1", "#1", "end"}));
 }
