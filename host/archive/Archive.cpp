@@ -117,17 +117,36 @@ EntryStream* Archive::openEntry(std::uint64_t index) {
         requested->entryIndex = index;
         requested->size = info.size;
     }
-    if (!mayOpen(index, info) || !locate(index, info)) {
+    std::shared_ptr<EntryData> data = openData(index, info);
+    if (data == nullptr) {
         return nullptr;
-    }
-    std::shared_ptr<EntryData> data;
-    if (info.method == MethodDeflated && (info.size != 0 || info.compressedSize != 0)) {
-        data = inflatedEntries.open(index, info);
-    } else {
-        data = std::make_shared<StoredEntry>(*bytes, owner, index, info);
     }
     streams.push_back(std::make_unique<EntryStream>(*this, index, std::move(data), requested));
     return streams.back().get();
+}
+
+// Returns null, with a fault added, when the entry can't be read.
+std::shared_ptr<EntryData> Archive::openData(std::uint64_t index, EntryInfo& info) {
+    if (!mayOpen(index, info) || !locate(index, info)) {
+        return nullptr;
+    }
+    if (info.method == MethodDeflated && (info.size != 0 || info.compressedSize != 0)) {
+        openedLast = inflatedEntries.open(index, info);
+    } else {
+        openedLast = std::make_shared<StoredEntry>(*bytes, owner, index, info);
+    }
+    return openedLast;
+}
+
+void Archive::checkRest(std::uint64_t index) {
+    std::shared_ptr<EntryData> data = openedLast;
+    if (data == nullptr || data->entryIndex() != index) {
+        EntryInfo info = contents->info(index);
+        data = openData(index, info);
+    }
+    if (data != nullptr) {
+        data->checkRest();
+    }
 }
 
 // Returns false, with a fault added, when the entry can't be read.

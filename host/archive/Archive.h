@@ -49,6 +49,10 @@ public:
     // opened.
     EntryStream* openMember(const MemberOpenRequest& request);
 
+    // Reads what has not been read of row `index`, so that its checksum is compared. Adds a fault
+    // when it can't be read or is wrong.
+    void checkRest(std::uint64_t index);
+
     // Deletes a stream that openMember() returned.
     void closeEntry(const EntryStream& entry);
 
@@ -68,12 +72,14 @@ private:
     bool exceedsLimit(std::uint64_t index, const EntryInfo& info);
     bool locate(std::uint64_t index, EntryInfo& info);
     EntryStream* openEntry(std::uint64_t index);
+    std::shared_ptr<EntryData> openData(std::uint64_t index, EntryInfo& info);
 
     ArchiveFile& owner;
     std::unique_ptr<ArchiveBytes> bytes;
     std::shared_ptr<ArchiveContents> contents;
     std::vector<ArchiveEntry> rows;
     InflatedEntries inflatedEntries;
+    std::shared_ptr<EntryData> openedLast;
     std::shared_ptr<MemberRead> requested; // by openMember(), while an account is kept
     std::vector<std::unique_ptr<EntryStream>> streams;
 };

@@ -48,6 +48,11 @@ Handle* ArchiveFile::openEntry(std::uint64_t index) {
     return archive == nullptr ? nullptr : archive->openMember(request);
 }
 
+void ArchiveFile::checkRest(std::uint64_t index) {
+    assert(isOpen());
+    archive->checkRest(index);
+}
+
 std::uint64_t ArchiveFile::size() const {
     return archive == nullptr ? 0 : archive->fileBytes().size();
 }

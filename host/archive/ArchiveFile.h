@@ -57,6 +57,11 @@ public:
     // with a fault added, when it can't be opened.
     Handle* openEntry(std::uint64_t index);
 
+    // Reads what has not been read of row `index`, so that its checksum is compared. Adds a fault
+    // when it can't be read or is wrong.
+    // REQUIRES: isOpen()
+    void checkRest(std::uint64_t index);
+
     // Returns the size of the archive's file in bytes; 0 while not open.
     std::uint64_t size() const;
 

@@ -28,6 +28,13 @@ public:
     // damaged.
     std::uint64_t end() const { return dataEnd; }
 
+    // Reads what the checksum doesn't cover yet, so that it is compared: nothing when all of the
+    // data were read.
+    void checkRest();
+
+    // Returns the entry's index in the directory.
+    std::uint64_t entryIndex() const { return index; }
+
     // Returns what was found wrong so far; empty when nothing was.
     const std::string& fault() const { return faultText; }
 
@@ -46,7 +53,7 @@ protected:
 
     ArchiveBytes& bytes;
     ArchiveFile& file;
-    std::uint64_t index = 0; // of the entry, in the directory
+    std::uint64_t index = 0;
     EntryInfo info;
     std::uint64_t dataEnd = 0;
 

@@ -38,6 +38,8 @@ void CensusTaker::endDocument(std::uint64_t entry, std::uint64_t rows) {
     if (isUnfinished()) {
         read(entry);
     }
+    // Also where the root element is unknown: damage may have made it so.
+    file.checkRest(entry);
     const KindCensus& found = counter.counts();
     if (counter.kind()) {
         KindCensus& kind = taken.kinds[static_cast<std::size_t>(*counter.kind())];
