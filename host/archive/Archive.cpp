@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <system_error>
 #include <utility>
 
 #include "host/archive/ArchiveFile.h"
@@ -198,7 +199,12 @@ bool Archive::locate(std::uint64_t index, EntryInfo& info) {
     std::string reason;
     info.dataOffset = contents->findData(index, *bytes, reason);
     if (info.dataOffset == 0) {
-        refuse(FaultKind::Damaged, index, "its data can't be found: " + reason);
+        if (bytes->error() != 0) {
+            refuse(FaultKind::ReadFailed, index,
+                   "can't be read: " + std::generic_category().message(bytes->error()));
+        } else {
+            refuse(FaultKind::Damaged, index, "its data can't be found: " + reason);
+        }
         return false;
     }
     std::memcpy(place, &info.dataOffset, sizeof info.dataOffset);

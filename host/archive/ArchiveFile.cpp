@@ -62,6 +62,10 @@ std::uint64_t ArchiveFile::inflatedBytes() const {
 }
 
 void ArchiveFile::addFault(FaultKind kind, std::uint64_t entryIndex, const std::string& text) {
+    if (kind != FaultKind::ReadFailed &&
+        knownFaults.contains({entryIndex, FaultKind::ReadFailed, ""})) {
+        return; // what was read seems to be damaged only because the rest is missing
+    }
     const std::string& mark = entryIndex == EntryFault::noEntry ? text : std::string();
     if (knownFaults.emplace(entryIndex, kind, mark).second) {
         entryFaults.push_back({kind, entryIndex, text});

@@ -69,7 +69,7 @@ public:
     // open. Shows what seeking costs.
     std::uint64_t inflatedBytes() const;
 
-    // Adds a fault unless the same kind was found on the same entry.
+    // Adds a fault unless the same kind was found on the same entry, or reading the entry failed.
     void addFault(FaultKind kind, std::uint64_t entryIndex, const std::string& text);
 
     // From now on faults, and entries that are requested by name, are added to `newAccount` too,

@@ -20,6 +20,7 @@ void EntryData::assign(std::uint64_t newIndex, const EntryInfo& newInfo, std::ui
     dataEnd = newEnd;
     checkedTo = 0;
     checksum = 0;
+    isReadFailed = false;
     faultText.clear();
     if (info.size == 0 && info.crc != 0) {
         report(FaultKind::Checksum, wrongChecksum);
@@ -52,12 +53,14 @@ void EntryData::report(FaultKind kind, const std::string& text) {
 
 void EntryData::endEarly(std::uint64_t position) {
     dataEnd = position;
-    std::string text = "its data end after " + std::to_string(position) + " of " +
-                       std::to_string(info.size) + " bytes";
-    if (bytes.error() != 0) {
-        text += ": " + std::generic_category().message(bytes.error());
+    isReadFailed = bytes.error() != 0;
+    if (isReadFailed) {
+        report(FaultKind::ReadFailed,
+               "can't be read: " + std::generic_category().message(bytes.error()));
+    } else {
+        report(FaultKind::Damaged, "its data end after " + std::to_string(position) + " of " +
+                                       std::to_string(info.size) + " bytes");
     }
-    report(FaultKind::Damaged, text);
 }
 
 } // namespace olmhost

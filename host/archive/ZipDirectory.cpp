@@ -18,6 +18,11 @@ bool isSystemError(int code) {
            code == ZIP_ER_OPEN || code == ZIP_ER_MEMORY;
 }
 
+OpenFailure unreadable(int error) {
+    return {OpenFailureKind::Unreadable,
+            "can't be read: " + std::generic_category().message(error)};
+}
+
 } // namespace
 
 std::unique_ptr<ZipDirectory> ZipDirectory::open(ArchiveBytes& bytes, OpenFailure& failure) {
@@ -37,6 +42,11 @@ std::unique_ptr<ZipDirectory> ZipDirectory::open(ArchiveBytes& bytes, OpenFailur
         zip_error_fini(&error);
         return nullptr;
     }
+    if (directory->systemError != 0) {
+        // libzip may take another directory for the one that it couldn't read.
+        failure = unreadable(directory->systemError);
+        return nullptr;
+    }
     return directory;
 }
 
@@ -51,16 +61,17 @@ ZipDirectory::~ZipDirectory() {
 OpenFailure ZipDirectory::judge(zip_error_t& error) {
     constexpr std::string_view localHeader("PK\3\4", 4);
     const int code = zip_error_code_zip(&error);
-    if (bytes->error() != 0) {
-        return {OpenFailureKind::Unreadable,
-                "can't be read: " + std::generic_category().message(bytes->error())};
+    if (systemError != 0) {
+        return unreadable(systemError);
     }
     if (isSystemError(code)) {
         return {OpenFailureKind::Unreadable,
                 std::string("can't be read: ") + zip_error_strerror(&error)};
     }
     char start[localHeader.size()] = {};
-    bytes->read(0, start, sizeof start);
+    if (bytes->read(0, start, sizeof start) < sizeof start && bytes->error() != 0) {
+        return unreadable(bytes->error());
+    }
     const bool startsAsZip = std::string_view(start, sizeof start) == localHeader;
     if (code == ZIP_ER_NOZIP && !startsAsZip) {
         return {OpenFailureKind::NotAnArchive, "is not a ZIP archive"};
@@ -122,7 +133,8 @@ zip_int64_t ZipDirectory::readNext(void* data, zip_uint64_t length) {
     lastReadFrom = position;
     const std::size_t count = bytes->read(position, data, length);
     if (count < length && bytes->error() != 0) {
-        zip_error_set(&readError, ZIP_ER_READ, bytes->error());
+        systemError = bytes->error();
+        zip_error_set(&readError, ZIP_ER_READ, systemError);
         return -1;
     }
     position += count;

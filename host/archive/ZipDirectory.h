@@ -57,6 +57,7 @@ private:
     std::uint64_t position = 0;     // of libzip's reading
     std::uint64_t lastReadFrom = 0; // where libzip's last read began
     zip_error_t readError = {};     // of libzip's last read
+    int systemError = 0;            // errno of the last of its reads that failed
 };
 
 } // namespace olmhost
