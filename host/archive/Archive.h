@@ -53,6 +53,9 @@ public:
     // when it can't be read or is wrong.
     void checkRest(std::uint64_t index);
 
+    // Compares the local header of row `index` with the directory. Adds a fault when they differ.
+    void checkHeader(std::uint64_t index);
+
     // Deletes a stream that openMember() returned.
     void closeEntry(const EntryStream& entry);
 
@@ -70,7 +73,7 @@ private:
     void refuse(FaultKind kind, std::uint64_t index, const std::string& text);
     bool mayOpen(std::uint64_t index, const EntryInfo& info);
     bool exceedsLimit(std::uint64_t index, const EntryInfo& info);
-    bool locate(std::uint64_t index, EntryInfo& info);
+    bool locate(std::uint64_t index, EntryInfo& info, std::string& difference);
     EntryStream* openEntry(std::uint64_t index);
     std::shared_ptr<EntryData> openData(std::uint64_t index, EntryInfo& info);
 

@@ -53,6 +53,11 @@ void ArchiveFile::checkRest(std::uint64_t index) {
     archive->checkRest(index);
 }
 
+void ArchiveFile::checkHeader(std::uint64_t index) {
+    assert(isOpen());
+    archive->checkHeader(index);
+}
+
 std::uint64_t ArchiveFile::size() const {
     return archive == nullptr ? 0 : archive->fileBytes().size();
 }

@@ -62,6 +62,10 @@ public:
     // REQUIRES: isOpen()
     void checkRest(std::uint64_t index);
 
+    // Compares the local header of row `index` with the directory. Adds a fault when they differ.
+    // REQUIRES: isOpen()
+    void checkHeader(std::uint64_t index);
+
     // Returns the size of the archive's file in bytes; 0 while not open.
     std::uint64_t size() const;
 

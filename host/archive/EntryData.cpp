@@ -47,7 +47,9 @@ void EntryData::checkRest() {
 }
 
 void EntryData::report(FaultKind kind, const std::string& text) {
-    faultText += (faultText.empty() ? "" : "; ") + text;
+    if (faultText.find(text) == std::string::npos) {
+        faultText += (faultText.empty() ? "" : "; ") + text;
+    }
     file.addFault(kind, index, text);
 }
 

@@ -32,6 +32,9 @@ public:
     // data were read.
     void checkRest();
 
+    // Adds a fault of the entry.
+    void report(FaultKind kind, const std::string& text);
+
     // Returns the entry's index in the directory.
     std::uint64_t entryIndex() const { return index; }
 
@@ -51,8 +54,6 @@ protected:
 
     // The data end at `position`, early: the file's bytes can't be read, or are not there.
     void endEarly(std::uint64_t position);
-
-    void report(FaultKind kind, const std::string& text);
 
     ArchiveBytes& bytes;
     ArchiveFile& file;

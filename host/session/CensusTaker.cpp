@@ -27,6 +27,9 @@ bool popToEnd(EventQueue& queue) {
 void CensusTaker::endEntry(std::uint64_t entry, std::uint64_t rows) {
     if (file.contents().isDocument(entry)) {
         endDocument(entry, rows);
+    } else {
+        // It may be a document whose name in the directory is damaged.
+        file.checkHeader(entry);
     }
     taken.entries = entry + 1;
     counter.forget();

@@ -1,9 +1,12 @@
 """A changed byte of an archive changes nothing, or is reported."""
 
+import io
 import os
+import struct
 import subprocess
 import unittest
 import zipfile
+import zlib
 from concurrent.futures import ThreadPoolExecutor
 
 from program import PROGRAM, ProgramTest, notes
@@ -57,26 +60,20 @@ class DamageTest(ProgramTest):
 
         self.assert_reported(path, "n.xml", "list")
 
-    def sweep(self, method):
-        """Lists the sample once for each flipped bit of its documents' data."""
+    def packed_sample(self, method):
         path = self.path("sample.olm")
         with zipfile.ZipFile(SAMPLE) as sample, zipfile.ZipFile(path, "w", method) as packed:
             for info in (one for one in sample.infolist() if not one.is_dir()):
                 packed.writestr(info.filename, sample.read(info), method)
+        return path
+
+    def sweep(self, path, places):
+        """Lists the archive once for each place, an entry and an offset, with a bit flipped."""
         whole = self.bytes_of(path)
         expected = self.run_program("list", "--format", "jsonl", path).stdout
-        runs = []
-        with zipfile.ZipFile(path) as packed:
-            for info in packed.infolist():
-                if not info.filename.endswith(".xml"):
-                    continue
-                begin, end = data_place(whole, info)
-                root = range(begin, min(begin + 64, end)) if STEP == 16 else ()
-                runs += [(info.filename, offset)
-                         for offset in sorted({*root, *range(begin, end, STEP)})]
 
-        def silent(run):
-            entry, offset = run
+        def is_silent(place):
+            entry, offset = place
             changed = self.write(f"{offset}.olm", flipped(whole, offset))
             done = subprocess.run([PROGRAM, "list", "--format", "jsonl", changed],
                                   capture_output=True, timeout=60, check=False)
@@ -85,16 +82,110 @@ class DamageTest(ProgramTest):
                 return done.stdout.decode() != expected
             return done.returncode < 0 or entry not in done.stderr.decode()
 
-        self.assertGreater(len(runs), 20)
+        self.assertGreater(len(places), 20)
         with ThreadPoolExecutor(2) as pool:
-            wrong = [run for run, isSilent in zip(runs, pool.map(silent, runs)) if isSilent]
-        self.assertEqual(wrong, [])
+            results = list(pool.map(is_silent, places))
+        self.assertEqual([place for place, wrong in zip(places, results) if wrong], [])
+
+    def sweep_documents(self, method):
+        path = self.packed_sample(method)
+        places = []
+        with zipfile.ZipFile(path) as packed:
+            for info in packed.infolist():
+                if info.filename.endswith(".xml"):
+                    begin, end = data_place(self.bytes_of(path), info)
+                    root = range(begin, min(begin + 64, end)) if STEP == 16 else ()
+                    places += [(info.filename, offset)
+                               for offset in sorted({*root, *range(begin, end, STEP)})]
+        self.sweep(path, places)
 
     def test_every_change_of_a_stored_document_is_reported_or_changes_nothing(self):
-        self.sweep(zipfile.ZIP_STORED)
+        self.sweep_documents(zipfile.ZIP_STORED)
 
     def test_every_change_of_a_deflated_document_is_reported_or_changes_nothing(self):
-        self.sweep(zipfile.ZIP_DEFLATED)
+        self.sweep_documents(zipfile.ZIP_DEFLATED)
+
+    def test_every_change_outside_of_the_data_is_reported_or_changes_nothing(self):
+        path = self.packed_sample(zipfile.ZIP_DEFLATED)
+        whole = self.bytes_of(path)
+        with zipfile.ZipFile(path) as packed:
+            data = [range(*data_place(whole, info)) for info in packed.infolist()]
+        self.sweep(path, [("olmkit: ", offset) for offset in range(0, len(whole), STEP // 16)
+                          if not any(offset in part for part in data)])
+
+    def changed_archive(self, signature, offset, value):
+        """Returns the path of an archive of which one header has other bytes at an offset."""
+        path = self.archive(("Accounts/me/Calendar.xml", "<appointments><appointment/>"
+                                                         "</appointments>"),
+                            ("n.xml", notes("kept")), method=zipfile.ZIP_STORED)
+        changed = bytearray(self.bytes_of(path))
+        begin = changed.index(signature) + offset
+        changed[begin:begin + len(value)] = value
+        return self.write("mail.olm", bytes(changed))
+
+    def assert_differs(self, path, text, rows):
+        done = self.run_program("list", "--format", "csv", path)
+        self.assertEqual(done.returncode, 1, done.stdout + done.stderr)
+        self.assertIn("its local header " + text, done.stderr)
+        self.assertEqual(len(done.stdout.splitlines()), 1 + rows, done.stdout)
+
+    def test_changed_name_in_the_directory_is_reported(self):
+        path = self.changed_archive(b"PK\1\2", 46 + len("Accounts/me/Calendar.xm"), b"m")
+
+        self.assert_differs(path, 'differs from the directory: name "Accounts/me/Calendar.xml"', 1)
+        self.assertIn("entry 0 (Accounts/me/Calendar.xmm)",
+                      self.run_program("list", path).stderr)
+        self.assertEqual(self.run_program("extract", path, "-o", "out").returncode, 1)
+
+    def test_changed_local_header_is_reported_and_its_entry_is_read(self):
+        for offset, value, text in [
+                (0, b"XK", "has no signature"),
+                (8, b"\x08", "differs from the directory: compression method 8"),
+                (14, b"none", "differs from the directory: checksum"),
+                (18, b"\x02\0\0\0", "differs from the directory: compressed size 2"),
+                (22, b"\x03\0\0\0", "differs from the directory: size 3"),
+                (30, b"a", 'differs from the directory: name "accounts/me/Calendar.xml"')]:
+            with self.subTest(text):
+                self.assert_differs(self.changed_archive(b"PK\3\4", offset, value), text, 2)
+
+    def assert_accepted(self, path):
+        done = self.run_program("info", "--check", path)
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+
+    def test_sizes_after_the_data_are_accepted(self):
+        class Pipe(io.BytesIO):
+            def seekable(self):
+                return False
+
+            def seek(self, *_):
+                raise io.UnsupportedOperation
+
+            def tell(self):
+                raise io.UnsupportedOperation
+
+        pipe = Pipe()
+        with zipfile.ZipFile(pipe, "w", zipfile.ZIP_DEFLATED) as packed:
+            packed.writestr("n.xml", notes("one"))
+        self.assertEqual(pipe.getvalue()[14:26], bytes(12), "the header has the sizes")
+        self.assert_accepted(self.write("mail.olm", pipe.getvalue()))
+
+    def test_sizes_of_64_bits_are_accepted(self):
+        path = self.path("mail.olm")
+        with zipfile.ZipFile(path, "w") as packed:
+            with packed.open("n.xml", "w", force_zip64=True) as entry:
+                entry.write(notes("one").encode())
+        self.assertEqual(self.bytes_of(path)[18:26], b"\xff" * 8, "the header has the sizes")
+        self.assert_accepted(path)
+
+    def test_name_in_an_extra_field_is_accepted(self):
+        name = b"cafe.xml"
+        better = "caf\u00e9.xml".encode()
+        info = zipfile.ZipInfo(name.decode())
+        info.extra = (struct.pack("<HHBI", 0x7075, 5 + len(better), 1, zlib.crc32(name)) + better)
+        path = self.path("mail.olm")
+        with zipfile.ZipFile(path, "w") as packed:
+            packed.writestr(info, notes("one"))
+        self.assert_accepted(path)
 
 
 if __name__ == "__main__":
