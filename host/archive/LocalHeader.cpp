@@ -89,7 +89,7 @@ std::string LocalHeader::differenceFrom(std::string_view entryName, const EntryI
     // The directory's names end at a 0 byte.
     const std::string_view ownName = std::string_view(name).substr(0, name.find('\0'));
     compare(entryName == ownName || (!unicodeName.empty() && entryName == unicodeName),
-            "name " + (isUtf8(ownName) ? "\"" + std::string(ownName) + "\"" : ""));
+            isUtf8(ownName) ? std::string("name \"").append(ownName).append("\"") : "name");
     compare(info.method == entry.method, "compression method " + std::to_string(info.method));
     compareSize(info.size, entry.size, "size ");
     compareSize(info.compressedSize, entry.compressedSize, "compressed size ");
