@@ -44,6 +44,10 @@ ExitCode InfoCommand::run(Output& output, Messages& messages) {
     }
     olmhost::Session& session = archive.session();
     ArchiveSurvey survey = Surveyor(session).survey(options.isChecking);
+    if (exitCodeOf(session.faults()) == ExitCode::Unreadable) {
+        messages.faults(options.archive, session);
+        return ExitCode::Unreadable;
+    }
     if (!session.isOlmArchive()) {
         messages.faults(options.archive, session);
         return messages.notOlmArchive(options.archive, session);

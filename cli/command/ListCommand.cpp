@@ -131,11 +131,12 @@ ExitCode ListCommand::run(Output& output, Messages& messages) {
         listing.finish();
     }
     output.flush(); // the rows come before the messages
-    const std::size_t faultCount = messages.faults(options.archive, session);
-    if (!isOlm) {
+    messages.faults(options.archive, session);
+    const ExitCode code = exitCodeOf(session.faults());
+    if (!isOlm && code != ExitCode::Unreadable) {
         return messages.notOlmArchive(options.archive, session);
     }
-    return output.finish(faultCount == 0 ? ExitCode::Done : ExitCode::Partial, messages);
+    return output.finish(code, messages);
 }
 
 } // namespace

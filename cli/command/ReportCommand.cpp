@@ -91,6 +91,9 @@ ExitCode ReportCommand::writePage(olmhost::Session& session, PageFile& file, Out
     PageRun run(options, session, file, messages);
     const ArchiveSurvey survey = run.write();
     const std::size_t faultCount = messages.faults(options.archive, session);
+    if (exitCodeOf(session.faults()) == ExitCode::Unreadable) {
+        return ExitCode::Unreadable;
+    }
     if (!file.failed() && !session.isOlmArchive()) {
         return messages.notOlmArchive(options.archive, session);
     }

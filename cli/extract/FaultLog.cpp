@@ -1,9 +1,13 @@
 #include "cli/extract/FaultLog.h"
 
+#include "cli/terminal/ExitCode.h"
+
 namespace olmkit {
 
 void FaultLog::update() {
     const std::vector<olmhost::EntryFault>& found = session.faults();
+    const auto added = std::span(found).subspan(updatedCount);
+    isReadFailed = isReadFailed || exitCodeOf(added) == ExitCode::Unreadable;
     for (; updatedCount < found.size(); ++updatedCount) {
         faultyEntries.insert(found[updatedCount].entryIndex);
     }
@@ -11,6 +15,7 @@ void FaultLog::update() {
 
 void FaultLog::add(const std::vector<olmhost::EntryFault>& faults,
                    const std::set<std::uint64_t>& reported) {
+    isReadFailed = isReadFailed || exitCodeOf(faults) == ExitCode::Unreadable;
     reportedByItems.insert(reported.begin(), reported.end());
     for (const olmhost::EntryFault& fault : faults) {
         itemFaults.try_emplace(keyOf(fault), fault.text);

@@ -30,6 +30,9 @@ public:
     void add(const std::vector<olmhost::EntryFault>& faults,
              const std::set<std::uint64_t>& reported);
 
+    // Returns whether reading the archive has failed.
+    bool hasReadFailed() const { return isReadFailed; }
+
     // Returns all faults, in the order of their entries.
     std::vector<olmhost::EntryFault> faults() const;
 
@@ -42,6 +45,7 @@ private:
     static Key keyOf(const olmhost::EntryFault& fault);
 
     const olmhost::Session& session;
+    bool isReadFailed = false;
     std::size_t updatedCount = 0; // faults of the session that update() has seen
     std::set<std::uint64_t> faultyEntries;
     std::set<std::uint64_t> reportedByItems;

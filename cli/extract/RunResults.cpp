@@ -58,6 +58,10 @@ void RunResults::finish(ItemTask& task) {
         std::rethrow_exception(task.failure);
     }
     ItemOutcome& outcome = task.outcome;
+    if (!outcome.isInterrupted && exitCodeOf(outcome.faults) == ExitCode::Unreadable) {
+        faultLog.add(outcome.faults, {}); // the message may lack something: it gets no name
+        return;
+    }
     if (!outcome.isInterrupted) {
         ItemWriter::place(task.wanted, output.directory(), outcome);
     }
@@ -133,7 +137,7 @@ double RunResults::passedShare() const {
 }
 
 bool RunResults::isStopped() const {
-    return isOutputLost || isAtLimit || Interrupt::isRequested();
+    return isOutputLost || isAtLimit || faultLog.hasReadFailed() || Interrupt::isRequested();
 }
 
 void RunResults::end(bool isAtEnd) {
@@ -178,6 +182,9 @@ ExitCode RunResults::exitCode() const {
     }
     if (hasOutputFailed || (options.isDryRun && isOutputLost)) {
         return ExitCode::OutputFailed;
+    }
+    if (faultLog.hasReadFailed()) {
+        return ExitCode::Unreadable;
     }
     if (isAtLimit && !options.failsFast) {
         return ExitCode::LimitReached;

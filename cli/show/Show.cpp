@@ -28,6 +28,15 @@ bool hasContent(const olmhost::Message& message) {
 } // namespace
 
 ExitCode Show::run() {
+    const ExitCode code = show();
+    if (exitCodeOf(session.faults()) == ExitCode::Unreadable) {
+        messages.faults(options.archive, session);
+        return ExitCode::Unreadable;
+    }
+    return code;
+}
+
+ExitCode Show::show() {
     ExitCode code = find();
     if (code == ExitCode::Done) {
         code = extract();
@@ -66,6 +75,9 @@ ExitCode Show::find() {
                                           : olmhost::RowAnswer::Pause;
     };
     const bool isAtEnd = session.list(seek);
+    if (exitCodeOf(session.faults()) == ExitCode::Unreadable) {
+        return ExitCode::Unreadable;
+    }
     if (origin.index.has_value()) {
         return ExitCode::Done;
     }
@@ -92,6 +104,9 @@ ExitCode Show::extract() {
     const olmhost::Extraction extraction =
         origin.index.has_value() ? session.extract(*origin.index, spool)
                                  : session.extractAt(origin.entry, origin.item, spool);
+    if (exitCodeOf(session.faults()) == ExitCode::Unreadable) {
+        return ExitCode::Unreadable;
+    }
     reportLosses(extraction);
     return judge(extraction);
 }

@@ -26,6 +26,7 @@ public:
     ExitCode run();
 
 private:
+    ExitCode show();
     ExitCode find();
     bool isListed();
     ExitCode extract();

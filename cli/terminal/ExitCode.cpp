@@ -1,5 +1,7 @@
 #include "cli/terminal/ExitCode.h"
 
+#include <algorithm>
+
 namespace olmkit {
 
 namespace {
@@ -39,6 +41,16 @@ ExitCode exitCodeOf(olmhost::OpenStatus status) {
         return ExitCode::LimitReached;
     }
     return ExitCode::Unreadable;
+}
+
+ExitCode exitCodeOf(std::span<const olmhost::EntryFault> faults) {
+    const bool hasReadFailed = std::ranges::any_of(faults, [](const olmhost::EntryFault& fault) {
+        return fault.kind == olmhost::FaultKind::ReadFailed;
+    });
+    if (hasReadFailed) {
+        return ExitCode::Unreadable;
+    }
+    return faults.empty() ? ExitCode::Done : ExitCode::Partial;
 }
 
 } // namespace olmkit

@@ -4,6 +4,7 @@
 #include <span>
 
 #include "host/session/OpenOutcome.h"
+#include "host/stream/EntryFault.h"
 
 namespace olmkit {
 
@@ -28,6 +29,10 @@ std::span<const ExitRow> exitRows();
 
 // Returns the exit code of a run whose archive was opened with this status.
 ExitCode exitCodeOf(olmhost::OpenStatus status);
+
+// Returns the exit code of a run that found these faults and is all right otherwise: Unreadable
+// when reading the archive failed, as what was read is not to be relied on.
+ExitCode exitCodeOf(std::span<const olmhost::EntryFault> faults);
 
 } // namespace olmkit
 

@@ -43,8 +43,12 @@ const char* adviceOn(olmhost::FaultKind kind) {
     case olmhost::FaultKind::Damaged:
     case olmhost::FaultKind::Checksum:
         return "the part that could be read was used; copy or export the archive again";
+    case olmhost::FaultKind::OtherHeader:
+        return "the directory was believed; copy or export the archive again";
     case olmhost::FaultKind::LimitReached:
         return "the part beyond the limit was left out";
+    case olmhost::FaultKind::ReadFailed:
+        return "check the disk, then try again";
     case olmhost::FaultKind::BrokenMarkup:
         return "the part before the error was used; export the archive again";
     }

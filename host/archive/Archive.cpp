@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <system_error>
 #include <utility>
 
 #include "host/archive/ArchiveFile.h"
@@ -117,17 +118,40 @@ EntryStream* Archive::openEntry(std::uint64_t index) {
         requested->entryIndex = index;
         requested->size = info.size;
     }
-    if (!mayOpen(index, info) || !locate(index, info)) {
+    std::shared_ptr<EntryData> data = openData(index, info);
+    if (data == nullptr) {
         return nullptr;
-    }
-    std::shared_ptr<EntryData> data;
-    if (info.method == MethodDeflated && (info.size != 0 || info.compressedSize != 0)) {
-        data = inflatedEntries.open(index, info);
-    } else {
-        data = std::make_shared<StoredEntry>(*bytes, owner, index, info);
     }
     streams.push_back(std::make_unique<EntryStream>(*this, index, std::move(data), requested));
     return streams.back().get();
+}
+
+// Returns null, with a fault added, when the entry can't be read.
+std::shared_ptr<EntryData> Archive::openData(std::uint64_t index, EntryInfo& info) {
+    std::string difference;
+    if (!mayOpen(index, info) || !locate(index, info, difference)) {
+        return nullptr;
+    }
+    if (info.method == MethodDeflated && (info.size != 0 || info.compressedSize != 0)) {
+        openedLast = inflatedEntries.open(index, info);
+    } else {
+        openedLast = std::make_shared<StoredEntry>(*bytes, owner, index, info);
+    }
+    if (!difference.empty()) {
+        openedLast->report(FaultKind::OtherHeader, difference);
+    }
+    return openedLast;
+}
+
+void Archive::checkRest(std::uint64_t index) {
+    std::shared_ptr<EntryData> data = openedLast;
+    if (data == nullptr || data->entryIndex() != index) {
+        EntryInfo info = contents->info(index);
+        data = openData(index, info);
+    }
+    if (data != nullptr) {
+        data->checkRest();
+    }
 }
 
 // Returns false, with a fault added, when the entry can't be read.
@@ -166,8 +190,17 @@ bool Archive::exceedsLimit(std::uint64_t index, const EntryInfo& info) {
     return false;
 }
 
-// Fills in where the entry's data begin, and stores it in the row.
-bool Archive::locate(std::uint64_t index, EntryInfo& info) {
+void Archive::checkHeader(std::uint64_t index) {
+    EntryInfo info = contents->info(index);
+    std::string difference;
+    if (!info.isEncrypted && locate(index, info, difference) && !difference.empty()) {
+        owner.addFault(FaultKind::OtherHeader, index, difference);
+    }
+}
+
+// Fills in where the entry's data begin, and stores it in the row; not when the local header has a
+// `difference`, which each opening is to report.
+bool Archive::locate(std::uint64_t index, EntryInfo& info, std::string& difference) {
     if (info.compressedSize == 0) {
         return true;
     }
@@ -176,13 +209,21 @@ bool Archive::locate(std::uint64_t index, EntryInfo& info) {
     if (info.dataOffset != 0) {
         return true;
     }
-    std::string reason;
-    info.dataOffset = contents->findData(index, *bytes, reason);
+    DataPlace found = contents->findData(index, *bytes);
+    info.dataOffset = found.offset;
     if (info.dataOffset == 0) {
-        refuse(FaultKind::Damaged, index, "its data can't be found: " + reason);
+        if (bytes->error() != 0) {
+            refuse(FaultKind::ReadFailed, index,
+                   "can't be read: " + std::generic_category().message(bytes->error()));
+        } else {
+            refuse(FaultKind::Damaged, index, "its data can't be found: " + found.problem);
+        }
         return false;
     }
-    std::memcpy(place, &info.dataOffset, sizeof info.dataOffset);
+    difference = std::move(found.problem);
+    if (difference.empty()) {
+        std::memcpy(place, &info.dataOffset, sizeof info.dataOffset);
+    }
     return true;
 }
 

@@ -49,6 +49,13 @@ public:
     // opened.
     EntryStream* openMember(const MemberOpenRequest& request);
 
+    // Reads what has not been read of row `index`, so that its checksum is compared. Adds a fault
+    // when it can't be read or is wrong.
+    void checkRest(std::uint64_t index);
+
+    // Compares the local header of row `index` with the directory. Adds a fault when they differ.
+    void checkHeader(std::uint64_t index);
+
     // Deletes a stream that openMember() returned.
     void closeEntry(const EntryStream& entry);
 
@@ -66,14 +73,16 @@ private:
     void refuse(FaultKind kind, std::uint64_t index, const std::string& text);
     bool mayOpen(std::uint64_t index, const EntryInfo& info);
     bool exceedsLimit(std::uint64_t index, const EntryInfo& info);
-    bool locate(std::uint64_t index, EntryInfo& info);
+    bool locate(std::uint64_t index, EntryInfo& info, std::string& difference);
     EntryStream* openEntry(std::uint64_t index);
+    std::shared_ptr<EntryData> openData(std::uint64_t index, EntryInfo& info);
 
     ArchiveFile& owner;
     std::unique_ptr<ArchiveBytes> bytes;
     std::shared_ptr<ArchiveContents> contents;
     std::vector<ArchiveEntry> rows;
     InflatedEntries inflatedEntries;
+    std::shared_ptr<EntryData> openedLast;
     std::shared_ptr<MemberRead> requested; // by openMember(), while an account is kept
     std::vector<std::unique_ptr<EntryStream>> streams;
 };

@@ -93,6 +93,9 @@ std::span<const std::byte> ArchiveBytes::at(std::uint64_t offset) {
         windowLength = readFile(offset, window.get(), loadSize);
     }
     const auto skipped = static_cast<std::size_t>(offset - windowOffset);
+    if (skipped < windowLength) {
+        lastError = 0; // an error may have ended the window, which has bytes all the same
+    }
     return {window.get() + skipped, windowLength - skipped};
 }
 

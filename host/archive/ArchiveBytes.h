@@ -41,7 +41,7 @@ public:
     // file and when it can't be read.
     std::size_t read(std::uint64_t offset, void* buffer, std::size_t size);
 
-    // Returns errno of the last read of the file; 0 when it didn't fail.
+    // Returns the errno value of the last at() or read(); 0 when it didn't fail.
     int error() const { return lastError; }
 
 private:

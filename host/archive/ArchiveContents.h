@@ -49,9 +49,8 @@ public:
     // ZipDirectory.
     EntryInfo info(std::uint64_t index) const { return directory->info(index); }
     // See ZipDirectory.
-    std::uint64_t findData(std::uint64_t index, ArchiveBytes& callersBytes,
-                           std::string& reason) const {
-        return directory->findData(index, callersBytes, reason);
+    DataPlace findData(std::uint64_t index, ArchiveBytes& callersBytes) const {
+        return directory->findData(index, callersBytes);
     }
 
     // Returns the first file of that name; see NameIndex.

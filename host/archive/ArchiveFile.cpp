@@ -48,6 +48,16 @@ Handle* ArchiveFile::openEntry(std::uint64_t index) {
     return archive == nullptr ? nullptr : archive->openMember(request);
 }
 
+void ArchiveFile::checkRest(std::uint64_t index) {
+    assert(isOpen());
+    archive->checkRest(index);
+}
+
+void ArchiveFile::checkHeader(std::uint64_t index) {
+    assert(isOpen());
+    archive->checkHeader(index);
+}
+
 std::uint64_t ArchiveFile::size() const {
     return archive == nullptr ? 0 : archive->fileBytes().size();
 }
@@ -57,6 +67,10 @@ std::uint64_t ArchiveFile::inflatedBytes() const {
 }
 
 void ArchiveFile::addFault(FaultKind kind, std::uint64_t entryIndex, const std::string& text) {
+    if (kind != FaultKind::ReadFailed &&
+        knownFaults.contains({entryIndex, FaultKind::ReadFailed, ""})) {
+        return; // what was read seems to be damaged only because the rest is missing
+    }
     const std::string& mark = entryIndex == EntryFault::noEntry ? text : std::string();
     if (knownFaults.emplace(entryIndex, kind, mark).second) {
         entryFaults.push_back({kind, entryIndex, text});

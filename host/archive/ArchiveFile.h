@@ -57,6 +57,15 @@ public:
     // with a fault added, when it can't be opened.
     Handle* openEntry(std::uint64_t index);
 
+    // Reads what has not been read of row `index`, so that its checksum is compared. Adds a fault
+    // when it can't be read or is wrong.
+    // REQUIRES: isOpen()
+    void checkRest(std::uint64_t index);
+
+    // Compares the local header of row `index` with the directory. Adds a fault when they differ.
+    // REQUIRES: isOpen()
+    void checkHeader(std::uint64_t index);
+
     // Returns the size of the archive's file in bytes; 0 while not open.
     std::uint64_t size() const;
 
@@ -64,7 +73,7 @@ public:
     // open. Shows what seeking costs.
     std::uint64_t inflatedBytes() const;
 
-    // Adds a fault unless the same kind was found on the same entry.
+    // Adds a fault unless the same kind was found on the same entry, or reading the entry failed.
     void addFault(FaultKind kind, std::uint64_t entryIndex, const std::string& text);
 
     // From now on faults, and entries that are requested by name, are added to `newAccount` too,

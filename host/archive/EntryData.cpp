@@ -1,5 +1,6 @@
 #include "host/archive/EntryData.h"
 
+#include <array>
 #include <system_error>
 
 #include <zlib.h>
@@ -9,6 +10,7 @@ namespace olmhost {
 namespace {
 
 constexpr const char* wrongChecksum = "its checksum is wrong";
+constexpr std::size_t blockSize = std::size_t{16} << 10; // bytes read at once by checkRest()
 
 } // namespace
 
@@ -18,6 +20,7 @@ void EntryData::assign(std::uint64_t newIndex, const EntryInfo& newInfo, std::ui
     dataEnd = newEnd;
     checkedTo = 0;
     checksum = 0;
+    isReadFailed = false;
     faultText.clear();
     if (info.size == 0 && info.crc != 0) {
         report(FaultKind::Checksum, wrongChecksum);
@@ -37,19 +40,29 @@ void EntryData::check(std::uint64_t position, const void* data, std::size_t size
     }
 }
 
+void EntryData::checkRest() {
+    std::array<std::byte, blockSize> block;
+    while (checkedTo < end() && read(checkedTo, block.data(), block.size()) > 0) {
+    }
+}
+
 void EntryData::report(FaultKind kind, const std::string& text) {
-    faultText += (faultText.empty() ? "" : "; ") + text;
+    if (faultText.find(text) == std::string::npos) {
+        faultText += (faultText.empty() ? "" : "; ") + text;
+    }
     file.addFault(kind, index, text);
 }
 
 void EntryData::endEarly(std::uint64_t position) {
     dataEnd = position;
-    std::string text = "its data end after " + std::to_string(position) + " of " +
-                       std::to_string(info.size) + " bytes";
-    if (bytes.error() != 0) {
-        text += ": " + std::generic_category().message(bytes.error());
+    isReadFailed = bytes.error() != 0;
+    if (isReadFailed) {
+        report(FaultKind::ReadFailed,
+               "can't be read: " + std::generic_category().message(bytes.error()));
+    } else {
+        report(FaultKind::Damaged, "its data end after " + std::to_string(position) + " of " +
+                                       std::to_string(info.size) + " bytes");
     }
-    report(FaultKind::Damaged, text);
 }
 
 } // namespace olmhost

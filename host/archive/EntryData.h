@@ -28,6 +28,19 @@ public:
     // damaged.
     std::uint64_t end() const { return dataEnd; }
 
+    // Reads what the checksum doesn't cover yet, so that it is compared: nothing when all of the
+    // data were read.
+    void checkRest();
+
+    // Adds a fault of the entry.
+    void report(FaultKind kind, const std::string& text);
+
+    // Returns the entry's index in the directory.
+    std::uint64_t entryIndex() const { return index; }
+
+    // Returns whether the file's bytes could not be read. Trying again may help.
+    bool hasReadFailed() const { return isReadFailed; }
+
     // Returns what was found wrong so far; empty when nothing was.
     const std::string& fault() const { return faultText; }
 
@@ -39,20 +52,19 @@ protected:
     // and reports a fault when they were the last and it is wrong.
     void check(std::uint64_t position, const void* data, std::size_t size);
 
-    // The data end at `position`, early.
+    // The data end at `position`, early: the file's bytes can't be read, or are not there.
     void endEarly(std::uint64_t position);
-
-    void report(FaultKind kind, const std::string& text);
 
     ArchiveBytes& bytes;
     ArchiveFile& file;
-    std::uint64_t index = 0; // of the entry, in the directory
+    std::uint64_t index = 0;
     EntryInfo info;
     std::uint64_t dataEnd = 0;
 
 private:
     std::uint64_t checkedTo = 0; // bytes that `checksum` covers, from the start
     std::uint32_t checksum = 0;
+    bool isReadFailed = false;
     std::string faultText;
 };
 

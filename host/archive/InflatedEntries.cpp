@@ -10,6 +10,9 @@ std::shared_ptr<InflatedEntry> InflatedEntries::open(std::uint64_t index, const 
     });
     if (known != held.end()) {
         std::rotate(known, known + 1, held.end());
+        if (held.back()->hasReadFailed()) {
+            held.back()->begin(index, info);
+        }
         return held.back();
     }
     auto entry = takeOldest();

@@ -11,8 +11,8 @@
 namespace olmhost {
 
 // The deflated entries of an archive that were opened last, in the state in which they were left.
-// An entry that is opened again continues where it was, and a new one reuses the memory of one that
-// is no longer read.
+// An entry that is opened again continues where it was, unless its reading failed, and a new one
+// reuses the memory of one that is no longer read.
 class InflatedEntries {
 public:
     static constexpr std::size_t maxHeld = 4;

@@ -33,9 +33,6 @@ public:
     // Begins with another entry.
     void begin(std::uint64_t newIndex, const EntryInfo& newInfo);
 
-    // Returns the entry's index in the directory.
-    std::uint64_t entryIndex() const { return index; }
-
     std::size_t read(std::uint64_t position, void* buffer, std::size_t size) override;
 
 private:

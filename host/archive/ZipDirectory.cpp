@@ -5,6 +5,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "host/archive/LocalHeader.h"
 #include "host/archive/NameText.h"
 
 namespace olmhost {
@@ -16,6 +17,11 @@ constexpr std::size_t maxEntryName = 0xFFFF; // bytes (APPNOTE 4.4.10)
 bool isSystemError(int code) {
     return code == ZIP_ER_READ || code == ZIP_ER_SEEK || code == ZIP_ER_TELL ||
            code == ZIP_ER_OPEN || code == ZIP_ER_MEMORY;
+}
+
+OpenFailure unreadable(int error) {
+    return {OpenFailureKind::Unreadable,
+            "can't be read: " + std::generic_category().message(error)};
 }
 
 } // namespace
@@ -37,6 +43,11 @@ std::unique_ptr<ZipDirectory> ZipDirectory::open(ArchiveBytes& bytes, OpenFailur
         zip_error_fini(&error);
         return nullptr;
     }
+    if (directory->systemError != 0) {
+        // libzip may take another directory for the one that it couldn't read.
+        failure = unreadable(directory->systemError);
+        return nullptr;
+    }
     return directory;
 }
 
@@ -51,16 +62,17 @@ ZipDirectory::~ZipDirectory() {
 OpenFailure ZipDirectory::judge(zip_error_t& error) {
     constexpr std::string_view localHeader("PK\3\4", 4);
     const int code = zip_error_code_zip(&error);
-    if (bytes->error() != 0) {
-        return {OpenFailureKind::Unreadable,
-                "can't be read: " + std::generic_category().message(bytes->error())};
+    if (systemError != 0) {
+        return unreadable(systemError);
     }
     if (isSystemError(code)) {
         return {OpenFailureKind::Unreadable,
                 std::string("can't be read: ") + zip_error_strerror(&error)};
     }
     char start[localHeader.size()] = {};
-    bytes->read(0, start, sizeof start);
+    if (bytes->read(0, start, sizeof start) < sizeof start && bytes->error() != 0) {
+        return unreadable(bytes->error());
+    }
     const bool startsAsZip = std::string_view(start, sizeof start) == localHeader;
     if (code == ZIP_ER_NOZIP && !startsAsZip) {
         return {OpenFailureKind::NotAnArchive, "is not a ZIP archive"};
@@ -99,30 +111,45 @@ EntryInfo ZipDirectory::info(std::uint64_t index) const {
     return info;
 }
 
-std::uint64_t ZipDirectory::findData(std::uint64_t index, ArchiveBytes& callersBytes,
-                                     std::string& reason) {
+DataPlace ZipDirectory::findData(std::uint64_t index, ArchiveBytes& callersBytes) {
+    DataPlace place;
+    const auto offset = findHeader(index, callersBytes, place.problem);
+    if (!offset) {
+        return place;
+    }
+    const auto header = LocalHeader::read(callersBytes, *offset);
+    if (!header || header->info.dataOffset >= callersBytes.size()) {
+        place.problem = "the archive ends before them";
+        return place;
+    }
+    const char* name = zip_get_name(zip, index, ZIP_FL_UNCHANGED | ZIP_FL_ENC_RAW);
+    place.offset = header->info.dataOffset;
+    place.problem = header->differenceFrom(name == nullptr ? "" : name, info(index));
+    return place;
+}
+
+// Returns the offset of the entry's local header.
+std::optional<std::uint64_t>
+ZipDirectory::findHeader(std::uint64_t index, ArchiveBytes& callersBytes, std::string& reason) {
     const std::lock_guard lock(mutex);
     bytes = &callersBytes;
+    soughtFirst.reset();
+    // libzip has no function for the offset, but opening the entry shows it: libzip goes to the
+    // local header first.
     zip_file_t* file = zip_fopen_index(zip, index, ZIP_FL_UNCHANGED | ZIP_FL_COMPRESSED);
     if (file == nullptr) {
         reason = zip_strerror(zip);
-        return 0;
-    }
-    // libzip has no function for the offset of the data, but reading their first byte shows it.
-    char first = 0;
-    const zip_int64_t count = zip_fread(file, &first, 1);
-    if (count != 1) {
-        reason = count < 0 ? zip_file_strerror(file) : "its data are missing";
+        return std::nullopt;
     }
     zip_fclose(file);
-    return count == 1 ? lastReadFrom : 0;
+    return soughtFirst;
 }
 
 zip_int64_t ZipDirectory::readNext(void* data, zip_uint64_t length) {
-    lastReadFrom = position;
     const std::size_t count = bytes->read(position, data, length);
     if (count < length && bytes->error() != 0) {
-        zip_error_set(&readError, ZIP_ER_READ, bytes->error());
+        systemError = bytes->error();
+        zip_error_set(&readError, ZIP_ER_READ, systemError);
         return -1;
     }
     position += count;
@@ -159,6 +186,9 @@ zip_int64_t ZipDirectory::serve(void* self, void* data, zip_uint64_t length,
             return -1;
         }
         directory.position = static_cast<std::uint64_t>(target);
+        if (!directory.soughtFirst) {
+            directory.soughtFirst = directory.position;
+        }
         return 0;
     }
     case ZIP_SOURCE_TELL:

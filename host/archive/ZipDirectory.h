@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include <zip.h>
@@ -13,6 +14,12 @@
 #include "host/archive/OpenFailure.h"
 
 namespace olmhost {
+
+// Where an entry's data are.
+struct DataPlace {
+    std::uint64_t offset = 0; // in the archive; 0 when they can't be found
+    std::string problem;      // why not, or how the local header differs from the directory
+};
 
 // The directory of a ZIP archive: libzip, reading through ArchiveBytes.
 //
@@ -39,10 +46,9 @@ public:
     // Returns the directory's data of an entry; `dataOffset` stays 0. All 0 for an unknown one.
     EntryInfo info(std::uint64_t index) const;
 
-    // Returns where the entry's data begin in the archive, which is read through `callersBytes`; 0
-    // when they can't be found, with the reason in `reason`.
+    // Returns where the entry's data begin in the archive, which is read through `callersBytes`.
     // REQUIRES: the entry has data and is not encrypted.
-    std::uint64_t findData(std::uint64_t index, ArchiveBytes& callersBytes, std::string& reason);
+    DataPlace findData(std::uint64_t index, ArchiveBytes& callersBytes);
 
 private:
     explicit ZipDirectory(ArchiveBytes& bytes) : bytes(&bytes) {}
@@ -50,13 +56,16 @@ private:
     static zip_int64_t serve(void* self, void* data, zip_uint64_t length, zip_source_cmd_t command);
     zip_int64_t readNext(void* data, zip_uint64_t length);
     OpenFailure judge(zip_error_t& error);
+    std::optional<std::uint64_t> findHeader(std::uint64_t index, ArchiveBytes& callersBytes,
+                                            std::string& reason);
 
     mutable std::mutex mutex;
     ArchiveBytes* bytes; // of the caller that holds the mutex
     zip_t* zip = nullptr;
-    std::uint64_t position = 0;     // of libzip's reading
-    std::uint64_t lastReadFrom = 0; // where libzip's last read began
-    zip_error_t readError = {};     // of libzip's last read
+    std::uint64_t position = 0;               // of libzip's reading
+    std::optional<std::uint64_t> soughtFirst; // by libzip, in findHeader()
+    zip_error_t readError = {};               // of libzip's last read
+    int systemError = 0;                      // errno of the last of its reads that failed
 };
 
 } // namespace olmhost

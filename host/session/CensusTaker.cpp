@@ -27,6 +27,9 @@ bool popToEnd(EventQueue& queue) {
 void CensusTaker::endEntry(std::uint64_t entry, std::uint64_t rows) {
     if (file.contents().isDocument(entry)) {
         endDocument(entry, rows);
+    } else {
+        // It may be a document whose name in the directory is damaged.
+        file.checkHeader(entry);
     }
     taken.entries = entry + 1;
     counter.forget();
@@ -38,6 +41,8 @@ void CensusTaker::endDocument(std::uint64_t entry, std::uint64_t rows) {
     if (isUnfinished()) {
         read(entry);
     }
+    // Also where the root element is unknown: damage may have made it so.
+    file.checkRest(entry);
     const KindCensus& found = counter.counts();
     if (counter.kind()) {
         KindCensus& kind = taken.kinds[static_cast<std::size_t>(*counter.kind())];

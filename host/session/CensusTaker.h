@@ -16,7 +16,8 @@ namespace olmhost {
 // Takes the census of an archive while the module lists it.
 //
 // It counts while the module reads a document, so that a document is parsed once. What the module
-// doesn't read to its end, or doesn't open at all, is read here.
+// doesn't read to its end, or doesn't open at all, is read here; every document to its last byte,
+// so that no item is lost to damage unnoticed.
 class CensusTaker {
 public:
     // `file` is borrowed.

@@ -20,7 +20,6 @@ static_assert(int{ModuleDone} == VwSpecialDone && int{ModuleNoItem} == VwSpecial
               int{ModuleFailed} == VwSpecialFailed && moduleStatusFailed == VwSpecialStatusFailed);
 
 constexpr std::int32_t progressDone = 100;
-constexpr std::uint32_t checkBlockSize = 65536; // bytes
 
 OpenStatus statusOf(OpenFailureKind kind) {
     switch (kind) {
@@ -158,8 +157,6 @@ public:
     Extraction extract(SODOSPECIALARC request, ByteSink& sink, const Progress& progress,
                        const AttachmentBytes& attachmentBytes);
 
-    void check(std::uint64_t entry);
-
     ArchiveFile file;
     Scan scan;
 
@@ -222,19 +219,6 @@ void Session::Opened::list(const RowCallback& callback) {
     scan.begin(callback);
     module->streamRead(0, proc);
     scan.rethrow();
-}
-
-void Session::Opened::check(std::uint64_t entry) {
-    Handle* const data = file.openEntry(entry);
-    if (data == nullptr) {
-        return;
-    }
-    std::vector<char> block(checkBlockSize);
-    std::uint32_t count = 0;
-    while (data->readBytes(block.data(), checkBlockSize, count) == Handle::statusDone &&
-           count > 0) {
-    }
-    data->end();
 }
 
 Extraction Session::Opened::extract(SODOSPECIALARC request, ByteSink& sink,
@@ -309,7 +293,7 @@ std::uint64_t Session::archiveSize() const {
 }
 
 void Session::check(std::uint64_t entry) {
-    opened->check(entry);
+    opened->file.checkRest(entry);
 }
 
 bool Session::list(const RowCallback& callback) {

@@ -78,7 +78,8 @@ public:
     // Returns the size of the archive's file in bytes.
     std::uint64_t archiveSize() const;
 
-    // Reads a row's data to their end. Adds a fault when they can't be read or are wrong.
+    // Reads a row's data to their end, unless that was done. Adds a fault when they can't be read
+    // or are wrong.
     void check(std::uint64_t entry);
 
     // Delivers rows, from where the last call ended. Returns true at the end of the archive, false

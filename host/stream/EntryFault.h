@@ -13,7 +13,9 @@ enum class FaultKind {
     Encrypted,    // needs a password
     Damaged,      // its data can't be read or inflated to the end, or its size is wrong
     Checksum,     // it was read to its end, and its CRC-32 is wrong
+    OtherHeader,  // its local header differs from what the directory says, which was used
     LimitReached, // it exceeds one of the Limits
+    ReadFailed,   // the system could not read the archive's file; trying again may help
     BrokenMarkup, // its XML is not well formed, or ends before its root element does
 };
 

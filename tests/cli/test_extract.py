@@ -184,8 +184,8 @@ class ExtractTest(ProgramTest):
                     ("a.xml", "<emails>" + mail("one", "x/bad.txt") + mail("two", "x/bad.txt")
                      + "</emails>"), ("x/bad.txt", "wrong"), method=method)
                 contents = bytearray(self.bytes_of(archive))
-                place = contents.rfind(b"PK\x01\x02") + 16  # the checksum in the directory
-                contents[place] ^= 1
+                contents[contents.rfind(b"PK\x03\x04") + 14] ^= 1  # the checksum
+                contents[contents.rfind(b"PK\x01\x02") + 16] ^= 1  # and in the directory
                 self.write("mail.olm", contents)
 
                 done = self.extract(archive, code=1)

@@ -135,6 +135,10 @@ protected:
             return "Checksum";
         case FaultKind::LimitReached:
             return "LimitReached";
+        case FaultKind::OtherHeader:
+            return "other header";
+        case FaultKind::ReadFailed:
+            return "read failed";
         case FaultKind::BrokenMarkup:
             return "BrokenMarkup";
         }
