@@ -208,7 +208,7 @@ void ItemWriter::place(const WantedItem& wanted, OutputDirectory& directory, Ite
     if (error == 0 && outcome.attachments != nullptr) {
         error = outcome.attachments->place(wanted.path, wanted.time, outcome.row.attachments);
         outcome.attachments.reset();
-        outcome.isInterrupted = error == EINTR;
+        outcome.isInterrupted = error == EINTR && Interrupt::isRequested();
     }
     if (error == 0) {
         error = directory.place(*outcome.message, wanted.path);

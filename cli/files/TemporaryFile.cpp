@@ -4,8 +4,9 @@
 #include <unistd.h>
 
 #include <array>
-#include <cerrno>
 #include <utility>
+
+#include "cli/files/Uninterrupted.h"
 
 namespace olmkit {
 
@@ -27,7 +28,7 @@ TemporaryFile& TemporaryFile::operator=(TemporaryFile&& other) noexcept {
 TemporaryFile::~TemporaryFile() {
     close();
     if (!fileName.empty()) {
-        unlinkat(directory, fileName.c_str(), 0);
+        uninterrupted([this] { return unlinkat(directory, fileName.c_str(), 0); });
     }
 }
 
@@ -39,7 +40,7 @@ void TemporaryFile::setTime(const std::optional<timespec>& time) {
 }
 
 int TemporaryFile::close() {
-    return file >= 0 && ::close(std::exchange(file, -1)) != 0 ? errno : 0;
+    return file >= 0 ? closeFile(std::exchange(file, -1)) : 0;
 }
 
 } // namespace olmkit

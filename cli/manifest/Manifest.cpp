@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "cli/files/FileBytes.h"
+#include "cli/files/Uninterrupted.h"
 #include "cli/manifest/RunFiles.h"
 
 namespace olmkit {
@@ -71,11 +72,11 @@ int Manifest::add(const std::string& line) {
 
 int Manifest::finish() {
     // Cuts off what a full disk left of the last line.
-    if (ftruncate(file, static_cast<off_t>(size)) != 0) {
+    if (uninterrupted([this] { return ftruncate(file, static_cast<off_t>(size)); }) != 0) {
         return errno;
     }
-    if (close(std::exchange(file, -1)) != 0) {
-        return errno;
+    if (const int error = closeFile(std::exchange(file, -1)); error != 0) {
+        return error;
     }
     if (const int error = directory.rename(runfile::manifestPart, runfile::manifest); error != 0) {
         return error;
