@@ -11,20 +11,20 @@ ExitCode RunOutput::open() {
     if (const int error = folder.open(options.directory); error != 0) {
         return refuse(ExitCode::OutputFailed, " can't be written: " + outputErrorText(error));
     }
-    const RunRecord record = describeRun(options, session);
+    record = describeRun(options, session);
     const std::optional<RunRecord> unfinished = recordIn(runfile::unfinished);
     if (const ExitCode code = checkShard(unfinished); code != ExitCode::Done) {
         return code;
     }
     if (options.isResumed && unfinished.has_value()) {
-        if (const std::string difference = unfinished->differenceTo(record); !difference.empty()) {
+        if (const std::string difference = unfinished->differenceTo(*record); !difference.empty()) {
             return refuse(
                 ExitCode::Usage,
                 " has an unfinished run that " + difference +
                     "; use the same archive and options, or leave out --resume to start again");
         }
     }
-    return begin(record, unfinished);
+    return begin(unfinished);
 }
 
 // Refuses a second shard in one folder, as it would replace the manifest of the first.
@@ -45,7 +45,7 @@ ExitCode RunOutput::checkShard(const std::optional<RunRecord>& unfinished) {
                       "; give each shard a folder of its own");
 }
 
-ExitCode RunOutput::begin(const RunRecord& record, const std::optional<RunRecord>& unfinished) {
+ExitCode RunOutput::begin(const std::optional<RunRecord>& unfinished) {
     const bool isResumed = options.isResumed && unfinished.has_value();
     if (unfinished.has_value() && !isResumed) {
         messages.error(options.directory +
@@ -63,7 +63,7 @@ ExitCode RunOutput::begin(const RunRecord& record, const std::optional<RunRecord
         error = error == EISDIR ? 0 : error; // writing the summary will fail
     }
     if (error == 0) {
-        error = folder.putFile(runfile::unfinished, record.text());
+        error = folder.putFile(runfile::unfinished, record->text());
     }
     if (error != 0) {
         return refuse(ExitCode::OutputFailed, " can't be written: " + outputErrorText(error));
@@ -86,10 +86,10 @@ int RunOutput::finish() {
     if (const int error = lines.finish(); error != 0) {
         return error;
     }
-    if (options.shard.has_value()) {
-        return folder.rename(runfile::unfinished, runfile::shard);
-    }
-    if (const int error = folder.remove(runfile::shard); error != 0) {
+    const int error = options.shard.has_value()
+                          ? folder.putFile(runfile::shard, record->sealedText(lines.seal()))
+                          : folder.remove(runfile::shard);
+    if (error != 0) {
         return error;
     }
     return folder.remove(runfile::unfinished);

@@ -156,7 +156,8 @@ void RunResults::reconcile(bool isAtEnd) {
         messages.error(archiveTitle(options.archive) + ": " + finding);
         hasLosses = true;
     }
-    if (const int error = writeSummary(totals.numbers(), output.directory()); error != 0) {
+    const int error = writeSummary(totals.numbers(), output.manifest().seal(), output.directory());
+    if (error != 0) {
         outputFailed(options.directory + "/" + runfile::summary, error);
     }
 }

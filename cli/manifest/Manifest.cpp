@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <span>
 #include <utility>
 
 #include "cli/files/FileBytes.h"
@@ -66,8 +67,17 @@ int Manifest::add(const std::string& line) {
     const int error = append(file, line);
     if (error == 0) {
         size += line.size();
+        sha256.add(std::as_bytes(std::span(line)));
+        ++ownSeal.lines;
     }
     return error;
+}
+
+const ManifestSeal& Manifest::seal() {
+    if (ownSeal.sha256.empty()) {
+        ownSeal.sha256 = sha256.end();
+    }
+    return ownSeal;
 }
 
 int Manifest::finish() {

@@ -6,7 +6,9 @@
 #include <string_view>
 
 #include "cli/files/OutputDirectory.h"
+#include "cli/files/Sha256.h"
 #include "cli/manifest/ManifestLines.h"
+#include "cli/manifest/ManifestSeal.h"
 
 namespace olmkit {
 
@@ -35,6 +37,9 @@ public:
     // Appends a line, which includes its line end.
     int add(const std::string& line);
 
+    // Returns the seal of all lines. No line may be added after the first call.
+    const ManifestSeal& seal();
+
     // Renames the complete file to runfile::manifest and removes the kept lines.
     int finish();
 
@@ -50,6 +55,8 @@ private:
     ManifestLines kept;
     int file = -1;
     std::uint64_t size = 0; // bytes of whole lines
+    Sha256 sha256;          // of those
+    ManifestSeal ownSeal;   // without a hash until seal()
 };
 
 } // namespace olmkit

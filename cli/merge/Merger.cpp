@@ -168,7 +168,7 @@ ExitCode Merger::joinSummaries() {
         messages.error(options.target() + ": " + finding);
         hasLosses = true;
     }
-    const int error = writeSummary(totals->numbers(), target);
+    const int error = writeSummary(totals->numbers(), manifest.seal(), target);
     return error == 0 ? ExitCode::Done
                       : outputFailed(options.target() + "/" + runfile::summary, error);
 }
