@@ -113,6 +113,13 @@ bool ItemOutcome::isHashed() const {
     return isReady(messageHash) && std::ranges::all_of(attachmentHashes, isReady);
 }
 
+std::size_t ItemOutcome::heldBytes() const {
+    // Names and hashes of an attachment are of no certain size; more than these are rare.
+    constexpr std::size_t rowBytes = 1024;
+    return row.attachments.size() * rowBytes +
+           (attachments != nullptr ? attachments->heldBytes() : 0);
+}
+
 ItemOutcome ItemWriter::write(const WantedItem& wanted) {
     ItemOutcome outcome;
     if (keep(wanted, outcome)) {
@@ -133,6 +140,11 @@ ItemOutcome ItemWriter::write(const WantedItem& wanted) {
         }
         warn(wanted, extraction, outcome);
         outcome.faults = extraction.faults;
+    }
+    if (outcome.message.has_value() && outcome.attachments != nullptr) {
+        outcome.attachments->finish();
+    } else {
+        outcome.attachments.reset();
     }
     message.discard();
     return outcome;

@@ -1,9 +1,11 @@
 #include "cli/files/TemporaryFile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <utility>
 
 #include "cli/files/Uninterrupted.h"
@@ -41,6 +43,12 @@ void TemporaryFile::setTime(const std::optional<timespec>& time) {
 
 int TemporaryFile::close() {
     return file >= 0 ? closeFile(std::exchange(file, -1)) : 0;
+}
+
+int TemporaryFile::reopen() {
+    file = uninterrupted(
+        [this] { return openat(directory, fileName.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC); });
+    return file >= 0 ? 0 : errno;
 }
 
 } // namespace olmkit
