@@ -8,6 +8,9 @@
 namespace olmkit {
 
 ExitCode RunOutput::open() {
+    if (options.skipsSync) {
+        folder.skipSync();
+    }
     if (const int error = folder.open(options.directory); error != 0) {
         return refuse(ExitCode::OutputFailed, " can't be written: " + outputErrorText(error));
     }
@@ -65,6 +68,10 @@ ExitCode RunOutput::begin(const std::optional<RunRecord>& unfinished) {
     if (error == 0) {
         error = folder.putFile(runfile::unfinished, record->text());
     }
+    if (error == 0) {
+        // Before the first message is replaced, so that a power cut leaves no run that looks done.
+        error = folder.sync();
+    }
     if (error != 0) {
         return refuse(ExitCode::OutputFailed, " can't be written: " + outputErrorText(error));
     }
@@ -86,13 +93,13 @@ int RunOutput::finish() {
     if (const int error = lines.finish(); error != 0) {
         return error;
     }
-    const int error = options.shard.has_value()
-                          ? folder.putFile(runfile::shard, record->sealedText(lines.seal()))
-                          : folder.remove(runfile::shard);
-    if (error != 0) {
-        return error;
-    }
-    return folder.remove(runfile::unfinished);
+    int error = options.shard.has_value()
+                    ? folder.putFile(runfile::shard, record->sealedText(lines.seal()))
+                    : folder.remove(runfile::shard);
+    // Without this file the run is complete, so all others are on the disk before it goes.
+    error = error == 0 ? folder.sync() : error;
+    error = error == 0 ? folder.remove(runfile::unfinished) : error;
+    return error == 0 ? folder.syncNames() : error;
 }
 
 } // namespace olmkit

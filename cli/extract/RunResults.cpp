@@ -144,6 +144,7 @@ void RunResults::end(bool isAtEnd) {
     reconcile(isAtEnd);
     if (const int error = isStopped() ? output.breakOff(nextIndex) : output.finish(); error != 0) {
         outputFailed(options.directory + "/" + runfile::manifest, error);
+        output.directory().remove(runfile::summary); // the run is not complete
     }
 }
 

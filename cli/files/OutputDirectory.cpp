@@ -144,6 +144,17 @@ int OutputDirectory::place(TemporaryFile& file, const OutputPath& path) {
     return error;
 }
 
+int OutputDirectory::sync() {
+    return !isSynced || uninterrupted([this] { return syncfs(root); }) == 0 ? 0 : errno;
+}
+
+int OutputDirectory::syncNames() {
+    if (!isSynced || uninterrupted([this] { return fsync(root); }) == 0) {
+        return 0;
+    }
+    return errno == EINVAL ? 0 : errno; // some file systems have nothing to sync in a folder
+}
+
 int OutputDirectory::removeLeftovers() {
     const int again = uninterrupted([this] { return openat(root, ".", folderFlags); });
     DIR* const listing = again < 0 ? nullptr : fdopendir(again);

@@ -10,6 +10,7 @@
 #include "cli/files/FileBytes.h"
 #include "cli/files/Uninterrupted.h"
 #include "cli/manifest/RunFiles.h"
+#include "cli/terminal/Interrupt.h"
 
 namespace olmkit {
 
@@ -86,6 +87,11 @@ int Manifest::finish() {
         return errno;
     }
     if (const int error = closeFile(std::exchange(file, -1)); error != 0) {
+        return error;
+    }
+    // A run that was asked to stop has no time for it, and the one that resumes it checks each
+    // file.
+    if (const int error = Interrupt::isRequested() ? 0 : directory.sync(); error != 0) {
         return error;
     }
     if (const int error = directory.rename(runfile::manifestPart, runfile::manifest); error != 0) {

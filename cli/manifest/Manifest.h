@@ -40,7 +40,8 @@ public:
     // Returns the seal of all lines. No line may be added after the first call.
     const ManifestSeal& seal();
 
-    // Renames the complete file to runfile::manifest and removes the kept lines.
+    // Waits until all files are on the disk, renames the complete file to runfile::manifest and
+    // removes the kept lines.
     int finish();
 
     // Like finish(), for a run that stopped before it reached the item `end`: kept lines of that
