@@ -155,6 +155,7 @@ void ExtractCommand::addCourse(CLI::App& extract) {
         ->check(checkJobs);
     extract.add_flag("--resume", options.isResumed,
                      "Continue an interrupted run; messages that are complete are kept");
+    extract.add_flag("--no-sync", options.skipsSync, "Don't wait until the files are on the disk");
     extract.add_flag("--dry-run", options.isDryRun,
                      "Write nothing; print the index and the path of every message");
     extract.add_flag("--fail-fast", options.failsFast, "Stop at the first item that fails");

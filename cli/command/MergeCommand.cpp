@@ -27,6 +27,8 @@ public:
                          "The folder to write to: a new one or one of the shards' [the first]")
             ->type_name("DIR")
             ->check(checkPath);
+        merge->add_flag("--no-sync", options.skipsSync,
+                        "Don't wait until the files are on the disk");
         merge->footer("Examples:\n"
                       "  olmkit merge part1 part2 -o messages\n"
                       "  olmkit merge part1 part2 part3\n"

@@ -95,6 +95,10 @@ ExitCode VerifyCommand::run(Output& output, Messages& messages) {
     Verifier verifier(directory, options.strict,
                       [&](const Difference& difference) { differences.add(difference); });
     ExitCode code = checkRows(file, name, verifier, messages);
+    if (code == ExitCode::Done && !verifier.checkManifest(file)) {
+        messages.warn(options.directory + "/" + runfile::summary +
+                      " does not exist, so lines that the manifest lost can't be noticed");
+    }
     close(file);
     if (code == ExitCode::Done) {
         if (options.strict) {

@@ -1,14 +1,10 @@
 #include "cli/extract/AttachmentSpool.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 
 #include "cli/extract/AttachmentNames.h"
 #include "cli/files/FileBytes.h"
-#include "cli/files/TemporaryFile.h"
 #include "cli/terminal/Interrupt.h"
 
 namespace olmkit {
@@ -19,12 +15,6 @@ constexpr std::size_t maxHeldAttachmentBytes = std::size_t{1} << 20;
 constexpr std::size_t copyBytes = std::size_t{256} << 10;
 
 } // namespace
-
-AttachmentSpool::~AttachmentSpool() {
-    if (file >= 0) {
-        close(file);
-    }
-}
 
 void AttachmentSpool::append(std::size_t attachment, std::span<const std::byte> bytes) {
     if (attachment >= starts.size()) {
@@ -38,45 +28,65 @@ void AttachmentSpool::append(std::size_t attachment, std::span<const std::byte> 
     }
 }
 
+void AttachmentSpool::finish() {
+    if (!spooled.has_value()) {
+        pending.shrink_to_fit(); // it may have room for twice its bytes
+        return;
+    }
+    if (flush()) {
+        error = spooled->close();
+    } else {
+        spooled.reset();
+    }
+    pending = {};
+}
+
+std::size_t AttachmentSpool::heldBytes() const {
+    return spooled.has_value() ? maxHeldAttachmentBytes : pending.capacity();
+}
+
 int AttachmentSpool::place(const OutputPath& message, const std::optional<timespec>& time,
                            std::vector<AttachmentRow>& rows) {
+    if (error == 0 && spooled.has_value()) {
+        error = spooled->reopen();
+    }
+    if (error == 0) {
+        error = placeAll(message, time, rows);
+    }
+    return error;
+}
+
+int AttachmentSpool::placeAll(const OutputPath& message, const std::optional<timespec>& time,
+                              std::vector<AttachmentRow>& rows) {
     const std::vector<std::string> names = attachmentFileNames(rows);
     const std::uint64_t end = written + pending.size();
     OutputPath path;
     path.folders = message.folders;
     path.folders.push_back(MessagePaths::attachmentFolder(message));
     std::vector<std::string> paths(rows.size());
-    for (std::size_t place = 0; place < rows.size(); ++place) {
-        if (error != 0) {
-            return error;
-        }
+    int failure = 0;
+    for (std::size_t place = 0; failure == 0 && place < rows.size(); ++place) {
         if (!rows[place].size.has_value()) {
             continue;
         }
         path.file = names[place];
         // Attachments without bytes may follow the last one that has some.
         const std::uint64_t start = place < starts.size() ? starts[place] : end;
-        error = write(start, *rows[place].size, path, time);
+        failure = write(start, *rows[place].size, path, time);
         paths[place] = path.text();
     }
-    for (std::size_t place = 0; error == 0 && place < rows.size(); ++place) {
+    for (std::size_t place = 0; failure == 0 && place < rows.size(); ++place) {
         rows[place].path = paths[place];
     }
-    return error;
+    return failure;
 }
 
 bool AttachmentSpool::flush() {
-    if (file < 0) {
-        std::optional<TemporaryFile> named;
-        error = directory.createTemporary(named);
-        if (error != 0) {
-            return false;
-        }
-        file = fcntl(named->descriptor(), F_DUPFD_CLOEXEC, 0);
-        error = file < 0 ? errno : 0;
+    if (!spooled.has_value()) {
+        error = directory.createTemporary(spooled);
     }
     if (error == 0) {
-        error = writeAt(file, written, pending);
+        error = writeAt(spooled->descriptor(), written, pending);
     }
     if (error == 0) {
         written += pending.size();
@@ -92,8 +102,11 @@ int AttachmentSpool::read(std::uint64_t offset, std::span<std::byte> bytes) cons
         offset < written
             ? static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), written - offset))
             : 0;
-    if (const int failure = readAt(file, offset, bytes.first(inFile)); failure != 0) {
-        return failure;
+    if (inFile > 0) {
+        const int failure = readAt(spooled->descriptor(), offset, bytes.first(inFile));
+        if (failure != 0) {
+            return failure;
+        }
     }
     const auto rest = bytes.subspan(inFile);
     const auto start = pending.begin() + static_cast<std::ptrdiff_t>(offset + inFile - written);

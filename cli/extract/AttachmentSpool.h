@@ -10,24 +10,31 @@
 
 #include "cli/extract/MessagePaths.h"
 #include "cli/files/OutputDirectory.h"
+#include "cli/files/TemporaryFile.h"
 #include "cli/manifest/ManifestRow.h"
 
 namespace olmkit {
 
 // Keeps the attachments of one message until the message is complete, and then writes each to a
-// file of its own. Long attachments are kept in a file without a name, which the system removes
-// however the process ends.
+// file of its own. Long attachments are kept in a temporary file.
 class AttachmentSpool {
 public:
     // `directory` is open and borrowed.
     explicit AttachmentSpool(OutputDirectory& directory) : directory(directory) {}
     AttachmentSpool(const AttachmentSpool&) = delete;
     AttachmentSpool& operator=(const AttachmentSpool&) = delete;
-    ~AttachmentSpool();
+    ~AttachmentSpool() = default;
 
     // Adds the next bytes of an attachment, by its number from 0. Attachments come in ascending
     // order. place() returns the first failure.
     void append(std::size_t attachment, std::span<const std::byte> bytes);
+
+    // Ends the attachments. Until place(), the object holds no descriptor.
+    void finish();
+
+    // Returns how much the object holds while it waits for place(): the bytes in memory, and for a
+    // temporary file as many as memory holds at most, so that not many of them wait either.
+    std::size_t heldBytes() const;
 
     // Writes the attachments that are in the message to the folder
     // MessagePaths::attachmentFolder() and sets their paths in `rows`. `time` is the files'
@@ -38,6 +45,8 @@ public:
 
 private:
     bool flush();
+    int placeAll(const OutputPath& message, const std::optional<timespec>& time,
+                 std::vector<AttachmentRow>& rows);
     int read(std::uint64_t offset, std::span<std::byte> bytes) const;
     int write(std::uint64_t offset, std::uint64_t size, const OutputPath& path,
               const std::optional<timespec>& time);
@@ -46,7 +55,7 @@ private:
     std::vector<std::byte> pending;    // the bytes after the first `written` ones
     std::uint64_t written = 0;         // bytes in the file
     std::vector<std::uint64_t> starts; // offset of each attachment among all bytes
-    int file = -1;
+    std::optional<TemporaryFile> spooled;
     int error = 0; // an errno value: the first failure
 };
 

@@ -35,6 +35,7 @@ struct ExtractOptions {
     unsigned jobs = 0; // threads that make messages; 0: one for each core
     bool isResumed = false;
     bool isDryRun = false;
+    bool skipsSync = false; // doesn't wait until the files are on the disk
     bool failsFast = false;
     std::optional<std::uint64_t> maxErrors; // never 0
 

@@ -28,6 +28,9 @@ std::unique_ptr<ItemTask> ItemQueue::next(std::size_t maxLeft) {
         if (tasks.front()->isDone) {
             std::unique_ptr<ItemTask> first = std::move(tasks.front());
             tasks.pop_front();
+            if (pool != nullptr) {
+                pool->releaseResult(*first);
+            }
             return first;
         }
         awaitFirst();
@@ -45,21 +48,26 @@ bool ItemQueue::isDue(std::size_t maxLeft) const {
         return false;
     }
     const ItemTask& first = *tasks.front();
-    return tasks.size() > maxLeft || (first.isDone && first.outcome.isHashed());
+    return tasks.size() > maxLeft || (first.isDone && first.outcome.isHashed()) ||
+           (pool != nullptr && pool->isFull());
 }
 
 // Makes a message that no thread has begun, or waits for the first item when there is none.
 void ItemQueue::awaitFirst() {
-    if (ItemTask* const task = pool->takeBack()) {
+    const ItemTask& first = *tasks.front();
+    if (ItemTask* const task = pool->takeBack(first)) {
         make(*task);
     } else {
-        pool->waitFor(*tasks.front());
+        pool->waitFor(first);
     }
 }
 
 void ItemQueue::make(ItemTask& task) {
     task.outcome = writer.write(task.wanted);
     task.isDone = true;
+    if (pool != nullptr) {
+        pool->holdResult(task);
+    }
 }
 
 } // namespace olmkit

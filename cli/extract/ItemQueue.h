@@ -25,8 +25,8 @@ public:
     void add(WantedItem wanted, bool isShareable);
 
     // Returns the first item and removes it. If it is not finished, waits for it while more than
-    // `maxLeft` items are in the queue, and otherwise returns null. Null too when the queue is
-    // empty or the run has been asked to stop.
+    // `maxLeft` items are in the queue or finished ones hold much memory, and otherwise returns
+    // null. Null too when the queue is empty or the run has been asked to stop.
     std::unique_ptr<ItemTask> next(std::size_t maxLeft);
 
     // Ends the other threads and discards all items.

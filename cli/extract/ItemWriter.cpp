@@ -113,6 +113,13 @@ bool ItemOutcome::isHashed() const {
     return isReady(messageHash) && std::ranges::all_of(attachmentHashes, isReady);
 }
 
+std::size_t ItemOutcome::heldBytes() const {
+    // Names and hashes of an attachment are of no certain size; more than these are rare.
+    constexpr std::size_t rowBytes = 1024;
+    return row.attachments.size() * rowBytes +
+           (attachments != nullptr ? attachments->heldBytes() : 0);
+}
+
 ItemOutcome ItemWriter::write(const WantedItem& wanted) {
     ItemOutcome outcome;
     if (keep(wanted, outcome)) {
@@ -133,6 +140,11 @@ ItemOutcome ItemWriter::write(const WantedItem& wanted) {
         }
         warn(wanted, extraction, outcome);
         outcome.faults = extraction.faults;
+    }
+    if (outcome.message.has_value() && outcome.attachments != nullptr) {
+        outcome.attachments->finish();
+    } else {
+        outcome.attachments.reset();
     }
     message.discard();
     return outcome;
@@ -208,7 +220,7 @@ void ItemWriter::place(const WantedItem& wanted, OutputDirectory& directory, Ite
     if (error == 0 && outcome.attachments != nullptr) {
         error = outcome.attachments->place(wanted.path, wanted.time, outcome.row.attachments);
         outcome.attachments.reset();
-        outcome.isInterrupted = error == EINTR;
+        outcome.isInterrupted = error == EINTR && Interrupt::isRequested();
     }
     if (error == 0) {
         error = directory.place(*outcome.message, wanted.path);

@@ -1,6 +1,7 @@
 #ifndef OLMKIT_CLI_EXTRACT_ITEMWRITER_H
 #define OLMKIT_CLI_EXTRACT_ITEMWRITER_H
 
+#include <cstddef>
 #include <cstdint>
 #include <ctime>
 #include <memory>
@@ -45,6 +46,8 @@ struct ItemOutcome {
 
     // Whether place() needs not wait.
     bool isHashed() const;
+    // How much memory, about, it holds while it waits to be placed.
+    std::size_t heldBytes() const;
 };
 
 // Makes the messages of items, one at a time. Each thread has an object of its own.

@@ -8,23 +8,26 @@
 namespace olmkit {
 
 ExitCode RunOutput::open() {
+    if (options.skipsSync) {
+        folder.skipSync();
+    }
     if (const int error = folder.open(options.directory); error != 0) {
         return refuse(ExitCode::OutputFailed, " can't be written: " + outputErrorText(error));
     }
-    const RunRecord record = describeRun(options, session);
+    record = describeRun(options, session);
     const std::optional<RunRecord> unfinished = recordIn(runfile::unfinished);
     if (const ExitCode code = checkShard(unfinished); code != ExitCode::Done) {
         return code;
     }
     if (options.isResumed && unfinished.has_value()) {
-        if (const std::string difference = unfinished->differenceTo(record); !difference.empty()) {
+        if (const std::string difference = unfinished->differenceTo(*record); !difference.empty()) {
             return refuse(
                 ExitCode::Usage,
                 " has an unfinished run that " + difference +
                     "; use the same archive and options, or leave out --resume to start again");
         }
     }
-    return begin(record, unfinished);
+    return begin(unfinished);
 }
 
 // Refuses a second shard in one folder, as it would replace the manifest of the first.
@@ -45,7 +48,7 @@ ExitCode RunOutput::checkShard(const std::optional<RunRecord>& unfinished) {
                       "; give each shard a folder of its own");
 }
 
-ExitCode RunOutput::begin(const RunRecord& record, const std::optional<RunRecord>& unfinished) {
+ExitCode RunOutput::begin(const std::optional<RunRecord>& unfinished) {
     const bool isResumed = options.isResumed && unfinished.has_value();
     if (unfinished.has_value() && !isResumed) {
         messages.error(options.directory +
@@ -63,7 +66,11 @@ ExitCode RunOutput::begin(const RunRecord& record, const std::optional<RunRecord
         error = error == EISDIR ? 0 : error; // writing the summary will fail
     }
     if (error == 0) {
-        error = folder.putFile(runfile::unfinished, record.text());
+        error = folder.putFile(runfile::unfinished, record->text());
+    }
+    if (error == 0) {
+        // Before the first message is replaced, so that a power cut leaves no run that looks done.
+        error = folder.sync();
     }
     if (error != 0) {
         return refuse(ExitCode::OutputFailed, " can't be written: " + outputErrorText(error));
@@ -86,13 +93,13 @@ int RunOutput::finish() {
     if (const int error = lines.finish(); error != 0) {
         return error;
     }
-    if (options.shard.has_value()) {
-        return folder.rename(runfile::unfinished, runfile::shard);
-    }
-    if (const int error = folder.remove(runfile::shard); error != 0) {
-        return error;
-    }
-    return folder.remove(runfile::unfinished);
+    int error = options.shard.has_value()
+                    ? folder.putFile(runfile::shard, record->sealedText(lines.seal()))
+                    : folder.remove(runfile::shard);
+    // Without this file the run is complete, so all others are on the disk before it goes.
+    error = error == 0 ? folder.sync() : error;
+    error = error == 0 ? folder.remove(runfile::unfinished) : error;
+    return error == 0 ? folder.syncNames() : error;
 }
 
 } // namespace olmkit

@@ -38,7 +38,7 @@ public:
 private:
     ExitCode refuse(ExitCode code, const std::string& text);
     ExitCode checkShard(const std::optional<RunRecord>& unfinished);
-    ExitCode begin(const RunRecord& record, const std::optional<RunRecord>& unfinished);
+    ExitCode begin(const std::optional<RunRecord>& unfinished);
     std::optional<RunRecord> recordIn(const char* name) const;
 
     const ExtractOptions& options;
@@ -46,6 +46,7 @@ private:
     Messages& messages;
     OutputDirectory folder;
     Manifest lines;
+    std::optional<RunRecord> record; // of this run, from open()
     bool opened = false;
 };
 

@@ -148,6 +148,7 @@ void RunResults::end(bool isAtEnd) {
     reconcile(isAtEnd);
     if (const int error = isStopped() ? output.breakOff(nextIndex) : output.finish(); error != 0) {
         outputFailed(options.directory + "/" + runfile::manifest, error);
+        output.directory().remove(runfile::summary); // the run is not complete
     }
 }
 
@@ -160,7 +161,8 @@ void RunResults::reconcile(bool isAtEnd) {
         messages.error(archiveTitle(options.archive) + ": " + finding);
         hasLosses = true;
     }
-    if (const int error = writeSummary(totals.numbers(), output.directory()); error != 0) {
+    const int error = writeSummary(totals.numbers(), output.manifest().seal(), output.directory());
+    if (error != 0) {
         outputFailed(options.directory + "/" + runfile::summary, error);
     }
 }

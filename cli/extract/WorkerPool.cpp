@@ -1,5 +1,7 @@
 #include "cli/extract/WorkerPool.h"
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <system_error>
 
@@ -13,7 +15,29 @@ namespace {
 constexpr std::size_t queuedPerThread = 32;
 constexpr std::size_t maxQueued = 512;
 
+// Bytes in finished results, which wait for one before them.
+constexpr std::size_t maxHeldBytes = std::size_t{32} << 20;
+
+// Descriptors: of a thread, with its archive, its message and its attachments, and of all else.
+constexpr rlim_t filesPerThread = 4;
+constexpr rlim_t otherFiles = 24;
+
+// Returns how many threads can open files without one too many.
+unsigned threadsForFiles(unsigned wanted) {
+    rlimit limit = {};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) {
+        return wanted;
+    }
+    const rlim_t room = limit.rlim_cur > otherFiles ? limit.rlim_cur - otherFiles : 0;
+    return static_cast<unsigned>(std::min<rlim_t>(wanted, room / filesPerThread));
+}
+
 } // namespace
+
+WorkerPool::WorkerPool(const olmhost::Session& session, OutputDirectory& directory,
+                       unsigned maxThreads, bool withAttachments)
+    : session(session), directory(directory), maxThreads(threadsForFiles(maxThreads)),
+      withAttachments(withAttachments) {}
 
 WorkerPool::~WorkerPool() {
     {
@@ -47,14 +71,38 @@ bool WorkerPool::offer(ItemTask& task) {
     return true;
 }
 
-ItemTask* WorkerPool::takeBack() {
+ItemTask* WorkerPool::takeBack(const ItemTask& first) {
     const std::lock_guard hold(lock);
-    if (queue.empty()) {
+    if (queue.empty() || (!hasRoom() && queue.front() != &first)) {
         return nullptr;
     }
     ItemTask* const task = queue.front();
     queue.pop_front();
     return task;
+}
+
+void WorkerPool::holdResult(const ItemTask& task) {
+    const std::lock_guard hold(lock);
+    held += task.outcome.heldBytes();
+}
+
+void WorkerPool::releaseResult(const ItemTask& task) {
+    const std::lock_guard hold(lock);
+    const bool hadRoom = hasRoom();
+    held -= task.outcome.heldBytes();
+    if (!hadRoom && hasRoom()) {
+        hasWork.notify_all();
+    }
+}
+
+bool WorkerPool::isFull() {
+    const std::lock_guard hold(lock);
+    return !hasRoom();
+}
+
+// For the owner of the lock.
+bool WorkerPool::hasRoom() const {
+    return held < maxHeldBytes;
 }
 
 void WorkerPool::waitFor(const ItemTask& task) {
@@ -84,7 +132,7 @@ void WorkerPool::work(olmhost::Session& ownSession) {
     std::unique_lock hold(lock);
     while (true) {
         ++idle;
-        hasWork.wait(hold, [this] { return isEnding || !queue.empty(); });
+        hasWork.wait(hold, [this] { return isEnding || (!queue.empty() && hasRoom()); });
         --idle;
         if (isEnding) {
             return;
@@ -98,6 +146,7 @@ void WorkerPool::work(olmhost::Session& ownSession) {
             task.failure = std::current_exception();
         }
         hold.lock();
+        held += task.outcome.heldBytes();
         task.isDone = true;
         hasResult.notify_one();
     }

@@ -32,9 +32,7 @@ public:
     // `session`, which lists the archive, and `directory`, which is open before the first offer(),
     // are borrowed.
     WorkerPool(const olmhost::Session& session, OutputDirectory& directory, unsigned maxThreads,
-               bool withAttachments)
-        : session(session), directory(directory), maxThreads(maxThreads),
-          withAttachments(withAttachments) {}
+               bool withAttachments);
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
     ~WorkerPool();
@@ -43,8 +41,15 @@ public:
     // enough tasks wait. The session must not be in use.
     bool offer(ItemTask& task);
 
-    // Returns a task that no thread has begun, or null.
-    ItemTask* takeBack();
+    // Returns a task that no thread has begun, or null. When enough results wait, that is `first`
+    // or none.
+    ItemTask* takeBack(const ItemTask& first);
+
+    // Counts what the result of a task holds: one that the main thread has made, or one that is
+    // done and no longer waits. Threads begin no task while the results hold too much.
+    void holdResult(const ItemTask& task);
+    void releaseResult(const ItemTask& task);
+    bool isFull();
 
     // Waits until the task is done.
     void waitFor(const ItemTask& task);
@@ -56,6 +61,7 @@ private:
     };
 
     void startWorker();
+    bool hasRoom() const;
     void work(olmhost::Session& ownSession);
 
     const olmhost::Session& session;
@@ -69,6 +75,7 @@ private:
     std::condition_variable hasResult;
     std::deque<ItemTask*> queue;
     std::size_t idle = 0; // threads without a task
+    std::size_t held = 0; // bytes in the results that wait
     bool isEnding = false;
 };
 

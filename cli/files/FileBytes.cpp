@@ -4,6 +4,8 @@
 
 #include <cerrno>
 
+#include "cli/files/Uninterrupted.h"
+
 namespace olmkit {
 
 namespace {
@@ -12,10 +14,8 @@ namespace {
 template <typename Byte, typename Step>
 int repeat(std::uint64_t offset, std::span<Byte> bytes, const Step& step) {
     while (!bytes.empty()) {
-        const ssize_t count = step(bytes, static_cast<off_t>(offset));
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
+        const ssize_t count =
+            uninterrupted([&] { return step(bytes, static_cast<off_t>(offset)); });
         if (count <= 0) {
             return count < 0 ? errno : EIO;
         }

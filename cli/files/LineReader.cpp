@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "cli/files/Uninterrupted.h"
+
 namespace olmkit {
 
 namespace {
@@ -37,10 +39,7 @@ LineReader::Answer LineReader::next(std::string& line) {
 // Returns false at the end of the file and on an error.
 bool LineReader::fill() {
     part.resize(partSize);
-    ssize_t count = 0;
-    do {
-        count = read(file, part.data(), part.size());
-    } while (count < 0 && errno == EINTR);
+    const ssize_t count = uninterrupted([this] { return read(file, part.data(), part.size()); });
     error = count < 0 ? errno : 0;
     place = 0;
     filled = count < 0 ? 0 : static_cast<std::size_t>(count);

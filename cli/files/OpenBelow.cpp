@@ -8,6 +8,8 @@
 #include <string_view>
 #include <utility>
 
+#include "cli/files/Uninterrupted.h"
+
 namespace olmkit {
 
 namespace {
@@ -51,7 +53,7 @@ int faultOf(int file) {
 
 // Opens one level of a path in the folder `parent`. Returns 0 or an errno value.
 int openLevel(int parent, const std::string& level, int flags, int& entered) {
-    entered = openat(parent, level.c_str(), flags | pathFlags);
+    entered = uninterrupted([&] { return openat(parent, level.c_str(), flags | pathFlags); });
     if (entered >= 0) {
         return 0;
     }

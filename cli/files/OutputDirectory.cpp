@@ -18,6 +18,7 @@
 
 #include "cli/files/OpenBelow.h"
 #include "cli/files/SafeName.h"
+#include "cli/files/Uninterrupted.h"
 #include "cli/terminal/Messages.h"
 #include "cli/terminal/Output.h"
 
@@ -39,12 +40,14 @@ constexpr std::array localErrors = {EACCES, EEXIST, EFBIG,   EILSEQ,       EINVA
 // replaces it. Returns 0 or an errno value.
 int enterFolder(int& parent, const std::string& name) {
     int error = 0;
-    if (mkdirat(parent, name.c_str(), folderMode) != 0 && errno != EEXIST) {
+    if (uninterrupted([&] { return mkdirat(parent, name.c_str(), folderMode); }) != 0 &&
+        errno != EEXIST) {
         error = errno;
     }
     int entered = -1;
     if (error == 0) {
-        entered = openat(parent, name.c_str(), folderFlags | O_NOFOLLOW);
+        entered =
+            uninterrupted([&] { return openat(parent, name.c_str(), folderFlags | O_NOFOLLOW); });
         error = entered < 0 ? errno : 0;
     }
     struct stat status = {};
@@ -70,12 +73,20 @@ bool isTooDeep(int root, const std::vector<std::string>& folders) {
     return error == std::errc::filename_too_long || length + maxNameBytes >= PATH_MAX;
 }
 
+// Returns 0 or an errno value.
+int renameFile(int fromFolder, const std::string& from, int toFolder, const std::string& to) {
+    return uninterrupted(
+               [&] { return renameat(fromFolder, from.c_str(), toFolder, to.c_str()); }) == 0
+               ? 0
+               : errno;
+}
+
 // Copies the contents and times of a file. Returns 0 or an errno value.
 int copyFile(int from, int to) {
     ssize_t count = 0;
     do {
         constexpr std::size_t maxCount = std::size_t{1} << 30;
-        count = sendfile(to, from, nullptr, maxCount);
+        count = uninterrupted([&] { return sendfile(to, from, nullptr, maxCount); });
     } while (count > 0);
     struct stat status = {};
     if (count < 0 || fstat(from, &status) != 0) {
@@ -96,17 +107,20 @@ OutputDirectory::~OutputDirectory() {
 
 int OutputDirectory::open(const std::string& path) {
     std::error_code error;
-    std::filesystem::create_directories(path, error);
-    root = ::open(path.c_str(), folderFlags);
+    do {
+        std::filesystem::create_directories(path, error);
+    } while (error == std::errc::interrupted);
+    root = uninterrupted([&] { return ::open(path.c_str(), folderFlags); });
     if (root < 0) {
         return errno == ENOENT && error ? error.value() : errno;
     }
     // On a file system without locks, nobody holds one.
-    return flock(root, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK ? EWOULDBLOCK : 0;
+    const int locked = uninterrupted([this] { return flock(root, LOCK_EX | LOCK_NB); });
+    return locked != 0 && errno == EWOULDBLOCK ? EWOULDBLOCK : 0;
 }
 
 int OutputDirectory::openForReading(const std::string& path) {
-    root = ::open(path.c_str(), folderFlags);
+    root = uninterrupted([&] { return ::open(path.c_str(), folderFlags); });
     return root < 0 ? errno : 0;
 }
 
@@ -121,8 +135,10 @@ int OutputDirectory::createTemporary(std::optional<TemporaryFile>& file) {
     int made = -1;
     do {
         name = nextTemporaryName();
-        made = openat(root, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                      fileMode);
+        made = uninterrupted([&] {
+            return openat(root, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                          fileMode);
+        });
     } while (made < 0 && errno == EEXIST);
     if (made < 0) {
         return errno;
@@ -133,18 +149,29 @@ int OutputDirectory::createTemporary(std::optional<TemporaryFile>& file) {
 }
 
 int OutputDirectory::place(TemporaryFile& file, const OutputPath& path) {
-    if (const int error = openFolders(path.folders); error != 0) {
-        return error;
+    if (const int failure = openFolders(path.folders); failure != 0) {
+        return failure;
     }
-    if (renameat(root, file.name().c_str(), folder, path.file.c_str()) != 0) {
-        return errno;
+    const int error = renameFile(root, file.name(), folder, path.file);
+    if (error == 0) {
+        file.keep();
     }
-    file.keep();
-    return 0;
+    return error;
+}
+
+int OutputDirectory::sync() {
+    return !isSynced || uninterrupted([this] { return syncfs(root); }) == 0 ? 0 : errno;
+}
+
+int OutputDirectory::syncNames() {
+    if (!isSynced || uninterrupted([this] { return fsync(root); }) == 0) {
+        return 0;
+    }
+    return errno == EINVAL ? 0 : errno; // some file systems have nothing to sync in a folder
 }
 
 int OutputDirectory::removeLeftovers() {
-    const int again = openat(root, ".", folderFlags);
+    const int again = uninterrupted([this] { return openat(root, ".", folderFlags); });
     DIR* const listing = again < 0 ? nullptr : fdopendir(again);
     if (listing == nullptr) {
         return errno;
@@ -168,22 +195,26 @@ int OutputDirectory::createFile(const std::string& name, int& file) {
     if (const int error = remove(name); error != 0) {
         return error;
     }
-    file = openat(root, name.c_str(),
-                  O_WRONLY | O_APPEND | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, fileMode);
+    file = uninterrupted([&] {
+        return openat(root, name.c_str(),
+                      O_WRONLY | O_APPEND | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, fileMode);
+    });
     return file < 0 ? errno : 0;
 }
 
 int OutputDirectory::openToAppend(const std::string& name, int& file) {
-    file = openat(root, name.c_str(), O_WRONLY | O_APPEND | O_NOFOLLOW | O_CLOEXEC);
+    file = uninterrupted(
+        [&] { return openat(root, name.c_str(), O_WRONLY | O_APPEND | O_NOFOLLOW | O_CLOEXEC); });
     return file < 0 ? errno : 0;
 }
 
 int OutputDirectory::rename(const std::string& from, const std::string& to) {
-    return renameat(root, from.c_str(), root, to.c_str()) == 0 ? 0 : errno;
+    return renameFile(root, from, root, to);
 }
 
 int OutputDirectory::remove(const std::string& name) {
-    return unlinkat(root, name.c_str(), 0) == 0 || errno == ENOENT ? 0 : errno;
+    const int removed = uninterrupted([&] { return unlinkat(root, name.c_str(), 0); });
+    return removed == 0 || errno == ENOENT ? 0 : errno;
 }
 
 bool OutputDirectory::has(const std::string& name) const {
@@ -214,7 +245,7 @@ std::optional<std::string> OutputDirectory::readFile(const std::string& name) co
     std::string contents;
     std::array<char, 4096> part = {};
     ssize_t count = 0;
-    while ((count = read(file, part.data(), part.size())) > 0) {
+    while ((count = uninterrupted([&] { return read(file, part.data(), part.size()); })) > 0) {
         contents.append(part.data(), static_cast<std::size_t>(count));
     }
     close(file);
@@ -246,7 +277,9 @@ int OutputDirectory::linkTemporary(int original, std::optional<TemporaryFile>& f
     const Interrupt::Delay delay;
     const std::string name = nextTemporaryName();
     const std::string source = "/proc/self/fd/" + std::to_string(original);
-    if (linkat(AT_FDCWD, source.c_str(), root, name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+    const int linked = uninterrupted(
+        [&] { return linkat(AT_FDCWD, source.c_str(), root, name.c_str(), AT_SYMLINK_FOLLOW); });
+    if (linked != 0) {
         return errno;
     }
     Interrupt::Guard guard(root, name);

@@ -38,6 +38,14 @@ public:
     // Moves a temporary file to its final place, in one step. A file that is there is replaced.
     int place(TemporaryFile& file, const OutputPath& path);
 
+    // Waits until everything that was written to the file system of the folder is on the disk. One
+    // call for all files costs far less than one for each.
+    int sync();
+    // Waits until the names in the folder itself are on the disk.
+    int syncNames();
+    // Makes both do nothing.
+    void skipSync() { isSynced = false; }
+
     // Removes the temporary files of processes that were killed.
     int removeLeftovers();
 
@@ -74,6 +82,7 @@ private:
     void closeFolder();
 
     int root = -1;
+    bool isSynced = true;
     std::atomic<unsigned> temporaries = 0;
     std::vector<std::string> openedFolders; // the path of `folder`
     int folder = -1; // the last one used; the next message is often in the same folder

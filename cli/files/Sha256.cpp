@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/files/Uninterrupted.h"
+
 namespace olmkit {
 
 Sha256::Sha256() : context(EVP_MD_CTX_new(), &EVP_MD_CTX_free) {
@@ -37,10 +39,8 @@ std::string sha256OfFile(int file, std::uint64_t& size) {
     std::vector<std::byte> buffer(std::size_t{64} << 10);
     size = 0;
     for (;;) {
-        const ssize_t count = pread(file, buffer.data(), buffer.size(), static_cast<off_t>(size));
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
+        const ssize_t count = uninterrupted(
+            [&] { return pread(file, buffer.data(), buffer.size(), static_cast<off_t>(size)); });
         if (count <= 0) {
             return count < 0 ? std::string() : sha256.end();
         }

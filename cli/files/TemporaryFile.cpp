@@ -1,11 +1,14 @@
 #include "cli/files/TemporaryFile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <utility>
+
+#include "cli/files/Uninterrupted.h"
 
 namespace olmkit {
 
@@ -27,7 +30,7 @@ TemporaryFile& TemporaryFile::operator=(TemporaryFile&& other) noexcept {
 TemporaryFile::~TemporaryFile() {
     close();
     if (!fileName.empty()) {
-        unlinkat(directory, fileName.c_str(), 0);
+        uninterrupted([this] { return unlinkat(directory, fileName.c_str(), 0); });
     }
 }
 
@@ -39,7 +42,13 @@ void TemporaryFile::setTime(const std::optional<timespec>& time) {
 }
 
 int TemporaryFile::close() {
-    return file >= 0 && ::close(std::exchange(file, -1)) != 0 ? errno : 0;
+    return file >= 0 ? closeFile(std::exchange(file, -1)) : 0;
+}
+
+int TemporaryFile::reopen() {
+    file = uninterrupted(
+        [this] { return openat(directory, fileName.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC); });
+    return file >= 0 ? 0 : errno;
 }
 
 } // namespace olmkit

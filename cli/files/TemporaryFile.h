@@ -34,6 +34,9 @@ public:
     // only now.
     int close();
 
+    // Opens a closed file again, for reading. Returns 0 or an errno value.
+    int reopen();
+
     // Leaves the file in place, as it now has another name.
     void keep() { fileName.clear(); }
 

@@ -4,10 +4,13 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <span>
 #include <utility>
 
 #include "cli/files/FileBytes.h"
+#include "cli/files/Uninterrupted.h"
 #include "cli/manifest/RunFiles.h"
+#include "cli/terminal/Interrupt.h"
 
 namespace olmkit {
 
@@ -65,17 +68,31 @@ int Manifest::add(const std::string& line) {
     const int error = append(file, line);
     if (error == 0) {
         size += line.size();
+        sha256.add(std::as_bytes(std::span(line)));
+        ++ownSeal.lines;
     }
     return error;
 }
 
+const ManifestSeal& Manifest::seal() {
+    if (ownSeal.sha256.empty()) {
+        ownSeal.sha256 = sha256.end();
+    }
+    return ownSeal;
+}
+
 int Manifest::finish() {
     // Cuts off what a full disk left of the last line.
-    if (ftruncate(file, static_cast<off_t>(size)) != 0) {
+    if (uninterrupted([this] { return ftruncate(file, static_cast<off_t>(size)); }) != 0) {
         return errno;
     }
-    if (close(std::exchange(file, -1)) != 0) {
-        return errno;
+    if (const int error = closeFile(std::exchange(file, -1)); error != 0) {
+        return error;
+    }
+    // A run that was asked to stop has no time for it, and the one that resumes it checks each
+    // file.
+    if (const int error = Interrupt::isRequested() ? 0 : directory.sync(); error != 0) {
+        return error;
     }
     if (const int error = directory.rename(runfile::manifestPart, runfile::manifest); error != 0) {
         return error;

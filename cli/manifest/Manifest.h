@@ -6,7 +6,9 @@
 #include <string_view>
 
 #include "cli/files/OutputDirectory.h"
+#include "cli/files/Sha256.h"
 #include "cli/manifest/ManifestLines.h"
+#include "cli/manifest/ManifestSeal.h"
 
 namespace olmkit {
 
@@ -35,7 +37,11 @@ public:
     // Appends a line, which includes its line end.
     int add(const std::string& line);
 
-    // Renames the complete file to runfile::manifest and removes the kept lines.
+    // Returns the seal of all lines. No line may be added after the first call.
+    const ManifestSeal& seal();
+
+    // Waits until all files are on the disk, renames the complete file to runfile::manifest and
+    // removes the kept lines.
     int finish();
 
     // Like finish(), for a run that stopped before it reached the item `end`: kept lines of that
@@ -50,6 +56,8 @@ private:
     ManifestLines kept;
     int file = -1;
     std::uint64_t size = 0; // bytes of whole lines
+    Sha256 sha256;          // of those
+    ManifestSeal ownSeal;   // without a hash until seal()
 };
 
 } // namespace olmkit

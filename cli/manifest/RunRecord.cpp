@@ -24,6 +24,7 @@ RunRecord::RunRecord(const JsonObject& archive, const JsonObject& options,
     object["archive"] = archive;
     object["options"] = options;
     object["shard"] = shardObject(shard);
+    object["manifest"] = nullptr;
     std::string text;
     appendLine(text, object);
     *this = read(text).value();
@@ -41,10 +42,19 @@ std::optional<RunRecord> RunRecord::read(const std::string& text) {
             record.ownShard = {shard.at("number").get<std::uint64_t>(),
                                shard.at("count").get<std::uint64_t>()};
         }
+        record.ownSeal = sealIn(object);
         return record;
     } catch (const JsonObject::exception&) {
         return std::nullopt;
     }
+}
+
+std::string RunRecord::sealedText(const ManifestSeal& seal) const {
+    JsonObject object = JsonObject::parse(line);
+    object["manifest"] = objectOf(seal);
+    std::string text;
+    appendLine(text, object);
+    return text;
 }
 
 std::string RunRecord::differenceTo(const RunRecord& other) const {

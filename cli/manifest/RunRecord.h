@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "cli/manifest/ManifestSeal.h"
 #include "cli/manifest/Shard.h"
 #include "cli/rows/JsonLine.h"
 
@@ -26,6 +27,12 @@ public:
     // Returns the contents of the record's file: one line.
     const std::string& text() const { return line; }
 
+    // Returns the same with the seal of the manifest, for a complete run.
+    std::string sealedText(const ManifestSeal& seal) const;
+
+    // Returns the seal of the manifest; nothing before the run is complete.
+    const std::optional<ManifestSeal>& seal() const { return ownSeal; }
+
     const std::optional<Shard>& shard() const { return ownShard; }
 
     // Returns how this record's run differs from another, as the end of a message ("was made from
@@ -40,6 +47,7 @@ private:
     std::string archive;
     std::string options;
     std::optional<Shard> ownShard;
+    std::optional<ManifestSeal> ownSeal;
 };
 
 } // namespace olmkit

@@ -96,11 +96,14 @@ NotedEntry entryOf(const JsonObject& object) {
 
 } // namespace
 
-int writeSummary(const SummaryNumbers& numbers, OutputDirectory& directory) {
+int writeSummary(const SummaryNumbers& numbers, const ManifestSeal& seal,
+                 OutputDirectory& directory) {
+    JsonObject object = objectOf(numbers);
+    object["manifest"] = objectOf(seal);
     constexpr int indent = 2;
-    return directory.putFile(
-        runfile::summary,
-        objectOf(numbers).dump(indent, ' ', false, JsonObject::error_handler_t::replace) + "\n");
+    return directory.putFile(runfile::summary,
+                             object.dump(indent, ' ', false, JsonObject::error_handler_t::replace) +
+                                 "\n");
 }
 
 std::optional<SummaryNumbers> readSummary(const std::string& text) {
@@ -123,6 +126,10 @@ std::optional<SummaryNumbers> readSummary(const std::string& text) {
     } catch (const JsonObject::exception&) {
         return std::nullopt;
     }
+}
+
+std::optional<ManifestSeal> readSeal(const std::string& text) {
+    return sealIn(JsonObject::parse(text, nullptr, false));
 }
 
 } // namespace olmkit

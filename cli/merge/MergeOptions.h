@@ -8,6 +8,7 @@ namespace olmkit {
 
 struct MergeOptions {
     std::vector<std::string> directories; // one for each shard, at least one
+    bool skipsSync = false;               // doesn't wait until the files are on the disk
     std::string output;                   // the folder to write to; empty: the first shard's
 
     const std::string& target() const { return output.empty() ? directories.front() : output; }

@@ -20,8 +20,9 @@ Merger::Merger(const MergeOptions& options, Messages& messages)
     : options(options), messages(messages), manifest(target) {}
 
 ExitCode Merger::run() {
-    for (const auto step : {&Merger::openShards, &Merger::compare, &Merger::findMissing,
-                            &Merger::openTarget, &Merger::join, &Merger::joinSummaries}) {
+    for (const auto step :
+         {&Merger::openShards, &Merger::compare, &Merger::findMissing, &Merger::openTarget,
+          &Merger::join, &Merger::joinSummaries, &Merger::sync}) {
         if (const ExitCode code = (this->*step)(); code != ExitCode::Done) {
             return code;
         }
@@ -92,6 +93,9 @@ ExitCode Merger::findMissing() {
 
 ExitCode Merger::openTarget() {
     const std::string& path = options.target();
+    if (options.skipsSync) {
+        target.skipSync();
+    }
     int error = target.open(path);
     if (error == 0) {
         const bool isShard = std::ranges::any_of(shards, [this](const ShardFolder& shard) {
@@ -168,9 +172,14 @@ ExitCode Merger::joinSummaries() {
         messages.error(options.target() + ": " + finding);
         hasLosses = true;
     }
-    const int error = writeSummary(totals->numbers(), target);
+    const int error = writeSummary(totals->numbers(), manifest.seal(), target);
     return error == 0 ? ExitCode::Done
                       : outputFailed(options.target() + "/" + runfile::summary, error);
+}
+
+ExitCode Merger::sync() {
+    const int error = target.sync();
+    return error == 0 ? ExitCode::Done : outputFailed(options.target(), error);
 }
 
 // Returns the shard whose next item has the lowest index, or null when all are at their end.

@@ -46,6 +46,7 @@ private:
     ExitCode openTarget();
     ExitCode join();
     ExitCode joinSummaries();
+    ExitCode sync();
     ShardFolder* nextShard();
     bool skipEqualLines(std::uint64_t index, const std::string& line);
     int add(const ShardFolder& shard, const std::string& line);

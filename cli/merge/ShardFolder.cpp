@@ -1,5 +1,9 @@
 #include "cli/merge/ShardFolder.h"
 
+#include <unistd.h>
+
+#include <cerrno>
+
 #include "cli/manifest/RunFiles.h"
 #include "cli/manifest/SummaryFile.h"
 
@@ -30,7 +34,38 @@ ExitCode ShardFolder::open(Messages& messages) {
                        " can't be read: " + errorText(error));
         return ExitCode::Unreadable;
     }
-    return checkLines(messages);
+    const ExitCode code = checkLines(messages);
+    return code == ExitCode::Done ? checkSeal(messages) : code;
+}
+
+// A manifest that lost lines would leave their items out.
+ExitCode ShardFolder::checkSeal(Messages& messages) const {
+    const std::string name = folderPath + "/" + runfile::manifest;
+    const std::optional<ManifestSeal>& expected = ownRecord->seal();
+    if (!expected.has_value()) {
+        messages.error(folderPath + "/" + runfile::shard +
+                       " does not describe the manifest; extract this shard again");
+        return ExitCode::Partial;
+    }
+    int file = -1;
+    if (const int error = folder.openFile(runfile::manifest, file); error != 0) {
+        messages.error(name + " can't be read: " + errorText(error));
+        return ExitCode::Unreadable;
+    }
+    const std::optional<ManifestSeal> found = sealOfFile(file);
+    const int error = errno;
+    close(file);
+    if (!found.has_value()) {
+        messages.error(name + " can't be read: " + errorText(error));
+        return ExitCode::Unreadable;
+    }
+    if (*found != *expected) {
+        messages.error(name + " has changed since it was written: it has " +
+                       std::to_string(found->lines) + " of " + std::to_string(expected->lines) +
+                       " lines or other contents; extract this shard again");
+        return ExitCode::Partial;
+    }
+    return ExitCode::Done;
 }
 
 ExitCode ShardFolder::checkLines(Messages& messages) const {

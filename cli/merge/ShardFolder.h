@@ -40,6 +40,7 @@ public:
 
 private:
     ExitCode checkLines(Messages& messages) const;
+    ExitCode checkSeal(Messages& messages) const;
 
     std::string folderPath;
     OutputDirectory folder;

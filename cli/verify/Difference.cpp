@@ -16,6 +16,8 @@ const char* nameOf(Problem problem) {
         return "unreadable";
     case Problem::Unexpected:
         return "unexpected";
+    case Problem::Lines:
+        return "lines";
     }
     return "";
 }
@@ -37,6 +39,9 @@ std::string textOf(const Difference& difference) {
         return text + "can't be read: " + difference.reason;
     case Problem::Unexpected:
         return text + "is not in the manifest";
+    case Problem::Lines:
+        return text + "has " + std::to_string(difference.lines) + " lines, not " +
+               std::to_string(difference.expectedLines);
     }
     return text;
 }

@@ -13,6 +13,7 @@ enum class Problem {
     Refused,    // its path leads out of the folder or through a link; it was not opened
     Unreadable, // it exists, but is not a regular file or can't be read
     Unexpected, // the manifest doesn't list it
+    Lines,      // the manifest itself has more or fewer lines than the summary says
 };
 
 // A file that differs from the manifest.
@@ -23,6 +24,8 @@ struct Difference {
     std::uint64_t size = 0;
     std::string expectedSha256;
     std::string sha256;
+    std::uint64_t expectedLines = 0;
+    std::uint64_t lines = 0;
     std::string reason; // of Refused and Unreadable, for the user
 };
 

@@ -20,6 +20,9 @@ JsonObject objectOf(const Difference& difference) {
     } else if (difference.problem == Problem::Hash) {
         object["expected"] = difference.expectedSha256;
         object["found"] = difference.sha256;
+    } else if (difference.problem == Problem::Lines) {
+        object["expected"] = difference.expectedLines;
+        object["found"] = difference.lines;
     }
     object["reason"] = difference.reason.empty() ? JsonObject() : JsonObject(difference.reason);
     return object;

@@ -11,6 +11,7 @@
 
 #include "cli/files/Sha256.h"
 #include "cli/manifest/RunFiles.h"
+#include "cli/manifest/SummaryFile.h"
 #include "cli/terminal/Messages.h"
 
 namespace olmkit {
@@ -50,6 +51,37 @@ void Verifier::check(const ListedFile& file) {
     }
     ++good;
     bytes += file.size;
+}
+
+bool Verifier::checkManifest(int file) {
+    if (!directory.has(runfile::summary)) {
+        return false;
+    }
+    Difference difference;
+    const std::optional<std::string> text = directory.readFile(runfile::summary);
+    const std::optional<ManifestSeal> expected = text ? readSeal(*text) : std::nullopt;
+    if (!expected.has_value()) {
+        difference.path = runfile::summary;
+        difference.problem = Problem::Unreadable;
+        difference.reason = "it does not describe the manifest";
+        add(difference);
+        return true;
+    }
+    difference.path = runfile::manifest;
+    const std::optional<ManifestSeal> found = sealOfFile(file);
+    if (!found.has_value()) {
+        difference.problem = Problem::Unreadable;
+        difference.reason = errorText(errno);
+        add(difference);
+    } else if (found != expected) {
+        difference.problem = found->lines != expected->lines ? Problem::Lines : Problem::Hash;
+        difference.expectedLines = expected->lines;
+        difference.lines = found->lines;
+        difference.expectedSha256 = expected->sha256;
+        difference.sha256 = found->sha256;
+        add(difference);
+    }
+    return true;
 }
 
 bool Verifier::open(Difference& difference, int& file) {

@@ -26,6 +26,10 @@ public:
     // Checks the files of a row.
     void check(const ManifestRow& row);
 
+    // Compares the whole manifest, an open file, with what the summary in the folder says of it, as
+    // a manifest that lost lines is valid by itself. Returns false when there is no summary.
+    bool checkManifest(int file);
+
     // After all rows: finds the files in the folder `path` that no row listed, in the order of
     // their paths. The run's own files don't count.
     void checkOthers(const std::string& path);

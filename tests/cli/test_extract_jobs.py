@@ -1,6 +1,7 @@
 """olmkit extract --jobs: the output is the same whatever the number of threads."""
 
 import os
+import resource
 import signal
 import subprocess
 import tempfile
@@ -44,6 +45,36 @@ class JobsTest(RunTest):
         self.assertEqual(trees[0], trees[2])
         self.assertEqual(trees[1], trees[3])
         self.assertNotEqual(len(trees[0][1]), len(trees[1][1]))
+
+    def waiting_archive(self, size):
+        """Makes an archive whose first mail takes long, so that the others wait for it."""
+        large = ("large.bin", bytes(100_000_000))
+        return self.archive(("000.xml", mails(mail("first", "large.bin"))),
+                            *[(f"{n:03}.xml", mails(mail(f"m{n}", "small.bin"))) for n in range(1, 300)],
+                            large, ("small.bin", bytes(size)))
+
+    def test_items_that_wait_hold_no_descriptor_and_little_memory(self):
+        def few_descriptors():
+            resource.setrlimit(resource.RLIMIT_NOFILE, (64, 64))
+
+        # Attachments that are held in memory, and those that are spooled to a file.
+        for size in (900_000, 1_100_000):
+            archive = self.waiting_archive(size)
+            for jobs in ("2", "8"):
+                with self.subTest(size=size, jobs=jobs), tempfile.TemporaryDirectory() as out, \
+                        subprocess.Popen([PROGRAM, "extract", archive, "-o", out, "--attachments",
+                                          "--jobs", jobs], stdout=subprocess.DEVNULL,
+                                         stderr=subprocess.PIPE, preexec_fn=few_descriptors,
+                                         # Freed memory that a sanitizer keeps isn't the program's.
+                                         env={**os.environ, "ASAN_OPTIONS": "quarantine_size_mb=1"},
+                                         ) as process:
+                    errors = process.stderr.read().decode()
+                    _, status, usage = os.wait4(process.pid, 0)
+                    process.returncode = os.waitstatus_to_exitcode(status)
+                    self.assertEqual((process.returncode, errors), (0, ""))
+                    self.assertLess(usage.ru_maxrss, 256 << 10)
+                    self.assertEqual(len(self.files(out)), 601)
+                    self.assertEqual([name for name in os.listdir(out) if name.startswith(".")], [])
 
     @needs_real_archive
     def test_real_archive_is_the_same_for_all_jobs(self):

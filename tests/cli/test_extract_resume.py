@@ -140,7 +140,8 @@ class ResumeTest(RunTest):
         self.broken_run()
         with open(self.path("out", "unfinished.json"), encoding="utf-8") as file:
             record = json.load(file)
-        self.assertEqual(list(record), ["program", "archive", "options", "shard"])
+        self.assertEqual(list(record), ["program", "archive", "options", "shard", "manifest"])
+        self.assertIsNone(record["manifest"])
         self.assertEqual(list(record["archive"]), ["size", "directory_sha256"])
         self.assertEqual(record["archive"]["size"], os.path.getsize(self.path("mail.olm")))
         self.assertNotIn(self.folder, json.dumps(record))

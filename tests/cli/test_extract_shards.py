@@ -1,5 +1,6 @@
 """olmkit extract --shard and olmkit merge: shards that are joined are one extraction."""
 
+import hashlib
 import json
 import os
 import shutil
@@ -21,6 +22,13 @@ class ShardTest(RunTest):
                                     f"{number}/{count}", *arguments)
             self.assertIn(done.returncode, (0, code), done.stderr)
         return folders
+
+    def put_manifest(self, folder, manifest):
+        """Replaces the manifest of a shard, and makes its record describe the new one."""
+        self.write(os.path.join(folder, "manifest.jsonl"), manifest)
+        record = json.loads(self.bytes_of(self.path(folder, "shard.json")))
+        record["manifest"] = {"lines": manifest.count(b"\n"), "sha256": hashlib.sha256(manifest).hexdigest()}
+        self.write(os.path.join(folder, "shard.json"), json.dumps(record).encode())
 
     def small_archive(self):
         return self.archive(*[(f"{n}.xml", mails(mail(f"m{n % 3}"))) for n in range(10)])
@@ -78,7 +86,7 @@ class ShardTest(RunTest):
         folders = self.shards(self.small_archive(), 2)
         shutil.copytree(self.path(folders[1]), self.path("copy"))
         manifest = self.bytes_of(self.path("copy", "manifest.jsonl"))
-        self.write("copy/manifest.jsonl", manifest.replace(b'"status":0', b'"status":7'))
+        self.put_manifest("copy", manifest.replace(b'"status":0', b'"status":7'))
 
         done = self.merge(*folders, "copy", "-o", "joined", code=1)
 
@@ -136,8 +144,7 @@ class ShardTest(RunTest):
         victim = self.write("victim", self.bytes_of(self.path(folders[0], "m0.msg")))
         manifest = self.bytes_of(self.path(folders[0], "manifest.jsonl"))
         for path in ("../victim", victim):
-            self.write(os.path.join(folders[0], "manifest.jsonl"),
-                       manifest.replace(b'"m0.msg"', json.dumps(path).encode()))
+            self.put_manifest(folders[0], manifest.replace(b'"m0.msg"', json.dumps(path).encode()))
             done = self.merge(folders[0], "-o", "joined", code=1)
             self.assertIn("missing", done.stderr)
             shutil.rmtree(self.path("joined"))
@@ -163,6 +170,25 @@ class ShardTest(RunTest):
         self.write(os.path.join(folders[0], "manifest.jsonl"), manifest[:-20])
 
         self.assertIn("damaged", self.merge(*folders, "-o", "joined", code=1).stderr)
+
+    def test_shard_whose_manifest_lost_lines_is_not_joined(self):
+        folders = self.shards(self.small_archive(), 2)
+        manifest = self.bytes_of(self.path(folders[0], "manifest.jsonl"))
+        lines = manifest.splitlines(keepends=True)
+        for left in ([], lines[:-1], lines[1:]):
+            self.write(os.path.join(folders[0], "manifest.jsonl"), b"".join(left))
+            done = self.merge(*folders, "-o", "joined", code=1)
+            self.assertIn(f"{folders[0]}/manifest.jsonl has changed since it was written: it has "
+                          f"{len(left)} of 5 lines", done.stderr)
+            self.assertFalse(os.path.exists(self.path("joined")))
+
+    def test_shard_whose_record_has_no_manifest_is_not_joined(self):
+        folders = self.shards(self.small_archive(), 2)
+        record = json.loads(self.bytes_of(self.path(folders[0], "shard.json")))
+        self.write(os.path.join(folders[0], "shard.json"), json.dumps(record | {"manifest": None}).encode())
+
+        self.assertIn("shard.json does not describe the manifest; extract this shard again",
+                      self.merge(*folders, "-o", "joined", code=1).stderr)
 
     def test_second_shard_in_one_folder_is_refused(self):
         archive = self.small_archive()

@@ -100,8 +100,9 @@ class FilesPageTest(ProgramTest):
         self.assert_keys("summary.json/numbers of a kind", summary["kinds"]["note"])
         self.assert_keys("summary.json/numbers of attachments", summary["attachments"])
         self.assert_keys("summary.json/noted_entries", summary["noted_entries"][0])
+        self.assert_keys("summary.json/manifest", summary["manifest"])
         self.assert_keys("unfinished.json and shard.json", record)
-        for part in ("archive", "options", "shard"):
+        for part in ("archive", "options", "shard", "manifest"):
             self.assert_keys(f"unfinished.json and shard.json/{part}", record[part])
         self.assertEqual(self.page.keys, {}, "tables without a file")
 
@@ -136,9 +137,9 @@ class FilesPageTest(ProgramTest):
 
         line, = self.page.examples.pop("manifest.jsonl/attachments")
         self.assertIn(line, self.rows("whole"))
-        summary, = self.page.examples.pop("summary.json/noted_entries")
+        summary, = self.page.examples.pop("summary.json/manifest")
         self.assertEqual(summary, self.read("whole", "summary.json"))
-        example, = self.page.examples.pop("unfinished.json and shard.json/shard")
+        example, = self.page.examples.pop("unfinished.json and shard.json/manifest")
         self.assertEqual(example | {"program": record["program"]}, record)
         self.assertEqual(self.page.examples, {})
 

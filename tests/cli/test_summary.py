@@ -1,5 +1,6 @@
 """The reconciliation that ends every extraction."""
 
+import hashlib
 import json
 import os
 import signal
@@ -35,7 +36,10 @@ class SummaryTest(ProgramTest):
         with open(self.path("out", "summary.json"), encoding="utf-8") as file:
             summary = json.load(file)
         self.assertEqual(list(summary), ["extent", "adds_up", "kinds", "attachments", "findings",
-                                         "noted_entries"])
+                                         "noted_entries", "manifest"])
+        manifest = self.bytes_of(self.path("out", "manifest.jsonl"))
+        self.assertEqual(summary.pop("manifest"), {"lines": manifest.count(b"\n"),
+                                                   "sha256": hashlib.sha256(manifest).hexdigest()})
         self.assertEqual([kind for kind in summary["kinds"] if kind != "unknown"], KINDS)
         for numbers in summary["kinds"].values():
             self.assertEqual(list(numbers), NUMBERS)

@@ -48,6 +48,15 @@ class VerifyTest(ProgramTest):
     def put_lines(self, *lines):
         with open(self.out("manifest.jsonl"), "w", encoding="utf-8") as file:
             file.write("".join(line + "\n" for line in lines))
+        self.seal()
+
+    def seal(self):
+        """Makes the summary describe the manifest as it is now."""
+        manifest = self.bytes_of(self.out("manifest.jsonl"))
+        with open(self.out("summary.json"), encoding="utf-8") as file:
+            summary = json.load(file)
+        summary["manifest"] = {"lines": manifest.count(b"\n"), "sha256": hashlib.sha256(manifest).hexdigest()}
+        self.write("out/summary.json", json.dumps(summary).encode())
 
     def test_untouched_extraction_matches_its_manifest(self):
         for arguments in ([], ["--strict"]):
@@ -106,7 +115,6 @@ class VerifyTest(ProgramTest):
         self.write("out/m/.hidden", b"extra")
         os.symlink("m", self.out("link"))
         os.mkdir(self.out("empty"))
-        self.write("out/summary.json", b"{}")
 
         self.assertEqual(self.verify().stdout, "5 of 5 files match the manifest\n")
         done = self.verify("--strict", code=1)
@@ -119,7 +127,7 @@ class VerifyTest(ProgramTest):
             ("extra.txt", "unexpected"), ("link", "unexpected"), ("m/.hidden", "unexpected")])
 
     def test_files_of_a_run_are_not_differences_with_strict(self):
-        for name in ("manifest.jsonl.part", "manifest.jsonl.kept", "summary.json", "unfinished.json", "shard.json"):
+        for name in ("manifest.jsonl.part", "manifest.jsonl.kept", "unfinished.json", "shard.json"):
             self.write("out/" + name, b"")
 
         self.verify("--strict")
@@ -180,6 +188,37 @@ class VerifyTest(ProgramTest):
         self.put_lines()
 
         self.assertEqual(self.verify().stdout, "0 of 0 files match the manifest\n")
+
+    def test_manifest_that_lost_lines_is_a_difference(self):
+        whole = self.bytes_of(self.out("manifest.jsonl"))
+        lines = whole.splitlines(keepends=True)
+        for left in ([], lines[:1], lines[1:], lines + lines[:1]):
+            self.write("out/manifest.jsonl", b"".join(left))
+            done = self.verify(code=1)
+            self.assertEqual(done.stdout.splitlines()[0],
+                             f"manifest.jsonl: has {len(left)} lines, not 3")
+            difference, = json.loads(self.verify("--json", code=1).stdout)["differences"]
+            self.assertEqual(difference, {"path": "manifest.jsonl", "problem": "lines", "expected": 3,
+                                          "found": len(left), "reason": None})
+
+    def test_manifest_with_other_lines_is_a_difference(self):
+        manifest = self.bytes_of(self.out("manifest.jsonl"))
+        self.write("out/manifest.jsonl", manifest.replace(b'"status":0', b'"status":7', 1))
+
+        self.assertIn("manifest.jsonl: has other contents: its SHA-256 is ", self.verify(code=1).stdout)
+        self.assertEqual(self.differences(), [("manifest.jsonl", "sha256")])
+
+    def test_missing_summary_is_said_and_a_damaged_one_is_a_difference(self):
+        for contents in (b"", b"{}", b'{"manifest": null}', b'{"manifest": {"lines": "3"}}'):
+            self.write("out/summary.json", contents)
+            self.assertEqual(self.differences(), [("summary.json", "unreadable")])
+        os.remove(self.out("summary.json"))
+
+        done = self.verify()
+
+        self.assertEqual(done.stdout, "5 of 5 files match the manifest\n")
+        self.assertIn("summary.json does not exist, so lines that the manifest lost can't be noticed",
+                      done.stderr)
 
     def test_unknown_keys_are_ignored(self):
         self.put_rows(*[row | {"later": [1, {"x": None}]} for row in self.rows()])
