@@ -9,9 +9,7 @@ import zipfile
 import zlib
 from concurrent.futures import ThreadPoolExecutor
 
-from program import PROGRAM, ProgramTest, notes
-
-SAMPLE = os.path.join(os.environ["OLMKIT_SOURCE_DIR"], "examples", "sample.olm")
+from program import PROGRAM, SAMPLE, ProgramTest, notes
 
 # Every so many bytes of a document's data one bit is flipped.
 STEP = 7 * 16 if os.environ.get("OLMKIT_SANITIZED") else 16

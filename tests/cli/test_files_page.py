@@ -8,10 +8,9 @@ import subprocess
 import time
 import unittest
 
-from program import PROGRAM, ProgramTest, note, notes
+from program import PROGRAM, SAMPLE, ProgramTest, note, notes
 
 SOURCE = os.environ["OLMKIT_SOURCE_DIR"]
-SAMPLE = os.path.join(SOURCE, "examples", "sample.olm")
 
 
 class Page:

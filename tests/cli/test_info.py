@@ -6,10 +6,9 @@ import unittest
 import zipfile
 
 import counting
-from program import (REAL_ARCHIVE, ProgramTest, needs_real_archive, note, notes,
+from program import (REAL_ARCHIVE, SAMPLE, ProgramTest, needs_real_archive, note, notes,
                      with_encryption_flag, wrong_archives)
 
-SAMPLE = os.path.join(os.environ["OLMKIT_SOURCE_DIR"], "examples", "sample.olm")
 KEYS = ["archive", "size", "unpacked_size", "entries", "directories", "checked", "damaged",
         "kinds", "accounts", "folders", "attachments", "encrypted", "noted_entries", "faults"]
 

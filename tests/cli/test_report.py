@@ -15,10 +15,10 @@ import unittest
 
 import counting
 from documents import APPOINTMENT, CONTACT, GROUP, TASK, mail
-from program import PROGRAM, REAL_ARCHIVE, ProgramTest, needs_real_archive, notes, wrong_archives
+from program import (PROGRAM, REAL_ARCHIVE, SAMPLE, ProgramTest, needs_real_archive, notes,
+                     wrong_archives)
 
 SOURCE = os.environ["OLMKIT_SOURCE_DIR"]
-SAMPLE = os.path.join(SOURCE, "examples", "sample.olm")
 sys.path.insert(0, os.path.join(SOURCE, "tests", "interop"))
 from random_items import make_archive  # noqa: E402
 

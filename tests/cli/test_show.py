@@ -9,7 +9,8 @@ import sys
 import unittest
 import zipfile
 
-from program import REAL_ARCHIVE, ProgramTest, needs_real_archive, note, notes, wrong_archives
+from program import (REAL_ARCHIVE, SAMPLE, ProgramTest, needs_real_archive, note, notes,
+                     wrong_archives)
 
 SOURCE = os.environ["OLMKIT_SOURCE_DIR"]
 sys.path.insert(0, os.path.join(SOURCE, "tests", "interop"))
@@ -18,7 +19,6 @@ import named_properties  # noqa: E402
 import programs  # noqa: E402
 import recurrence  # noqa: E402
 
-SAMPLE = os.path.join(SOURCE, "examples", "sample.olm")
 
 KEYS = ["index", "entry", "item", "class", "properties", "recipients", "attachments", "recurrence"]
 TYPES = {0x0003: "PtypInteger32", 0x0005: "PtypFloating64", 0x000B: "PtypBoolean",

@@ -10,9 +10,8 @@ import unittest
 import zipfile
 
 import counting
-from program import PROGRAM, REAL_ARCHIVE, ProgramTest, needs_real_archive, note, notes
+from program import PROGRAM, REAL_ARCHIVE, SAMPLE, ProgramTest, needs_real_archive, note, notes
 
-SAMPLE = os.path.join(os.environ["OLMKIT_SOURCE_DIR"], "examples", "sample.olm")
 KINDS = ["email", "appointment", "contact", "task", "note"]
 NUMBERS = ["documents", "items", "listed", "requested", "written", "failed"]
 

@@ -6,10 +6,8 @@ import os
 import shutil
 import unittest
 
-from program import REAL_ARCHIVE, ProgramTest, needs_real_archive, notes
+from program import REAL_ARCHIVE, SAMPLE, ProgramTest, needs_real_archive, notes
 from test_attachments import attachment, mail, mails
-
-SAMPLE = os.path.join(os.environ["OLMKIT_SOURCE_DIR"], "examples", "sample.olm")
 
 
 class VerifyTest(ProgramTest):
