@@ -84,7 +84,7 @@ class InstalledTreeTest(unittest.TestCase):
                        "find_package(olmkit 0.2 REQUIRED)\n")
 
         done = subprocess.run(["cmake", "-S", project, "-B", self.path("newer-build"),
-                               f"-DCMAKE_PREFIX_PATH={self.prefix}"],
+                               "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={self.prefix}"],
                               capture_output=True, text=True, check=False)
 
         self.assertNotEqual(done.returncode, 0)
