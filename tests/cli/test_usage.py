@@ -37,7 +37,7 @@ class UsageTest(ProgramTest):
         no_place = "is not a place; use ENTRY:ITEM, such as 12:1"
         wrong = [
             ([], "no command was given; the commands are info, list, extract, show, report, merge, "
-             "verify, completion and man; see olmkit --help"),
+             "verify, check, completion and man; see olmkit --help"),
             (["lisst", archive], "unknown command 'lisst'; did you mean 'list'? See olmkit --help"),
             (["list"], "ARCHIVE is missing; see olmkit list --help"),
             (["list", ""], "ARCHIVE: the path is empty; see olmkit list --help"),
