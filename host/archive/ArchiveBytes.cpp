@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <system_error>
 
 namespace olmhost {
 
@@ -19,12 +18,6 @@ constexpr std::size_t maxLoad = std::size_t{64} << 10;
 
 // Skipping no more bytes than this, over a header, still counts as sequential.
 constexpr std::uint64_t maxGap = std::uint64_t{4} << 10;
-
-OpenFailure unreadable(int error) {
-    const std::string reason = error == ENOENT ? "does not exist" : "can't be read: ";
-    return {OpenFailureKind::Unreadable,
-            error == ENOENT ? reason : reason + std::generic_category().message(error)};
-}
 
 // Returns why the file can't be an archive, judged without reading it.
 OpenFailure judge(const struct stat& state) {
@@ -45,7 +38,7 @@ OpenFailure judge(const struct stat& state) {
 std::unique_ptr<ArchiveBytes> ArchiveBytes::open(const std::string& path, OpenFailure& failure) {
     struct stat state = {};
     if (::stat(path.c_str(), &state) != 0) {
-        failure = unreadable(errno);
+        failure = OpenFailure::unreadable(errno);
         return nullptr;
     }
     failure = judge(state);
@@ -55,7 +48,7 @@ std::unique_ptr<ArchiveBytes> ArchiveBytes::open(const std::string& path, OpenFa
     // Non-blocking, in case a pipe has replaced the file in the meantime.
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0 || ::fstat(descriptor, &state) != 0) {
-        failure = unreadable(errno);
+        failure = OpenFailure::unreadable(errno);
     } else {
         failure = judge(state);
     }
@@ -71,7 +64,7 @@ std::unique_ptr<ArchiveBytes> ArchiveBytes::open(const std::string& path, OpenFa
 std::unique_ptr<ArchiveBytes> ArchiveBytes::openAgain(OpenFailure& failure) const {
     const int duplicate = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
     if (duplicate < 0) {
-        failure = unreadable(errno);
+        failure = OpenFailure::unreadable(errno);
         return nullptr;
     }
     return std::make_unique<ArchiveBytes>(duplicate, fileSize);

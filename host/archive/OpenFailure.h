@@ -18,6 +18,9 @@ enum class OpenFailureKind {
 struct OpenFailure {
     OpenFailureKind kind = OpenFailureKind::None;
     std::string text; // human-readable, one line, without the file's path: "is empty"
+
+    // Returns the failure for a system call that failed with this errno value.
+    static OpenFailure unreadable(int error);
 };
 
 } // namespace olmhost

@@ -3,7 +3,6 @@
 #include <cstring>
 #include <new>
 #include <string_view>
-#include <system_error>
 
 #include "host/archive/LocalHeader.h"
 #include "host/archive/NameText.h"
@@ -17,11 +16,6 @@ constexpr std::size_t maxEntryName = 0xFFFF; // bytes (APPNOTE 4.4.10)
 bool isSystemError(int code) {
     return code == ZIP_ER_READ || code == ZIP_ER_SEEK || code == ZIP_ER_TELL ||
            code == ZIP_ER_OPEN || code == ZIP_ER_MEMORY;
-}
-
-OpenFailure unreadable(int error) {
-    return {OpenFailureKind::Unreadable,
-            "can't be read: " + std::generic_category().message(error)};
 }
 
 } // namespace
@@ -45,7 +39,7 @@ std::unique_ptr<ZipDirectory> ZipDirectory::open(ArchiveBytes& bytes, OpenFailur
     }
     if (directory->systemError != 0) {
         // libzip may take another directory for the one that it couldn't read.
-        failure = unreadable(directory->systemError);
+        failure = OpenFailure::unreadable(directory->systemError);
         return nullptr;
     }
     return directory;
@@ -63,7 +57,7 @@ OpenFailure ZipDirectory::judge(zip_error_t& error) {
     constexpr std::string_view localHeader("PK\3\4", 4);
     const int code = zip_error_code_zip(&error);
     if (systemError != 0) {
-        return unreadable(systemError);
+        return OpenFailure::unreadable(systemError);
     }
     if (isSystemError(code)) {
         return {OpenFailureKind::Unreadable,
@@ -71,7 +65,7 @@ OpenFailure ZipDirectory::judge(zip_error_t& error) {
     }
     char start[localHeader.size()] = {};
     if (bytes->read(0, start, sizeof start) < sizeof start && bytes->error() != 0) {
-        return unreadable(bytes->error());
+        return OpenFailure::unreadable(bytes->error());
     }
     const bool startsAsZip = std::string_view(start, sizeof start) == localHeader;
     if (code == ZIP_ER_NOZIP && !startsAsZip) {
