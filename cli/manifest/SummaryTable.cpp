@@ -9,10 +9,10 @@ namespace olmkit {
 namespace {
 
 constexpr std::array headings = {"in documents", "listed", "written", "failed"};
-constexpr std::size_t kindWidth = 11; // cells of the first column
+constexpr std::size_t firstColumnWidth = 11; // cells
 
 std::string headingLine() {
-    std::string line(kindWidth, ' ');
+    std::string line(firstColumnWidth, ' ');
     for (const char* heading : headings) {
         line.append(columnGap, ' ').append(heading);
     }
@@ -26,7 +26,7 @@ std::string kindLine(std::string_view name, const KindNumbers& kind) {
         return {};
     }
     std::string line(name);
-    line.append(kindWidth - name.size(), ' ');
+    line.append(firstColumnWidth - name.size(), ' ');
     for (std::size_t column = 0; column < numbers.size(); ++column) {
         line.append(columnGap, ' ');
         appendRight(line, std::to_string(numbers[column]), cellsOf(headings[column]));
