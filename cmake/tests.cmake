@@ -5,9 +5,10 @@ set(OLMKIT_TEST_ENVIRONMENT
   "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp:print_suppressions=0"
   "OLMKIT_SOURCE_DIR=${PROJECT_SOURCE_DIR}"
   "OLMKIT_BINARY_DIR=${PROJECT_BINARY_DIR}")
-# A sanitized program is about ten times slower: sweeps then try fewer places.
+# A sanitized program is about ten times slower: sweeps then try fewer places. The value names the
+# sanitizers.
 if(OLMKIT_SANITIZE)
-  list(APPEND OLMKIT_TEST_ENVIRONMENT "OLMKIT_SANITIZED=1")
+  list(APPEND OLMKIT_TEST_ENVIRONMENT "OLMKIT_SANITIZED=${OLMKIT_SANITIZE}")
 endif()
 
 # Adds a test program written with GoogleTest:

@@ -72,7 +72,9 @@ class JobsTest(RunTest):
                     _, status, usage = os.wait4(process.pid, 0)
                     process.returncode = os.waitstatus_to_exitcode(status)
                     self.assertEqual((process.returncode, errors), (0, ""))
-                    self.assertLess(usage.ru_maxrss, 256 << 10)
+                    # ThreadSanitizer keeps several bytes about each byte of memory.
+                    if os.environ.get("OLMKIT_SANITIZED") != "thread":
+                        self.assertLess(usage.ru_maxrss, 256 << 10)
                     self.assertEqual(len(self.files(out)), 601)
                     self.assertEqual([name for name in os.listdir(out) if name.startswith(".")], [])
 
