@@ -12,10 +12,6 @@ namespace olmkit {
 
 namespace {
 
-// The module's answer to an index without an item.
-constexpr std::int32_t resultFailed = 18;
-constexpr std::uint16_t statusFailed = 2;
-
 // Items that may be finished or in progress after one that is not.
 constexpr std::size_t maxQueued = 1024;
 
@@ -125,8 +121,8 @@ void Extractor::failMissingIndexes() {
         }
         ManifestRow row;
         row.index = index;
-        row.result = resultFailed;
-        row.status = statusFailed;
+        row.result = olmhost::ModuleFailed;
+        row.status = olmhost::moduleStatusFailed;
         row.error = "the archive has no such item; its " + std::to_string(session.itemCount()) +
                     " items are numbered from 0";
         results.request({});

@@ -2,12 +2,6 @@
 
 namespace olmkit {
 
-namespace {
-
-constexpr std::int32_t resultNoItem = 15; // the module's result for a place without an item
-
-} // namespace
-
 std::string attachmentLoss(const olmhost::MemberRead& member) {
     if (!member.entryIndex.has_value()) {
         return "an attachment is missing: " + member.fault; // which holds the name
@@ -18,7 +12,7 @@ std::string attachmentLoss(const olmhost::MemberRead& member) {
 
 std::string refusalText(const olmhost::Extraction& extraction, const olmhost::Session& session,
                         std::uint64_t entry, std::string_view cause) {
-    if (extraction.result == resultNoItem || entry >= session.entryCount()) {
+    if (extraction.result == olmhost::ModuleNoItem || entry >= session.entryCount()) {
         return std::string(noItemText);
     }
     std::string text = "no message could be made of it (result " +
